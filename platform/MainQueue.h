@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDateTime>
+
+#include <functional>
+#include <memory>
+
+// A scheduled call. It fires whether or not its handle is kept; invalidate() is the only way to stop it.
+class Timer {
+public:
+    virtual ~Timer() = default;
+
+    virtual void invalidate() = 0;
+
+    // False once invalidated, and for a non-repeating timer also once it has fired.
+    virtual bool isValid() const = 0;
+};
+
+// The main thread's queue of work and its clock. Everything deferred goes through here, so a test can own time.
+class MainQueue {
+public:
+    virtual ~MainQueue() = default;
+
+    // Runs `work` on the main thread in a later turn of its loop, in the order queued. May be called on any thread.
+    virtual void async(std::function<void()> work) = 0;
+
+    // Runs `work` once, `seconds` from now. Main thread only.
+    virtual std::shared_ptr<Timer> after(double seconds, std::function<void()> work) = 0;
+
+    // Runs `work` every `seconds`, first after one interval. Main thread only.
+    virtual std::shared_ptr<Timer> every(double seconds, std::function<void()> work) = 0;
+
+    // Monotonic seconds, for durations.
+    virtual double now() const = 0;
+
+    // Wall-clock time, for comparing with file dates.
+    virtual QDateTime currentDate() const = 0;
+};

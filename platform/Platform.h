@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/AccessibilityTrust.h"
+#include "platform/ActivationPolicy.h"
+#include "platform/Alerts.h"
+#include "platform/ColorArchive.h"
+#include "platform/DragPasteboard.h"
+#include "platform/DragSessions.h"
+#include "platform/EventMonitors.h"
+#include "platform/FileEventStreams.h"
+#include "platform/FloatingPanels.h"
+#include "platform/KeyTap.h"
+#include "platform/LoginItem.h"
+#include "platform/MainQueue.h"
+#include "platform/OpenPanels.h"
+#include "platform/Pasteboard.h"
+#include "platform/Screens.h"
+#include "platform/StatusBar.h"
+#include "platform/SystemAppearance.h"
+#include "platform/ThumbnailGenerator.h"
+#include "platform/UserDefaults.h"
+#include "platform/Workspace.h"
+
+#include <memory>
+
+// Every service that the application needs beyond Qt. Made once in main and handed down; tests hand down a virtual one.
+struct Platform {
+    std::unique_ptr<MainQueue> mainQueue;
+    std::unique_ptr<UserDefaults> userDefaults;
+    std::unique_ptr<ColorArchive> colorArchive;
+    std::unique_ptr<SystemAppearance> appearance;
+    std::unique_ptr<Pasteboard> generalPasteboard;
+    std::unique_ptr<DragPasteboard> dragPasteboard;
+    std::unique_ptr<EventMonitors> eventMonitors;
+    std::unique_ptr<AccessibilityTrust> accessibilityTrust;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<KeyTap> keyTap;
+    std::unique_ptr<FileEventStreams> fileEventStreams;
+    std::unique_ptr<ThumbnailGenerator> thumbnailGenerator;
+    std::unique_ptr<FloatingPanels> floatingPanels;
+    std::unique_ptr<DragSessions> dragSessions;
+    std::unique_ptr<Screens> screens;
+    std::unique_ptr<ActivationPolicy> activationPolicy;
+    std::unique_ptr<StatusBar> statusBar;
+    std::unique_ptr<Alerts> alerts;
+    std::unique_ptr<OpenPanels> openPanels;
+};
+
+// What the platform needs to have settled before the QApplication is made.
+void preparePlatform();
+
+// The services of the desktop this is built for. Needs the QApplication to exist.
+std::unique_ptr<Platform> createPlatform();

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QPointF>
+#include <QRectF>
+
+#include <functional>
+#include <optional>
+
+// One screen, in the points in which Qt places windows: y grows downwards.
+struct Screen {
+    QRectF frame;
+    QRectF visibleFrame; // without what panels and docks reserve
+    double scale = 1.0;  // pixels a point
+
+    bool operator==(const Screen &) const = default;
+};
+
+class Screens {
+public:
+    virtual ~Screens() = default;
+
+    // The screen with the active window, else the one with the pointer; nothing while there is no screen at all.
+    virtual std::optional<Screen> main() const = 0;
+
+    // All screens, the primary one first.
+    virtual QList<Screen> all() const = 0;
+
+    // The pointer's position, in the same coordinates.
+    virtual QPointF pointer() const = 0;
+
+    // The height with which coordinates are turned from the top left of the primary screen to its bottom left.
+    double flipHeight() const
+    {
+        const QList<Screen> screens = all();
+        return screens.isEmpty() ? 0 : screens.constFirst().frame.bottom();
+    }
+
+    // Called on the main thread after screens came, went or changed their size or reserved space.
+    std::function<void()> onChange;
+};

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QString>
+
+// The desktop's accent colour and the set of symbols that the interface is drawn with.
+class SystemAppearance {
+public:
+    virtual ~SystemAppearance() = default;
+
+    // The user's accent colour now; ask again each time it is drawn.
+    virtual QColor accentColor() const = 0;
+
+    // The symbol of that name in one colour, crisp at every size and scale. A null icon when there is none.
+    virtual QIcon symbol(const QString &name, const QColor &tint) const = 0;
+
+    // The application's icon.
+    virtual QIcon applicationIcon() const = 0;
+};

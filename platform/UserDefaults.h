@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+// The application's persistent key-value store. Values are bool, double, QString, QVariantList and QByteArray
+// (data); integers come back as whole doubles. A key never written is absent. Writes are durable when they return
+// true; a write that fails leaves the stored value as it was. An edit from outside is seen by the next read.
+class UserDefaults {
+public:
+    virtual ~UserDefaults() = default;
+
+    // The stored value, or an invalid QVariant when the key is absent.
+    virtual QVariant object(const QString &key) const = 0;
+
+    // Stores `value`; an invalid one removes the key. False when the store could not be written.
+    virtual bool set(const QString &key, const QVariant &value) = 0;
+
+    virtual bool remove(const QString &key) = 0;
+
+    // The store's own typed reads: false, 0 or empty when the key is absent or of another type. A number reads as
+    // its truth value, and a bool as 0 or 1.
+    virtual bool boolean(const QString &key) const;
+    virtual qint64 integer(const QString &key) const;
+    virtual double number(const QString &key) const;
+    virtual QByteArray data(const QString &key) const;
+    // Empty unless the value is an array of nothing but strings.
+    virtual QStringList stringArray(const QString &key) const;
+};

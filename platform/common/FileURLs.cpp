@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "platform/FileURLs.h"
+
+#include <QMimeData>
+#include <QSysInfo>
+
+#include <optional>
+
+namespace {
+
+const QString kUriListType = QStringLiteral("text/uri-list");
+
+// What a path may hold beside letters, digits and "-._~" without being percent-encoded, as QUrl writes it.
+const QByteArray kPlainInPath = QByteArrayLiteral("/!$&'()*+,:;=@[]");
+
+// The URL of a file on this machine, however its sender spelled it; nothing for a file elsewhere or no file at all.
+std::optional<QUrl> localFileURL(const QUrl &url)
+{
+    if (!url.isLocalFile() || !url.path().startsWith(QLatin1Char('/')))
+        return {};
+    const QString host = url.host();
+    if (!host.isEmpty() && host != QLatin1String("localhost") &&
+        host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0)
+        return {};
+    // Some encode a parenthesis or a semicolon and some do not. Two spellings of one path are one file.
+    return fileURL(fileSystemPath(url));
+}
+
+} // namespace
+
+QList<QUrl> fileURLs(const QByteArray &uriList)
+{
+    QList<QUrl> urls;
+    for (const QByteArray &line : uriList.split('\n')) {
+        const QByteArray text = line.trimmed();
+        if (text.isEmpty() || text.startsWith('#') || text == QByteArray(1, '\0'))
+            continue;
+        const auto url = localFileURL(QUrl::fromEncoded(text));
+        if (!url)
+            return {};
+        urls.append(*url);
+    }
+    return urls;
+}
+
+QList<QUrl> fileURLs(const QMimeData *data)
+{
+    if (!data || !data->hasUrls())
+        return {};
+    QList<QUrl> urls;
+    for (const QUrl &candidate : data->urls()) {
+        const auto url = localFileURL(candidate);
+        if (!url)
+            return {};
+        urls.append(*url);
+    }
+    return urls;
+}
+
+QByteArray fileSystemPath(const QUrl &fileURL)
+{
+    return QByteArray::fromPercentEncoding(fileURL.path(QUrl::FullyEncoded).toLatin1());
+}
+
+QUrl fileURL(const QByteArray &path)
+{
+    return QUrl::fromEncoded("file://" + path.toPercentEncoding(kPlainInPath), QUrl::StrictMode);
+}
+
+QString lastPathComponent(const QUrl &fileURL)
+{
+    return fileURL.adjusted(QUrl::StripTrailingSlash).fileName(QUrl::FullyDecoded);
+}

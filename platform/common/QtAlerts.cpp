@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "platform/common/QtAlerts.h"
+
+#include "platform/ActivationPolicy.h"
+#include "platform/SystemAppearance.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLayout>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+
+namespace {
+
+constexpr int kIconSize = 64;          // points
+constexpr int kTextWidth = 320;        // points
+constexpr int kLargestWordWidth = 400; // points
+constexpr int kLongText = 600;         // characters
+constexpr int kManyLines = 12;
+constexpr int kLongTextHeight = 200; // points
+
+QPalette darkPalette()
+{
+    const QColor window(0x2b, 0x2b, 0x2d);
+    const QColor button(0x45, 0x45, 0x48);
+    const QColor text(0xf2, 0xf2, 0xf4);
+    QPalette palette(button, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x20));
+    return palette;
+}
+
+void emphasizeMessage(QMessageBox &box)
+{
+    if (auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+        QFont font = label->font();
+        font.setBold(true);
+        label->setFont(font);
+    }
+}
+
+// Shows the informative text at a width at which it reads well. What comes from outside can be of any length; beyond a
+// few lines it scrolls, so that the buttons stay on the screen.
+void setInformativeText(QMessageBox &box, const QString &text)
+{
+    const bool isLong = text.size() > kLongText || text.count(QLatin1Char('\n')) > kManyLines;
+    // A label lays out all of its text again and again; it is not given more than it can take.
+    box.setInformativeText(isLong ? QStringLiteral(" ") : text);
+    auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"));
+    if (!label)
+        return;
+    label->setMinimumWidth(kTextWidth);
+    // A long word cannot be broken by a label either.
+    if (!isLong && label->minimumSizeHint().width() <= kLargestWordWidth)
+        return;
+    auto *const area = new QPlainTextEdit(text, &box);
+    area->setReadOnly(true);
+    area->document()->setDocumentMargin(0);
+    area->setFrameShape(QFrame::NoFrame);
+    area->viewport()->setAutoFillBackground(false);
+    area->setMinimumSize(kTextWidth + area->verticalScrollBar()->sizeHint().width(), kLongTextHeight);
+    delete box.layout()->replaceWidget(label, area);
+    label->hide();
+}
+
+} // namespace
+
+QtAlerts::QtAlerts(const SystemAppearance &systemAppearance, ActivationPolicy &policy)
+    : appearance(systemAppearance)
+    , activationPolicy(policy)
+{
+}
+
+AlertAnswer QtAlerts::runModal(const Alert &alert)
+{
+    QMessageBox box;
+    // Texts are the system's own or come from outside; neither is markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setWindowTitle(alert.messageText);
+    box.setText(alert.messageText);
+    const QIcon icon = alert.icon.isNull() ? appearance.applicationIcon() : alert.icon;
+    if (!icon.isNull())
+        box.setIconPixmap(icon.pixmap(QSize(kIconSize, kIconSize), box.devicePixelRatioF()));
+    if (alert.dark) {
+        QPalette palette = darkPalette();
+        palette.setColor(QPalette::Highlight, appearance.accentColor());
+        box.setPalette(palette);
+    }
+
+    QList<QPushButton *> buttons;
+    for (const QString &title : alert.buttons) {
+        // The last of several buttons is the one that Escape and closing the window choose.
+        const bool closes = buttons.size() + 1 == alert.buttons.size();
+        buttons.append(
+            box.addButton(title, closes && !buttons.isEmpty() ? QMessageBox::RejectRole : QMessageBox::AcceptRole));
+    }
+    if (!buttons.isEmpty()) {
+        box.setDefaultButton(buttons.first());
+        box.setEscapeButton(buttons.last());
+    }
+    QCheckBox *checkBox = nullptr;
+    if (!alert.checkboxTitle.isEmpty()) {
+        checkBox = new QCheckBox(alert.checkboxTitle, &box);
+        box.setCheckBox(checkBox);
+    }
+
+    // A message box arranges itself anew with each of the above, so what it does not know of comes last.
+    emphasizeMessage(box);
+    setInformativeText(box, alert.informativeText);
+
+    if (alert.activates)
+        activationPolicy.activate(box);
+    box.exec();
+
+    AlertAnswer answer;
+    answer.button = static_cast<int>(buttons.indexOf(static_cast<QPushButton *>(box.clickedButton())));
+    answer.checkboxOn = checkBox && checkBox->isChecked();
+    return answer;
+}

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+// The general pasteboard as Qt's clipboard.
+class QtPasteboard : public Pasteboard {
+public:
+    QList<QUrl> fileURLs() const override;
+};

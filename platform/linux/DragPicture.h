@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/DragSessions.h"
+
+#include <QColor>
+#include <QImage>
+#include <QPixmap>
+#include <QPoint>
+#include <QPointF>
+#include <QSizeF>
+
+// What is drawn under the pointer during a drag, and the point of it that sits on the pointer.
+struct DragPicture {
+    QPixmap pixmap;
+    QPoint hotSpot; // points from the picture's top left
+};
+
+struct DragPictureStyle {
+    double scale = 1.0; // pixels a point
+    QColor accent;      // of the badge with the number of items
+    bool blends = true; // translucent pixels show what is behind; otherwise every pixel is opaque or not there
+};
+
+// The picture of a drag of `items`: one item's contents, or a fan of the first few with their number. `pointer` is
+// where the source view was grabbed, in its points.
+DragPicture dragPicture(const QList<DraggingItem> &items, const QPointF &pointer, const DragPictureStyle &style);
+
+// The largest size with the proportions of `contents` that fits `frame`.
+QSizeF fittedSize(const QSizeF &contents, const QSizeF &frame);
+
+// `image` with every pixel either opaque or fully transparent.
+QImage hardEdged(const QImage &image);

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QSet>
+
+#include <functional>
+#include <memory>
+
+class MainQueue;
+class QSocketNotifier;
+class Timer;
+
+// Follows the changes inside one folder by inotify. The folder may be a link, and may go, come back, be renamed or
+// not exist yet: what lies on the way to it is watched too, for nothing but that.
+class FolderWatch {
+public:
+    // Calls `onChange` on the main thread `latency` seconds after the first change, once for all until then. It may
+    // destroy the watch.
+    FolderWatch(const QByteArray &path, double latency, MainQueue &mainQueue, std::function<void()> onChange);
+    ~FolderWatch();
+
+    FolderWatch(const FolderWatch &) = delete;
+    FolderWatch &operator=(const FolderWatch &) = delete;
+
+private:
+    // What is watched under one inotify descriptor.
+    struct Watched {
+        bool isFolder = false;  // it is the folder itself
+        QSet<QByteArray> names; // entries of it that lie on the way to the folder
+    };
+    enum class Change { None, Inside, OnTheWay };
+
+    enum class Outcome { Followed, Gone, Refused };
+
+    void arm();
+    bool followPath();
+    Outcome followSteps(QList<QByteArray> names);
+    Outcome followEnd(const QByteArray &directory, quint32 mask, bool isFolder);
+    Outcome add(const QByteArray &directory, quint32 mask, const QByteArray &name, int *descriptor = nullptr);
+    void readEvents();
+    void wake();
+    void report();
+    void lookWithoutEvents();
+
+    const QByteArray path;
+    const double latency;
+    MainQueue &mainQueue;
+    const std::function<void()> onChange;
+    int queue = -1; // of inotify; -1 while the system grants none
+    std::unique_ptr<QSocketNotifier> notifier;
+    QHash<int, Watched> watched;
+    Change change = Change::None; // seen and not yet told
+    std::shared_ptr<Timer> timer;
+    QByteArray lastState; // of the folder, while there are no events to tell of its changes
+};

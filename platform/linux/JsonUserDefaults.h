@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/UserDefaults.h"
+#include "platform/linux/DurableFile.h"
+
+#include <QJsonObject>
+
+#include <functional>
+#include <optional>
+
+// The store as one JSON file, a flat object that a user can edit. Data is {"base64": "..."}. Several programs may write
+// it: each change is read, made and written under a lock on the file's folder.
+class JsonUserDefaults : public UserDefaults {
+public:
+    // parklet/settings.json in the user's configuration folder.
+    static QString defaultPath();
+
+    explicit JsonUserDefaults(const QString &path = defaultPath());
+
+    QVariant object(const QString &key) const override;
+    bool set(const QString &key, const QVariant &value) override;
+    bool remove(const QString &key) override;
+
+private:
+    enum class State {
+        Absent,
+        Whole,
+        Invalid,    // no JSON object
+        Unreadable, // not ours to read or no file at all; never written over
+    };
+
+    void refresh() const;
+    State read() const;
+    bool keepInvalidAside() const;
+    bool change(const std::function<void(QJsonObject &)> &edit);
+
+    QByteArray path;
+
+    // What the file held when it was last read.
+    mutable QJsonObject values;
+    mutable State state = State::Absent;
+    mutable std::optional<FileIdentity> identity;
+    mutable bool settled = false; // an edit since then cannot have left the same identity
+};

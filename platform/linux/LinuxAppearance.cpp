@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/LinuxAppearance.h"
+
+#include "platform/linux/SymbolIconEngine.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace {
+
+QIcon svgIcon(const QString &path, const QColor &tint)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QIcon(new SymbolIconEngine(file.readAll(), tint));
+}
+
+} // namespace
+
+LinuxAppearance::LinuxAppearance(const QString &artwork)
+    : folder(artwork)
+{
+}
+
+QColor LinuxAppearance::accentColor() const
+{
+    return QGuiApplication::palette().color(QPalette::Active, QPalette::Highlight);
+}
+
+QIcon LinuxAppearance::symbol(const QString &name, const QColor &tint) const
+{
+    return svgIcon(folder + QStringLiteral("/symbols/") + name + QStringLiteral(".svg"), tint);
+}
+
+QIcon LinuxAppearance::applicationIcon() const
+{
+    return svgIcon(folder + QStringLiteral("/AppIcon.svg"), QColor());
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Platform.h"
+#include "platform/common/QtAlerts.h"
+#include "platform/common/QtMainQueue.h"
+#include "platform/common/QtOpenPanels.h"
+#include "platform/common/QtPasteboard.h"
+#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/ForeignDragWatcher.h"
+#include "platform/linux/JsonUserDefaults.h"
+#include "platform/linux/LinuxActivationPolicy.h"
+#include "platform/linux/LinuxAppearance.h"
+#include "platform/linux/LinuxColorArchive.h"
+#include "platform/linux/LinuxFileEventStreams.h"
+#include "platform/linux/LinuxStatusBar.h"
+#include "platform/linux/LinuxThumbnailGenerator.h"
+#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/XInputTrust.h"
+#include "platform/linux/XcbConnection.h"
+#include "platform/linux/XcbDragPasteboard.h"
+#include "platform/linux/XcbDragSessions.h"
+#include "platform/linux/XcbEventMonitors.h"
+#include "platform/linux/XcbFloatingPanels.h"
+#include "platform/linux/XcbKeyTap.h"
+#include "platform/linux/XcbScreens.h"
+
+void preparePlatform()
+{
+    // Only X11 lets a program follow other programs' drags and place its own windows, so under Wayland the X server
+    // that comes with it is used.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
+std::unique_ptr<Platform> createPlatform()
+{
+    const auto xcb = XcbConnection::open();
+    // Drags select events of other programs' windows, which would replace what another service selected there.
+    const auto drags = XcbConnection::open();
+
+    auto platform = std::make_unique<Platform>();
+    platform->mainQueue = std::make_unique<QtMainQueue>();
+    platform->userDefaults = std::make_unique<JsonUserDefaults>();
+    platform->colorArchive = std::make_unique<LinuxColorArchive>();
+    platform->appearance = std::make_unique<LinuxAppearance>();
+    platform->generalPasteboard = std::make_unique<QtPasteboard>();
+    platform->fileEventStreams = std::make_unique<LinuxFileEventStreams>(*platform->mainQueue);
+    platform->openPanels = std::make_unique<QtOpenPanels>();
+    platform->accessibilityTrust = std::make_unique<XInputTrust>(xcb);
+    platform->workspace = std::make_unique<LinuxWorkspace>(xcb);
+    platform->loginItem = std::make_unique<AutostartLoginItem>();
+    const auto foreignDrags = std::make_shared<ForeignDragWatcher>(drags);
+    platform->dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
+    platform->eventMonitors = std::make_unique<XcbEventMonitors>(foreignDrags);
+    platform->dragSessions = std::make_unique<XcbDragSessions>(
+        drags, [appearance = platform->appearance.get()] { return appearance->accentColor(); });
+    platform->activationPolicy = std::make_unique<LinuxActivationPolicy>();
+    platform->statusBar = std::make_unique<LinuxStatusBar>(xcb, *platform->appearance);
+    platform->alerts = std::make_unique<QtAlerts>(*platform->appearance, *platform->activationPolicy);
+    platform->thumbnailGenerator =
+        std::make_unique<LinuxThumbnailGenerator>(*platform->mainQueue, ThumbnailCache::defaultFolder());
+    platform->keyTap = std::make_unique<XcbKeyTap>(xcb);
+    platform->floatingPanels = std::make_unique<XcbFloatingPanels>(xcb);
+    platform->screens = std::make_unique<XcbScreens>(xcb);
+    return platform;
+}

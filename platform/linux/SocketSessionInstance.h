@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/SessionInstance.h"
+
+#include <QLocalServer>
+#include <QString>
+
+// One Parklet per folder, for sessions without a bus: whoever holds the lock, which ends with its process however that
+// ends. Later starts reach it through a socket beside the lock.
+class SocketSessionInstance : public SessionInstance {
+public:
+    // A folder that belongs to this user alone; empty when there is none.
+    static QString privateFolder();
+
+    // `name` tells the sessions of one user apart.
+    SocketSessionInstance(const QString &folder, const QString &name);
+    ~SocketSessionInstance() override;
+
+    bool claim() override;
+
+private:
+    void listen();
+    void askOther() const;
+
+    QString path; // without suffix
+    int lock = -1;
+    QLocalServer server;
+};

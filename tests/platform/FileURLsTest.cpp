@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "platform/FileURLs.h"
+
+#include <QTest>
+
+class FileURLsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void a_path_of_any_bytes_survives_its_url();
+    void the_url_of_a_path_is_the_one_that_qt_makes();
+    void every_spelling_of_a_path_is_the_same_url_data();
+    void every_spelling_of_a_path_is_the_same_url();
+};
+
+void FileURLsTest::a_path_of_any_bytes_survives_its_url()
+{
+    for (int byte = 1; byte < 256; ++byte) {
+        const QByteArray path = QByteArray("/home/") + static_cast<char>(byte) + QByteArray("x%41.png");
+        const QUrl url = fileURL(path);
+        QVERIFY(url.isLocalFile());
+        QCOMPARE(fileSystemPath(url), path);
+        QCOMPARE(fileURLs(url.toEncoded()), QList<QUrl>{url});
+    }
+}
+
+void FileURLsTest::the_url_of_a_path_is_the_one_that_qt_makes()
+{
+    for (char16_t unit = 1; unit < 0x3000; ++unit) {
+        const QString path = QStringLiteral("/home/a") + QChar(unit) + QStringLiteral("b %41.png");
+        QCOMPARE(fileURL(path.toUtf8()), QUrl::fromLocalFile(path));
+    }
+}
+
+void FileURLsTest::every_spelling_of_a_path_is_the_same_url_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("as few escapes as may be") << QByteArray("file:///home/A%20;(1)[2]'!~.png");
+    QTest::newRow("as GLib writes it") << QByteArray("file:///home/A%20%3B(1)%5B2%5D'!~.png");
+    QTest::newRow("as many escapes as may be") << QByteArray("file:///home/%41%20%3b%281%29%5b2%5d%27%21%7e.png");
+    QTest::newRow("with this machine's name") << QByteArray("file://localhost/home/A%20;(1)[2]'!~.png");
+    QTest::newRow("with one slash") << QByteArray("file:/home/A%20;(1)[2]'!~.png");
+}
+
+void FileURLsTest::every_spelling_of_a_path_is_the_same_url()
+{
+    QFETCH(const QByteArray, line);
+    QCOMPARE(fileURLs(line), QList<QUrl>{fileURL("/home/A ;(1)[2]'!~.png")});
+}
+
+QTEST_GUILESS_MAIN(FileURLsTest)
+#include "FileURLsTest.moc"

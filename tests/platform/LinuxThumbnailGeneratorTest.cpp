@@ -1,0 +1,418 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/LinuxThumbnailGenerator.h"
+
+#include "platform/linux/RegularFile.h"
+#include "tests/support/SampleFiles.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <mutex>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+class LinuxThumbnailGeneratorTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void a_picture_fits_the_points_at_their_scale_data();
+    void a_picture_fits_the_points_at_their_scale();
+    void the_pixel_size_is_that_of_the_header();
+    void a_completion_does_not_run_on_the_callers_thread();
+    void bad_input_is_answered_with_nothing_data();
+    void bad_input_is_answered_with_nothing();
+    void names_of_any_bytes_are_served();
+    void a_drawing_is_rendered();
+    void an_entry_of_the_cache_is_used();
+    void a_decoded_photo_is_kept_in_the_cache();
+    void a_small_picture_is_not_kept();
+    void a_file_just_changed_is_neither_looked_up_nor_kept();
+    void a_broken_file_is_decoded_once_only();
+    void a_file_of_the_cache_itself_is_decoded_but_not_kept();
+    void a_png_still_being_written_is_tried_again();
+    void a_jpeg_still_being_written_is_not_shown_in_part();
+    void an_empty_file_named_like_an_image_is_tried_again();
+    void an_empty_file_of_another_kind_is_not_tried_again();
+    void a_file_that_never_ends_is_given_up();
+    void every_completion_is_called_once_when_the_generator_goes();
+};
+
+namespace {
+
+// What the completions said, from whichever thread.
+class Answers {
+public:
+    ThumbnailGenerator::Completion next()
+    {
+        return [this](std::optional<QImage> image) {
+            const std::lock_guard lock(mutex);
+            images.append(std::move(image));
+            thread = std::this_thread::get_id();
+        };
+    }
+
+    qsizetype count() const
+    {
+        const std::lock_guard lock(mutex);
+        return images.size();
+    }
+
+    std::optional<QImage> last() const
+    {
+        const std::lock_guard lock(mutex);
+        return images.isEmpty() ? std::nullopt : images.last();
+    }
+
+    std::thread::id thread;
+
+private:
+    mutable std::mutex mutex;
+    QList<std::optional<QImage>> images;
+};
+
+struct Fixture {
+    SampleFiles samples;
+    VirtualMainQueue queue;
+    Answers answers;
+    QByteArray cacheFolder = samples.path("cache/thumbnails");
+    ThumbnailCache cache{cacheFolder};
+    LinuxThumbnailGenerator generator{queue, cacheFolder};
+
+    void request(const QByteArray &path, const QSizeF &size = {72, 72}, double scale = 1)
+    {
+        generator.generate(SampleFiles::url(path), size, scale, answers.next());
+    }
+
+    // The state of a file that was changed a moment before the queue's time.
+    void changeNow(const QByteArray &path) const
+    {
+        SampleFiles::setModified(path, queue.currentDate().toSecsSinceEpoch() - 1, 900'000'000);
+    }
+};
+
+constexpr int kPatience = 20'000; // milliseconds
+
+#define VERIFY_ANSWERS(f, number) QTRY_COMPARE_WITH_TIMEOUT((f).answers.count(), qsizetype(number), kPatience)
+
+} // namespace
+
+void LinuxThumbnailGeneratorTest::a_picture_fits_the_points_at_their_scale_data()
+{
+    QTest::addColumn<QSize>("original");
+    QTest::addColumn<QSizeF>("size");
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<QSize>("pixels");
+    QTest::newRow("1x") << QSize(1920, 1080) << QSizeF(72, 41) << 1.0 << QSize(72, 41);
+    QTest::newRow("2x") << QSize(1920, 1080) << QSizeF(72, 41) << 2.0 << QSize(144, 81);
+    QTest::newRow("1.5x") << QSize(1080, 1920) << QSizeF(41, 72) << 1.5 << QSize(61, 108);
+    QTest::newRow("square") << QSize(900, 600) << QSizeF(72, 72) << 1.0 << QSize(72, 48);
+    QTest::newRow("not blown up") << QSize(30, 20) << QSizeF(72, 48) << 2.0 << QSize(30, 20);
+    QTest::newRow("beyond the cache") << QSize(1600, 1200) << QSizeF(1500, 1500) << 1.0 << QSize(1500, 1125);
+}
+
+void LinuxThumbnailGeneratorTest::a_picture_fits_the_points_at_their_scale()
+{
+    QFETCH(QSize, original);
+    QFETCH(QSizeF, size);
+    QFETCH(double, scale);
+    Fixture f;
+    f.request(f.samples.file("a.png", SampleFiles::picture("png", original)), size, scale);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.last());
+    QTEST(f.answers.last()->size(), "pixels");
+    QCOMPARE(f.answers.last()->devicePixelRatio(), 1.0);
+}
+
+void LinuxThumbnailGeneratorTest::the_pixel_size_is_that_of_the_header()
+{
+    const Fixture f;
+    const auto sizeOf = [&f](const QByteArray &path) { return f.generator.imagePixelSize(SampleFiles::url(path)); };
+    QCOMPARE(sizeOf(f.samples.file("caf\xe9.jpg", SampleFiles::turnedJpeg({70, 40}, 6))), QSize(70, 40));
+    QCOMPARE(sizeOf(f.samples.file("huge.png", SampleFiles::pngHeader({60'000, 60'000}))), QSize(60'000, 60'000));
+    const QByteArray fifo = f.samples.path("fifo.png");
+    QCOMPARE(::mkfifo(fifo.constData(), 0600), 0);
+    for (const QByteArray &path : {f.samples.file("a.txt", "text"), f.samples.file("a.png", ""), fifo,
+                                   f.samples.path("missing.png"), QByteArray("/dev/zero"), QByteArray("/tmp")})
+        QVERIFY2(!sizeOf(path), path.constData());
+}
+
+void LinuxThumbnailGeneratorTest::a_completion_does_not_run_on_the_callers_thread()
+{
+    Fixture f;
+    f.request(f.samples.file("a.png", SampleFiles::picture("png", {80, 40})));
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.thread != std::this_thread::get_id());
+}
+
+void LinuxThumbnailGeneratorTest::bad_input_is_answered_with_nothing_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("contents");
+    const QByteArray png = SampleFiles::picture("png", {800, 400});
+    QTest::newRow("empty png") << QByteArray("a.png") << QByteArray();
+    QTest::newRow("truncated png") << QByteArray("a.png") << png.left(png.size() / 2);
+    QTest::newRow("60000 x 60000 png") << QByteArray("a.png") << SampleFiles::pngHeader({60'000, 60'000});
+    QTest::newRow("20000 x 20000 png") << QByteArray("a.png") << SampleFiles::pngHeader({20'000, 20'000});
+    QTest::newRow("text named png") << QByteArray("a.png") << QByteArray("no picture");
+    QTest::newRow("text") << QByteArray("a.txt") << QByteArray("no picture");
+    QTest::newRow("pdf without a service") << QByteArray("a.pdf") << QByteArray("%PDF-1.4\n");
+    QTest::newRow("drawing that is none") << QByteArray("a.svg") << QByteArray("<svg");
+    QTest::newRow("no file") << QByteArray() << QByteArray();
+    QTest::newRow("fifo") << QByteArray("fifo") << QByteArray();
+    QTest::newRow("device") << QByteArray("device") << QByteArray();
+    QTest::newRow("folder") << QByteArray("folder") << QByteArray();
+    QTest::newRow("dangling link") << QByteArray("link") << QByteArray();
+}
+
+void LinuxThumbnailGeneratorTest::bad_input_is_answered_with_nothing()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, contents);
+    Fixture f;
+    QByteArray path = f.samples.path(name);
+    if (name.isEmpty())
+        path = f.samples.path("missing.png");
+    else if (name == "fifo")
+        QCOMPARE(::mkfifo(path.constData(), 0600), 0);
+    else if (name == "device")
+        path = "/dev/zero";
+    else if (name == "folder")
+        QCOMPARE(::mkdir(path.constData(), 0700), 0);
+    else if (name == "link")
+        QCOMPARE(::symlink("/nowhere/at/all.png", path.constData()), 0);
+    else
+        f.samples.file(name, contents);
+    f.request(path);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(!f.answers.last());
+    // Nobody waits for a file that does not change.
+    QCOMPARE(f.queue.pendingCount(), 0);
+}
+
+void LinuxThumbnailGeneratorTest::names_of_any_bytes_are_served()
+{
+    Fixture f;
+    const QByteArray picture = SampleFiles::picture("jpeg", {800, 400});
+    qsizetype count = 0;
+    for (const QByteArray &name :
+         {QByteArray("a b.jpg"), QByteArray("a\nb'\"%41#?.jpg"), QByteArray("\xf0\x9f\x98\x80"),
+          QByteArray("\xd7\xa9\xd7\x9c.jpg"), QByteArray("caf\xe9\xff.jpg")}) {
+        f.request(f.samples.file(name, picture));
+        ++count;
+        VERIFY_ANSWERS(f, count);
+        QVERIFY2(f.answers.last(), name.constData());
+    }
+}
+
+void LinuxThumbnailGeneratorTest::a_drawing_is_rendered()
+{
+    Fixture f;
+    const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 20 10'>"
+                               "<rect width='20' height='10' fill='red'/></svg>";
+    f.request(f.samples.file("a.svg", drawing), {72, 72}, 2);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.last());
+    QCOMPARE(f.answers.last()->size(), QSize(144, 72));
+    QCOMPARE(f.answers.last()->pixelColor(70, 30), QColor(Qt::red));
+}
+
+void LinuxThumbnailGeneratorTest::an_entry_of_the_cache_is_used()
+{
+    Fixture f;
+    const QByteArray path = f.samples.file("a.jpg", SampleFiles::picture("jpeg", {800, 400}));
+    QImage entry(128, 64, QImage::Format_RGB32);
+    entry.fill(Qt::green);
+    QVERIFY(f.cache.store(path, RegularFile::open(path)->state(), entry, *ThumbnailCache::sizeClassFor({128, 128})));
+    f.request(path);
+    VERIFY_ANSWERS(f, 1);
+    QCOMPARE(f.answers.last()->size(), QSize(72, 36));
+    QCOMPARE(f.answers.last()->pixelColor(9, 9), QColor(Qt::green));
+    // At twice the scale that entry is too small.
+    f.request(path, {72, 72}, 2);
+    VERIFY_ANSWERS(f, 2);
+    QVERIFY(f.answers.last()->pixelColor(9, 9).red() > 240);
+}
+
+void LinuxThumbnailGeneratorTest::a_decoded_photo_is_kept_in_the_cache()
+{
+    Fixture f;
+    const QByteArray path = f.samples.file("a.jpg", SampleFiles::picture("jpeg", {1000, 500}));
+    const FileState state = RegularFile::open(path)->state();
+    f.request(path);
+    VERIFY_ANSWERS(f, 1);
+    QTRY_VERIFY_WITH_TIMEOUT(f.cache.find(path, state, {72, 72}), kPatience);
+    QCOMPARE(f.cache.find(path, state, {72, 72})->size(), QSize(128, 64));
+    f.request(path, {72, 72}, 2);
+    VERIFY_ANSWERS(f, 2);
+    QTRY_VERIFY_WITH_TIMEOUT(f.cache.find(path, state, {144, 144}), kPatience);
+    QCOMPARE(f.cache.find(path, state, {144, 144})->size(), QSize(256, 128));
+}
+
+void LinuxThumbnailGeneratorTest::a_small_picture_is_not_kept()
+{
+    Fixture f;
+    f.request(f.samples.file("a.jpg", SampleFiles::picture("jpeg", {300, 300})));
+    VERIFY_ANSWERS(f, 1);
+    f.request(f.samples.file("b.jpg", SampleFiles::picture("jpeg", {1000, 500})));
+    VERIFY_ANSWERS(f, 2);
+    const QDir normal(QFile::decodeName(f.cacheFolder + "/normal"));
+    QTRY_COMPARE_WITH_TIMEOUT(normal.entryList({QStringLiteral("*.png")}, QDir::Files).size(), 1, kPatience);
+}
+
+void LinuxThumbnailGeneratorTest::a_file_just_changed_is_neither_looked_up_nor_kept()
+{
+    Fixture f;
+    const QByteArray path = f.samples.file("a.jpg", SampleFiles::picture("jpeg", {1000, 500}));
+    f.changeNow(path);
+    const FileState state = RegularFile::open(path)->state();
+    QImage entry(128, 64, QImage::Format_RGB32);
+    entry.fill(Qt::green);
+    QVERIFY(f.cache.store(path, state, entry, *ThumbnailCache::sizeClassFor({128, 128})));
+    f.request(path);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.last()->pixelColor(9, 9).red() > 240);
+    // A second later the same entry counts, and it is still the old one.
+    f.queue.advance(1);
+    f.request(path);
+    VERIFY_ANSWERS(f, 2);
+    QCOMPARE(f.answers.last()->pixelColor(9, 9), QColor(Qt::green));
+}
+
+void LinuxThumbnailGeneratorTest::a_broken_file_is_decoded_once_only()
+{
+    Fixture f;
+    const QByteArray png = SampleFiles::picture("png", {800, 400});
+    const QByteArray path = f.samples.file("a.png", png.left(png.size() / 2) + QByteArray(png.size() / 2, 'x'));
+    f.request(path);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(!f.answers.last());
+    QTRY_VERIFY_WITH_TIMEOUT(f.cache.hasFailure(path, RegularFile::open(path)->state()), kPatience);
+    // Mended without a new date or size, it still counts as broken; with a new date it does not.
+    f.samples.file("a.png", png + QByteArray(png.size() / 2 * 2 - png.size(), 'x'));
+    f.request(path);
+    VERIFY_ANSWERS(f, 2);
+    SampleFiles::setModified(path, 1'650'000'000);
+    f.request(path);
+    VERIFY_ANSWERS(f, 3);
+    QVERIFY(f.answers.last());
+}
+
+void LinuxThumbnailGeneratorTest::a_file_of_the_cache_itself_is_decoded_but_not_kept()
+{
+    Fixture f;
+    QVERIFY(QDir().mkpath(QFile::decodeName(f.cacheFolder + "/xx-large")));
+    f.request(f.samples.file("cache/thumbnails/xx-large/a.png", SampleFiles::picture("png", {1024, 512})));
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.last());
+    QVERIFY(!QFile::exists(QFile::decodeName(f.cacheFolder + "/normal")));
+}
+
+void LinuxThumbnailGeneratorTest::a_png_still_being_written_is_tried_again()
+{
+    Fixture f;
+    const QByteArray png = SampleFiles::picture("png", {800, 400});
+    const QByteArray path = f.samples.file("a.png", png.left(png.size() / 2));
+    f.changeNow(path);
+    f.request(path);
+    QTRY_COMPARE_WITH_TIMEOUT(f.queue.pendingCount(), 1, kPatience);
+    QCOMPARE(f.answers.count(), 0);
+    f.samples.file("a.png", png);
+    f.changeNow(path);
+    f.queue.advance(0.25);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.last());
+    QCOMPARE(f.answers.last()->size(), QSize(72, 36));
+}
+
+void LinuxThumbnailGeneratorTest::a_jpeg_still_being_written_is_not_shown_in_part()
+{
+    Fixture f;
+    const QByteArray jpeg = SampleFiles::picture("jpeg", {800, 400});
+    const QByteArray path = f.samples.file("a.jpg", jpeg.left(jpeg.size() / 2));
+    f.changeNow(path);
+    f.request(path);
+    // 0.1 s after the change it may go on; 0.35 and 0.85 s after it too; 1.85 s after it, this is all there is.
+    for (const double delay : {0.25, 0.5, 1.0}) {
+        QTRY_COMPARE_WITH_TIMEOUT(f.queue.pendingCount(), 1, kPatience);
+        QCOMPARE(f.answers.count(), 0);
+        f.queue.advance(delay);
+    }
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.last());
+    QCOMPARE(f.queue.pendingCount(), 0);
+}
+
+void LinuxThumbnailGeneratorTest::an_empty_file_named_like_an_image_is_tried_again()
+{
+    Fixture f;
+    const QByteArray path = f.samples.file("a.png", "");
+    f.changeNow(path);
+    f.request(path);
+    QTRY_COMPARE_WITH_TIMEOUT(f.queue.pendingCount(), 1, kPatience);
+    f.samples.file("a.png", SampleFiles::picture("png", {80, 40}));
+    f.queue.advance(0.25);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(f.answers.last());
+}
+
+void LinuxThumbnailGeneratorTest::an_empty_file_of_another_kind_is_not_tried_again()
+{
+    Fixture f;
+    const QByteArray path = f.samples.file("a.txt", "");
+    f.changeNow(path);
+    f.request(path);
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(!f.answers.last());
+    QCOMPARE(f.queue.pendingCount(), 0);
+}
+
+void LinuxThumbnailGeneratorTest::a_file_that_never_ends_is_given_up()
+{
+    Fixture f;
+    const QByteArray png = SampleFiles::picture("png", {800, 400});
+    const QByteArray path = f.samples.file("a.png", png.left(png.size() / 2));
+    f.changeNow(path);
+    f.request(path);
+    for (const double delay : {0.25, 0.5, 1.0, 2.0, 4.0}) {
+        QTRY_COMPARE_WITH_TIMEOUT(f.queue.pendingCount(), 1, kPatience);
+        QCOMPARE(f.answers.count(), 0);
+        SampleFiles::setModified(path, f.queue.currentDate().addMSecs(qint64(delay * 1000)).toSecsSinceEpoch());
+        f.queue.advance(delay);
+    }
+    VERIFY_ANSWERS(f, 1);
+    QVERIFY(!f.answers.last());
+    QCOMPARE(f.queue.pendingCount(), 0);
+    QCOMPARE(f.queue.timerCount(), 0);
+}
+
+void LinuxThumbnailGeneratorTest::every_completion_is_called_once_when_the_generator_goes()
+{
+    const SampleFiles samples;
+    VirtualMainQueue queue;
+    Answers answers;
+    const QByteArray photo = samples.file("a.jpg", SampleFiles::picture("jpeg", {3000, 2000}));
+    const QByteArray growing = samples.file("b.png", "");
+    SampleFiles::setModified(growing, queue.currentDate().toSecsSinceEpoch());
+    {
+        LinuxThumbnailGenerator generator(queue, samples.path("cache"));
+        // One waits on a timer, one on its way to it, and the rest for their turn.
+        generator.generate(SampleFiles::url(growing), {72, 72}, 1, answers.next());
+        QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
+        queue.runPending();
+        generator.generate(SampleFiles::url(growing), {72, 72}, 1, answers.next());
+        QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
+        for (int i = 0; i < 48; ++i)
+            generator.generate(SampleFiles::url(photo), {72, 72}, 1, answers.next());
+    }
+    QCOMPARE(answers.count(), 49);
+    queue.runPending();
+    QCOMPARE(answers.count(), 50);
+    queue.advance(60);
+    QCOMPARE(answers.count(), 50);
+}
+
+QTEST_MAIN(LinuxThumbnailGeneratorTest)
+#include "LinuxThumbnailGeneratorTest.moc"

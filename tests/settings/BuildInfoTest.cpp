@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "settings/BuildInfo.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+class BuildInfoTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCoreApplication::setApplicationVersion(QString()); }
+
+    void the_running_version_is_the_applications_own();
+    void an_application_without_a_version_runs_as_1_0();
+    void the_version_of_the_build_is_made_of_dotted_numbers();
+    void the_makers_page_is_a_web_address_that_names_this_application();
+    void the_version_record_is_a_secure_web_address_of_a_json_file();
+    void the_makers_line_is_one_line();
+};
+
+void BuildInfoTest::the_running_version_is_the_applications_own()
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral("3.1.4"));
+    QCOMPARE(BuildInfo::runningVersion(), QStringLiteral("3.1.4"));
+}
+
+void BuildInfoTest::an_application_without_a_version_runs_as_1_0()
+{
+    QCoreApplication::setApplicationVersion(QString());
+    QCOMPARE(BuildInfo::runningVersion(), QStringLiteral("1.0"));
+}
+
+void BuildInfoTest::the_version_of_the_build_is_made_of_dotted_numbers()
+{
+    const QStringList parts = BuildInfo::builtVersion().split(QLatin1Char('.'));
+    QVERIFY(parts.size() >= 2);
+    for (const QString &part : parts) {
+        bool isNumber = false;
+        part.toUInt(&isNumber);
+        QVERIFY2(isNumber, qPrintable(part));
+    }
+}
+
+void BuildInfoTest::the_makers_page_is_a_web_address_that_names_this_application()
+{
+    const QUrl url = BuildInfo::moreAppsURL();
+    QVERIFY(url.isValid());
+    QCOMPARE(url.scheme(), QStringLiteral("https"));
+    QVERIFY(url.query().contains(QLatin1String("ref=")));
+}
+
+void BuildInfoTest::the_version_record_is_a_secure_web_address_of_a_json_file()
+{
+    const QUrl url = BuildInfo::versionURL();
+    QVERIFY(url.isValid());
+    QCOMPARE(url.scheme(), QStringLiteral("https"));
+    QVERIFY(url.path().endsWith(QLatin1String("/version.json")));
+}
+
+void BuildInfoTest::the_makers_line_is_one_line()
+{
+    QVERIFY(!BuildInfo::makerLine().isEmpty());
+    QVERIFY(!BuildInfo::makerLine().contains(QLatin1Char('\n')));
+}
+
+QTEST_GUILESS_MAIN(BuildInfoTest)
+#include "BuildInfoTest.moc"

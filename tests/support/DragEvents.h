@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QWidget>
+
+// Drag events as a destination meets them, sent to one widget. Each answers whether it was accepted and, through
+// `action` where given, with which action.
+
+inline bool sendDragEnter(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr,
+                          Qt::DropActions possible = Qt::CopyAction | Qt::MoveAction)
+{
+    QDragEnterEvent event(target.rect().center(), possible, &data, Qt::LeftButton, Qt::NoModifier);
+    event.setDropAction(Qt::MoveAction);
+    event.ignore();
+    QApplication::sendEvent(&target, &event);
+    if (action)
+        *action = event.dropAction();
+    return event.isAccepted();
+}
+
+inline bool sendDragMove(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr)
+{
+    QDragMoveEvent event(target.rect().center(), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                         Qt::NoModifier);
+    event.setDropAction(Qt::MoveAction);
+    event.ignore();
+    QApplication::sendEvent(&target, &event);
+    if (action)
+        *action = event.dropAction();
+    return event.isAccepted();
+}
+
+inline void sendDragLeave(QWidget &target)
+{
+    QDragLeaveEvent event;
+    QApplication::sendEvent(&target, &event);
+}
+
+inline bool sendDrop(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr)
+{
+    QDropEvent event(target.rect().center(), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    event.setDropAction(Qt::MoveAction);
+    event.ignore();
+    QApplication::sendEvent(&target, &event);
+    if (action)
+        *action = event.dropAction();
+    return event.isAccepted();
+}

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/PrivateBus.h"
+
+#include <QTemporaryFile>
+
+namespace {
+
+constexpr int kPatience = 20'000; // milliseconds
+
+const QByteArray kConfiguration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
+} // namespace
+
+PrivateBus::PrivateBus()
+{
+    QTemporaryFile configuration;
+    if (!configuration.open() || configuration.write(kConfiguration) < 0 || !configuration.flush())
+        return;
+    daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                                                 QStringLiteral("--config-file=") + configuration.fileName()});
+    while (!daemon.canReadLine() && daemon.waitForReadyRead(kPatience)) {
+    }
+    address = QString::fromUtf8(daemon.readLine()).trimmed();
+}
+
+PrivateBus::~PrivateBus()
+{
+    daemon.terminate();
+    if (!daemon.waitForFinished(kPatience))
+        daemon.kill();
+    daemon.waitForFinished();
+}
+
+QDBusConnection PrivateBus::connect(const QString &name) const
+{
+    return QDBusConnection::connectToBus(address, name);
+}

@@ -1,0 +1,372 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <QHash>
+#include <QMap>
+#include <QPointer>
+
+#include <mutex>
+#include <vector>
+
+// A platform for tests: time, pasteboards, screens and answers are what the test says, and every call is recorded.
+
+// What several services were asked, in the order across all of them.
+class CallLog {
+public:
+    void note(const QString &call);
+
+    QStringList calls;
+    std::function<void(const QString &call)> onCall; // runs inside each call, before it does anything
+};
+
+class VirtualMainQueue : public MainQueue {
+public:
+    void async(std::function<void()> work) override;
+    std::shared_ptr<Timer> after(double seconds, std::function<void()> work) override;
+    std::shared_ptr<Timer> every(double seconds, std::function<void()> work) override;
+    double now() const override { return time; }
+    QDateTime currentDate() const override { return startDate.addMSecs(qRound64(time * 1000.0)); }
+
+    // Runs what is queued now, and what that queues in turn.
+    void runPending();
+
+    // Moves time on by `seconds`, running everything that falls due in its order, then what is queued.
+    void advance(double seconds);
+
+    // How many calls of async() wait.
+    qsizetype pendingCount() const;
+
+    // How many timers are armed.
+    qsizetype timerCount() const;
+
+    QDateTime startDate = QDateTime::fromSecsSinceEpoch(1'700'000'000);
+
+private:
+    struct Entry;
+    class Handle;
+    std::shared_ptr<Timer> arm(double seconds, bool repeats, std::function<void()> work);
+
+    double time = 0;
+    quint64 serial = 0;
+    mutable std::mutex queueMutex; // async() is called from other threads too
+    QList<std::function<void()>> queue;
+    std::vector<std::shared_ptr<Entry>> timers;
+};
+
+class VirtualUserDefaults : public UserDefaults {
+public:
+    QVariant object(const QString &key) const override { return values.value(key); }
+    bool set(const QString &key, const QVariant &value) override;
+    bool remove(const QString &key) override;
+
+    QMap<QString, QVariant> values;
+    QStringList writes; // the keys written or removed, in order
+    bool writable = true;
+};
+
+class VirtualColorArchive : public ColorArchive {
+public:
+    std::optional<QByteArray> archive(const QColor &color) const override;
+    std::optional<QColor> unarchive(const QByteArray &data) const override;
+};
+
+class VirtualSystemAppearance : public SystemAppearance {
+public:
+    QColor accentColor() const override { return accent; }
+    QIcon symbol(const QString &name, const QColor &tint) const override;
+    QIcon applicationIcon() const override;
+
+    QColor accent = QColor(0, 122, 255);
+    QStringList missingSymbols;
+    mutable QList<std::pair<QString, QColor>> symbolRequests;
+};
+
+class VirtualPasteboard : public Pasteboard {
+public:
+    QList<QUrl> fileURLs() const override { return urls; }
+
+    QList<QUrl> urls;
+};
+
+class VirtualDragPasteboard : public DragPasteboard {
+public:
+    qint64 changeCount() const override { return count; }
+    QList<QUrl> fileURLs() const override
+    {
+        ++reads;
+        return urls;
+    }
+
+    qint64 count = 0;
+    QList<QUrl> urls;
+    mutable int reads = 0;
+};
+
+class VirtualEventMonitors : public EventMonitors {
+public:
+    std::optional<Token> add(quint32 mask, std::function<void()> handler) override;
+    void remove(Token token) override;
+
+    // Delivers one event to the monitors that follow it.
+    void send(EventMask event);
+    qsizetype count(quint32 mask) const;
+
+    bool refuses = false;
+    CallLog *log = nullptr;
+
+private:
+    struct Monitor {
+        quint32 mask;
+        std::function<void()> handler;
+    };
+    QMap<Token, Monitor> monitors;
+    Token lastToken = 0;
+};
+
+class VirtualAccessibilityTrust : public AccessibilityTrust {
+public:
+    bool isProcessTrusted() const override
+    {
+        ++checks;
+        if (log)
+            log->note(QStringLiteral("isProcessTrusted"));
+        return trusted;
+    }
+    void openAccessibilitySettings() override { ++settingsOpened; }
+
+    bool trusted = true;
+    mutable int checks = 0;
+    int settingsOpened = 0;
+    CallLog *log = nullptr;
+};
+
+class VirtualWorkspace : public Workspace {
+public:
+    std::optional<QString> frontmostBundleIdentifier() const override { return frontmost; }
+    bool open(const QUrl &url) override;
+    QIcon icon(const QUrl &file) const override;
+    std::optional<Application> application(const QString &bundleIdentifier) const override;
+    std::optional<QString> bundleIdentifier(const QUrl &chosenFile) const override;
+    QList<QUrl> applicationsFolders() const override { return folders; }
+
+    std::optional<QString> frontmost;
+    QList<QUrl> opened;
+    bool openSucceeds = true;
+    QMap<QString, Application> applications;
+    QMap<QUrl, QString> identifiers;
+    mutable QStringList applicationLookups;
+    QList<QUrl> folders = {QUrl::fromLocalFile(QStringLiteral("/Applications")),
+                           QUrl::fromLocalFile(QStringLiteral("/Users/me/Applications"))};
+    mutable QList<QUrl> iconRequests;
+};
+
+class VirtualLoginItem : public LoginItem {
+public:
+    bool isEnabled() const override;
+    bool enable() override;
+    bool disable() override;
+
+    bool enabled = false;
+    bool fails = false;
+    QStringList calls;
+    CallLog *log = nullptr;
+};
+
+class VirtualKeyTap : public KeyTap {
+public:
+    bool install(Handler tapHandler) override;
+    void remove() override;
+
+    // Presses a key anywhere; true when the tap swallowed it.
+    bool press(Qt::Key key, Qt::KeyboardModifiers modifiers);
+
+    Handler handler;
+    bool refuses = false;
+    int installs = 0;
+    int removals = 0;
+};
+
+class VirtualFileEventStreams : public FileEventStreams {
+public:
+    struct Stream;
+
+    std::shared_ptr<FileEventStream> create(const QString &folder, double latency,
+                                            std::function<void()> handler) override;
+    std::optional<QDateTime> creationDate(const QUrl &file) const override;
+
+    // Calls back every started stream.
+    void send();
+
+    QList<std::shared_ptr<Stream>> streams;
+    bool refuses = false;
+    CallLog *log = nullptr;
+    QMap<QUrl, QDateTime> creationDates;
+};
+
+struct VirtualFileEventStreams::Stream : FileEventStream {
+    void start() override { calls.append(QStringLiteral("start")); }
+    void stop() override { calls.append(QStringLiteral("stop")); }
+    void invalidate() override { calls.append(QStringLiteral("invalidate")); }
+    bool isRunning() const { return calls == QStringList{QStringLiteral("start")}; }
+
+    QString folder;
+    double latency = 0;
+    std::function<void()> handler;
+    QStringList calls;
+};
+
+class VirtualThumbnailGenerator : public ThumbnailGenerator {
+public:
+    struct Request {
+        QUrl file;
+        QSizeF size;
+        double scale;
+        Completion completion;
+    };
+
+    std::optional<QSize> imagePixelSize(const QUrl &file) const override;
+    void generate(const QUrl &file, const QSizeF &size, double scale, Completion completion) override;
+
+    // Answers the oldest open request, or all of them, with a picture of one colour, or with none.
+    void completeFirst(std::optional<QImage> image);
+    void completeAll(const std::optional<QImage> &image);
+
+    QMap<QUrl, QSize> pixelSizes;
+    QList<Request> requests; // open ones
+    int requestCount = 0;
+};
+
+class VirtualFloatingPanels : public FloatingPanels {
+public:
+    void make(QWidget &window, const PanelStyle &style) override;
+    void orderFront(QWidget &window) override;
+    void orderOut(QWidget &window) override;
+    void setAlpha(QWidget &window, double alpha) override { alphas.insert(&window, alpha); }
+    bool canBlend() const override { return blends; }
+
+    QMap<QString, QPointer<QWidget>> panels; // by role
+    QList<PanelStyle> styles;
+    QMap<const QWidget *, double> alphas; // the last one of each window
+    std::function<void(QWidget &window)> whenOrderedFront;
+    int ordersFront = 0;
+    int ordersOut = 0;
+    bool blends = true;
+    CallLog *log = nullptr;
+};
+
+class VirtualDragSessions : public DragSessions {
+public:
+    struct Session {
+        QPointer<QWidget> source;
+        QList<DraggingItem> items;
+        DragOperation offered;
+        Ended ended;
+    };
+
+    void begin(QWidget &source, const QList<DraggingItem> &items, DragOperation offered, Ended ended) override;
+
+    // Ends the oldest running session.
+    void end(DragOperation operation);
+
+    QList<Session> sessions; // running ones
+    int begun = 0;
+};
+
+class VirtualScreens : public Screens {
+public:
+    std::optional<Screen> main() const override;
+    QList<Screen> all() const override { return screens; }
+    QPointF pointer() const override { return pointerPosition; }
+
+    // One screen of 1280 x 800 points without reserved space, unless the test says otherwise.
+    QList<Screen> screens = {Screen{QRectF(0, 0, 1280, 800), QRectF(0, 0, 1280, 800), 1.0}};
+    qsizetype mainIndex = 0;
+    QPointF pointerPosition = QPointF(640, 400);
+};
+
+class VirtualActivationPolicy : public ActivationPolicy {
+public:
+    void set(Policy policy) override;
+    void activate(QWidget &window) override;
+
+    QList<Policy> policies;
+    QList<QPointer<QWidget>> activated;
+    CallLog *log = nullptr;
+};
+
+class VirtualStatusBar : public StatusBar {
+public:
+    struct Item;
+
+    std::unique_ptr<StatusItem> createItem() override;
+
+    // The item now in the status bar; null when there is none.
+    Item *item = nullptr;
+    int created = 0;
+    CallLog *log = nullptr;
+};
+
+struct VirtualStatusBar::Item : StatusItem {
+    explicit Item(VirtualStatusBar &statusBar);
+    ~Item() override;
+    void setSymbol(const QString &name, const QString &accessibilityDescription) override;
+    void setMenu(std::unique_ptr<QMenu> newMenu) override { menu = std::move(newMenu); }
+
+    VirtualStatusBar &bar;
+    QString symbol;
+    QString description;
+    std::unique_ptr<QMenu> menu;
+};
+
+class VirtualAlerts : public Alerts {
+public:
+    AlertAnswer runModal(const Alert &alert) override;
+
+    QList<Alert> shown;
+    QList<AlertAnswer> answers;       // taken from the front; the last button without a check when none is left
+    std::function<void()> whileShown; // runs while an alert is on screen
+    CallLog *log = nullptr;
+};
+
+class VirtualOpenPanels : public OpenPanels {
+public:
+    std::optional<QUrl> runModal(const OpenPanel &panel, QWidget *window) override;
+
+    QList<OpenPanel> shown;
+    std::optional<QUrl> choice;       // nothing: the user cancels
+    std::function<void()> whileShown; // runs while a panel is on screen
+};
+
+// A Platform of the above, with each member at hand in its own type.
+class VirtualPlatform {
+public:
+    VirtualPlatform();
+
+    // What the services of a launch and of a change of the settings are asked: "makeStatusItem", "isProcessTrusted",
+    // "addMonitor MASK", "openStream", "isLoginItemEnabled", "setPolicy", "activate", "orderFront" and "alert".
+    CallLog log;
+
+    Platform platform;
+    VirtualMainQueue &mainQueue;
+    VirtualUserDefaults &userDefaults;
+    VirtualColorArchive &colorArchive;
+    VirtualSystemAppearance &appearance;
+    VirtualPasteboard &generalPasteboard;
+    VirtualDragPasteboard &dragPasteboard;
+    VirtualEventMonitors &eventMonitors;
+    VirtualAccessibilityTrust &accessibilityTrust;
+    VirtualWorkspace &workspace;
+    VirtualLoginItem &loginItem;
+    VirtualKeyTap &keyTap;
+    VirtualFileEventStreams &fileEventStreams;
+    VirtualThumbnailGenerator &thumbnailGenerator;
+    VirtualFloatingPanels &floatingPanels;
+    VirtualDragSessions &dragSessions;
+    VirtualScreens &screens;
+    VirtualActivationPolicy &activationPolicy;
+    VirtualStatusBar &statusBar;
+    VirtualAlerts &alerts;
+    VirtualOpenPanels &openPanels;
+};

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/CursorShelf.h"
+
+#include "platform/Platform.h"
+#include "shelf/ShelfGeometry.h"
+#include "shelf/ShelfViews.h"
+
+#include <QPainter>
+#include <QPointer>
+
+namespace {
+
+constexpr double kPanelSize = 88;
+constexpr int kIconSize = 34;
+constexpr float kIconTint = 0.65F;
+constexpr double kHighlightBorder = 2;
+constexpr double kFadeIn = 0.15;  // seconds
+constexpr double kFadeOut = 0.12; // seconds
+
+// Whether `point` is on the screen. Its right and bottom edges belong to the screens beside and below it.
+bool contains(const Screen &screen, const QPointF &point)
+{
+    const QRectF &frame = screen.frame;
+    return point.x() >= frame.left() && point.x() < frame.right() && point.y() >= frame.top() &&
+           point.y() < frame.bottom();
+}
+
+// A symbol in the middle of a view, with a screen reader's name for it.
+class SymbolView : public QWidget {
+public:
+    SymbolView(QIcon shownSymbol, const QString &description, QWidget *parent)
+        : QWidget(parent)
+        , symbol(std::move(shownSymbol))
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setAccessibleName(description);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        symbol.paint(&painter, rect());
+    }
+
+private:
+    QIcon symbol;
+};
+
+} // namespace
+
+CursorDropZone::CursorDropZone(Platform &platform, QWidget *parent)
+    : QWidget(parent)
+    , visualFX(new VisualEffectView([&platform] { return platform.floatingPanels->canBlend(); }, this))
+    , iconView(new SymbolView(
+          platform.appearance->symbol(QStringLiteral("tray.and.arrow.down"), QColor::fromRgbF(1, 1, 1, kIconTint)),
+          tr("Drop here"), this))
+{
+    setAcceptDrops(true);
+    onHighlight = [this, &platform](bool on) {
+        visualFX->setBorder(on ? kHighlightBorder : 0, platform.appearance->accentColor());
+    };
+}
+
+void CursorDropZone::resizeEvent(QResizeEvent *)
+{
+    visualFX->setGeometry(rect());
+    iconView->setGeometry((width() - kIconSize) / 2, (height() - kIconSize) / 2, kIconSize, kIconSize);
+}
+
+CursorShelf::CursorShelf(Platform &services)
+    : dropZone(new CursorDropZone(services, this))
+    , platform(services)
+    , fader(
+          *services.mainQueue, [this](double value) { platform.floatingPanels->setAlpha(*this, value); }, 1.0)
+{
+    setWindowTitle(QStringLiteral("Parklet"));
+    platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("cursor-shelf"), VisualEffectView::kCornerRadius});
+    dropZone->onDrop = [panel = QPointer<CursorShelf>(this)](const QList<QUrl> &urls) {
+        if (panel && panel->onDrop)
+            panel->onDrop(urls);
+    };
+    resize(QSizeF(kPanelSize, kPanelSize).toSize());
+}
+
+void CursorShelf::resizeEvent(QResizeEvent *)
+{
+    dropZone->setGeometry(rect());
+}
+
+void CursorShelf::showNearCursor()
+{
+    const QPointF pointer = platform.screens->pointer();
+    std::optional<Screen> screen;
+    for (const Screen &candidate : platform.screens->all()) {
+        if (contains(candidate, pointer)) {
+            screen = candidate;
+            break;
+        }
+    }
+    if (!screen)
+        screen = platform.screens->main();
+    if (!screen)
+        qFatal("There is no screen to show the cursor shelf on");
+
+    const double flip = platform.screens->flipHeight();
+    const QRectF frame = cursorShelfFrame(flipped(pointer, flip), flipped(screen->visibleFrame, flip));
+    setGeometry(wholePoints(flipped(frame, flip)));
+    fader.setAlpha(0);
+    platform.floatingPanels->orderFront(*this);
+    fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
+}
+
+void CursorShelf::hide()
+{
+    if (!isVisible())
+        return;
+    fader.fade(0.0, kFadeOut, FadeCurve::Standard, [this] {
+        platform.floatingPanels->orderOut(*this);
+        fader.setAlpha(1.0);
+    });
+}

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/DropViews.h"
+
+#include "shelf/ShelfScroller.h"
+
+#include <QApplication>
+#include <QStyle>
+#include <QWheelEvent>
+
+namespace {
+
+constexpr int kOverlayWidth = 9;
+
+} // namespace
+
+DroppableView::DroppableView(QWidget *parent)
+    : QWidget(parent)
+{
+    setAcceptDrops(true);
+}
+
+ShelfScrollView::ShelfScrollView(QWidget *parent)
+    : QScrollArea(parent)
+    , overlay(new ShelfScroller(Qt::Vertical, this))
+{
+    setAcceptDrops(true);
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    setHorizontalScrollBar(new ShelfScroller(Qt::Horizontal, this));
+    viewport()->setAutoFillBackground(false);
+    QPalette clear = palette();
+    clear.setBrush(QPalette::Window, Qt::transparent);
+    setPalette(clear);
+
+    // The overlay is a second face of the real scroll bar, which stays hidden as it would take room.
+    QScrollBar *bar = verticalScrollBar();
+    connect(bar, &QScrollBar::rangeChanged, this, &ShelfScrollView::placeOverlay);
+    connect(bar, &QScrollBar::valueChanged, overlay, &QScrollBar::setValue);
+    connect(overlay, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+    setHorizontal(false);
+}
+
+double ShelfScrollView::scrollerWidth()
+{
+    return QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+}
+
+void ShelfScrollView::setHorizontal(bool horizontal)
+{
+    isRow = horizontal;
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(horizontal ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    placeOverlay();
+}
+
+void ShelfScrollView::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    placeOverlay();
+}
+
+void ShelfScrollView::placeOverlay()
+{
+    const QScrollBar *bar = verticalScrollBar();
+    overlay->setPageStep(bar->pageStep());
+    overlay->setSingleStep(bar->singleStep());
+    overlay->setRange(bar->minimum(), bar->maximum());
+    overlay->setValue(bar->value());
+    overlay->setGeometry(width() - kOverlayWidth, 0, kOverlayWidth, height());
+    overlay->setVisible(!isRow && bar->maximum() > bar->minimum());
+    overlay->raise();
+}
+
+void ShelfScrollView::wheelEvent(QWheelEvent *event)
+{
+    // A wheel that turns one way only must move a row too.
+    if (isRow && event->angleDelta().x() == 0)
+        QApplication::sendEvent(horizontalScrollBar(), event);
+    else
+        QScrollArea::wheelEvent(event);
+}

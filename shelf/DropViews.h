@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "shelf/DropTarget.h"
+
+#include <QScrollArea>
+#include <QWidget>
+
+class ShelfScroller;
+
+// The shelf's background as a drop target.
+class DroppableView : public QWidget, public DropTarget {
+    Q_OBJECT
+
+public:
+    explicit DroppableView(QWidget *parent = nullptr);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override { draggingEntered(event); }
+    void dragMoveEvent(QDragMoveEvent *event) override { draggingUpdated(event); }
+    void dragLeaveEvent(QDragLeaveEvent *event) override { draggingExited(event); }
+    void dropEvent(QDropEvent *event) override { performDragOperation(event); }
+};
+
+// Scrolls the tiles, and takes drops over them. A column's scroller lies over the tiles, a row's takes room below.
+class ShelfScrollView : public QScrollArea, public DropTarget {
+    Q_OBJECT
+
+public:
+    explicit ShelfScrollView(QWidget *parent = nullptr);
+
+    void setHorizontal(bool horizontal);
+
+    // The room, in points, that a scroller takes which does not lie over its content.
+    static double scrollerWidth();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override { draggingEntered(event); }
+    void dragMoveEvent(QDragMoveEvent *event) override { draggingUpdated(event); }
+    void dragLeaveEvent(QDragLeaveEvent *event) override { draggingExited(event); }
+    void dropEvent(QDropEvent *event) override { performDragOperation(event); }
+    void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void placeOverlay();
+
+    ShelfScroller *overlay;
+    bool isRow = false;
+};

@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/ShelfGeometry.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The panel and its screen.
+constexpr double kPanelGap = 4;     // to the screen edge it sits on
+constexpr double kCornerGap = 20;   // to the screen corner, for the start and end alignments
+constexpr double kScreenMargin = 8; // what a panel cut to the screen leaves free, both sides together
+constexpr qsizetype kFewestSlots = 1;
+constexpr qsizetype kMostSlots = 10;
+
+// A column of tiles: the panel is wider than a tile and higher than the tiles by these.
+constexpr double kColumnWidth = 44;
+constexpr double kTileSpacing = 6;
+constexpr double kStackInsets = 12;
+constexpr double kColumnHeader = 44;
+// A row of tiles.
+constexpr double kRowTileWidth = 22;
+constexpr double kRowHeader = 39;
+constexpr double kRowHeight = 28;
+
+// Inside the panel.
+constexpr double kHeaderTop = 8;
+constexpr double kHeaderHeight = 24;
+constexpr double kHeaderWidth = 36; // as a column beside a row of tiles
+constexpr double kButtonSize = 20;
+constexpr double kButtonMargin = 8;
+constexpr double kButtonEnd = 10;
+constexpr double kSeparatorInset = 8;
+constexpr double kSeparatorGap = 2;
+constexpr double kSeparatorThickness = 1;
+constexpr double kScrollMargin = 8;
+
+// Inside a tile.
+constexpr double kTileMargin = 16;
+constexpr double kReserveWithName = 30;
+constexpr double kReserveWithoutName = 16;
+constexpr double kImageInset = 4;
+constexpr double kImageBottomWithName = 27;
+constexpr double kImageBottomWithoutName = 8;
+constexpr double kImageTop = 8;
+constexpr double kNameInset = 2;
+constexpr double kNameOverhang = 5;
+constexpr double kNameHeight = 26;
+constexpr double kRemoveOffset = 20;
+constexpr double kRemoveSize = 18;
+
+// The cursor shelf.
+constexpr double kCursorShelfSize = 88;
+constexpr double kPointerGapX = 24;
+constexpr double kPointerGapY = 16;
+
+double alongX(const QRectF &visible, int alignment, double width)
+{
+    switch (alignment) {
+    case kAlignStart:
+        return visible.left() + kCornerGap;
+    case kAlignEnd:
+        return visible.right() - width - kCornerGap;
+    default:
+        return visible.center().x() - width / 2;
+    }
+}
+
+// The start of a side edge is its top. In these coordinates a rectangle's bottom() is its greatest y.
+double alongY(const QRectF &visible, int alignment, double height)
+{
+    switch (alignment) {
+    case kAlignStart:
+        return visible.bottom() - height - kCornerGap;
+    case kAlignEnd:
+        return visible.top() + kCornerGap;
+    default:
+        return visible.center().y() - height / 2;
+    }
+}
+
+} // namespace
+
+QRectF flipped(const QRectF &frame, double height)
+{
+    return QRectF(frame.x(), height - frame.y() - frame.height(), frame.width(), frame.height());
+}
+
+QPointF flipped(const QPointF &point, double height)
+{
+    return QPointF(point.x(), height - point.y());
+}
+
+QRect wholePoints(const QRectF &frame)
+{
+    // What a setting of absurd size asks for is cut to what a window system can name.
+    static constexpr double kFarthest = 32000;
+    const auto whole = [](double value, double least) {
+        return std::isnan(value) ? 0 : qRound(std::clamp(value, least, kFarthest));
+    };
+    return QRect(whole(frame.x(), -kFarthest), whole(frame.y(), -kFarthest), whole(frame.width(), 0),
+                 whole(frame.height(), 0));
+}
+
+bool isHorizontal(int edge)
+{
+    return edge == kEdgeTop || edge == kEdgeBottom;
+}
+
+double labelReserve(qint64 fileNameDisplay)
+{
+    return fileNameDisplay == kNamesHidden ? kReserveWithoutName : kReserveWithName;
+}
+
+QSizeF tileSize(double itemSize, qint64 fileNameDisplay)
+{
+    return QSizeF(itemSize + kTileMargin, itemSize + labelReserve(fileNameDisplay));
+}
+
+QRectF shelfFrame(const QRectF &visible, int edge, int alignment, double itemSize, double reserve, qsizetype itemCount,
+                  double scrollerWidth)
+{
+    const auto slotCount = static_cast<double>(std::clamp(itemCount, kFewestSlots, kMostSlots));
+    const bool horizontal = isHorizontal(edge);
+    double width =
+        horizontal ? (itemSize + kRowTileWidth) * slotCount + kStackInsets + kRowHeader : itemSize + kColumnWidth;
+    double height = horizontal ? itemSize + reserve + kRowHeight + scrollerWidth
+                               : (itemSize + reserve + kTileSpacing) * slotCount + kStackInsets + kColumnHeader;
+
+    QPointF origin;
+    switch (edge) {
+    case kEdgeLeft:
+        origin = QPointF(visible.left() + kPanelGap, alongY(visible, alignment, height));
+        break;
+    case kEdgeTop:
+        origin = QPointF(alongX(visible, alignment, width), visible.bottom() - height - kPanelGap);
+        break;
+    case kEdgeBottom:
+        origin = QPointF(alongX(visible, alignment, width), visible.top() + kPanelGap);
+        break;
+    default:
+        origin = QPointF(visible.right() - width - kPanelGap, alongY(visible, alignment, height));
+        break;
+    }
+
+    if (horizontal)
+        width = std::min(width, visible.width() - kScreenMargin);
+    else
+        height = std::min(height, visible.height() - kScreenMargin);
+    return QRectF(origin, QSizeF(width, height));
+}
+
+ShelfLayout shelfLayout(const QSizeF &size, bool horizontal)
+{
+    ShelfLayout layout;
+    const QSizeF button(kButtonSize, kButtonSize);
+    if (horizontal) {
+        layout.headerBar = QRectF(0, 0, kHeaderWidth, size.height());
+        const double x = (kHeaderWidth - kButtonSize) / 2;
+        layout.trashBtn = QRectF(QPointF(x, kButtonEnd), button);
+        layout.selectAllBtn = QRectF(QPointF(x, layout.trashBtn.bottom() + kButtonMargin), button);
+        layout.gearBtn = QRectF(QPointF(x, size.height() - kButtonEnd - kButtonSize), button);
+        layout.sepLine = QRectF(kHeaderWidth, kSeparatorInset, kSeparatorThickness,
+                                std::max(0.0, size.height() - 2 * kSeparatorInset));
+        const double left = layout.sepLine.right() + kSeparatorGap;
+        layout.scrollView = QRectF(left, kScrollMargin, std::max(0.0, size.width() - left),
+                                   std::max(0.0, size.height() - 2 * kScrollMargin));
+    } else {
+        layout.headerBar = QRectF(0, kHeaderTop, size.width(), kHeaderHeight);
+        const double y = (kHeaderHeight - kButtonSize) / 2;
+        layout.gearBtn = QRectF(QPointF(kButtonMargin, y), button);
+        layout.selectAllBtn = QRectF(QPointF((size.width() - kButtonSize) / 2, y), button);
+        layout.trashBtn = QRectF(QPointF(size.width() - kButtonMargin - kButtonSize, y), button);
+        layout.sepLine = QRectF(kSeparatorInset, layout.headerBar.bottom() + kSeparatorGap,
+                                std::max(0.0, size.width() - 2 * kSeparatorInset), kSeparatorThickness);
+        const double top = layout.sepLine.bottom() + kSeparatorGap;
+        layout.scrollView = QRectF(0, top, size.width(), std::max(0.0, size.height() - top - kScrollMargin));
+    }
+    return layout;
+}
+
+TileLayout tileLayout(const QSizeF &size, qint64 fileNameDisplay)
+{
+    const bool named = fileNameDisplay != kNamesHidden;
+    const double bottom = named ? kImageBottomWithName : kImageBottomWithoutName;
+    return TileLayout{
+        QRectF(kImageInset, bottom, size.width() - 2 * kImageInset, std::max(0.0, size.height() - bottom - kImageTop)),
+        QRectF(kNameInset, -kNameOverhang, size.width() - 2 * kNameInset, named ? kNameHeight : 0.0),
+        QRectF(size.width() - kRemoveOffset, size.height() - kRemoveOffset, kRemoveSize, kRemoveSize)};
+}
+
+QSizeF fittedThumbnailSize(double itemSize, const std::optional<QSizeF> &pixelSize)
+{
+    if (!pixelSize || pixelSize->width() <= 0 || pixelSize->height() <= 0)
+        return QSizeF(itemSize, itemSize);
+    const double width = pixelSize->width();
+    const double height = pixelSize->height();
+    if (height > width)
+        return QSizeF(std::round(width * itemSize / height), itemSize);
+    return QSizeF(itemSize, std::round(height * itemSize / width));
+}
+
+QRectF cursorShelfFrame(const QPointF &pointer, const QRectF &visible)
+{
+    double x = pointer.x() + kPointerGapX;
+    double y = pointer.y() - kCursorShelfSize - kPointerGapY;
+    x = std::min(std::max(x, visible.left() + kPanelGap), visible.right() - kCursorShelfSize - kPanelGap);
+    y = std::min(std::max(y, visible.top() + kPanelGap), visible.bottom() - kCursorShelfSize - kPanelGap);
+    return QRectF(x, y, kCursorShelfSize, kCursorShelfSize);
+}

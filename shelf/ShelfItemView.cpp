@@ -1,0 +1,336 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/ShelfItemView.h"
+
+#include "platform/FileURLs.h"
+#include "platform/Platform.h"
+#include "settings/AppSettings.h"
+#include "shelf/ShelfGeometry.h"
+#include "shelf/TileViews.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+constexpr double kCornerRadius = 8;
+constexpr double kHoverBackground = 0.12; // alpha of the white over a tile under the pointer
+constexpr double kHoverFade = 0.15;       // seconds
+constexpr double kScaleWithoutScreen = 2.0;
+
+// The dragMode setting. Any other value copies.
+constexpr qint64 kDragMoves = 1;
+constexpr qint64 kDragLinks = 2;
+
+constexpr int kDoubleClickOpens = 0; // the doubleClickAction setting; any other value selects all
+
+} // namespace
+
+ShelfItemView::ShelfItemView(const QUrl &url, Platform &services, AppSettings &appSettings, QWidget *parent)
+    : QWidget(parent)
+    , fileURL(url)
+    , imageView(new TileImageView(this))
+    , nameLabel(new TileLabel(parent ? parent : this))
+    , removeBtn(new TileRemoveButton(services.appearance->symbol(QStringLiteral("xmark"), Qt::white), this))
+    , platform(services)
+    , settings(appSettings)
+    , borderColor(services.appearance->accentColor())
+    , tileFader(
+          *services.mainQueue,
+          [this](double value) {
+              update();
+              imageView->setAlpha(value);
+              removeBtn->setAlpha(value * removeFader.alpha());
+              if (nameLabel)
+                  nameLabel->setAlpha(value);
+          },
+          1.0)
+    , removeFader(
+          *services.mainQueue, [this](double value) { removeBtn->setAlpha(value * alpha()); }, 0.0)
+    , hoverFader(
+          *services.mainQueue,
+          [this](double value) {
+              hoverAlpha = value;
+              update();
+          },
+          0.0)
+{
+    setupSubviews();
+    loadThumbnail();
+    updateNameLabel();
+}
+
+ShelfItemView::~ShelfItemView()
+{
+    delete nameLabel;
+}
+
+void ShelfItemView::setupSubviews()
+{
+    connect(removeBtn, &QAbstractButton::clicked, this, &ShelfItemView::didTapRemove);
+    setAccessibleName(lastPathComponent(fileURL));
+    // Scrolling may bring the tile under a resting pointer; hover follows the widget's own enter and leave events.
+    setAttribute(Qt::WA_Hover);
+}
+
+void ShelfItemView::setBorderWidth(double width)
+{
+    layerBorderWidth = width;
+    update();
+}
+
+void ShelfItemView::fadeOut(double seconds, std::function<void()> completion)
+{
+    fadesOut = true;
+    tileFader.fade(0.0, seconds, FadeCurve::Standard, std::move(completion));
+}
+
+void ShelfItemView::loadThumbnail()
+{
+    const double itemSize = settings.shelfItemSize();
+    lastLoadedSize = itemSize;
+    const QSizeF size = fittedThumbnailSize(itemSize, platform.thumbnailGenerator->imagePixelSize(fileURL));
+    const auto screen = platform.screens->main();
+    MainQueue &mainQueue = *platform.mainQueue;
+    platform.thumbnailGenerator->generate(
+        fileURL, size, screen ? screen->scale : kScaleWithoutScreen,
+        [tile = QPointer<ShelfItemView>(this), size, &mainQueue](std::optional<QImage> image) {
+            // The generator answers on a thread of its own; the tile is only looked at back on the main one.
+            mainQueue.async([tile, size, image = std::move(image)] {
+                if (!tile)
+                    return;
+                if (image && !image->isNull())
+                    tile->imageView->setImage(QPixmap::fromImage(*image), size);
+                else
+                    tile->imageView->setImage(tile->platform.workspace->icon(tile->fileURL));
+            });
+        });
+}
+
+QString ShelfItemView::displayName(const QUrl &fileURL, bool hideExtension)
+{
+    QString name = lastPathComponent(fileURL);
+    // Only the last extension goes, and a name that only begins with a dot has none.
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    if (!hideExtension || dot <= 0 || dot == name.size() - 1)
+        return name;
+    return name.left(dot);
+}
+
+void ShelfItemView::updateNameLabel()
+{
+    const qint64 display = settings.defaults.integer(SettingsKey::fileNameDisplay);
+    nameLabel->setVisible(display != kNamesHidden && display != kNamesOnHover);
+    if (display == kNamesHidden)
+        return;
+    nameLabel->setText(displayName(fileURL, settings.defaults.boolean(SettingsKey::hideFileExtensions)));
+}
+
+void ShelfItemView::layoutTile()
+{
+    const TileLayout layout = tileLayout(size(), settings.defaults.integer(SettingsKey::fileNameDisplay));
+    imageView->setGeometry(wholePoints(flipped(layout.imageView, height())));
+    removeBtn->setGeometry(wholePoints(flipped(layout.removeBtn, height())));
+    placeNameLabel();
+}
+
+void ShelfItemView::placeNameLabel()
+{
+    if (!nameLabel)
+        return;
+    const TileLayout layout = tileLayout(size(), settings.defaults.integer(SettingsKey::fileNameDisplay));
+    QRect frame = wholePoints(flipped(layout.nameLabel, height()));
+    if (nameLabel->parentWidget() != this)
+        frame.translate(pos());
+    nameLabel->setGeometry(frame);
+}
+
+bool ShelfItemView::event(QEvent *event)
+{
+    if (event->type() == QEvent::ParentChange && nameLabel) {
+        const bool hidden = nameLabel->isHidden();
+        nameLabel->setParent(parentWidget() ? parentWidget() : this);
+        nameLabel->setVisible(!hidden);
+        placeNameLabel();
+    }
+    return QWidget::event(event);
+}
+
+void ShelfItemView::resizeEvent(QResizeEvent *)
+{
+    layoutTile();
+    updateTrackingAreas();
+}
+
+void ShelfItemView::moveEvent(QMoveEvent *)
+{
+    placeNameLabel();
+}
+
+void ShelfItemView::updateTrackingAreas()
+{
+    removeFader.setAlpha(0);
+    hoverFader.setAlpha(0);
+}
+
+void ShelfItemView::applyHoverAppearance(double removeButtonAlpha, double backgroundAlpha)
+{
+    removeFader.fade(removeButtonAlpha, kHoverFade, FadeCurve::Standard);
+    hoverFader.fade(backgroundAlpha, kHoverFade, FadeCurve::Standard);
+}
+
+void ShelfItemView::enterEvent(QEnterEvent *)
+{
+    applyHoverAppearance(1.0, kHoverBackground);
+    if (settings.defaults.integer(SettingsKey::fileNameDisplay) == kNamesOnHover)
+        nameLabel->show();
+}
+
+void ShelfItemView::leaveEvent(QEvent *)
+{
+    applyHoverAppearance(0.0, 0.0);
+    if (settings.defaults.integer(SettingsKey::fileNameDisplay) == kNamesOnHover)
+        nameLabel->hide();
+}
+
+void ShelfItemView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(alpha());
+    if (hoverAlpha > 0) {
+        QColor background(Qt::white);
+        background.setAlphaF(static_cast<float>(hoverAlpha));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(background);
+        painter.drawRoundedRect(rect(), kCornerRadius, kCornerRadius);
+    }
+    if (layerBorderWidth > 0) {
+        // The border lies inside the tile's edge, as the stroke is centred on its path.
+        const double inset = layerBorderWidth / 2;
+        painter.setPen(QPen(borderColor, layerBorderWidth));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kCornerRadius - inset,
+                                kCornerRadius - inset);
+    }
+}
+
+void ShelfItemView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    // Qt begins to count anew after a double click; a third click in a row is still one of several.
+    if (continuesDoubleClick(*event)) {
+        mouseDoubleClickEvent(event);
+        return;
+    }
+    lastMultiClick = 0;
+    isPressed = true;
+    pressPosition = event->position();
+    wasSelectedOnMouseDown = isSelected;
+    if (!isSelected && onSelect)
+        onSelect();
+}
+
+bool ShelfItemView::continuesDoubleClick(const QMouseEvent &event) const
+{
+    return lastMultiClick != 0 &&
+           event.timestamp() - lastMultiClick < static_cast<ulong>(QApplication::doubleClickInterval()) &&
+           (event.position() - pressPosition).manhattanLength() < QApplication::startDragDistance();
+}
+
+void ShelfItemView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    isPressed = true;
+    pressPosition = event->position();
+    lastMultiClick = event->timestamp();
+    wasSelectedOnMouseDown = false;
+    if (settings.doubleClickAction() == kDoubleClickOpens)
+        platform.workspace->open(fileURL);
+    else if (onSelectAll)
+        onSelectAll();
+}
+
+void ShelfItemView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!isPressed || !(event->buttons() & Qt::LeftButton))
+        return;
+    if ((event->position() - pressPosition).manhattanLength() >= QApplication::startDragDistance())
+        mouseDragged();
+}
+
+void ShelfItemView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    isPressed = false;
+    if (!wasSelectedOnMouseDown)
+        return;
+    wasSelectedOnMouseDown = false;
+    if (onSelect)
+        onSelect();
+}
+
+void ShelfItemView::didTapRemove()
+{
+    if (onRemove)
+        onRemove();
+}
+
+void ShelfItemView::mouseDragged()
+{
+    wasSelectedOnMouseDown = false;
+    if (onDragStarted)
+        onDragStarted();
+
+    const double itemSize = settings.shelfItemSize();
+    const auto items = getDragItems ? getDragItems() : std::nullopt;
+    if (items && !items->isEmpty()) {
+        isDraggingMultiple = true;
+        beginDraggingSession(*items);
+        return;
+    }
+    isDraggingMultiple = false;
+    if (!imageView->hasImage())
+        return;
+    beginDraggingSession({DraggingItem{fileURL, QRectF(0, 0, itemSize, itemSize), imageView->image(itemSize)}});
+}
+
+void ShelfItemView::beginDraggingSession(const QList<DraggingItem> &items)
+{
+    // The session takes the pointer; the release that ends it does not reach the tile.
+    isPressed = false;
+    const DragOperation operation = sourceOperation(settings.defaults.integer(SettingsKey::dragMode));
+    // A destination may answer after the next drag has begun, so each session remembers what it carries.
+    platform.dragSessions->begin(
+        *this, items, operation,
+        [tile = QPointer<ShelfItemView>(this), multiple = isDraggingMultiple](DragOperation done) {
+            if (tile)
+                tile->draggingSessionEnded(done, multiple);
+        });
+}
+
+void ShelfItemView::draggingSessionEnded(DragOperation operation, bool multiple)
+{
+    isDraggingMultiple = false;
+    if (operation == DragOperation::None || !settings.removeItemsWhenDraggedOut())
+        return;
+    const auto report = multiple ? onMultiDragOut : onDragOut;
+    if (report)
+        report();
+}
+
+DragOperation ShelfItemView::sourceOperation(qint64 dragMode)
+{
+    switch (dragMode) {
+    case kDragMoves:
+        return DragOperation::Move;
+    case kDragLinks:
+        return DragOperation::Link;
+    default:
+        return DragOperation::Copy;
+    }
+}

@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/ShelfPanel.h"
+
+#include "platform/Platform.h"
+#include "settings/AppSettings.h"
+#include "settings/Notifications.h"
+#include "shelf/DropViews.h"
+#include "shelf/SelectAllKey.h"
+#include "shelf/ShelfAccessibility.h"
+#include "shelf/ShelfGeometry.h"
+#include "shelf/ShelfItemView.h"
+#include "shelf/ShelfStackView.h"
+#include "shelf/ShelfViews.h"
+#include "shelf/TileViews.h"
+
+#include <QLabel>
+#include <QPointer>
+
+namespace {
+
+constexpr double kFadeIn = 0.22;         // seconds
+constexpr double kFadeOut = 0.18;        // seconds
+constexpr double kEmptyShelfDelay = 1.5; // seconds an emptied shelf stays
+
+constexpr float kHeaderTint = 0.65F; // alpha of the white of the header's symbols
+constexpr float kSeparatorAlpha = 0.12F;
+constexpr float kDropLabelAlpha = 0.35F;
+constexpr int kDropLabelFontSize = 11;
+constexpr int kDropLabelOffset = 10; // below the middle
+
+constexpr double kTintThreshold = 0.01; // a weaker tint is not drawn at all
+constexpr double kTintStrength = 0.6;   // alpha of the tint at full intensity
+
+QColor white(float alpha)
+{
+    return QColor::fromRgbF(1, 1, 1, alpha);
+}
+
+} // namespace
+
+ShelfPanel::ShelfPanel(Platform &services, AppSettings &appSettings, NotificationCenter &center)
+    : platform(services)
+    , settings(appSettings)
+    , notifications(center)
+    , fader(
+          *services.mainQueue, [this](double value) { platform.floatingPanels->setAlpha(*this, value); }, 1.0)
+{
+    setWindowTitle(QStringLiteral("Parklet"));
+    platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("shelf"), VisualEffectView::kCornerRadius});
+    buildInterface();
+}
+
+HeaderButton *ShelfPanel::makeHeaderButton(const QString &symbol, const QString &label)
+{
+    return new HeaderButton(platform.appearance->symbol(symbol, white(kHeaderTint)), label, headerBar);
+}
+
+void ShelfPanel::buildInterface()
+{
+    const auto drop = [this](const QList<QUrl> &urls) { handleDrop(urls); };
+    const auto highlightDrop = [this](bool on) { highlight(on); };
+
+    container = new DroppableView(this);
+    container->onDrop = drop;
+    container->onHighlight = highlightDrop;
+
+    visualFX = new VisualEffectView([this] { return platform.floatingPanels->canBlend(); }, container);
+    tintOverlay = new ColorView(VisualEffectView::kCornerRadius, container);
+    tintOverlay->hide();
+    applyTint();
+
+    notifications.observe(Notifications::settingsChanged, this, [this](const QVariantMap &) { settingsDidChange(); });
+
+    headerBar = new QWidget(container);
+    gearBtn = makeHeaderButton(QStringLiteral("gearshape"), tr("Preferences"));
+    selectAllBtn = makeHeaderButton(QStringLiteral("square.stack.3d.down.right"), tr("Select all"));
+    trashBtn = makeHeaderButton(QStringLiteral("trash"), tr("Clear all"));
+    connect(gearBtn, &QAbstractButton::clicked, this, &ShelfPanel::openPrefs);
+    connect(selectAllBtn, &QAbstractButton::clicked, this, &ShelfPanel::selectAllAction);
+    connect(trashBtn, &QAbstractButton::clicked, this, &ShelfPanel::clearAll);
+    selectAllBtn->hide();
+
+    sepLine = new ColorView(0, container);
+    sepLine->setColor(white(kSeparatorAlpha));
+
+    dropLabel = new QLabel(tr("Drop files here"), container);
+    dropLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
+    dropLabel->setAlignment(Qt::AlignCenter);
+    QPalette palette = dropLabel->palette();
+    palette.setColor(QPalette::WindowText, white(kDropLabelAlpha));
+    dropLabel->setPalette(palette);
+    QFont font = dropLabel->font();
+    font.setPixelSize(kDropLabelFontSize);
+    dropLabel->setFont(font);
+
+    scrollView = new ShelfScrollView(container);
+    scrollView->onDrop = drop;
+    scrollView->onHighlight = highlightDrop;
+    stackView = new ShelfStackView;
+    stackView->setAccessibleName(tr("Files"));
+    installShelfAccessibility();
+    scrollView->setWidget(stackView);
+}
+
+void ShelfPanel::resizeEvent(QResizeEvent *)
+{
+    layoutViews();
+}
+
+void ShelfPanel::layoutViews()
+{
+    const ShelfLayout layout = shelfLayout(size(), stackView->isHorizontal());
+    container->setGeometry(rect());
+    visualFX->setGeometry(rect());
+    tintOverlay->setGeometry(rect());
+    headerBar->setGeometry(wholePoints(layout.headerBar));
+    gearBtn->setGeometry(wholePoints(layout.gearBtn));
+    selectAllBtn->setGeometry(wholePoints(layout.selectAllBtn));
+    trashBtn->setGeometry(wholePoints(layout.trashBtn));
+    sepLine->setGeometry(wholePoints(layout.sepLine));
+    scrollView->setGeometry(wholePoints(layout.scrollView));
+    const QSize label = dropLabel->sizeHint();
+    dropLabel->setGeometry((width() - label.width()) / 2, (height() - label.height()) / 2 + kDropLabelOffset,
+                           label.width(), label.height());
+}
+
+void ShelfPanel::updateFrame()
+{
+    const auto screen = platform.screens->main();
+    if (!screen)
+        return;
+    const double flip = platform.screens->flipHeight();
+    const int edge = settings.windowEdge();
+    const double reserve = labelReserve(settings.defaults.integer(SettingsKey::fileNameDisplay));
+    applyOrientation(isHorizontal(edge));
+    currentFrame = shelfFrame(flipped(screen->visibleFrame, flip), edge, settings.windowAlignment(),
+                              settings.shelfItemSize(), reserve, items.size(), ShelfScrollView::scrollerWidth());
+    setGeometry(wholePoints(flipped(currentFrame, flip)));
+}
+
+void ShelfPanel::applyOrientation(bool horizontal)
+{
+    if (stackView->isHorizontal() == horizontal)
+        return;
+    stackView->setHorizontal(horizontal);
+    scrollView->setHorizontal(horizontal);
+    layoutViews();
+}
+
+void ShelfPanel::show(bool animated)
+{
+    hiding = false;
+    updateFrame();
+    if (animated && !settings.defaults.boolean(SettingsKey::disableAnimations)) {
+        fader.setAlpha(0);
+        platform.floatingPanels->orderFront(*this);
+        fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
+        restartAutoHideTimer();
+    } else {
+        // Without the fade the timer is not armed again.
+        fader.setAlpha(1.0);
+        platform.floatingPanels->orderFront(*this);
+    }
+}
+
+void ShelfPanel::hide(bool animated)
+{
+    if (!isVisible())
+        return;
+    if (autoHideTimer)
+        autoHideTimer->invalidate();
+    if (animated && !settings.defaults.boolean(SettingsKey::disableAnimations))
+        fadeOut([] { return true; });
+    else
+        vanish();
+}
+
+void ShelfPanel::fadeOut(std::function<bool()> mayGo)
+{
+    hiding = true;
+    fader.fade(0.0, kFadeOut, FadeCurve::Standard, [this, mayGo = std::move(mayGo)] {
+        if (mayGo()) {
+            vanish();
+            return;
+        }
+        hiding = false;
+        fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
+    });
+}
+
+void ShelfPanel::vanish()
+{
+    hiding = false;
+    platform.floatingPanels->orderOut(*this);
+    fader.setAlpha(1.0);
+}
+
+void ShelfPanel::applySettings()
+{
+    const double itemSize = settings.shelfItemSize();
+    const double reserve = labelReserve(settings.defaults.integer(SettingsKey::fileNameDisplay));
+    for (ShelfItemView *tile : stackView->arrangedSubviews()) {
+        tile->updateNameLabel();
+        if (tile->lastLoadedSize != itemSize)
+            tile->loadThumbnail();
+        stackView->setTileHeight(tile, itemSize + reserve);
+        tile->layoutTile();
+    }
+    updateFrame();
+}
+
+void ShelfPanel::settingsDidChange()
+{
+    applyTint();
+    const double itemSize = settings.shelfItemSize();
+    for (ShelfItemView *tile : stackView->arrangedSubviews()) {
+        tile->updateNameLabel();
+        if (tile->lastLoadedSize != itemSize)
+            tile->loadThumbnail();
+        tile->layoutTile();
+    }
+}
+
+void ShelfPanel::applyTint()
+{
+    const double intensity = settings.tintIntensity();
+    if (intensity > kTintThreshold) {
+        QColor tint = settings.tintColor();
+        tint.setAlphaF(static_cast<float>(std::min(intensity * kTintStrength, 1.0)));
+        tintOverlay->setColor(tint);
+    }
+    tintOverlay->setVisible(intensity > kTintThreshold);
+}
+
+void ShelfPanel::restartAutoHideTimer()
+{
+    if (autoHideTimer)
+        autoHideTimer->invalidate();
+    const double timeout = settings.autoHideTimeout();
+    if (timeout > 0) {
+        autoHideTimer = platform.mainQueue->after(timeout, [panel = QPointer<ShelfPanel>(this)] {
+            if (panel)
+                panel->hideIfEmpty();
+        });
+    }
+}
+
+void ShelfPanel::scheduleHideIfEmpty()
+{
+    if (autoHideTimer)
+        autoHideTimer->invalidate();
+    autoHideTimer = platform.mainQueue->after(kEmptyShelfDelay, [panel = QPointer<ShelfPanel>(this)] {
+        if (panel)
+            panel->hideIfEmpty();
+    });
+}
+
+void ShelfPanel::hideIfEmpty()
+{
+    if (!items.isEmpty())
+        return;
+    hide(true);
+    // What arrives while an empty shelf fades out brings it back.
+    if (hiding)
+        fadeOut([this] { return items.isEmpty(); });
+}
+
+void ShelfPanel::installCmdATap()
+{
+    if (isTapInstalled)
+        return;
+    MainQueue &mainQueue = *platform.mainQueue;
+    isTapInstalled = platform.keyTap->install(
+        [panel = QPointer<ShelfPanel>(this), &mainQueue](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+            if (!isSelectAllKey(key, modifiers))
+                return false;
+            // The key press is answered at once and never waits for the tiles.
+            mainQueue.async([panel] {
+                if (panel)
+                    panel->selectAll();
+            });
+            return true;
+        });
+}
+
+void ShelfPanel::removeCmdATap()
+{
+    if (!isTapInstalled)
+        return;
+    platform.keyTap->remove();
+    isTapInstalled = false;
+}
+
+void ShelfPanel::openPrefs()
+{
+    notifications.post(Notifications::openPreferences);
+}

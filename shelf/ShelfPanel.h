@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/DragSessions.h"
+#include "shelf/Fader.h"
+
+#include <QHash>
+#include <QList>
+#include <QUrl>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class AppSettings;
+class ColorView;
+class DroppableView;
+class HeaderButton;
+class NotificationCenter;
+class QLabel;
+class ShelfItemView;
+class ShelfScrollView;
+class ShelfStackView;
+class Timer;
+class VisualEffectView;
+struct Platform;
+
+// The floating shelf: a panel at a screen edge that holds file references as tiles, at most 50 and no two the same,
+// in the order they arrived.
+class ShelfPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    // The panel is created hidden.
+    ShelfPanel(Platform &platform, AppSettings &settings, NotificationCenter &notifications);
+
+    QList<QUrl> items;
+
+    // Called once for every drop of files on the panel, before they are added.
+    std::function<void()> onDropReceived;
+
+    // Puts the panel in its place and shows it above all other windows; animated, it fades in over 0.22 s, also when
+    // it is already visible. `disableAnimations` turns the fade off.
+    void show(bool animated);
+
+    // Hides the panel if it is visible; animated, it fades out over 0.18 s first.
+    void hide(bool animated);
+
+    // Gives the panel the frame for the current settings and number of items, whether it is visible or not. Without a
+    // main screen the frame stays.
+    void updateFrame();
+
+    // The frame now, in points with the origin at the bottom left of the primary screen, as updateFrame() set it.
+    QRectF frame() const { return currentFrame; }
+
+    // Reads every appearance setting again. Tiles on the shelf keep the width they were added with.
+    void applySettings();
+
+    // Arms the timer that hides a shelf which is then empty: after autoHideTimeout seconds, or not at all when that
+    // is 0; or after 1.5 seconds. There is one timer; arming it ends the previous one.
+    void restartAutoHideTimer();
+    void scheduleHideIfEmpty();
+
+    // The tap that selects all tiles on Command-A in whatever application; there while a selection exists.
+    void installCmdATap();
+    void removeCmdATap();
+
+    // Appends a file unless it is on the shelf already or the shelf holds 50. Does not show the panel.
+    void addItem(const QUrl &url);
+
+    // Takes a file off the shelf; its tile fades out over 0.18 s.
+    void removeItem(const QUrl &url);
+
+    double alpha() const { return fader.alpha(); }
+
+    // Whether the panel is fading out; it is still visible then.
+    bool isHiding() const { return hiding; }
+
+    VisualEffectView *visualFX;
+    ColorView *tintOverlay;
+    ShelfStackView *stackView;
+    ShelfScrollView *scrollView;
+    QWidget *headerBar;
+    HeaderButton *trashBtn;
+    HeaderButton *gearBtn;
+    HeaderButton *selectAllBtn;
+    QLabel *dropLabel;
+    ColorView *sepLine;
+    DroppableView *container;
+    QList<ShelfItemView *> selectedViews; // in the order they were selected
+    bool droppedBackOnSelf = false;       // a drop on the panel happened while a tile was being dragged out
+
+public slots:
+    // Asks before it clears two or more items, unless the user has said not to.
+    void clearAll();
+    void selectAll();
+    // Selects all, or none when all are selected.
+    void selectAllAction();
+    void openPrefs();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    HeaderButton *makeHeaderButton(const QString &symbol, const QString &label);
+    void buildInterface();
+    void applyOrientation(bool horizontal);
+    void applyTint();
+    void settingsDidChange();
+    void hideIfEmpty();
+    void fadeOut(std::function<bool()> mayGo);
+    void vanish();
+    void layoutViews();
+
+    void handleDrop(const QList<QUrl> &urls);
+    void highlight(bool on);
+    void setSelected(ShelfItemView *tile, bool selected);
+    void clearSelection();
+    void select(ShelfItemView *tile);
+    std::optional<QList<DraggingItem>> dragItems(ShelfItemView *tile);
+    void didDragOut(const QUrl &url);
+    void didDragOutSelection(const ShelfItemView *dragged);
+    void removeAllItems();
+    void itemsDidChange();
+    void updateHeader();
+
+    Platform &platform;
+    AppSettings &settings;
+    NotificationCenter &notifications;
+    Fader fader;
+    QRectF currentFrame;
+    bool isTapInstalled = false;
+    bool hiding = false;
+    // The selection with which each tile's last multi-file drag began; its end may come after the selection changed.
+    QHash<const ShelfItemView *, QList<QUrl>> draggedSelections;
+    std::shared_ptr<Timer> autoHideTimer;
+};

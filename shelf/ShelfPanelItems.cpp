@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+// The content side of the shelf panel: its items, drops, selection and what leaves it.
+#include "platform/Platform.h"
+#include "settings/AppSettings.h"
+#include "settings/Notifications.h"
+#include "shelf/ShelfGeometry.h"
+#include "shelf/ShelfItemView.h"
+#include "shelf/ShelfPanel.h"
+#include "shelf/ShelfStackView.h"
+#include "shelf/ShelfViews.h"
+#include "shelf/TileViews.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QPointer>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qsizetype kMostItems = 50;
+constexpr double kSelectionBorder = 2; // points
+constexpr double kHighlightBorder = 2; // points
+constexpr double kRemovalFade = 0.18;  // seconds
+constexpr qsizetype kConfirmFrom = 2;  // items that are not cleared without a question
+
+} // namespace
+
+void ShelfPanel::addItem(const QUrl &url)
+{
+    if (items.contains(url) || items.size() >= kMostItems)
+        return;
+    items.append(url);
+
+    auto *tile = new ShelfItemView(url, platform, settings, stackView);
+    const QPointer<ShelfPanel> panel(this);
+    const QPointer<ShelfItemView> weakTile(tile);
+    tile->onRemove = [panel, url] {
+        if (panel)
+            panel->removeItem(url);
+    };
+    tile->onDragOut = [panel, url] {
+        if (panel)
+            panel->didDragOut(url);
+    };
+    tile->onSelect = [panel, weakTile] {
+        if (panel && weakTile)
+            panel->select(weakTile);
+    };
+    tile->onSelectAll = [panel] {
+        if (panel)
+            panel->selectAll();
+    };
+    tile->onDragStarted = [panel] {
+        if (panel)
+            panel->droppedBackOnSelf = false;
+    };
+    tile->getDragItems = [panel, weakTile]() -> std::optional<QList<DraggingItem>> {
+        if (!panel || !weakTile)
+            return {};
+        return panel->dragItems(weakTile);
+    };
+    tile->onMultiDragOut = [panel, tile] {
+        if (panel)
+            panel->didDragOutSelection(tile);
+    };
+    stackView->addArrangedSubview(
+        tile, tileSize(settings.shelfItemSize(), settings.defaults.integer(SettingsKey::fileNameDisplay)));
+
+    updateHeader();
+    updateFrame();
+    restartAutoHideTimer();
+    notifications.post(Notifications::shelfItemsChanged);
+}
+
+void ShelfPanel::handleDrop(const QList<QUrl> &urls)
+{
+    droppedBackOnSelf = true;
+    if (onDropReceived)
+        onDropReceived();
+    for (const QUrl &url : urls)
+        addItem(url);
+}
+
+void ShelfPanel::highlight(bool on)
+{
+    visualFX->setBorder(on ? kHighlightBorder : 0, platform.appearance->accentColor());
+}
+
+void ShelfPanel::setSelected(ShelfItemView *tile, bool selected)
+{
+    tile->isSelected = selected;
+    tile->setBorderWidth(selected ? kSelectionBorder : 0);
+    QAccessible::State changed;
+    changed.selected = true;
+    QAccessibleStateChangeEvent event(tile, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+void ShelfPanel::clearSelection()
+{
+    for (ShelfItemView *tile : selectedViews)
+        setSelected(tile, false);
+    selectedViews.clear();
+    removeCmdATap();
+}
+
+void ShelfPanel::select(ShelfItemView *tile)
+{
+    clearSelection();
+    setSelected(tile, true);
+    selectedViews = {tile};
+    installCmdATap();
+}
+
+void ShelfPanel::selectAll()
+{
+    selectedViews = stackView->arrangedSubviews();
+    for (ShelfItemView *tile : selectedViews)
+        setSelected(tile, true);
+    if (!selectedViews.isEmpty())
+        installCmdATap();
+}
+
+void ShelfPanel::selectAllAction()
+{
+    const auto &tiles = stackView->arrangedSubviews();
+    if (!tiles.isEmpty() && selectedViews.size() == tiles.size())
+        clearSelection();
+    else
+        selectAll();
+}
+
+void ShelfPanel::removeItem(const QUrl &url)
+{
+    if (!items.removeOne(url))
+        return;
+    const auto &tiles = stackView->arrangedSubviews();
+    // A file that came back while its old tile still fades out has two tiles; the fading one is gone already.
+    const auto found = std::find_if(tiles.begin(), tiles.end(), [&url](const ShelfItemView *tile) {
+        return tile->fileURL == url && !tile->isFadingOut();
+    });
+    if (found == tiles.end())
+        return;
+    ShelfItemView *tile = *found;
+    // The tap stays, also when nothing is selected any more.
+    selectedViews.removeAll(tile);
+    tile->fadeOut(kRemovalFade, [panel = QPointer<ShelfPanel>(this), weakTile = QPointer<ShelfItemView>(tile)] {
+        if (!panel)
+            return;
+        if (weakTile) {
+            // A select-all during the fade may have taken the tile up again.
+            panel->selectedViews.removeAll(weakTile);
+            panel->draggedSelections.remove(weakTile);
+            panel->stackView->removeArrangedSubview(weakTile);
+        }
+        panel->itemsDidChange();
+    });
+}
+
+std::optional<QList<DraggingItem>> ShelfPanel::dragItems(ShelfItemView *tile)
+{
+    if (!selectedViews.contains(tile))
+        return {};
+    const double itemSize = settings.shelfItemSize();
+    QList<DraggingItem> dragged;
+    QList<QUrl> &urls = draggedSelections[tile];
+    urls.clear();
+    for (const ShelfItemView *selected : selectedViews) {
+        urls.append(selected->fileURL);
+        if (selected->imageView->hasImage())
+            dragged.append(DraggingItem{selected->fileURL, QRectF(0, 0, itemSize, itemSize),
+                                        selected->imageView->image(itemSize)});
+    }
+    return dragged;
+}
+
+void ShelfPanel::didDragOut(const QUrl &url)
+{
+    if (!droppedBackOnSelf)
+        removeItem(url);
+    droppedBackOnSelf = false;
+}
+
+void ShelfPanel::didDragOutSelection(const ShelfItemView *dragged)
+{
+    const QList<QUrl> urls = draggedSelections.take(dragged);
+    if (droppedBackOnSelf) {
+        droppedBackOnSelf = false;
+        return;
+    }
+    // The tiles keep their selected look; they are about to go.
+    selectedViews.removeIf([&urls](const ShelfItemView *tile) { return urls.contains(tile->fileURL); });
+    if (selectedViews.isEmpty())
+        removeCmdATap();
+    for (const QUrl &url : urls)
+        removeItem(url);
+    droppedBackOnSelf = false;
+}
+
+void ShelfPanel::clearAll()
+{
+    if (items.size() >= kConfirmFrom && !settings.defaults.boolean(SettingsKey::skipClearAllConfirmation)) {
+        Alert alert;
+        alert.messageText = tr("Clear all files?");
+        alert.informativeText = tr("This will remove all %1 files from the shelf.").arg(items.size());
+        alert.buttons = {tr("Clear All"), tr("Cancel")};
+        alert.checkboxTitle = tr("Don't show this message again");
+        alert.dark = true;
+        const AlertAnswer answer = platform.alerts->runModal(alert);
+        if (!answer.isFirstButton())
+            return;
+        if (answer.checkboxOn)
+            settings.defaults.set(SettingsKey::skipClearAllConfirmation, true);
+    }
+    removeAllItems();
+}
+
+void ShelfPanel::removeAllItems()
+{
+    items.clear();
+    selectedViews.clear();
+    draggedSelections.clear();
+    removeCmdATap();
+    const auto tiles = stackView->arrangedSubviews();
+    for (ShelfItemView *tile : tiles)
+        stackView->removeArrangedSubview(tile);
+    itemsDidChange();
+}
+
+void ShelfPanel::updateHeader()
+{
+    dropLabel->setVisible(items.isEmpty());
+    selectAllBtn->setVisible(items.size() >= 2);
+}
+
+void ShelfPanel::itemsDidChange()
+{
+    updateHeader();
+    updateFrame();
+    if (items.isEmpty())
+        scheduleHideIfEmpty();
+    notifications.post(Notifications::shelfItemsChanged);
+}

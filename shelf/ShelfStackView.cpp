@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/ShelfStackView.h"
+
+#include "shelf/ShelfGeometry.h"
+#include "shelf/ShelfItemView.h"
+
+namespace {
+
+constexpr double kSpacing = 6;
+constexpr double kEdgeInset = 6;
+
+} // namespace
+
+ShelfStackView::ShelfStackView(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+void ShelfStackView::addArrangedSubview(ShelfItemView *tile, const QSizeF &size)
+{
+    tiles.append(tile);
+    sizes.insert(tile, size);
+    if (tile->parentWidget() != this)
+        tile->setParent(this);
+    arrange();
+    tile->show();
+}
+
+void ShelfStackView::removeArrangedSubview(ShelfItemView *tile)
+{
+    if (!tiles.removeOne(tile))
+        return;
+    sizes.remove(tile);
+    tile->hide();
+    tile->deleteLater();
+    arrange();
+}
+
+void ShelfStackView::setTileHeight(ShelfItemView *tile, double height)
+{
+    const auto size = sizes.find(tile);
+    if (size == sizes.end() || qFuzzyCompare(size->height(), height))
+        return;
+    size->setHeight(height);
+    arrange();
+}
+
+void ShelfStackView::setHorizontal(bool value)
+{
+    horizontal = value;
+    arrange();
+}
+
+void ShelfStackView::resizeEvent(QResizeEvent *)
+{
+    arrange();
+}
+
+void ShelfStackView::arrange()
+{
+    double along = kEdgeInset;
+    for (ShelfItemView *tile : tiles) {
+        const QSizeF size = sizes.value(tile);
+        const QRectF frame = horizontal ? QRectF(QPointF(along, (height() - size.height()) / 2), size)
+                                        : QRectF(QPointF((width() - size.width()) / 2, along), size);
+        tile->setGeometry(wholePoints(frame));
+        along += (horizontal ? size.width() : size.height()) + kSpacing;
+    }
+    const int length =
+        wholePoints(QRectF(0, 0, tiles.isEmpty() ? 2 * kEdgeInset : along - kSpacing + kEdgeInset, 0)).width();
+    // The scroll view stretches the stack across; along, it is as long as its tiles.
+    setMinimumSize(horizontal ? length : 0, horizontal ? 0 : length);
+}

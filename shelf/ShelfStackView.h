@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QSizeF>
+#include <QWidget>
+
+class ShelfItemView;
+
+// The tiles of the shelf, in item order, in a column or a row: 6 points apart and 6 points from the stack's edges,
+// centred across. Each tile has the width and height it was given.
+class ShelfStackView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ShelfStackView(QWidget *parent = nullptr);
+
+    const QList<ShelfItemView *> &arrangedSubviews() const { return tiles; }
+
+    // Appends a tile, `size` points large, and takes it over.
+    void addArrangedSubview(ShelfItemView *tile, const QSizeF &size);
+
+    // Takes the tile out and deletes it in a later turn of the main loop.
+    void removeArrangedSubview(ShelfItemView *tile);
+
+    // Changes a tile's height and leaves its width.
+    void setTileHeight(ShelfItemView *tile, double height);
+
+    bool isHorizontal() const { return horizontal; }
+    void setHorizontal(bool value);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void arrange();
+
+    QList<ShelfItemView *> tiles;
+    QHash<ShelfItemView *, QSizeF> sizes;
+    bool horizontal = false;
+};

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+#include <QWidget>
+
+#include <functional>
+
+// The dark translucent background of a panel, with rounded corners and a border that shows where a drop would land.
+// It lets every mouse event through.
+class VisualEffectView : public QWidget {
+    Q_OBJECT
+
+public:
+    // The panels' corner radius, in points.
+    static constexpr double kCornerRadius = 14;
+
+    // `canBlend` tells at each drawing whether what is behind the window shows through.
+    VisualEffectView(std::function<bool()> canBlend, QWidget *parent);
+
+    double borderWidth() const { return layerBorderWidth; }
+    QColor borderColor() const { return layerBorderColor; }
+
+    // Points; 0 hides the border.
+    void setBorder(double width, const QColor &color);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    std::function<bool()> canBlend;
+    double layerBorderWidth = 0;
+    QColor layerBorderColor;
+};
+
+// A layer of one colour over the background. It lets every mouse event through.
+class ColorView : public QWidget {
+    Q_OBJECT
+
+public:
+    ColorView(double cornerRadius, QWidget *parent);
+
+    QColor color() const { return layerColor; }
+    void setColor(const QColor &color);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    double cornerRadius;
+    QColor layerColor;
+};
+
+// A plain symbol button of the shelf's header.
+class HeaderButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    // `label` is the tool tip and what a screen reader says.
+    HeaderButton(const QIcon &symbol, const QString &label, QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/DropViews.h"
+#include "tests/support/DragEvents.h"
+
+#include <QTest>
+
+// A column's background and its scroll view answer drags alike, so each test runs on both.
+class DropTargetTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void a_drag_of_files_is_answered_with_copy_whatever_the_source_proposes_data() { targets(); }
+    void a_drag_of_files_is_answered_with_copy_whatever_the_source_proposes();
+    void a_drop_hands_over_all_files_in_their_order_data() { targets(); }
+    void a_drop_hands_over_all_files_in_their_order();
+    void a_drop_with_anything_else_on_it_is_refused_as_a_whole_data() { targets(); }
+    void a_drop_with_anything_else_on_it_is_refused_as_a_whole();
+    void a_drag_of_text_passes_by_data() { targets(); }
+    void a_drag_of_text_passes_by();
+    void without_callbacks_nothing_happens_data() { targets(); }
+    void without_callbacks_nothing_happens();
+
+private:
+    static void targets();
+
+    struct Target {
+        explicit Target(bool scrolls);
+        std::unique_ptr<QWidget> view;
+        QWidget *widget; // what drag events are sent to
+        DropTarget *target;
+        QStringList calls;
+        QList<QUrl> dropped;
+        void listen();
+    };
+};
+
+namespace {
+
+QUrl file(const char *path)
+{
+    return QUrl::fromLocalFile(QString::fromUtf8(path));
+}
+
+} // namespace
+
+void DropTargetTest::targets()
+{
+    QTest::addColumn<bool>("scrolls");
+    QTest::newRow("background") << false;
+    QTest::newRow("scroll view") << true;
+}
+
+DropTargetTest::Target::Target(bool scrolls)
+{
+    if (scrolls) {
+        auto made = std::make_unique<ShelfScrollView>();
+        target = made.get();
+        widget = made->viewport();
+        view = std::move(made);
+    } else {
+        auto made = std::make_unique<DroppableView>();
+        target = made.get();
+        widget = made.get();
+        view = std::move(made);
+    }
+    view->resize(100, 100);
+}
+
+void DropTargetTest::Target::listen()
+{
+    target->onHighlight = [this](bool on) { calls.append(on ? QStringLiteral("on") : QStringLiteral("off")); };
+    target->onDrop = [this](const QList<QUrl> &urls) {
+        calls.append(QStringLiteral("drop"));
+        dropped = urls;
+    };
+}
+
+void DropTargetTest::a_drag_of_files_is_answered_with_copy_whatever_the_source_proposes()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    t.listen();
+    QVERIFY(t.widget->acceptDrops());
+    QMimeData data;
+    data.setUrls({file("/a")});
+    Qt::DropAction action = Qt::IgnoreAction;
+    QVERIFY(sendDragEnter(*t.widget, data, &action));
+    QCOMPARE(action, Qt::CopyAction);
+    QCOMPARE(t.calls, QStringList{QStringLiteral("on")});
+    QVERIFY(sendDragMove(*t.widget, data, &action));
+    QCOMPARE(action, Qt::CopyAction);
+    QCOMPARE(t.calls.size(), 1);
+    sendDragLeave(*t.widget);
+    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off")}));
+}
+
+void DropTargetTest::a_drop_hands_over_all_files_in_their_order()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    t.listen();
+    QMimeData data;
+    data.setUrls({file("/b"), file("/a b"), file("/ä")});
+    Qt::DropAction action = Qt::IgnoreAction;
+    sendDragEnter(*t.widget, data);
+    QVERIFY(sendDrop(*t.widget, data, &action));
+    QCOMPARE(action, Qt::CopyAction);
+    QCOMPARE(t.dropped, (QList<QUrl>{file("/b"), file("/a b"), file("/ä")}));
+    // The highlight goes before the files arrive.
+    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off"), QStringLiteral("drop")}));
+}
+
+void DropTargetTest::a_drop_with_anything_else_on_it_is_refused_as_a_whole()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    t.listen();
+    QMimeData mixed;
+    mixed.setUrls({file("/a"), QUrl(QStringLiteral("https://example.org/b"))});
+    // What a drag carries is not looked at before it is dropped.
+    QVERIFY(sendDragEnter(*t.widget, mixed));
+    QVERIFY(!sendDrop(*t.widget, mixed));
+    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off")}));
+
+    QMimeData elsewhere;
+    elsewhere.setUrls({QUrl(QStringLiteral("file://elsewhere.example/a"))});
+    QVERIFY(sendDragEnter(*t.widget, elsewhere));
+    QVERIFY(!sendDrop(*t.widget, elsewhere));
+    QMimeData empty;
+    empty.setData(QStringLiteral("text/uri-list"), "\r\n");
+    QVERIFY(sendDragEnter(*t.widget, empty));
+    QVERIFY(!sendDrop(*t.widget, empty));
+    QVERIFY(!t.calls.contains(QStringLiteral("drop")));
+}
+
+void DropTargetTest::a_drag_of_text_passes_by()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    t.listen();
+    QMimeData text;
+    text.setText(QStringLiteral("/a"));
+    QVERIFY(!sendDragEnter(*t.widget, text));
+    QVERIFY(t.calls.isEmpty());
+    QVERIFY(!sendDrop(*t.widget, text));
+    QVERIFY(!t.calls.contains(QStringLiteral("drop")));
+}
+
+void DropTargetTest::without_callbacks_nothing_happens()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    QMimeData data;
+    data.setUrls({file("/a")});
+    QVERIFY(sendDragEnter(*t.widget, data));
+    sendDragLeave(*t.widget);
+    QVERIFY(sendDragEnter(*t.widget, data));
+    QVERIFY(sendDrop(*t.widget, data));
+}
+
+QTEST_MAIN(DropTargetTest)
+#include "DropTargetTest.moc"

@@ -1,0 +1,690 @@
+// SPDX-License-Identifier: MIT
+#include "settings/AppSettings.h"
+#include "settings/Notifications.h"
+#include "shelf/DropViews.h"
+#include "shelf/ShelfItemView.h"
+#include "shelf/ShelfPanel.h"
+#include "shelf/ShelfStackView.h"
+#include "shelf/ShelfViews.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QLabel>
+#include <QTest>
+
+// The panel's content: what is on it, how it comes, is selected, and goes.
+class ShelfPanelItemsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    // Adding
+    void an_added_item_gets_a_tile_at_the_end();
+    void an_item_on_the_shelf_is_not_added_again();
+    void links_and_paths_are_not_resolved();
+    void a_full_shelf_refuses_the_fifty_first_item();
+    void the_header_follows_the_number_of_items();
+    void adding_shows_nothing();
+    // Drops
+    void a_drop_is_announced_before_its_files_are_added();
+    void a_drop_of_known_files_is_announced_and_adds_nothing();
+    void a_drop_of_sixty_keeps_the_first_fifty();
+    void both_drop_targets_light_up_the_border_in_todays_accent_colour();
+    // Selection
+    void a_click_selects_one_tile_alone();
+    void select_all_takes_the_tiles_in_their_order();
+    void the_select_all_button_takes_turns();
+    void select_all_of_an_empty_shelf_installs_no_tap();
+    // Removal
+    void a_removed_item_goes_at_once_and_its_tile_after_0_18_seconds();
+    void the_removal_fade_ignores_disabled_animations();
+    void removing_what_is_not_there_does_nothing();
+    void removing_twice_removes_once();
+    void a_file_that_comes_back_while_its_tile_fades_has_a_tile_of_its_own();
+    void a_removed_tile_leaves_the_selection_and_the_tap_stays();
+    void a_tile_selected_while_it_fades_leaves_the_selection_when_it_goes();
+    void the_last_item_brings_the_label_back_after_its_fade();
+    // Drags out
+    void a_dragged_out_item_is_removed();
+    void an_item_dropped_back_stays();
+    void a_drag_forgets_the_drop_before_it();
+    void the_selection_is_dragged_in_selection_order_with_its_pictures();
+    void an_unselected_tile_is_dragged_alone_and_leaves_the_selection();
+    void a_selection_dragged_out_is_removed_as_a_whole();
+    void a_selection_dropped_back_stays();
+    void a_late_end_of_a_drag_removes_what_was_dragged_and_not_what_is_selected_by_then();
+    // Clearing
+    void a_single_item_is_cleared_at_once();
+    void an_empty_shelf_is_cleared_without_a_question();
+    void several_items_are_cleared_after_a_question();
+    void cancelling_keeps_everything_and_stores_nothing();
+    void the_question_can_be_switched_off();
+    void clearing_shows_the_label_hides_the_button_and_then_the_shelf();
+    void an_alert_that_is_closed_clears_nothing();
+    void a_screen_reader_meets_the_tiles_as_a_list();
+    // Afterwards
+    void callbacks_that_outlive_the_panel_do_nothing();
+};
+
+namespace {
+
+QUrl file(int number)
+{
+    return QUrl::fromLocalFile(QStringLiteral("/files/%1.png").arg(number));
+}
+
+QList<QUrl> files(int first, int count)
+{
+    QList<QUrl> urls;
+    for (int i = 0; i < count; ++i)
+        urls.append(file(first + i));
+    return urls;
+}
+
+struct Fixture {
+    Fixture()
+    {
+        panel = std::make_unique<ShelfPanel>(virtualPlatform.platform, settings, notifications);
+        notifications.observe(Notifications::shelfItemsChanged, &observer, [this](const QVariantMap &) { ++changes; });
+        panel->onDropReceived = [this] { dropsWithItemCount.append(panel->items.size()); };
+    }
+
+    void add(int count)
+    {
+        for (const QUrl &url : files(static_cast<int>(panel->items.size()), count))
+            panel->addItem(url);
+    }
+    void showImages()
+    {
+        QImage image(72, 72, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        virtualPlatform.thumbnailGenerator.completeAll(image);
+        virtualPlatform.mainQueue.runPending();
+    }
+    void drop(const QList<QUrl> &urls) { panel->container->onDrop(urls); }
+    void set(const QString &key, const QVariant &value) { virtualPlatform.userDefaults.values.insert(key, value); }
+    void advance(double seconds)
+    {
+        virtualPlatform.mainQueue.advance(seconds);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    ShelfItemView *tile(qsizetype index) const { return panel->stackView->arrangedSubviews().at(index); }
+    qsizetype tileCount() const { return panel->stackView->arrangedSubviews().size(); }
+
+    VirtualPlatform virtualPlatform;
+    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
+    NotificationCenter notifications;
+    QObject observer;
+    int changes = 0;
+    QList<qsizetype> dropsWithItemCount;
+    std::unique_ptr<ShelfPanel> panel;
+};
+
+} // namespace
+
+void ShelfPanelItemsTest::an_added_item_gets_a_tile_at_the_end()
+{
+    Fixture f;
+    f.add(2);
+    QCOMPARE(f.panel->items, files(0, 2));
+    QCOMPARE(f.tileCount(), 2);
+    QCOMPARE(f.tile(0)->fileURL, file(0));
+    QCOMPARE(f.tile(1)->fileURL, file(1));
+    QCOMPARE(f.tile(1)->size(), QSize(88, 102));
+    QCOMPARE(f.changes, 2);
+}
+
+void ShelfPanelItemsTest::an_item_on_the_shelf_is_not_added_again()
+{
+    Fixture f;
+    f.set(SettingsKey::autoHideTimeout, 5.0);
+    f.add(1);
+    f.advance(4);
+    f.panel->addItem(file(0));
+    QCOMPARE(f.panel->items.size(), 1);
+    QCOMPARE(f.tileCount(), 1);
+    QCOMPARE(f.changes, 1);
+    // Nor is the timer armed again.
+    f.advance(1);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+}
+
+void ShelfPanelItemsTest::links_and_paths_are_not_resolved()
+{
+    Fixture f;
+    f.panel->addItem(QUrl(QStringLiteral("file:///files/0.png")));
+    f.panel->addItem(QUrl(QStringLiteral("file:///files/../files/0.png")));
+    f.panel->addItem(QUrl(QStringLiteral("file:///files/0.png/")));
+    QCOMPARE(f.panel->items.size(), 3);
+}
+
+void ShelfPanelItemsTest::a_full_shelf_refuses_the_fifty_first_item()
+{
+    Fixture f;
+    f.add(50);
+    QCOMPARE(f.panel->items.size(), 50);
+    f.panel->addItem(file(50));
+    QCOMPARE(f.panel->items.size(), 50);
+    QCOMPARE(f.tileCount(), 50);
+    QCOMPARE(f.changes, 50);
+}
+
+void ShelfPanelItemsTest::the_header_follows_the_number_of_items()
+{
+    Fixture f;
+    f.add(1);
+    QVERIFY(f.panel->dropLabel->isHidden());
+    QVERIFY(f.panel->selectAllBtn->isHidden());
+    f.add(1);
+    QVERIFY(!f.panel->selectAllBtn->isHidden());
+    QVERIFY(!f.panel->trashBtn->isHidden());
+    f.panel->removeItem(file(0));
+    QVERIFY(!f.panel->selectAllBtn->isHidden());
+    f.advance(0.18);
+    QVERIFY(f.panel->selectAllBtn->isHidden());
+    QVERIFY(f.panel->dropLabel->isHidden());
+}
+
+void ShelfPanelItemsTest::adding_shows_nothing()
+{
+    Fixture f;
+    f.add(1);
+    f.drop({file(9)});
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelItemsTest::a_drop_is_announced_before_its_files_are_added()
+{
+    Fixture f;
+    f.add(1);
+    f.drop(files(5, 3));
+    QCOMPARE(f.dropsWithItemCount, QList<qsizetype>{1});
+    QCOMPARE(f.panel->items, (QList<QUrl>{file(0), file(5), file(6), file(7)}));
+    QVERIFY(f.panel->droppedBackOnSelf);
+    f.panel->scrollView->onDrop(files(8, 1));
+    QCOMPARE(f.dropsWithItemCount.size(), 2);
+    QCOMPARE(f.panel->items.size(), 5);
+}
+
+void ShelfPanelItemsTest::a_drop_of_known_files_is_announced_and_adds_nothing()
+{
+    Fixture f;
+    f.add(2);
+    f.changes = 0;
+    f.drop(files(0, 2));
+    QCOMPARE(f.dropsWithItemCount.size(), 1);
+    QVERIFY(f.panel->droppedBackOnSelf);
+    QCOMPARE(f.panel->items.size(), 2);
+    QCOMPARE(f.changes, 0);
+    f.drop(files(0, 3));
+    QCOMPARE(f.panel->items.size(), 3);
+    QCOMPARE(f.changes, 1);
+}
+
+void ShelfPanelItemsTest::a_drop_of_sixty_keeps_the_first_fifty()
+{
+    Fixture f;
+    f.drop(files(0, 60));
+    QCOMPARE(f.panel->items, files(0, 50));
+}
+
+void ShelfPanelItemsTest::both_drop_targets_light_up_the_border_in_todays_accent_colour()
+{
+    Fixture f;
+    QCOMPARE(f.panel->visualFX->borderWidth(), 0.0);
+    f.virtualPlatform.appearance.accent = Qt::green;
+    f.panel->container->onHighlight(true);
+    QCOMPARE(f.panel->visualFX->borderWidth(), 2.0);
+    QCOMPARE(f.panel->visualFX->borderColor(), QColor(Qt::green));
+    f.panel->container->onHighlight(false);
+    QCOMPARE(f.panel->visualFX->borderWidth(), 0.0);
+    f.virtualPlatform.appearance.accent = Qt::blue;
+    f.panel->scrollView->onHighlight(true);
+    QCOMPARE(f.panel->visualFX->borderWidth(), 2.0);
+    QCOMPARE(f.panel->visualFX->borderColor(), QColor(Qt::blue));
+    f.panel->scrollView->onHighlight(false);
+    QCOMPARE(f.panel->visualFX->borderWidth(), 0.0);
+}
+
+void ShelfPanelItemsTest::a_click_selects_one_tile_alone()
+{
+    Fixture f;
+    f.add(3);
+    f.panel->selectAll();
+    f.tile(1)->onSelect();
+    QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(1)});
+    QVERIFY(f.tile(1)->isSelected);
+    QCOMPARE(f.tile(1)->borderWidth(), 2.0);
+    QVERIFY(!f.tile(0)->isSelected);
+    QCOMPARE(f.tile(0)->borderWidth(), 0.0);
+    QVERIFY(!f.tile(2)->isSelected);
+    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
+}
+
+void ShelfPanelItemsTest::select_all_takes_the_tiles_in_their_order()
+{
+    Fixture f;
+    f.add(3);
+    f.tile(2)->onSelect();
+    f.tile(0)->onSelectAll();
+    QCOMPARE(f.panel->selectedViews, f.panel->stackView->arrangedSubviews());
+    for (const ShelfItemView *tile : f.panel->selectedViews) {
+        QVERIFY(tile->isSelected);
+        QCOMPARE(tile->borderWidth(), 2.0);
+    }
+}
+
+void ShelfPanelItemsTest::the_select_all_button_takes_turns()
+{
+    Fixture f;
+    f.add(4);
+    f.panel->selectAllBtn->click();
+    QCOMPARE(f.panel->selectedViews.size(), 4);
+    f.panel->selectAllBtn->click();
+    QVERIFY(f.panel->selectedViews.isEmpty());
+    QVERIFY(!f.tile(0)->isSelected);
+    QVERIFY(!f.virtualPlatform.keyTap.handler);
+    f.panel->selectAll();
+    f.panel->removeItem(file(0));
+    f.panel->addItem(file(7));
+    f.advance(0.18);
+    QCOMPARE(f.panel->selectedViews.size(), 3);
+    f.panel->selectAllBtn->click();
+    QCOMPARE(f.panel->selectedViews.size(), 4);
+}
+
+void ShelfPanelItemsTest::select_all_of_an_empty_shelf_installs_no_tap()
+{
+    Fixture f;
+    f.panel->selectAll();
+    f.panel->selectAllAction();
+    QCOMPARE(f.virtualPlatform.keyTap.installs, 0);
+}
+
+void ShelfPanelItemsTest::a_removed_item_goes_at_once_and_its_tile_after_0_18_seconds()
+{
+    Fixture f;
+    f.add(3);
+    const int height = f.panel->height();
+    f.changes = 0;
+    f.tile(1)->onRemove();
+    QCOMPARE(f.panel->items, (QList<QUrl>{file(0), file(2)}));
+    QCOMPARE(f.tileCount(), 3);
+    QCOMPARE(f.panel->height(), height);
+    f.advance(0.17);
+    QVERIFY(f.tile(1)->alpha() > 0 && f.tile(1)->alpha() < 0.2);
+    QCOMPARE(f.changes, 0);
+    f.advance(0.01);
+    QCOMPARE(f.tileCount(), 2);
+    QCOMPARE(f.panel->height(), height - 108);
+    QCOMPARE(f.changes, 1);
+}
+
+void ShelfPanelItemsTest::the_removal_fade_ignores_disabled_animations()
+{
+    Fixture f;
+    f.set(SettingsKey::disableAnimations, true);
+    f.add(2);
+    f.panel->removeItem(file(0));
+    f.advance(0.17);
+    QCOMPARE(f.tileCount(), 2);
+    f.advance(0.01);
+    QCOMPARE(f.tileCount(), 1);
+}
+
+void ShelfPanelItemsTest::removing_what_is_not_there_does_nothing()
+{
+    Fixture f;
+    f.add(1);
+    f.changes = 0;
+    f.panel->removeItem(file(7));
+    f.advance(1);
+    QCOMPARE(f.panel->items.size(), 1);
+    QCOMPARE(f.changes, 0);
+}
+
+void ShelfPanelItemsTest::removing_twice_removes_once()
+{
+    Fixture f;
+    f.add(2);
+    f.changes = 0;
+    f.panel->removeItem(file(0));
+    f.advance(0.1);
+    f.panel->removeItem(file(0));
+    f.advance(0.08);
+    QCOMPARE(f.tileCount(), 1);
+    QCOMPARE(f.changes, 1);
+    f.advance(1);
+    QCOMPARE(f.changes, 1);
+}
+
+void ShelfPanelItemsTest::a_file_that_comes_back_while_its_tile_fades_has_a_tile_of_its_own()
+{
+    Fixture f;
+    f.add(1);
+    f.panel->removeItem(file(0));
+    f.advance(0.1);
+    f.panel->addItem(file(0));
+    QCOMPARE(f.tileCount(), 2);
+    f.advance(0.08);
+    QCOMPARE(f.tileCount(), 1);
+    QCOMPARE(f.tile(0)->alpha(), 1.0);
+    QCOMPARE(f.panel->items.size(), 1);
+
+    // Taken off again before the first tile has gone, it goes for good.
+    f.panel->removeItem(file(0));
+    f.advance(0.1);
+    f.panel->addItem(file(0));
+    f.panel->removeItem(file(0));
+    f.advance(1);
+    QCOMPARE(f.tileCount(), 0);
+    QVERIFY(f.panel->items.isEmpty());
+}
+
+void ShelfPanelItemsTest::a_removed_tile_leaves_the_selection_and_the_tap_stays()
+{
+    Fixture f;
+    f.add(2);
+    f.tile(0)->onSelect();
+    f.panel->removeItem(file(0));
+    QVERIFY(f.panel->selectedViews.isEmpty());
+    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
+    f.advance(1);
+    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
+}
+
+void ShelfPanelItemsTest::a_tile_selected_while_it_fades_leaves_the_selection_when_it_goes()
+{
+    Fixture f;
+    f.add(2);
+    f.panel->removeItem(file(0));
+    f.panel->selectAll();
+    QCOMPARE(f.panel->selectedViews.size(), 2);
+    f.advance(0.18);
+    QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(0)});
+}
+
+void ShelfPanelItemsTest::the_last_item_brings_the_label_back_after_its_fade()
+{
+    Fixture f;
+    f.add(1);
+    f.panel->show(true);
+    f.advance(1);
+    f.panel->removeItem(file(0));
+    QVERIFY(f.panel->dropLabel->isHidden());
+    f.advance(0.18);
+    QVERIFY(!f.panel->dropLabel->isHidden());
+    f.advance(1.5 + 0.17);
+    QVERIFY(f.panel->isVisible());
+    f.advance(0.01);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelItemsTest::a_dragged_out_item_is_removed()
+{
+    Fixture f;
+    f.add(2);
+    f.tile(0)->onDragStarted();
+    f.tile(0)->onDragOut();
+    QCOMPARE(f.panel->items, QList<QUrl>{file(1)});
+    QVERIFY(!f.panel->droppedBackOnSelf);
+}
+
+void ShelfPanelItemsTest::an_item_dropped_back_stays()
+{
+    Fixture f;
+    f.add(2);
+    f.tile(0)->onDragStarted();
+    f.drop({file(0)});
+    f.tile(0)->onDragOut();
+    QCOMPARE(f.panel->items, files(0, 2));
+    QVERIFY(!f.panel->droppedBackOnSelf);
+    f.tile(0)->onDragOut();
+    QCOMPARE(f.panel->items, QList<QUrl>{file(1)});
+}
+
+void ShelfPanelItemsTest::a_drag_forgets_the_drop_before_it()
+{
+    Fixture f;
+    f.drop(files(0, 2));
+    QVERIFY(f.panel->droppedBackOnSelf);
+    f.tile(0)->onDragStarted();
+    QVERIFY(!f.panel->droppedBackOnSelf);
+}
+
+void ShelfPanelItemsTest::the_selection_is_dragged_in_selection_order_with_its_pictures()
+{
+    Fixture f;
+    f.set(SettingsKey::shelfItemSize, 60.0);
+    f.add(3);
+    // Only the first two have their pictures yet.
+    QImage image(60, 60, QImage::Format_RGB32);
+    f.virtualPlatform.thumbnailGenerator.completeFirst(image);
+    f.virtualPlatform.thumbnailGenerator.completeFirst(image);
+    f.virtualPlatform.mainQueue.runPending();
+    f.panel->selectAll();
+    auto dragged = f.tile(1)->getDragItems();
+    QVERIFY(dragged.has_value());
+    QCOMPARE(dragged->size(), 2);
+    QCOMPARE(dragged->at(0).fileURL, file(0));
+    QCOMPARE(dragged->at(1).fileURL, file(1));
+    QCOMPARE(dragged->at(0).frame, QRectF(0, 0, 60, 60));
+    QVERIFY(!dragged->at(0).contents.isNull());
+    // A selection of one is a list of one, and one without its picture an empty list.
+    f.tile(1)->onSelect();
+    QCOMPARE(f.tile(1)->getDragItems()->size(), 1);
+    f.tile(2)->onSelect();
+    dragged = f.tile(2)->getDragItems();
+    QVERIFY(dragged.has_value());
+    QVERIFY(dragged->isEmpty());
+}
+
+void ShelfPanelItemsTest::an_unselected_tile_is_dragged_alone_and_leaves_the_selection()
+{
+    Fixture f;
+    f.add(3);
+    f.showImages();
+    f.tile(0)->onSelect();
+    QVERIFY(!f.tile(1)->getDragItems().has_value());
+    f.tile(1)->onDragStarted();
+    f.tile(1)->onDragOut();
+    f.advance(0.18);
+    QCOMPARE(f.panel->items, (QList<QUrl>{file(0), file(2)}));
+    QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(0)});
+    QVERIFY(f.tile(0)->isSelected);
+}
+
+void ShelfPanelItemsTest::a_selection_dragged_out_is_removed_as_a_whole()
+{
+    Fixture f;
+    f.add(4);
+    f.panel->selectAll();
+    f.panel->removeItem(file(3));
+    f.tile(1)->onDragStarted();
+    f.tile(1)->getDragItems();
+    f.tile(1)->onMultiDragOut();
+    QVERIFY(f.panel->items.isEmpty());
+    QVERIFY(f.panel->selectedViews.isEmpty());
+    QVERIFY(!f.virtualPlatform.keyTap.handler);
+    // The tiles keep their look until they are gone.
+    QVERIFY(f.tile(0)->isSelected);
+    f.advance(0.18);
+    QCOMPARE(f.tileCount(), 0);
+}
+
+void ShelfPanelItemsTest::a_selection_dropped_back_stays()
+{
+    Fixture f;
+    f.add(3);
+    f.panel->selectAll();
+    f.tile(1)->onDragStarted();
+    f.tile(1)->getDragItems();
+    f.drop(files(0, 3));
+    f.tile(1)->onMultiDragOut();
+    QCOMPARE(f.panel->items, files(0, 3));
+    QCOMPARE(f.panel->selectedViews.size(), 3);
+    QVERIFY(!f.panel->droppedBackOnSelf);
+    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
+}
+
+void ShelfPanelItemsTest::a_late_end_of_a_drag_removes_what_was_dragged_and_not_what_is_selected_by_then()
+{
+    Fixture f;
+    f.add(3);
+    f.showImages();
+    f.panel->selectAll();
+    f.panel->removeItem(file(2));
+    f.advance(1);
+    f.panel->addItem(file(2));
+    f.tile(0)->onDragStarted();
+    QCOMPARE(f.tile(0)->getDragItems()->size(), 2);
+    f.tile(2)->onSelect();
+    f.tile(0)->onMultiDragOut();
+    QCOMPARE(f.panel->items, QList<QUrl>{file(2)});
+    QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(2)});
+    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
+}
+
+void ShelfPanelItemsTest::a_single_item_is_cleared_at_once()
+{
+    Fixture f;
+    f.add(1);
+    f.panel->trashBtn->click();
+    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
+    QVERIFY(f.panel->items.isEmpty());
+    QCOMPARE(f.tileCount(), 0);
+}
+
+void ShelfPanelItemsTest::an_empty_shelf_is_cleared_without_a_question()
+{
+    Fixture f;
+    f.panel->show(true);
+    f.advance(1);
+    f.panel->trashBtn->click();
+    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
+    QCOMPARE(f.changes, 1);
+    f.advance(1.5 + 0.18);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelItemsTest::several_items_are_cleared_after_a_question()
+{
+    for (const int count : {2, 3}) {
+        Fixture f;
+        f.add(count);
+        f.virtualPlatform.alerts.answers = {AlertAnswer{0, false}};
+        f.panel->trashBtn->click();
+        QCOMPARE(f.virtualPlatform.alerts.shown.size(), 1);
+        const Alert &alert = f.virtualPlatform.alerts.shown.first();
+        QCOMPARE(alert.messageText, QStringLiteral("Clear all files?"));
+        QCOMPARE(alert.informativeText, QStringLiteral("This will remove all %1 files from the shelf.").arg(count));
+        QCOMPARE(alert.buttons, (QStringList{QStringLiteral("Clear All"), QStringLiteral("Cancel")}));
+        QCOMPARE(alert.checkboxTitle, QStringLiteral("Don't show this message again"));
+        QVERIFY(alert.dark);
+        QVERIFY(alert.activates);
+        QVERIFY(f.panel->items.isEmpty());
+        QVERIFY(!f.virtualPlatform.userDefaults.values.contains(SettingsKey::skipClearAllConfirmation));
+    }
+}
+
+void ShelfPanelItemsTest::cancelling_keeps_everything_and_stores_nothing()
+{
+    Fixture f;
+    f.add(3);
+    f.panel->selectAll();
+    f.virtualPlatform.alerts.answers = {AlertAnswer{1, true}};
+    f.panel->clearAll();
+    QCOMPARE(f.panel->items.size(), 3);
+    QCOMPARE(f.panel->selectedViews.size(), 3);
+    QVERIFY(!f.virtualPlatform.userDefaults.values.contains(SettingsKey::skipClearAllConfirmation));
+}
+
+void ShelfPanelItemsTest::the_question_can_be_switched_off()
+{
+    Fixture f;
+    f.add(2);
+    f.virtualPlatform.alerts.answers = {AlertAnswer{0, true}};
+    f.panel->clearAll();
+    QCOMPARE(f.virtualPlatform.userDefaults.values.value(QStringLiteral("skipClearAllConfirmation")), QVariant(true));
+    f.add(5);
+    f.panel->clearAll();
+    QCOMPARE(f.virtualPlatform.alerts.shown.size(), 1);
+    QVERIFY(f.panel->items.isEmpty());
+}
+
+void ShelfPanelItemsTest::clearing_shows_the_label_hides_the_button_and_then_the_shelf()
+{
+    Fixture f;
+    f.set(SettingsKey::skipClearAllConfirmation, true);
+    f.add(3);
+    f.panel->show(true);
+    f.advance(1);
+    f.panel->selectAll();
+    f.changes = 0;
+    f.panel->clearAll();
+    // No fade: the tiles are gone.
+    QCOMPARE(f.tileCount(), 0);
+    QVERIFY(f.panel->selectedViews.isEmpty());
+    QVERIFY(!f.virtualPlatform.keyTap.handler);
+    QVERIFY(!f.panel->dropLabel->isHidden());
+    QVERIFY(f.panel->selectAllBtn->isHidden());
+    QCOMPARE(f.panel->height(), 164);
+    QCOMPARE(f.changes, 1);
+    f.advance(1.49);
+    QVERIFY(f.panel->isVisible());
+    f.advance(0.01 + 0.18);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelItemsTest::an_alert_that_is_closed_clears_nothing()
+{
+    Fixture f;
+    f.add(2);
+    f.virtualPlatform.alerts.answers = {AlertAnswer{-1, true}};
+    f.panel->clearAll();
+    QCOMPARE(f.panel->items.size(), 2);
+}
+
+void ShelfPanelItemsTest::a_screen_reader_meets_the_tiles_as_a_list()
+{
+    Fixture f;
+    f.add(2);
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(f.panel->stackView);
+    QCOMPARE(list->role(), QAccessible::List);
+    QAccessibleInterface *tile = QAccessible::queryAccessibleInterface(f.tile(1));
+    QCOMPARE(tile->role(), QAccessible::ListItem);
+    QCOMPARE(tile->text(QAccessible::Name), QStringLiteral("1.png"));
+    QCOMPARE(tile->text(QAccessible::Description), QStringLiteral("/files/1.png"));
+    QVERIFY(tile->state().selectable);
+    QVERIFY(!tile->state().selected);
+    tile->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QVERIFY(tile->state().selected);
+    QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(1)});
+}
+
+void ShelfPanelItemsTest::callbacks_that_outlive_the_panel_do_nothing()
+{
+    Fixture f;
+    f.add(2);
+    ShelfItemView *tile = f.tile(0);
+    const auto onRemove = tile->onRemove;
+    const auto onDragOut = tile->onDragOut;
+    const auto onSelect = tile->onSelect;
+    const auto onSelectAll = tile->onSelectAll;
+    const auto onDragStarted = tile->onDragStarted;
+    const auto getDragItems = tile->getDragItems;
+    const auto onMultiDragOut = tile->onMultiDragOut;
+    f.panel->removeItem(file(1));
+    f.panel.reset();
+    onRemove();
+    onDragOut();
+    onSelect();
+    onSelectAll();
+    onDragStarted();
+    QVERIFY(!getDragItems().has_value());
+    onMultiDragOut();
+    f.virtualPlatform.mainQueue.advance(5);
+}
+
+QTEST_MAIN(ShelfPanelItemsTest)
+#include "ShelfPanelItemsTest.moc"

@@ -1,0 +1,760 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/ShelfPanel.h"
+#include "settings/AppSettings.h"
+#include "settings/Notifications.h"
+#include "shelf/DropViews.h"
+#include "shelf/ShelfGeometry.h"
+#include "shelf/ShelfItemView.h"
+#include "shelf/ShelfStackView.h"
+#include "shelf/ShelfViews.h"
+#include "shelf/TileViews.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QScrollBar>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <limits>
+
+// The panel as a window: its place, its views, how it shows and hides, its tint, timers and key tap.
+class ShelfPanelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    // Creation
+    void a_new_panel_is_a_hidden_floating_panel();
+    void the_header_holds_three_buttons_with_their_labels();
+    void the_gear_asks_for_the_preferences();
+    void the_views_lie_above_each_other_in_their_order();
+    void the_drop_label_stands_ten_points_below_the_middle();
+    // Frame
+    void an_empty_shelf_stands_at_the_right_edge();
+    void three_items_make_it_380_high();
+    void eleven_items_on_a_high_screen_make_it_1136_high();
+    void a_row_of_two_without_names_stands_at_the_bottom();
+    void reserved_space_is_respected_and_y_is_turned_over();
+    void without_a_main_screen_the_frame_stays_and_tiles_are_refreshed();
+    void the_header_turns_with_the_edge();
+    void tiles_stand_six_points_apart_and_centred();
+    void an_eleventh_tile_scrolls();
+    // Show and hide
+    void showing_fades_in_over_0_22_seconds();
+    void showing_again_fades_in_again();
+    void hiding_fades_out_over_0_18_seconds_and_restores_the_opacity();
+    void hiding_a_hidden_panel_does_nothing();
+    void showing_during_the_fade_out_keeps_the_panel();
+    void without_animation_it_shows_and_hides_at_once();
+    void disabled_animations_show_and_hide_at_once_and_arm_no_timer();
+    // Settings
+    void a_new_item_size_changes_heights_and_thumbnails_but_not_widths();
+    void hiding_names_changes_heights_and_no_thumbnail();
+    void a_settings_change_tints_and_refreshes_tiles();
+    void the_tint_follows_its_intensity_data();
+    void the_tint_follows_its_intensity();
+    void a_tint_that_is_switched_off_keeps_its_colour();
+    void names_follow_the_settings_both_ways_they_are_announced();
+    void an_absurd_item_size_is_survived();
+    void a_row_scrolls_sideways_and_by_the_wheel();
+    void the_panel_is_transparent_before_it_comes_to_the_front();
+    // Empty shelf
+    void what_arrives_while_an_empty_shelf_fades_out_brings_it_back();
+    void no_timeout_arms_no_timer();
+    void a_timeout_hides_a_shelf_that_is_then_empty();
+    void a_timeout_leaves_a_shelf_that_holds_items();
+    void adding_an_item_arms_the_timeout_again();
+    void an_emptied_shelf_hides_after_1_5_seconds_whatever_the_timeout();
+    void arming_a_timer_ends_the_previous_one();
+    void hiding_ends_the_timer();
+    // Command-A
+    void the_tap_is_there_while_something_is_selected();
+    void command_a_selects_all_later_and_is_swallowed();
+    void other_keys_pass_through_data();
+    void other_keys_pass_through();
+    void a_refused_tap_is_no_matter();
+    void a_tap_that_outlives_the_panel_does_nothing();
+};
+
+namespace {
+
+QUrl file(int number)
+{
+    return QUrl::fromLocalFile(QStringLiteral("/files/%1.png").arg(number));
+}
+
+struct Fixture {
+    Fixture() { panel = std::make_unique<ShelfPanel>(virtualPlatform.platform, settings, notifications); }
+
+    void add(int count)
+    {
+        for (int i = 0; i < count; ++i)
+            panel->addItem(file(static_cast<int>(panel->items.size())));
+    }
+    void set(const QString &key, const QVariant &value) { virtualPlatform.userDefaults.values.insert(key, value); }
+    void advance(double seconds) { virtualPlatform.mainQueue.advance(seconds); }
+    ShelfItemView *tile(qsizetype index) const { return panel->stackView->arrangedSubviews().at(index); }
+
+    VirtualPlatform virtualPlatform;
+    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
+    NotificationCenter notifications;
+    std::unique_ptr<ShelfPanel> panel;
+};
+
+} // namespace
+
+void ShelfPanelTest::a_new_panel_is_a_hidden_floating_panel()
+{
+    Fixture f;
+    QVERIFY(!f.panel->isVisible());
+    QCOMPARE(f.virtualPlatform.floatingPanels.panels.value(QStringLiteral("shelf")).data(),
+             static_cast<QWidget *>(f.panel.get()));
+    QCOMPARE(f.virtualPlatform.floatingPanels.styles.first().cornerRadius, 14.0);
+    QVERIFY(f.panel->items.isEmpty());
+    QVERIFY(f.panel->selectedViews.isEmpty());
+    QVERIFY(!f.panel->droppedBackOnSelf);
+    QVERIFY(!f.panel->dropLabel->isHidden());
+    QCOMPARE(f.panel->dropLabel->text(), QStringLiteral("Drop files here"));
+    QVERIFY(f.panel->selectAllBtn->isHidden());
+    QVERIFY(!f.panel->trashBtn->isHidden());
+    QVERIFY(!f.panel->gearBtn->isHidden());
+}
+
+void ShelfPanelTest::the_header_holds_three_buttons_with_their_labels()
+{
+    Fixture f;
+    QCOMPARE(f.panel->gearBtn->toolTip(), QStringLiteral("Preferences"));
+    QCOMPARE(f.panel->selectAllBtn->toolTip(), QStringLiteral("Select all"));
+    QCOMPARE(f.panel->trashBtn->toolTip(), QStringLiteral("Clear all"));
+    for (const HeaderButton *button : {f.panel->gearBtn, f.panel->selectAllBtn, f.panel->trashBtn}) {
+        QCOMPARE(button->accessibleName(), button->toolTip());
+        QCOMPARE(button->parentWidget(), f.panel->headerBar);
+        QVERIFY(!button->icon().isNull());
+        QCOMPARE(button->focusPolicy(), Qt::NoFocus);
+    }
+    const QColor tint = QColor::fromRgbF(1, 1, 1, 0.65F);
+    QCOMPARE(f.virtualPlatform.appearance.symbolRequests, (decltype(f.virtualPlatform.appearance.symbolRequests){
+                                                              {QStringLiteral("gearshape"), tint},
+                                                              {QStringLiteral("square.stack.3d.down.right"), tint},
+                                                              {QStringLiteral("trash"), tint}}));
+    // The symbols are white at 0.65.
+    const QImage symbol = f.panel->gearBtn->icon().pixmap(16, 16).toImage();
+    QCOMPARE(symbol.pixelColor(8, 8).alpha(), 166);
+}
+
+void ShelfPanelTest::the_gear_asks_for_the_preferences()
+{
+    Fixture f;
+    int asked = 0;
+    QObject observer;
+    f.notifications.observe(Notifications::openPreferences, &observer, [&](const QVariantMap &userInfo) {
+        ++asked;
+        QVERIFY(userInfo.isEmpty());
+    });
+    f.panel->gearBtn->click();
+    QCOMPARE(asked, 1);
+}
+
+void ShelfPanelTest::the_views_lie_above_each_other_in_their_order()
+{
+    Fixture f;
+    QList<QObject *> views;
+    for (QObject *child : f.panel->container->children()) {
+        if (child->isWidgetType())
+            views.append(child);
+    }
+    QCOMPARE(views, (QList<QObject *>{f.panel->visualFX, f.panel->tintOverlay, f.panel->headerBar, f.panel->sepLine,
+                                      f.panel->dropLabel, f.panel->scrollView}));
+    QCOMPARE(f.panel->sepLine->color(), QColor::fromRgbF(1, 1, 1, 0.12F));
+    QCOMPARE(f.panel->dropLabel->palette().color(QPalette::WindowText), QColor::fromRgbF(1, 1, 1, 0.35F));
+    QCOMPARE(f.panel->dropLabel->font().pixelSize(), 11);
+}
+
+void ShelfPanelTest::the_drop_label_stands_ten_points_below_the_middle()
+{
+    Fixture f;
+    f.panel->show(false);
+    const QRect label = f.panel->dropLabel->geometry();
+    QVERIFY(std::abs(label.center().y() - (164 / 2 + 10)) <= 1);
+    QVERIFY(std::abs(label.center().x() - 116 / 2) <= 1);
+}
+
+void ShelfPanelTest::an_empty_shelf_stands_at_the_right_edge()
+{
+    Fixture f;
+    f.panel->updateFrame();
+    QCOMPARE(f.panel->geometry(), QRect(1160, 318, 116, 164));
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelTest::three_items_make_it_380_high()
+{
+    Fixture f;
+    f.add(3);
+    QCOMPARE(f.panel->geometry(), QRect(1160, 210, 116, 380));
+    f.add(6);
+    QCOMPARE(f.panel->height(), 792);
+    f.add(5);
+    // The place is still that of ten tiles.
+    QCOMPARE(f.panel->frame(), QRectF(1160, 400 - 568, 116, 792));
+}
+
+void ShelfPanelTest::eleven_items_on_a_high_screen_make_it_1136_high()
+{
+    Fixture f;
+    f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 2000), QRectF(0, 0, 1280, 2000), 1.0}};
+    f.add(11);
+    QCOMPARE(f.panel->geometry(), QRect(1160, 432, 116, 1136));
+}
+
+void ShelfPanelTest::a_row_of_two_without_names_stands_at_the_bottom()
+{
+    Fixture f;
+    f.set(SettingsKey::windowEdge, 3.0);
+    f.set(SettingsKey::windowAlignment, 0.0);
+    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.add(2);
+    const int height = 72 + 16 + 28 + qRound(ShelfScrollView::scrollerWidth());
+    QCOMPARE(f.panel->geometry(), QRect(20, 800 - 4 - height, 239, height));
+    QVERIFY(f.panel->stackView->isHorizontal());
+}
+
+void ShelfPanelTest::reserved_space_is_respected_and_y_is_turned_over()
+{
+    Fixture f;
+    // A bar at the top of the primary screen, a second screen below and to the right that has the focus.
+    f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 800), QRectF(0, 30, 1280, 770), 1.0},
+                                         Screen{QRectF(1280, 200, 1000, 900), QRectF(1280, 200, 1000, 860), 1.0}};
+    f.set(SettingsKey::windowAlignment, 0.0);
+    f.panel->updateFrame();
+    QCOMPARE(f.panel->geometry(), QRect(1160, 50, 116, 164));
+    f.virtualPlatform.screens.mainIndex = 1;
+    f.panel->updateFrame();
+    QCOMPARE(f.panel->geometry(), QRect(2280 - 116 - 4, 220, 116, 164));
+    f.set(SettingsKey::windowAlignment, 2.0);
+    f.panel->updateFrame();
+    QCOMPARE(f.panel->geometry(), QRect(2160, 1060 - 20 - 164, 116, 164));
+}
+
+void ShelfPanelTest::without_a_main_screen_the_frame_stays_and_tiles_are_refreshed()
+{
+    Fixture f;
+    f.add(2);
+    const QRect before = f.panel->geometry();
+    f.virtualPlatform.screens.mainIndex = -1;
+    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.panel->applySettings();
+    QCOMPARE(f.panel->geometry(), before);
+    QCOMPARE(f.tile(0)->height(), 130);
+}
+
+void ShelfPanelTest::the_header_turns_with_the_edge()
+{
+    Fixture f;
+    f.panel->show(false);
+    QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 8, 116, 24));
+    QCOMPARE(f.panel->gearBtn->geometry(), QRect(8, 2, 20, 20));
+    QCOMPARE(f.panel->selectAllBtn->geometry(), QRect(48, 2, 20, 20));
+    QCOMPARE(f.panel->trashBtn->geometry(), QRect(88, 2, 20, 20));
+    QCOMPARE(f.panel->sepLine->geometry(), QRect(8, 34, 100, 1));
+    QCOMPARE(f.panel->scrollView->geometry(), QRect(0, 37, 116, 119));
+    f.set(SettingsKey::windowEdge, 2.0);
+    f.panel->updateFrame();
+    const int height = f.panel->height();
+    QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 0, 36, height));
+    QCOMPARE(f.panel->trashBtn->geometry(), QRect(8, 10, 20, 20));
+    QCOMPARE(f.panel->gearBtn->geometry(), QRect(8, height - 30, 20, 20));
+    QCOMPARE(f.panel->scrollView->geometry(), QRect(39, 8, 145 - 39, height - 16));
+    QCOMPARE(f.panel->selectAllBtn->geometry(), QRect(8, 38, 20, 20));
+    QCOMPARE(f.panel->sepLine->geometry(), QRect(36, 8, 1, height - 16));
+    QCOMPARE(f.panel->visualFX->geometry(), f.panel->rect());
+    QCOMPARE(f.panel->tintOverlay->geometry(), f.panel->rect());
+    f.set(SettingsKey::windowEdge, 0.0);
+    f.panel->updateFrame();
+    QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 8, 116, 24));
+}
+
+void ShelfPanelTest::tiles_stand_six_points_apart_and_centred()
+{
+    Fixture f;
+    f.add(3);
+    f.panel->show(false);
+    QCOMPARE(f.panel->stackView->width(), f.panel->scrollView->width());
+    QCOMPARE(f.tile(0)->geometry(), QRect(14, 6, 88, 102));
+    QCOMPARE(f.tile(1)->geometry(), QRect(14, 114, 88, 102));
+    QCOMPARE(f.tile(2)->geometry(), QRect(14, 222, 88, 102));
+    f.set(SettingsKey::windowEdge, 3.0);
+    f.panel->updateFrame();
+    QCOMPARE(f.tile(0)->x(), 6);
+    QCOMPARE(f.tile(1)->x(), 6 + 88 + 6);
+    QCOMPARE(f.tile(0)->y(), (f.panel->stackView->height() - 102) / 2);
+}
+
+void ShelfPanelTest::an_eleventh_tile_scrolls()
+{
+    Fixture f;
+    f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 2000), QRectF(0, 0, 1280, 2000), 1.0}};
+    f.add(10);
+    f.panel->show(false);
+    QApplication::processEvents();
+    QCOMPARE(f.panel->scrollView->verticalScrollBar()->maximum(), 0);
+    f.add(1);
+    QApplication::processEvents();
+    QVERIFY(f.panel->scrollView->verticalScrollBar()->maximum() > 0);
+    // The scroller lies over the tiles and takes none of their room.
+    QCOMPARE(f.panel->stackView->width(), 116);
+}
+
+void ShelfPanelTest::showing_fades_in_over_0_22_seconds()
+{
+    Fixture f;
+    f.panel->show(true);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 0.0);
+    QCOMPARE(f.panel->geometry(), QRect(1160, 318, 116, 164));
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 1);
+    f.advance(0.11);
+    // Ease-out: more than half way at half time.
+    QVERIFY(f.panel->alpha() > 0.6 && f.panel->alpha() < 1.0);
+    f.advance(0.10);
+    QVERIFY(f.panel->alpha() < 1.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.alphas.value(f.panel.get()), f.panel->alpha());
+    f.advance(0.01);
+    QCOMPARE(f.panel->alpha(), 1.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.alphas.value(f.panel.get()), 1.0);
+}
+
+void ShelfPanelTest::showing_again_fades_in_again()
+{
+    Fixture f;
+    f.panel->show(true);
+    f.advance(1);
+    f.panel->show(true);
+    QCOMPARE(f.panel->alpha(), 0.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 2);
+    f.advance(0.22);
+    QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void ShelfPanelTest::hiding_fades_out_over_0_18_seconds_and_restores_the_opacity()
+{
+    Fixture f;
+    f.panel->show(false);
+    f.panel->hide(true);
+    QCOMPARE(f.panel->alpha(), 1.0);
+    f.advance(0.17);
+    QVERIFY(f.panel->isVisible());
+    QVERIFY(f.panel->alpha() < 0.2);
+    f.advance(0.01);
+    QVERIFY(!f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 1);
+}
+
+void ShelfPanelTest::hiding_a_hidden_panel_does_nothing()
+{
+    Fixture f;
+    f.panel->hide(true);
+    f.panel->hide(false);
+    f.advance(1);
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 0);
+}
+
+void ShelfPanelTest::showing_during_the_fade_out_keeps_the_panel()
+{
+    Fixture f;
+    f.panel->show(false);
+    f.panel->hide(true);
+    f.advance(0.1);
+    f.panel->show(true);
+    f.advance(1);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void ShelfPanelTest::without_animation_it_shows_and_hides_at_once()
+{
+    Fixture f;
+    f.panel->show(false);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    f.panel->hide(false);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelTest::disabled_animations_show_and_hide_at_once_and_arm_no_timer()
+{
+    Fixture f;
+    f.set(SettingsKey::disableAnimations, true);
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.panel->show(true);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+    f.panel->hide(true);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelTest::a_new_item_size_changes_heights_and_thumbnails_but_not_widths()
+{
+    Fixture f;
+    f.add(1);
+    f.panel->show(false);
+    QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 1);
+    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.panel->applySettings();
+    QCOMPARE(f.tile(0)->size(), QSize(88, 130));
+    QCOMPARE(f.tile(0)->lastLoadedSize, 100.0);
+    QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 2);
+    QCOMPARE(f.panel->size(), QSize(144, 192));
+    f.panel->applySettings();
+    QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 2);
+    f.add(1);
+    QCOMPARE(f.tile(1)->size(), QSize(116, 130));
+    QCOMPARE(f.tile(0)->size(), QSize(88, 130));
+}
+
+void ShelfPanelTest::hiding_names_changes_heights_and_no_thumbnail()
+{
+    Fixture f;
+    f.add(1);
+    f.panel->show(false);
+    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.panel->applySettings();
+    QCOMPARE(f.tile(0)->size(), QSize(88, 88));
+    QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 1);
+    QVERIFY(f.tile(0)->nameLabel->isHidden());
+    QCOMPARE(f.tile(0)->imageView->geometry(), QRect(4, 8, 80, 72));
+    QCOMPARE(f.panel->height(), 72 + 16 + 6 + 56);
+}
+
+void ShelfPanelTest::a_settings_change_tints_and_refreshes_tiles()
+{
+    Fixture f;
+    f.add(1);
+    f.panel->show(false);
+    const QRect before = f.panel->geometry();
+    f.set(SettingsKey::tintIntensity, 0.0);
+    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(SettingsKey::hideFileExtensions, true);
+    f.notifications.post(Notifications::settingsChanged);
+    QVERIFY(f.panel->tintOverlay->isHidden());
+    QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 2);
+    QCOMPARE(f.tile(0)->lastLoadedSize, 100.0);
+    // The frame and the tiles' heights are the business of applySettings().
+    QCOMPARE(f.panel->geometry(), before);
+    QCOMPARE(f.tile(0)->height(), 102);
+}
+
+void ShelfPanelTest::the_tint_follows_its_intensity_data()
+{
+    QTest::addColumn<QVariant>("intensity");
+    QTest::addColumn<bool>("visible");
+    QTest::addColumn<double>("alpha");
+    QTest::newRow("default") << QVariant() << true << 0.24;
+    QTest::newRow("none") << QVariant(0.0) << false << 0.0;
+    QTest::newRow("just none") << QVariant(0.01) << false << 0.0;
+    QTest::newRow("just some") << QVariant(0.011) << true << 0.0066;
+    QTest::newRow("full") << QVariant(1.0) << true << 0.6;
+    QTest::newRow("beyond") << QVariant(9.0) << true << 1.0;
+}
+
+void ShelfPanelTest::the_tint_follows_its_intensity()
+{
+    QFETCH(QVariant, intensity);
+    QFETCH(bool, visible);
+    QFETCH(double, alpha);
+    Fixture f;
+    f.virtualPlatform.appearance.accent = QColor(200, 10, 20);
+    if (intensity.isValid())
+        f.set(SettingsKey::tintIntensity, intensity);
+    f.notifications.post(Notifications::settingsChanged);
+    QCOMPARE(!f.panel->tintOverlay->isHidden(), visible);
+    if (visible) {
+        QVERIFY(std::abs(f.panel->tintOverlay->color().alphaF() - alpha) < 0.0001);
+        QCOMPARE(f.panel->tintOverlay->color().red(), 200);
+    }
+}
+
+void ShelfPanelTest::a_tint_that_is_switched_off_keeps_its_colour()
+{
+    Fixture f;
+    const QColor before = f.panel->tintOverlay->color();
+    QVERIFY(!f.panel->tintOverlay->isHidden());
+    f.set(SettingsKey::tintIntensity, 0.0);
+    f.settings.setTintColor(Qt::green);
+    f.notifications.post(Notifications::settingsChanged);
+    QCOMPARE(f.panel->tintOverlay->color(), before);
+}
+
+void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
+{
+    for (const bool posted : {false, true}) {
+        Fixture f;
+        f.add(1);
+        f.panel->show(false);
+        const auto announce = [&] {
+            if (posted)
+                f.notifications.post(Notifications::settingsChanged);
+            else
+                f.panel->applySettings();
+        };
+        f.set(SettingsKey::hideFileExtensions, true);
+        announce();
+        QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0"));
+        QVERIFY(!f.tile(0)->nameLabel->isHidden());
+        f.set(SettingsKey::fileNameDisplay, 1.0);
+        f.set(SettingsKey::hideFileExtensions, false);
+        announce();
+        QVERIFY(f.tile(0)->nameLabel->isHidden());
+        QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0"));
+        // The image takes the room of the name, whatever the tile's height.
+        QCOMPARE(f.tile(0)->imageView->geometry().bottom(), f.tile(0)->height() - 8 - 1);
+        f.set(SettingsKey::fileNameDisplay, 2.0);
+        announce();
+        QVERIFY(f.tile(0)->nameLabel->isHidden());
+        QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0.png"));
+    }
+}
+
+void ShelfPanelTest::an_absurd_item_size_is_survived()
+{
+    for (const double size : {1e300, -80.0, 0.0, std::numeric_limits<double>::infinity()}) {
+        Fixture f;
+        f.add(2);
+        f.set(SettingsKey::shelfItemSize, size);
+        f.panel->applySettings();
+        f.add(1);
+        f.panel->show(false);
+        QVERIFY(f.panel->width() >= 0 && f.panel->width() <= 32000);
+        f.set(SettingsKey::shelfItemSize, 72.0);
+        f.panel->applySettings();
+        QCOMPARE(f.panel->geometry(), QRect(1160, 210, 116, 380));
+    }
+}
+
+void ShelfPanelTest::a_row_scrolls_sideways_and_by_the_wheel()
+{
+    Fixture f;
+    f.set(SettingsKey::windowEdge, 3.0);
+    f.add(11);
+    f.panel->show(false);
+    QApplication::processEvents();
+    QScrollBar *bar = f.panel->scrollView->horizontalScrollBar();
+    QVERIFY(bar->maximum() > 0);
+    QVERIFY(bar->isVisible());
+    QCOMPARE(f.panel->scrollView->verticalScrollBar()->maximum(), 0);
+    // The scroller stands below the tiles and leaves them their height.
+    QCOMPARE(f.panel->stackView->height(), 72 + 30 + 12);
+    QWheelEvent wheel(QPointF(50, 50), QPointF(50, 50), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(f.panel->scrollView->viewport(), &wheel);
+    QVERIFY(bar->value() > 0);
+    for (int i = 10; i > 0; --i)
+        f.panel->removeItem(file(i));
+    f.advance(1);
+    QApplication::processEvents();
+    QVERIFY(!bar->isVisible());
+}
+
+void ShelfPanelTest::the_panel_is_transparent_before_it_comes_to_the_front()
+{
+    Fixture f;
+    QList<double> atFront;
+    f.virtualPlatform.floatingPanels.whenOrderedFront = [&](QWidget &window) {
+        atFront.append(f.virtualPlatform.floatingPanels.alphas.value(&window, 1.0));
+    };
+    f.panel->show(true);
+    QCOMPARE(atFront, QList<double>{0.0});
+}
+
+void ShelfPanelTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_back()
+{
+    Fixture f;
+    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.panel->show(true);
+    f.advance(1.1);
+    QVERIFY(f.panel->isHiding());
+    f.add(1);
+    f.advance(5);
+    QVERIFY(f.panel->isVisible());
+    QVERIFY(!f.panel->isHiding());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    // A shelf that the user hides goes, whatever is on it.
+    f.panel->hide(true);
+    f.add(1);
+    f.advance(1);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelTest::no_timeout_arms_no_timer()
+{
+    Fixture f;
+    f.panel->show(true);
+    f.advance(0.22);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+    f.advance(100);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelTest::a_timeout_hides_a_shelf_that_is_then_empty()
+{
+    Fixture f;
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.panel->show(true);
+    f.advance(2.99);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    f.advance(0.01 + 0.18);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelTest::a_timeout_leaves_a_shelf_that_holds_items()
+{
+    Fixture f;
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.add(1);
+    f.panel->show(true);
+    f.advance(10);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelTest::adding_an_item_arms_the_timeout_again()
+{
+    Fixture f;
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.panel->show(true);
+    f.advance(2);
+    f.add(1);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
+    f.advance(1.5);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
+    f.advance(1.5);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+}
+
+void ShelfPanelTest::an_emptied_shelf_hides_after_1_5_seconds_whatever_the_timeout()
+{
+    for (const double timeout : {0.0, 60.0}) {
+        Fixture f;
+        f.add(1);
+        f.panel->show(true);
+        f.advance(1);
+        f.set(SettingsKey::autoHideTimeout, timeout);
+        f.panel->removeItem(file(0));
+        f.advance(0.18);
+        f.advance(1.49);
+        QVERIFY(f.panel->isVisible());
+        QCOMPARE(f.panel->alpha(), 1.0);
+        f.advance(0.01 + 0.18);
+        QVERIFY(!f.panel->isVisible());
+    }
+}
+
+void ShelfPanelTest::arming_a_timer_ends_the_previous_one()
+{
+    Fixture f;
+    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.panel->show(true);
+    f.panel->scheduleHideIfEmpty();
+    f.advance(1.4);
+    QVERIFY(f.panel->isVisible());
+    f.set(SettingsKey::autoHideTimeout, 0.0);
+    f.panel->restartAutoHideTimer();
+    f.advance(10);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelTest::hiding_ends_the_timer()
+{
+    Fixture f;
+    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.panel->show(true);
+    f.panel->hide(false);
+    // A timer that went on would hide what is shown again without one.
+    f.panel->show(false);
+    f.advance(5);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelTest::the_tap_is_there_while_something_is_selected()
+{
+    Fixture f;
+    f.add(2);
+    VirtualKeyTap &tap = f.virtualPlatform.keyTap;
+    QVERIFY(!tap.handler);
+    f.panel->selectAll();
+    QVERIFY(tap.handler != nullptr);
+    QCOMPARE(tap.installs, 1);
+    f.panel->selectAll();
+    QCOMPARE(tap.installs, 1);
+    f.panel->selectAllAction();
+    QVERIFY(!tap.handler);
+    QCOMPARE(tap.removals, 1);
+    f.panel->removeCmdATap();
+    QCOMPARE(tap.removals, 1);
+}
+
+void ShelfPanelTest::command_a_selects_all_later_and_is_swallowed()
+{
+    Fixture f;
+    f.add(3);
+    f.tile(1)->onSelect();
+    QCOMPARE(f.panel->selectedViews.size(), 1);
+    QVERIFY(f.virtualPlatform.keyTap.press(Qt::Key_A, Qt::ControlModifier));
+    QCOMPARE(f.panel->selectedViews.size(), 1);
+    f.virtualPlatform.mainQueue.runPending();
+    QCOMPARE(f.panel->selectedViews.size(), 3);
+}
+
+void ShelfPanelTest::other_keys_pass_through_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("swallowed");
+    QTest::newRow("command-a") << int(Qt::Key_A) << int(Qt::ControlModifier) << true;
+    QTest::newRow("keypad does not matter") << int(Qt::Key_A) << int(Qt::ControlModifier | Qt::KeypadModifier) << true;
+    QTest::newRow("a") << int(Qt::Key_A) << int(Qt::NoModifier) << false;
+    QTest::newRow("command-shift-a") << int(Qt::Key_A) << int(Qt::ControlModifier | Qt::ShiftModifier) << false;
+    QTest::newRow("command-option-a") << int(Qt::Key_A) << int(Qt::ControlModifier | Qt::AltModifier) << false;
+    QTest::newRow("command-control-a") << int(Qt::Key_A) << int(Qt::ControlModifier | Qt::MetaModifier) << false;
+    QTest::newRow("command-b") << int(Qt::Key_B) << int(Qt::ControlModifier) << false;
+}
+
+void ShelfPanelTest::other_keys_pass_through()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(bool, swallowed);
+    Fixture f;
+    f.add(2);
+    f.tile(0)->onSelect();
+    QCOMPARE(f.virtualPlatform.keyTap.press(static_cast<Qt::Key>(key), Qt::KeyboardModifiers(modifiers)), swallowed);
+    f.virtualPlatform.mainQueue.runPending();
+    QCOMPARE(f.panel->selectedViews.size(), swallowed ? 2 : 1);
+}
+
+void ShelfPanelTest::a_refused_tap_is_no_matter()
+{
+    Fixture f;
+    f.virtualPlatform.keyTap.refuses = true;
+    f.add(2);
+    f.panel->selectAll();
+    QCOMPARE(f.panel->selectedViews.size(), 2);
+    f.virtualPlatform.keyTap.refuses = false;
+    f.panel->selectAll();
+    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
+}
+
+void ShelfPanelTest::a_tap_that_outlives_the_panel_does_nothing()
+{
+    Fixture f;
+    f.add(1);
+    f.panel->selectAll();
+    QVERIFY(f.virtualPlatform.keyTap.press(Qt::Key_A, Qt::ControlModifier));
+    f.panel.reset();
+    f.virtualPlatform.mainQueue.runPending();
+}
+
+QTEST_MAIN(ShelfPanelTest)
+#include "ShelfPanelTest.moc"

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "drag/AutoShow.h"
+
+namespace {
+
+constexpr double kProximity = 120; // points around the shelf
+
+} // namespace
+
+bool isExcluded(const std::optional<QString> &frontmost, qint64 excludeMode, const QStringList &excludedBundleIDs)
+{
+    if (!frontmost)
+        return false;
+    const bool listed = excludedBundleIDs.contains(*frontmost, Qt::CaseSensitive);
+    switch (excludeMode) {
+    case kHideInListed:
+        return listed;
+    case kShowOnlyInListed:
+        return !excludedBundleIDs.isEmpty() && !listed;
+    default:
+        return false;
+    }
+}
+
+bool isNear(const QPointF &pointer, const QRectF &shelfFrame)
+{
+    return shelfFrame.adjusted(-kProximity, -kProximity, kProximity, kProximity).contains(pointer);
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/EventMonitors.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QUrl>
+
+class DragPasteboard;
+class MainQueue;
+
+// Told of file drags in other applications, on the main queue after the event that showed them.
+class DragMonitorDelegate : public QObject {
+    Q_OBJECT
+
+public:
+    // A new file drag; `urls` is what it carries, in its order, and never empty.
+    virtual void dragMonitorDidStartDrag(const QList<QUrl> &urls) = 0;
+
+    // The left mouse button went up while a drag was being reported.
+    virtual void dragMonitorDidEndDrag() = 0;
+};
+
+// Notices that the user drags files anywhere, in any application: once when the drag starts and once when it ends.
+class DragMonitor : public QObject {
+    Q_OBJECT
+
+public:
+    DragMonitor(EventMonitors &eventMonitors, DragPasteboard &dragPasteboard, MainQueue &mainQueue);
+
+    QPointer<DragMonitorDelegate> delegate;
+
+    // Installs the monitors; call it once. They stay until the process ends. A monitor that the platform refuses is
+    // silently missing.
+    void start();
+
+private:
+    void checkForDrag();
+    void mouseWentUp();
+
+    EventMonitors &eventMonitors;
+    DragPasteboard &dragPasteboard;
+    MainQueue &mainQueue;
+    std::optional<EventMonitors::Token> globalDragMonitor;
+    std::optional<EventMonitors::Token> globalUpMonitor;
+    bool isDragging = false;         // a drag has been reported as started and not yet as ended
+    qint64 lastSeenChangeCount = -1; // the pasteboard's at the last reported start
+};

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "screenshots/NewScreenshots.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+class NewScreenshotsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void only_a_lower_case_png_suffix_counts_data();
+    void only_a_lower_case_png_suffix_counts();
+    void a_listing_is_shallow_and_holds_hidden_names();
+    void a_listing_keeps_names_that_are_no_utf_8();
+    void a_folder_that_cannot_be_read_lists_as_empty();
+    void a_folder_of_twenty_thousand_files_is_listed_whole();
+    void new_names_are_those_not_known();
+    void a_file_is_recent_for_less_than_ten_seconds_data();
+    void a_file_is_recent_for_less_than_ten_seconds();
+};
+
+namespace {
+
+void create(const QTemporaryDir &folder, const char *name)
+{
+    QFile file(QString::fromLocal8Bit(folder.path().toLocal8Bit() + '/' + name));
+    QVERIFY(file.open(QFile::WriteOnly));
+}
+
+} // namespace
+
+void NewScreenshotsTest::only_a_lower_case_png_suffix_counts_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<bool>("counts");
+    QTest::newRow("plain") << QByteArray("shot.png") << true;
+    QTest::newRow("two suffixes") << QByteArray("shot.jpg.png") << true;
+    QTest::newRow("hidden") << QByteArray(".shot.png") << true;
+    QTest::newRow("nothing but the suffix") << QByteArray(".png") << true;
+    QTest::newRow("no UTF-8") << QByteArray("\xff\xfe.png") << true;
+    QTest::newRow("upper case") << QByteArray("shot.PNG") << false;
+    QTest::newRow("mixed case") << QByteArray("shot.Png") << false;
+    QTest::newRow("another kind") << QByteArray("shot.jpg") << false;
+    QTest::newRow("still downloading") << QByteArray("shot.png.part") << false;
+    QTest::newRow("no dot") << QByteArray("png") << false;
+    QTest::newRow("empty") << QByteArray("") << false;
+}
+
+void NewScreenshotsTest::only_a_lower_case_png_suffix_counts()
+{
+    QFETCH(const QByteArray, name);
+    QTEST(isScreenshotName(name.constData()), "counts");
+}
+
+void NewScreenshotsTest::a_listing_is_shallow_and_holds_hidden_names()
+{
+    const QTemporaryDir folder;
+    create(folder, "a.png");
+    create(folder, ".hidden.png");
+    create(folder, "b.PNG");
+    create(folder, "c.jpg");
+    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("inner")));
+    create(folder, "inner/d.png");
+    QCOMPARE(screenshotNames(folder.path().toLocal8Bit()), (QSet<QByteArray>{"a.png", ".hidden.png"}));
+}
+
+void NewScreenshotsTest::a_listing_keeps_names_that_are_no_utf_8()
+{
+    const QTemporaryDir folder;
+    const QByteArray name = "caf\xe9.png";
+    const QByteArray path = folder.path().toLocal8Bit() + '/' + name;
+    QCOMPARE(mknod(path.constData(), S_IFREG | 0600, 0), 0);
+    QCOMPARE(screenshotNames(folder.path().toLocal8Bit()), QSet<QByteArray>{name});
+    QCOMPARE(unlink(path.constData()), 0);
+}
+
+void NewScreenshotsTest::a_folder_that_cannot_be_read_lists_as_empty()
+{
+    const QTemporaryDir folder;
+    create(folder, "file.png");
+    const QByteArray path = folder.path().toLocal8Bit();
+    QVERIFY(screenshotNames(path + "/missing").isEmpty());
+    QVERIFY(screenshotNames(path + "/file.png").isEmpty());
+    QVERIFY(screenshotNames({}).isEmpty());
+}
+
+void NewScreenshotsTest::a_folder_of_twenty_thousand_files_is_listed_whole()
+{
+    const QTemporaryDir folder;
+    const QByteArray path = folder.path().toLocal8Bit();
+    for (int i = 0; i < 20'000; ++i) {
+        const QByteArray name = QByteArray::number(i) + (i % 2 ? ".png" : ".txt");
+        QCOMPARE(mknod((path + '/' + name).constData(), S_IFREG | 0600, 0), 0);
+    }
+    const QSet<QByteArray> names = screenshotNames(path);
+    QCOMPARE(names.size(), 10'000);
+    QVERIFY(names.contains("19999.png"));
+    QVERIFY(!names.contains("19998.txt"));
+}
+
+void NewScreenshotsTest::new_names_are_those_not_known()
+{
+    QVERIFY(newNames({}, {}).isEmpty());
+    QVERIFY(newNames({}, {"a"}).isEmpty());
+    QVERIFY(newNames({"a", "b"}, {"b", "a"}).isEmpty());
+    QCOMPARE(newNames({"a", "b"}, {"b", "c"}), QList<QByteArray>{"a"});
+    const QList<QByteArray> all = newNames({"a", "b"}, {});
+    QCOMPARE(QSet<QByteArray>(all.begin(), all.end()), (QSet<QByteArray>{"a", "b"}));
+    QCOMPARE(all.size(), 2);
+}
+
+void NewScreenshotsTest::a_file_is_recent_for_less_than_ten_seconds_data()
+{
+    QTest::addColumn<qint64>("age");
+    QTest::addColumn<bool>("recent");
+    QTest::newRow("just made") << qint64(0) << true;
+    QTest::newRow("9.999 s") << qint64(9'999) << true;
+    QTest::newRow("10 s") << qint64(10'000) << false;
+    QTest::newRow("a year") << qint64(365) * 86'400'000 << false;
+    QTest::newRow("in a second") << qint64(-1'000) << true;
+    QTest::newRow("in a year") << qint64(-365) * 86'400'000 << true;
+}
+
+void NewScreenshotsTest::a_file_is_recent_for_less_than_ten_seconds()
+{
+    QFETCH(const qint64, age);
+    const QDateTime now = QDateTime::fromSecsSinceEpoch(1'700'000'000);
+    QTEST(isRecent(now.addMSecs(-age), now), "recent");
+}
+
+QTEST_GUILESS_MAIN(NewScreenshotsTest)
+#include "NewScreenshotsTest.moc"

@@ -1,0 +1,463 @@
+// SPDX-License-Identifier: MIT
+#include "screenshots/ScreenshotWatcher.h"
+
+#include "platform/FileURLs.h"
+#include "settings/AppSettings.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <optional>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+class ScreenshotWatcherTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void it_watches_the_folder_desktop_in_the_home_directory();
+    void construction_starts_nothing();
+    void a_start_follows_the_folder_with_half_a_second_of_latency();
+    void a_new_file_is_reported_in_a_later_turn_of_the_main_loop();
+    void a_file_that_was_there_at_the_start_is_never_reported();
+    void a_file_is_reported_once_however_often_the_folder_changes();
+    void an_old_file_is_taken_in_and_never_reported();
+    void the_age_limit_is_ten_seconds_at_the_moment_of_the_look();
+    void a_file_without_a_creation_date_is_skipped_and_not_tried_again();
+    void other_kinds_of_files_are_not_reported();
+    void a_name_that_is_no_utf_8_is_reported_with_its_own_bytes();
+    void a_file_that_comes_back_is_new_again();
+    void a_renamed_file_is_reported_again_only_while_it_is_recent();
+    void two_hundred_files_at_once_are_each_reported_once();
+    void a_second_start_adds_a_second_stream_and_reports_nothing_twice();
+    void a_second_start_takes_a_fresh_look();
+    void a_stop_ends_the_stream_of_the_last_start_only();
+    void a_stop_without_a_stream_does_nothing();
+    void a_stop_keeps_what_is_known_for_a_stream_still_running();
+    void a_refused_stream_leaves_the_running_one_in_place();
+    void with_the_setting_off_a_change_is_not_even_looked_at();
+    void a_folder_that_cannot_be_read_at_the_start_knows_nothing();
+    void a_folder_that_goes_and_comes_back_is_examined_afresh();
+    void a_change_right_after_the_look_is_found_at_the_next_call();
+    void a_callback_that_is_not_set_is_skipped();
+    void a_callback_is_looked_up_when_the_report_runs();
+    void a_callback_may_replace_itself();
+    void a_watcher_that_is_gone_reports_nothing_and_its_stream_calls_in_vain();
+};
+
+namespace {
+
+struct Fixture {
+    Fixture()
+        : desktop(root.path() + QStringLiteral("/Desktop"))
+    {
+        QDir().mkpath(desktop);
+        watcher.emplace(settings, streams, queue, QUrl::fromLocalFile(desktop));
+        watcher->onNewScreenshot = [this](const QUrl &file) { reported.append(file.fileName()); };
+    }
+
+    QUrl url(const QString &name) const { return QUrl::fromLocalFile(desktop + QLatin1Char('/') + name); }
+
+    void create(const QString &name, double age = 0)
+    {
+        QFile file(url(name).toLocalFile());
+        QVERIFY(file.open(QFile::WriteOnly));
+        setAge(name, age);
+    }
+
+    void setAge(const QString &name, double age)
+    {
+        streams.creationDates[url(name)] = queue.currentDate().addMSecs(-qRound64(age * 1000));
+    }
+
+    // One change of the folder, told by every running stream, and what the program does about it.
+    void change()
+    {
+        streams.send();
+        queue.runPending();
+    }
+
+    QStringList takeReported() { return std::exchange(reported, {}); }
+
+    VirtualPlatform virtualPlatform;
+    VirtualMainQueue &queue = virtualPlatform.mainQueue;
+    VirtualFileEventStreams &streams = virtualPlatform.fileEventStreams;
+    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
+    QTemporaryDir root;
+    QString desktop;
+    QStringList reported;
+    std::optional<ScreenshotWatcher> watcher;
+};
+
+const QString kShot = QStringLiteral("shot.png");
+const QStringList kStopped = {QStringLiteral("start"), QStringLiteral("stop"), QStringLiteral("invalidate")};
+
+} // namespace
+
+void ScreenshotWatcherTest::it_watches_the_folder_desktop_in_the_home_directory()
+{
+    QCOMPARE(homeDesktop(), QUrl::fromLocalFile(QDir::homePath() + QStringLiteral("/Desktop")));
+
+    VirtualPlatform virtualPlatform;
+    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
+    ScreenshotWatcher watcher(settings, virtualPlatform.fileEventStreams, virtualPlatform.mainQueue);
+    watcher.start();
+    QCOMPARE(virtualPlatform.fileEventStreams.streams.first()->folder, QDir::homePath() + QStringLiteral("/Desktop"));
+}
+
+void ScreenshotWatcherTest::construction_starts_nothing()
+{
+    const Fixture f;
+    QVERIFY(f.streams.streams.isEmpty());
+    QCOMPARE(f.queue.timerCount(), 0);
+    QCOMPARE(f.queue.pendingCount(), 0);
+}
+
+void ScreenshotWatcherTest::a_start_follows_the_folder_with_half_a_second_of_latency()
+{
+    Fixture f;
+    f.watcher->start();
+    QCOMPARE(f.streams.streams.size(), 1);
+    QCOMPARE(f.streams.streams.first()->folder, f.desktop);
+    QCOMPARE(f.streams.streams.first()->latency, 0.5);
+    QVERIFY(f.streams.streams.first()->isRunning());
+    QCOMPARE(f.queue.timerCount(), 0);
+}
+
+void ScreenshotWatcherTest::a_new_file_is_reported_in_a_later_turn_of_the_main_loop()
+{
+    Fixture f;
+    QList<QUrl> files;
+    f.watcher->onNewScreenshot = [&files](const QUrl &file) { files.append(file); };
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.send();
+    QVERIFY(files.isEmpty());
+    f.queue.runPending();
+    QCOMPARE(files, QList<QUrl>{f.url(kShot)});
+}
+
+void ScreenshotWatcherTest::a_file_that_was_there_at_the_start_is_never_reported()
+{
+    Fixture f;
+    f.create(kShot);
+    f.watcher->start();
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::a_file_is_reported_once_however_often_the_folder_changes()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.change();
+    f.change();
+    f.streams.send();
+    f.streams.send();
+    f.queue.runPending();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::an_old_file_is_taken_in_and_never_reported()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot, 3600);
+    f.change();
+    f.setAge(kShot, 0);
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::the_age_limit_is_ten_seconds_at_the_moment_of_the_look()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(QStringLiteral("exactly.png"), 0.001);
+    f.create(QStringLiteral("under.png"), 0);
+    f.create(QStringLiteral("future.png"), -3600);
+    f.queue.advance(9.999);
+    f.streams.send();
+    f.queue.advance(60); // how long the report itself waits does not matter
+    f.reported.sort();
+    QCOMPARE(f.reported, (QStringList{QStringLiteral("future.png"), QStringLiteral("under.png")}));
+}
+
+void ScreenshotWatcherTest::a_file_without_a_creation_date_is_skipped_and_not_tried_again()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.creationDates.clear();
+    f.create(QStringLiteral("other.png"));
+    f.change();
+    QCOMPARE(f.takeReported(), QStringList{QStringLiteral("other.png")});
+    f.setAge(kShot, 0);
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::other_kinds_of_files_are_not_reported()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(QStringLiteral("shot.jpg"));
+    f.create(QStringLiteral("shot.PNG"));
+    f.create(QStringLiteral("shot.png.part"));
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::a_name_that_is_no_utf_8_is_reported_with_its_own_bytes()
+{
+    Fixture f;
+    QList<QByteArray> paths;
+    f.watcher->onNewScreenshot = [&paths](const QUrl &file) { paths.append(fileSystemPath(file)); };
+    f.watcher->start();
+    const QByteArray path = f.desktop.toLocal8Bit() + "/100% caf\xe9;(1).png";
+    QCOMPARE(mknod(path.constData(), S_IFREG | 0600, 0), 0);
+    f.streams.creationDates[fileURL(path)] = f.queue.currentDate();
+    f.change();
+    QCOMPARE(paths, QList<QByteArray>{path});
+    QCOMPARE(unlink(path.constData()), 0);
+}
+
+void ScreenshotWatcherTest::a_file_that_comes_back_is_new_again()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.change();
+    QVERIFY(QFile::remove(f.url(kShot).toLocalFile()));
+    f.change();
+    f.create(kShot);
+    f.change();
+    QCOMPARE(f.reported, (QStringList{kShot, kShot}));
+}
+
+void ScreenshotWatcherTest::a_renamed_file_is_reported_again_only_while_it_is_recent()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.change();
+    const QString second = QStringLiteral("second.png");
+    const QString third = QStringLiteral("third.png");
+    QVERIFY(QFile::rename(f.url(kShot).toLocalFile(), f.url(second).toLocalFile()));
+    f.setAge(second, 9.9);
+    f.change();
+    QVERIFY(QFile::rename(f.url(second).toLocalFile(), f.url(third).toLocalFile()));
+    f.setAge(third, 10);
+    f.change();
+    QCOMPARE(f.reported, (QStringList{kShot, second}));
+}
+
+void ScreenshotWatcherTest::two_hundred_files_at_once_are_each_reported_once()
+{
+    Fixture f;
+    f.watcher->start();
+    QStringList names;
+    for (int i = 0; i < 200; ++i) {
+        names.append(QStringLiteral("shot %1.png").arg(i, 3, 10, QLatin1Char('0')));
+        f.create(names.last());
+        if (i % 50 == 0)
+            f.change();
+    }
+    f.change();
+    f.reported.sort();
+    QCOMPARE(f.reported, names);
+}
+
+void ScreenshotWatcherTest::a_second_start_adds_a_second_stream_and_reports_nothing_twice()
+{
+    Fixture f;
+    f.watcher->start();
+    f.watcher->start();
+    QCOMPARE(f.streams.streams.size(), 2);
+    QVERIFY(f.streams.streams.first()->isRunning());
+    QVERIFY(f.streams.streams.last()->isRunning());
+    f.create(kShot);
+    f.change();
+    QCOMPARE(f.takeReported(), QStringList{kShot});
+
+    // The two need not call in the same turn.
+    f.create(QStringLiteral("next.png"));
+    f.streams.streams.last()->handler();
+    f.queue.runPending();
+    f.streams.streams.first()->handler();
+    f.queue.runPending();
+    QCOMPARE(f.reported, QStringList{QStringLiteral("next.png")});
+}
+
+void ScreenshotWatcherTest::a_second_start_takes_a_fresh_look()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.watcher->start();
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::a_stop_ends_the_stream_of_the_last_start_only()
+{
+    Fixture f;
+    f.watcher->start();
+    f.watcher->start();
+    f.watcher->stop();
+    QVERIFY(f.streams.streams.first()->isRunning());
+    QCOMPARE(f.streams.streams.last()->calls, kStopped);
+    f.create(kShot);
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_stop_without_a_stream_does_nothing()
+{
+    Fixture f;
+    f.watcher->stop();
+    f.watcher->start();
+    f.watcher->stop();
+    f.watcher->stop();
+    QCOMPARE(f.streams.streams.first()->calls, kStopped);
+    // Stopped, it holds the stream no longer.
+    QCOMPARE(f.streams.streams.first().use_count(), 1);
+}
+
+void ScreenshotWatcherTest::a_stop_keeps_what_is_known_for_a_stream_still_running()
+{
+    Fixture f;
+    f.create(kShot);
+    f.watcher->start();
+    f.watcher->start();
+    f.watcher->stop();
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::a_refused_stream_leaves_the_running_one_in_place()
+{
+    Fixture f;
+    f.streams.refuses = true;
+    f.watcher->start();
+    f.watcher->stop();
+    f.streams.refuses = false;
+    f.watcher->start();
+    f.streams.refuses = true;
+    f.watcher->start();
+    QCOMPARE(f.streams.streams.size(), 1);
+    f.watcher->stop();
+    QCOMPARE(f.streams.streams.first()->calls, kStopped);
+}
+
+void ScreenshotWatcherTest::with_the_setting_off_a_change_is_not_even_looked_at()
+{
+    Fixture f;
+    f.watcher->start();
+    f.settings.setAutoAddScreenshots(false);
+    f.create(kShot);
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+    f.settings.setAutoAddScreenshots(true);
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_folder_that_cannot_be_read_at_the_start_knows_nothing()
+{
+    Fixture f;
+    const QString elsewhere = f.desktop + QStringLiteral(" elsewhere");
+    f.create(kShot);
+    f.create(QStringLiteral("old.png"), 10);
+    QVERIFY(QDir().rename(f.desktop, elsewhere));
+    f.watcher->start();
+    QVERIFY(QDir().rename(elsewhere, f.desktop));
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_folder_that_goes_and_comes_back_is_examined_afresh()
+{
+    Fixture f;
+    const QString elsewhere = f.desktop + QStringLiteral(" elsewhere");
+    f.create(kShot);
+    f.create(QStringLiteral("old.png"), 10);
+    f.watcher->start();
+    QVERIFY(QDir().rename(f.desktop, elsewhere));
+    f.change();
+    QVERIFY(QDir().rename(elsewhere, f.desktop));
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_change_right_after_the_look_is_found_at_the_next_call()
+{
+    Fixture f;
+    f.watcher->start();
+    f.watcher->onNewScreenshot = [&f](const QUrl &file) {
+        f.reported.append(file.fileName());
+        if (f.reported.size() == 1)
+            f.create(QStringLiteral("second.png"));
+    };
+    f.create(QStringLiteral("first.png"));
+    f.change();
+    f.change();
+    QCOMPARE(f.reported, (QStringList{QStringLiteral("first.png"), QStringLiteral("second.png")}));
+}
+
+void ScreenshotWatcherTest::a_callback_that_is_not_set_is_skipped()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.send();
+    f.watcher->onNewScreenshot = nullptr;
+    f.queue.runPending();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::a_callback_is_looked_up_when_the_report_runs()
+{
+    Fixture f;
+    const auto callback = std::exchange(f.watcher->onNewScreenshot, nullptr);
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.send();
+    f.watcher->onNewScreenshot = callback;
+    f.queue.runPending();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_callback_may_replace_itself()
+{
+    Fixture f;
+    f.watcher->onNewScreenshot = [&f, keep = kShot](const QUrl &) {
+        f.watcher->onNewScreenshot = nullptr;
+        f.reported.append(keep);
+    };
+    f.watcher->start();
+    f.create(kShot);
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_watcher_that_is_gone_reports_nothing_and_its_stream_calls_in_vain()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.send();
+    f.watcher.reset();
+    f.queue.runPending();
+    QVERIFY(f.streams.streams.first()->isRunning());
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+QTEST_GUILESS_MAIN(ScreenshotWatcherTest)
+#include "ScreenshotWatcherTest.moc"

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/AboutPane.h"
+
+#include "platform/SystemAppearance.h"
+#include "platform/Workspace.h"
+#include "preferences/Controls.h"
+#include "settings/BuildInfo.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+// Points.
+constexpr QSize kIconSize(128, 128);
+constexpr int kSpacing = 10;
+constexpr double kNameSize = 18;
+constexpr double kMakerSize = 12;
+
+} // namespace
+
+AboutPane::AboutPane(const SystemAppearance &systemAppearance, Workspace &sharedWorkspace, QWidget *parent)
+    : BasePane(parent)
+    , appearance(systemAppearance)
+    , workspace(sharedWorkspace)
+{
+}
+
+void AboutPane::loadView()
+{
+    BasePane::loadView();
+
+    auto *icon = new ImageView(appearance.applicationIcon(), kIconSize, this);
+    auto *name = fieldLabel(QStringLiteral("Parklet ") + BuildInfo::runningVersion(), this, kNameSize);
+    auto *maker = secondaryLabel(BuildInfo::makerLine(), this, kMakerSize);
+
+    auto *moreApps = new QPushButton(QStringLiteral("More from Orvane"), this);
+    moreApps->setFlat(true);
+    QPalette tinted;
+    tinted.setColor(QPalette::ButtonText, appearance.accentColor());
+    moreApps->setPalette(tinted);
+    connect(moreApps, &QPushButton::clicked, this, &AboutPane::openMoreApps);
+
+    auto *stack = new QVBoxLayout(this);
+    stack->setSpacing(kSpacing);
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->addStretch();
+    for (QWidget *view : QList<QWidget *>{icon, name, maker, moreApps})
+        stack->addWidget(view, 0, Qt::AlignHCenter);
+    stack->addStretch();
+}
+
+void AboutPane::openMoreApps()
+{
+    workspace.open(BuildInfo::moreAppsURL());
+}

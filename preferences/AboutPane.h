@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "preferences/BasePane.h"
+
+class SystemAppearance;
+class Workspace;
+
+// The application's icon, its running version, its maker, and the way to the maker's other applications.
+class AboutPane : public BasePane {
+    Q_OBJECT
+
+public:
+    AboutPane(const SystemAppearance &appearance, Workspace &workspace, QWidget *parent = nullptr);
+
+    void loadView() override;
+
+    // Opens the maker's web page in the default browser.
+    void openMoreApps();
+
+private:
+    const SystemAppearance &appearance;
+    Workspace &workspace;
+};

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "preferences/BasePane.h"
+
+class AppSettings;
+class ColorWell;
+class DoubleSlider;
+class NotificationCenter;
+class QCheckBox;
+class QComboBox;
+
+// The look and place of the shelf. Each change is stored at once and announced with settingsChanged, so that the shelf,
+// shown as a live preview meanwhile, follows.
+class AppearancePane : public BasePane {
+    Q_OBJECT
+
+public:
+    AppearancePane(AppSettings &settings, NotificationCenter &notifications, QWidget *parent = nullptr);
+
+    void loadView() override;
+
+    void colorChanged(ColorWell *sender);
+    void intensityChanged(DoubleSlider *sender);
+    void sizeChanged(DoubleSlider *sender);
+    void edgeChanged(QComboBox *sender);
+    void alignChanged(QComboBox *sender);
+    void nameDisplayChanged(QComboBox *sender);
+    void hideExtChanged(QCheckBox *sender);
+    // Stores disableAnimations and posts nothing. No control of this pane does this.
+    void noAnimChanged(QCheckBox *sender);
+
+private:
+    QWidget *makeStack();
+    void postSettingsChanged();
+
+    AppSettings &s;
+    NotificationCenter &notifications;
+};

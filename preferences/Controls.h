@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFont>
+#include <QFrame>
+#include <QIcon>
+#include <QLabel>
+
+// The controls that the panes are made of.
+
+constexpr double kLabelSize = 13; // points
+
+// The system's font at `points`.
+QFont systemFont(double points);
+
+// Text that steps back behind the standard label colour.
+QColor secondaryLabelColor(const QPalette &palette);
+
+// The system's colour for thin lines.
+QColor separatorColor(const QPalette &palette);
+
+// Draws `image` in the middle of `frame`, scaled up or down to fit it.
+void drawImage(QPainter &painter, const QIcon &image, const QRect &frame);
+
+// A label in the standard colour, not editable.
+QLabel *fieldLabel(const QString &text, QWidget *parent, double points = kLabelSize);
+
+// The same in the secondary colour.
+QLabel *secondaryLabel(const QString &text, QWidget *parent, double points = kLabelSize);
+
+QCheckBox *checkBox(const QString &title, bool on, QWidget *parent);
+
+// A pop-up button with `titles`, showing the one at `index`; none when there is none at it.
+QComboBox *popUp(const QStringList &titles, qint64 index, QWidget *parent);
+
+// Makes `label` name `control` for a screen reader.
+void setLabel(QLabel &label, QWidget &control);
+
+// Keeps a turn of the mouse wheel from changing `control` unless it has the focus, so that scrolling past it is safe.
+void guardFromWheel(QWidget &control);
+
+// A thin horizontal line.
+class Separator : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit Separator(QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+// Shows an icon scaled up or down to its own size.
+class ImageView : public QWidget {
+    Q_OBJECT
+
+public:
+    ImageView(const QIcon &icon, const QSize &size, QWidget *parent);
+
+    const QIcon image;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};

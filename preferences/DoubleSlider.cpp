@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/DoubleSlider.h"
+
+#include "preferences/Controls.h"
+
+#include <QAccessibleWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int kStepsOfOneKey = 10;
+constexpr int kPagesOfTheRange = 10;
+
+// Tells a screen reader the value itself rather than the knob's place.
+class AccessibleDoubleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit AccessibleDoubleSlider(DoubleSlider &control)
+        : QAccessibleWidget(&control, QAccessible::Slider)
+        , slider(control)
+    {
+    }
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::ValueInterface)
+            return static_cast<QAccessibleValueInterface *>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QVariant currentValue() const override { return slider.doubleValue(); }
+    void setCurrentValue(const QVariant &value) override { slider.setDoubleValue(value.toDouble()); }
+    QVariant maximumValue() const override { return slider.maximumValue; }
+    QVariant minimumValue() const override { return slider.minimumValue; }
+    QVariant minimumStepSize() const override
+    {
+        return (slider.maximumValue - slider.minimumValue) * slider.singleStep() / slider.maximum();
+    }
+
+private:
+    DoubleSlider &slider;
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    auto *slider = qobject_cast<DoubleSlider *>(object);
+    return slider ? new AccessibleDoubleSlider(*slider) : nullptr;
+}
+
+} // namespace
+
+DoubleSlider::DoubleSlider(double lowest, double highest, int steps, QWidget *parent)
+    : QSlider(Qt::Horizontal, parent)
+    , minimumValue(lowest)
+    , maximumValue(highest)
+{
+    static const bool kInstalled = [] {
+        QAccessible::installFactory(makeAccessible);
+        return true;
+    }();
+    Q_UNUSED(kInstalled)
+    setRange(0, steps);
+    setSingleStep(kStepsOfOneKey);
+    setPageStep(steps / kPagesOfTheRange);
+    guardFromWheel(*this);
+}
+
+double DoubleSlider::doubleValue() const
+{
+    return minimumValue + (maximumValue - minimumValue) * value() / maximum();
+}
+
+void DoubleSlider::setDoubleValue(double value)
+{
+    if (std::isnan(value))
+        return;
+    const double place = (std::clamp(value, minimumValue, maximumValue) - minimumValue) / (maximumValue - minimumValue);
+    setValue(static_cast<int>(std::lround(place * maximum())));
+}

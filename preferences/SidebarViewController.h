@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "preferences/PrefPane.h"
+
+#include <QListView>
+#include <QStandardItemModel>
+#include <QWidget>
+
+#include <functional>
+
+class SystemAppearance;
+
+// The list of panes at the left of the preferences window.
+class SidebarViewController : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Row {
+        QString title;
+        QString icon; // a symbol's name
+        PrefPane pane;
+    };
+
+    static const QList<Row> &rows();
+
+    explicit SidebarViewController(const SystemAppearance &appearance, QWidget *parent = nullptr);
+
+    // Reads every row's title and symbol again.
+    void reload();
+
+    // Selects the row of `pane` without calling back; does nothing when no row has it.
+    void selectSilently(PrefPane pane);
+
+    // The user selected a pane.
+    std::function<void(PrefPane pane)> onSelect;
+
+    QListView *tableView;
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void selectionChanged();
+
+    const SystemAppearance &appearance;
+    QStandardItemModel *model;
+    bool suppressSelectionCallback = false;
+};

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/AboutPane.h"
+
+#include "preferences/Controls.h"
+#include "settings/BuildInfo.h"
+#include "tests/preferences/Fixture.h"
+
+#include <QPushButton>
+#include <QTest>
+
+class AboutPaneTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCoreApplication::setApplicationVersion(QString()); }
+
+    void the_views_stand_centred_with_10_points_between_them();
+    void the_version_is_the_applications_own();
+    void a_missing_version_shows_as_1_0();
+    void the_texts_have_their_sizes_and_colours();
+    void the_button_is_a_link_in_the_accent_colour();
+    void the_button_opens_the_makers_page_once();
+    void a_browser_that_does_not_start_is_not_reported();
+    void the_button_works_by_keyboard();
+};
+
+namespace {
+
+struct PaneFixture : Fixture {
+    AboutPane &load(const QSize &size = QSize(519, 500))
+    {
+        return show(std::make_unique<AboutPane>(virtualPlatform.appearance, virtualPlatform.workspace), size);
+    }
+};
+
+QPushButton &moreApps(const AboutPane &pane)
+{
+    return *pane.findChild<QPushButton *>();
+}
+
+} // namespace
+
+void AboutPaneTest::the_views_stand_centred_with_10_points_between_them()
+{
+    PaneFixture f;
+    for (const QSize &size : {QSize(519, 500), QSize(399, 420)}) {
+        const AboutPane &pane = f.load(size);
+        const QList<QWidget *> views = {pane.findChild<ImageView *>(), labelWith(pane, QStringLiteral("Parklet 1.0")),
+                                        labelWith(pane, BuildInfo::makerLine()), &moreApps(pane)};
+        for (int i = 0; i < 4; ++i) {
+            QVERIFY(views.at(i));
+            QVERIFY(qAbs(2 * views.at(i)->x() + views.at(i)->width() - size.width()) <= 1);
+            if (i > 0)
+                QCOMPARE(views.at(i)->y() - views.at(i - 1)->geometry().bottom() - 1, 10);
+        }
+        QCOMPARE(views.first()->size(), QSize(128, 128));
+        const int above = views.first()->y();
+        const int below = size.height() - views.last()->geometry().bottom() - 1;
+        QVERIFY(qAbs(above - below) <= 1);
+    }
+}
+
+void AboutPaneTest::the_version_is_the_applications_own()
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral("2.7.1"));
+    PaneFixture f;
+    QVERIFY(labelWith(f.load(), QStringLiteral("Parklet 2.7.1")));
+}
+
+void AboutPaneTest::a_missing_version_shows_as_1_0()
+{
+    PaneFixture f;
+    QVERIFY(labelWith(f.load(), QStringLiteral("Parklet 1.0")));
+}
+
+void AboutPaneTest::the_texts_have_their_sizes_and_colours()
+{
+    PaneFixture f;
+    const AboutPane &pane = f.load();
+    const QLabel *name = labelWith(pane, QStringLiteral("Parklet 1.0"));
+    QCOMPARE(name->font().pixelSize(), 18);
+    QCOMPARE(name->foregroundRole(), QPalette::WindowText);
+    const QLabel *maker = labelWith(pane, BuildInfo::makerLine());
+    QCOMPARE(maker->font().pixelSize(), 12);
+    QCOMPARE(maker->palette().color(maker->foregroundRole()), secondaryLabelColor(pane.palette()));
+}
+
+void AboutPaneTest::the_button_is_a_link_in_the_accent_colour()
+{
+    PaneFixture f;
+    f.virtualPlatform.appearance.accent = QColor(200, 100, 50);
+    const QPushButton &button = moreApps(f.load());
+    QCOMPARE(button.text(), QStringLiteral("More from Orvane"));
+    QVERIFY(button.isFlat());
+    QCOMPARE(button.palette().color(QPalette::ButtonText), QColor(200, 100, 50));
+}
+
+void AboutPaneTest::the_button_opens_the_makers_page_once()
+{
+    PaneFixture f;
+    moreApps(f.load()).click();
+    QCOMPARE(f.virtualPlatform.workspace.opened, QList<QUrl>{BuildInfo::moreAppsURL()});
+}
+
+void AboutPaneTest::a_browser_that_does_not_start_is_not_reported()
+{
+    PaneFixture f;
+    f.virtualPlatform.workspace.openSucceeds = false;
+    moreApps(f.load()).click();
+    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
+    QVERIFY(f.posts.isEmpty());
+}
+
+void AboutPaneTest::the_button_works_by_keyboard()
+{
+    PaneFixture f;
+    QTest::keyClick(&moreApps(f.load()), Qt::Key_Space);
+    QCOMPARE(f.virtualPlatform.workspace.opened.size(), 1);
+}
+
+QTEST_MAIN(AboutPaneTest)
+#include "AboutPaneTest.moc"

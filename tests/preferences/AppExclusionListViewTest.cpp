@@ -1,0 +1,387 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/AppExclusionListView.h"
+
+#include "preferences/AppExclusionModel.h"
+#include "preferences/Controls.h"
+#include "tests/preferences/Fixture.h"
+
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QTest>
+
+class AppExclusionListViewTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_list_fills_the_view_above_two_small_buttons();
+    void rows_are_26_points_high_with_icon_name_and_line_in_their_places();
+    void an_installed_application_shows_its_own_name_and_icon();
+    void an_unknown_application_shows_its_identifier_and_a_question_mark();
+    void without_the_symbol_the_icon_is_empty();
+    void an_application_without_name_or_icon_still_shows_something();
+    void the_open_panel_starts_where_the_applications_are();
+    void adding_appends_and_calls_back_once();
+    void adding_the_same_application_twice_leaves_one();
+    void identifiers_are_compared_exactly();
+    void a_cancelled_panel_adds_nothing();
+    void a_file_that_is_no_application_is_refused_in_silence();
+    void a_view_that_goes_while_the_panel_is_open_is_left_alone();
+    void removing_takes_the_selected_application_away_and_calls_back_once();
+    void removing_without_a_selection_does_nothing();
+    void removing_the_last_entry_calls_back_with_an_empty_list();
+    void after_a_removal_the_next_row_is_selected();
+    void stored_duplicates_stay_until_they_are_removed();
+    void without_a_callback_changes_are_harmless();
+    void a_list_of_5000_applications_looks_up_only_what_is_seen();
+    void a_changed_row_leaves_the_others_looked_up();
+    void the_question_mark_follows_the_palette();
+    void the_list_works_by_keyboard();
+};
+
+namespace {
+
+struct ListFixture : Fixture {
+    AppExclusionListView &load(const QStringList &ids)
+    {
+        window = std::make_unique<QWidget>();
+        window->resize(471, 280);
+        view = new AppExclusionListView(
+            ids, [this](const QStringList &changed) { changes.append(changed); }, virtualPlatform.platform,
+            window.get());
+        view->resize(471, 280);
+        window->show();
+        return *view;
+    }
+
+    // The user picks the application with that identifier.
+    void pick(const QString &id)
+    {
+        const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/") + id);
+        virtualPlatform.workspace.identifiers.insert(file, id);
+        virtualPlatform.openPanels.choice = file;
+        view->addBtn->click();
+    }
+
+    void select(int row) { view->tableView->setCurrentIndex(view->tableView->model()->index(row, 0)); }
+
+    QStringList names() const
+    {
+        QStringList list;
+        for (int i = 0; i < view->tableView->model()->rowCount(); ++i)
+            list.append(view->tableView->model()->index(i, 0).data().toString());
+        return list;
+    }
+
+    AppExclusionListView *view = nullptr;
+    QList<QStringList> changes;
+};
+
+const QString kFirst = QStringLiteral("org.first");
+const QString kSecond = QStringLiteral("org.second");
+const QString kThird = QStringLiteral("org.third");
+
+QIcon square(const QColor &color)
+{
+    QPixmap pixmap(64, 64);
+    pixmap.fill(color);
+    return QIcon(pixmap);
+}
+
+} // namespace
+
+void AppExclusionListViewTest::the_list_fills_the_view_above_two_small_buttons()
+{
+    ListFixture f;
+    AppExclusionListView &view = f.load({});
+    const QRect list = frameIn(view, *view.tableView);
+    const QRect add = frameIn(view, *view.addBtn);
+    const QRect remove = frameIn(view, *view.removeBtn);
+    QCOMPARE(list.topLeft(), QPoint(0, 0));
+    QCOMPARE(list.width(), view.width());
+    QCOMPARE(add.y() - list.bottom() - 1, 4);
+    QCOMPARE(add.x(), 0);
+    QCOMPARE(add.bottom(), view.rect().bottom());
+    QCOMPARE(remove.x() - add.right() - 1, 2);
+    QCOMPARE(remove.y(), add.y());
+    QCOMPARE(add.size(), remove.size());
+    QCOMPARE(add.width(), add.height());
+    QCOMPARE(view.addBtn->text(), QStringLiteral("+"));
+    QCOMPARE(view.removeBtn->text(), QString(QChar(0x2212)));
+    QVERIFY(view.tableView->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
+    QVERIFY(view.tableView->frameShape() != QFrame::NoFrame);
+}
+
+void AppExclusionListViewTest::rows_are_26_points_high_with_icon_name_and_line_in_their_places()
+{
+    ListFixture f;
+    f.virtualPlatform.workspace.applications.insert(kFirst,
+                                                    Application{kFirst, QStringLiteral("HHH"), square(Qt::red)});
+    AppExclusionListView &view = f.load({kFirst, kSecond});
+    const QAbstractItemModel &model = *view.tableView->model();
+    QCOMPARE(view.tableView->visualRect(model.index(0, 0)).height(), 26);
+    QCOMPARE(view.tableView->visualRect(model.index(1, 0)).y(), 26);
+
+    QImage image(300, 26, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QStyleOptionViewItem option;
+    option.initFrom(view.tableView);
+    option.state = QStyle::State_Enabled;
+    option.font = view.tableView->font();
+    option.fontMetrics = QFontMetrics(option.font);
+    option.palette.setColor(QPalette::Text, Qt::black);
+    option.rect = image.rect();
+    view.tableView->itemDelegate()->paint(&painter, option, model.index(0, 0));
+    painter.end();
+
+    QRect icon;
+    QRect name;
+    for (int y = 0; y < image.height() - 1; ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (pixel == QColor(Qt::red))
+                icon |= QRect(x, y, 1, 1);
+            else if (pixel != QColor(Qt::white))
+                name |= QRect(x, y, 1, 1);
+        }
+    }
+    QCOMPARE(icon, QRect(4, 4, 18, 18));
+    QVERIFY(name.x() >= 28 && name.x() <= 30);
+    QVERIFY(name.right() < 300 - 4);
+    QVERIFY(qAbs(name.center().y() - 13) <= 3);
+    for (int x = 0; x < image.width(); ++x)
+        QVERIFY(image.pixelColor(x, 25) != QColor(Qt::white));
+    QCOMPARE(view.tableView->font().pixelSize(), 13);
+}
+
+void AppExclusionListViewTest::an_installed_application_shows_its_own_name_and_icon()
+{
+    VirtualPlatform platform;
+    platform.workspace.applications.insert(kFirst, Application{kFirst, QStringLiteral("First"), square(Qt::green)});
+    const AppLabel label = resolveApp(kFirst, platform.workspace, platform.appearance, Qt::gray);
+    QCOMPARE(label.name, QStringLiteral("First"));
+    QCOMPARE(label.icon.pixmap(18).toImage().pixelColor(9, 9), QColor(Qt::green));
+}
+
+void AppExclusionListViewTest::an_unknown_application_shows_its_identifier_and_a_question_mark()
+{
+    VirtualPlatform platform;
+    const AppLabel label = resolveApp(kFirst, platform.workspace, platform.appearance, Qt::magenta);
+    QCOMPARE(label.name, kFirst);
+    QCOMPARE(platform.appearance.symbolRequests,
+             (QList<std::pair<QString, QColor>>{{QStringLiteral("questionmark.app"), Qt::magenta}}));
+    QVERIFY(!label.icon.isNull());
+    QVERIFY(QFile::exists(QStringLiteral(":/symbols/questionmark.app.svg")));
+}
+
+void AppExclusionListViewTest::without_the_symbol_the_icon_is_empty()
+{
+    ListFixture f;
+    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("questionmark.app")};
+    AppExclusionListView &view = f.load({kFirst});
+    QVERIFY(view.tableView->model()->index(0, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
+    QVERIFY(!view.grab().isNull());
+}
+
+void AppExclusionListViewTest::an_application_without_name_or_icon_still_shows_something()
+{
+    VirtualPlatform platform;
+    platform.workspace.applications.insert(kFirst, Application{kFirst, QString(), QIcon()});
+    const AppLabel label = resolveApp(kFirst, platform.workspace, platform.appearance, Qt::gray);
+    QCOMPARE(label.name, kFirst);
+    QVERIFY(!label.icon.isNull());
+}
+
+void AppExclusionListViewTest::the_open_panel_starts_where_the_applications_are()
+{
+    ListFixture f;
+    f.load({});
+    f.view->addBtn->click();
+    QCOMPARE(f.virtualPlatform.openPanels.shown.size(), 1);
+    const OpenPanel &panel = f.virtualPlatform.openPanels.shown.first();
+    QCOMPARE(panel.title, QStringLiteral("Add application"));
+    QCOMPARE(panel.prompt, QStringLiteral("Add"));
+    QCOMPARE(panel.folders, f.virtualPlatform.workspace.folders);
+}
+
+void AppExclusionListViewTest::adding_appends_and_calls_back_once()
+{
+    ListFixture f;
+    f.load({kFirst});
+    f.pick(kSecond);
+    QCOMPARE(f.changes, QList<QStringList>({{kFirst, kSecond}}));
+    QCOMPARE(f.view->ids, QStringList({kFirst, kSecond}));
+    QCOMPARE(f.names(), QStringList({kFirst, kSecond}));
+}
+
+void AppExclusionListViewTest::adding_the_same_application_twice_leaves_one()
+{
+    ListFixture f;
+    f.load({});
+    f.pick(kFirst);
+    f.pick(kFirst);
+    QCOMPARE(f.view->ids, QStringList{kFirst});
+    QCOMPARE(f.changes.size(), 1);
+    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
+}
+
+void AppExclusionListViewTest::identifiers_are_compared_exactly()
+{
+    ListFixture f;
+    f.load({kFirst});
+    f.pick(QStringLiteral("org.First"));
+    QCOMPARE(f.view->ids, QStringList({kFirst, QStringLiteral("org.First")}));
+}
+
+void AppExclusionListViewTest::a_cancelled_panel_adds_nothing()
+{
+    ListFixture f;
+    f.load({kFirst});
+    f.virtualPlatform.openPanels.choice = {};
+    f.view->addBtn->click();
+    QVERIFY(f.changes.isEmpty());
+    QCOMPARE(f.view->ids, QStringList{kFirst});
+}
+
+void AppExclusionListViewTest::a_file_that_is_no_application_is_refused_in_silence()
+{
+    ListFixture f;
+    f.load({});
+    f.virtualPlatform.openPanels.choice = QUrl::fromLocalFile(QStringLiteral("/tmp/picture.png"));
+    f.view->addBtn->click();
+    f.pick(QString()); // an application whose identifier is empty
+    QVERIFY(f.changes.isEmpty());
+    QVERIFY(f.view->ids.isEmpty());
+    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
+}
+
+void AppExclusionListViewTest::a_view_that_goes_while_the_panel_is_open_is_left_alone()
+{
+    ListFixture f;
+    f.load({});
+    f.virtualPlatform.workspace.identifiers.insert(QUrl::fromLocalFile(QStringLiteral("/Applications/x")), kFirst);
+    f.virtualPlatform.openPanels.choice = QUrl::fromLocalFile(QStringLiteral("/Applications/x"));
+    f.virtualPlatform.openPanels.whileShown = [&f] { f.window.reset(); };
+    f.view->addApp();
+    QVERIFY(f.changes.isEmpty());
+}
+
+void AppExclusionListViewTest::removing_takes_the_selected_application_away_and_calls_back_once()
+{
+    ListFixture f;
+    f.load({kFirst, kSecond, kThird});
+    f.select(1);
+    f.view->removeBtn->click();
+    QCOMPARE(f.changes, QList<QStringList>({{kFirst, kThird}}));
+    QCOMPARE(f.view->ids, QStringList({kFirst, kThird}));
+    QCOMPARE(f.names(), QStringList({kFirst, kThird}));
+}
+
+void AppExclusionListViewTest::removing_without_a_selection_does_nothing()
+{
+    ListFixture f;
+    f.load({kFirst});
+    f.view->removeBtn->click();
+    QVERIFY(f.changes.isEmpty());
+    QCOMPARE(f.view->ids, QStringList{kFirst});
+}
+
+void AppExclusionListViewTest::removing_the_last_entry_calls_back_with_an_empty_list()
+{
+    ListFixture f;
+    f.load({kFirst});
+    f.select(0);
+    f.view->removeBtn->click();
+    QCOMPARE(f.changes, QList<QStringList>({QStringList()}));
+    f.view->removeBtn->click();
+    QCOMPARE(f.changes.size(), 1);
+}
+
+void AppExclusionListViewTest::after_a_removal_the_next_row_is_selected()
+{
+    ListFixture f;
+    f.load({kFirst, kSecond, kThird});
+    f.select(1);
+    f.view->removeBtn->click();
+    f.view->removeBtn->click();
+    QCOMPARE(f.view->ids, QStringList{kFirst});
+}
+
+void AppExclusionListViewTest::stored_duplicates_stay_until_they_are_removed()
+{
+    ListFixture f;
+    f.load({kFirst, kFirst, kFirst});
+    QCOMPARE(f.names().size(), 3);
+    f.select(0);
+    f.view->removeBtn->click();
+    QCOMPARE(f.view->ids, QStringList({kFirst, kFirst}));
+    QCOMPARE(f.names(), f.view->ids);
+}
+
+void AppExclusionListViewTest::without_a_callback_changes_are_harmless()
+{
+    ListFixture f;
+    f.load({kFirst});
+    f.view->onChange = nullptr;
+    f.select(0);
+    f.view->removeBtn->click();
+    QVERIFY(f.names().isEmpty());
+}
+
+void AppExclusionListViewTest::a_list_of_5000_applications_looks_up_only_what_is_seen()
+{
+    ListFixture f;
+    QStringList ids;
+    for (int i = 0; i < 5000; ++i)
+        ids.append(QStringLiteral("org.example.App%1").arg(i));
+    AppExclusionListView &view = f.load(ids);
+    view.grab();
+    const QStringList &lookups = f.virtualPlatform.workspace.applicationLookups;
+    const int visibleRows = view.tableView->viewport()->height() / 26 + 2;
+    QVERIFY(!lookups.isEmpty());
+    QVERIFY2(lookups.size() <= visibleRows, qPrintable(QString::number(lookups.size())));
+
+    view.tableView->scrollToBottom();
+    view.grab();
+    QVERIFY(lookups.contains(ids.last()));
+    QVERIFY2(lookups.size() <= 2 * visibleRows, qPrintable(QString::number(lookups.size())));
+    view.grab();
+    QVERIFY(lookups.size() <= 2 * visibleRows);
+}
+
+void AppExclusionListViewTest::a_changed_row_leaves_the_others_looked_up()
+{
+    ListFixture f;
+    AppExclusionListView &view = f.load({kFirst, kSecond});
+    view.grab();
+    const auto before = f.virtualPlatform.workspace.applicationLookups;
+    f.pick(kThird);
+    view.grab();
+    QCOMPARE(f.virtualPlatform.workspace.applicationLookups, before + QStringList{kThird});
+}
+
+void AppExclusionListViewTest::the_question_mark_follows_the_palette()
+{
+    ListFixture f;
+    AppExclusionListView &view = f.load({kFirst});
+    view.grab();
+    QPalette palette = view.palette();
+    palette.setColor(QPalette::PlaceholderText, Qt::cyan);
+    view.setPalette(palette);
+    const auto icon = view.tableView->model()->index(0, 0).data(Qt::DecorationRole).value<QIcon>();
+    QCOMPARE(icon.pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::cyan));
+}
+
+void AppExclusionListViewTest::the_list_works_by_keyboard()
+{
+    ListFixture f;
+    AppExclusionListView &view = f.load({kFirst, kSecond});
+    QTest::keyClick(view.tableView, Qt::Key_Down);
+    QTest::keyClick(view.tableView, Qt::Key_Down);
+    QTest::keyClick(view.removeBtn, Qt::Key_Space);
+    QCOMPARE(view.ids, QStringList{kFirst});
+}
+
+QTEST_MAIN(AppExclusionListViewTest)
+#include "AppExclusionListViewTest.moc"

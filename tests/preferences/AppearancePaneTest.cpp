@@ -1,0 +1,442 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/AppearancePane.h"
+
+#include "preferences/ColorWell.h"
+#include "preferences/Controls.h"
+#include "preferences/DoubleSlider.h"
+#include "tests/preferences/Fixture.h"
+
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QTest>
+
+class AppearancePaneTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_nineteen_views_stand_in_order_with_8_points_between_them();
+    void the_scroll_view_is_8_points_inside_and_its_stack_20_narrower();
+    void a_pane_that_is_too_low_scrolls();
+    void a_fresh_installation_shows_the_defaults();
+    void the_controls_show_what_is_stored();
+    void the_pop_ups_store_their_index_and_post_once_data();
+    void the_pop_ups_store_their_index_and_post_once();
+    void bottom_is_stored_as_3();
+    void hiding_extensions_is_stored_and_posted();
+    void a_slider_reports_each_move_of_a_drag();
+    void the_sliders_store_doubles_and_move_by_keyboard();
+    void a_chosen_colour_is_stored_and_posted_and_shown_again();
+    void a_colour_keeps_its_alpha();
+    void animations_cannot_be_changed_here();
+    void the_action_for_animations_stores_and_posts_nothing();
+    void values_of_the_wrong_type_or_range_do_no_harm();
+    void a_store_that_cannot_be_written_keeps_its_values();
+    void the_wheel_goes_past_controls_without_the_focus();
+    void every_control_has_a_label();
+    void focus_goes_from_top_to_bottom();
+};
+
+namespace {
+
+struct PaneFixture : Fixture {
+    AppearancePane &load(const QSize &size = QSize(519, 500))
+    {
+        pane = &show(std::make_unique<AppearancePane>(settings, notifications), size);
+        return *pane;
+    }
+
+    ColorWell &well() { return *pane->findChild<ColorWell *>(); }
+    // What the well does when its panel reports a colour.
+    void choose(const QColor &color)
+    {
+        well().setColor(color);
+        well().onChange();
+    }
+    DoubleSlider &slider(const QString &key) { return *pane->findChild<DoubleSlider *>(key); }
+    QComboBox &popUp(const QString &key) { return *pane->findChild<QComboBox *>(key); }
+    QCheckBox &hideExtensions() { return *pane->findChild<QCheckBox *>(); }
+    QScrollArea &scroll() { return *pane->findChild<QScrollArea *>(); }
+
+    AppearancePane *pane = nullptr;
+};
+
+QList<QWidget *> stackedViews(const QWidget &stack)
+{
+    QList<QWidget *> views = stack.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    std::sort(views.begin(), views.end(), [](const QWidget *a, const QWidget *b) { return a->y() < b->y(); });
+    return views;
+}
+
+QString describe(QWidget *view)
+{
+    if (qobject_cast<Separator *>(view))
+        return QStringLiteral("-");
+    if (auto *label = qobject_cast<QLabel *>(view))
+        return label->text();
+    if (qobject_cast<ColorWell *>(view))
+        return QStringLiteral("[colour well]");
+    if (auto *slider = qobject_cast<DoubleSlider *>(view))
+        return QStringLiteral("[%1 to %2]").arg(slider->minimumValue).arg(slider->maximumValue);
+    if (auto *box = qobject_cast<QCheckBox *>(view))
+        return QStringLiteral("[x] ") + box->text();
+    if (auto *popUp = qobject_cast<QComboBox *>(view)) {
+        QStringList titles;
+        for (int i = 0; i < popUp->count(); ++i)
+            titles.append(popUp->itemText(i));
+        return titles.join(QLatin1Char('|'));
+    }
+    return QStringLiteral("something else");
+}
+
+QPoint knob(const DoubleSlider &slider)
+{
+    QStyleOptionSlider option;
+    option.initFrom(&slider);
+    option.orientation = slider.orientation();
+    option.minimum = slider.minimum();
+    option.maximum = slider.maximum();
+    option.sliderPosition = slider.value();
+    option.sliderValue = slider.value();
+    option.state |= QStyle::State_Horizontal;
+    return slider.style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider).center();
+}
+
+} // namespace
+
+void AppearancePaneTest::the_nineteen_views_stand_in_order_with_8_points_between_them()
+{
+    PaneFixture f;
+    f.load(QSize(519, 700));
+    const QList<QWidget *> views = stackedViews(*f.scroll().widget());
+    QStringList shown;
+    for (QWidget *view : views)
+        shown.append(describe(view));
+    QCOMPARE(shown,
+             QStringList({QStringLiteral("Appearance"), QStringLiteral("-"), QStringLiteral("Tint colour"),
+                          QStringLiteral("[colour well]"), QStringLiteral("Tint intensity"), QStringLiteral("[0 to 1]"),
+                          QStringLiteral("-"), QStringLiteral("Shelf item size"), QStringLiteral("[48 to 120]"),
+                          QStringLiteral("-"), QStringLiteral("Window edge"), QStringLiteral("Left|Right|Top|Bottom"),
+                          QStringLiteral("Alignment"), QStringLiteral("Start|Center|End"), QStringLiteral("-"),
+                          QStringLiteral("File names"), QStringLiteral("Show under icon|Hide|Show on hover"),
+                          QStringLiteral("[x] Hide file extensions"), QStringLiteral(" ")}));
+    QCOMPARE(views.size(), 19);
+    QCOMPARE(views.first()->y(), 0);
+    for (int i = 0; i < views.size(); ++i) {
+        QCOMPARE(views.at(i)->x(), 0);
+        if (i > 0)
+            QCOMPARE(views.at(i)->y() - views.at(i - 1)->geometry().bottom() - 1, 8);
+        if (auto *label = qobject_cast<QLabel *>(views.at(i)))
+            QCOMPARE(label->font().pixelSize(), 13);
+        if (qobject_cast<Separator *>(views.at(i)) || qobject_cast<DoubleSlider *>(views.at(i)))
+            QCOMPARE(views.at(i)->width(), f.scroll().widget()->width());
+    }
+    for (const QString &key : {SettingsKey::tintIntensity, SettingsKey::shelfItemSize})
+        QVERIFY(f.slider(key).testAttribute(Qt::WA_MacSmallSize));
+}
+
+void AppearancePaneTest::the_scroll_view_is_8_points_inside_and_its_stack_20_narrower()
+{
+    PaneFixture f;
+    for (const QSize &size : {QSize(519, 500), QSize(399, 420), QSize(900, 900)}) {
+        f.load(size);
+        QCOMPARE(f.scroll().geometry(), QRect(8, 8, size.width() - 16, size.height() - 16));
+        QCOMPARE(f.scroll().widget()->width(), size.width() - 16 - 20);
+        QCOMPARE(f.scroll().widget()->x(), 0);
+    }
+    f.pane->resize(700, 600);
+    QCOMPARE(f.scroll().widget()->width(), 700 - 16 - 20);
+    QCOMPARE(f.scroll().frameShape(), QFrame::NoFrame);
+    QVERIFY(!f.scroll().viewport()->autoFillBackground());
+    QVERIFY(!f.scroll().widget()->autoFillBackground());
+    QVERIFY(f.scroll().verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
+}
+
+void AppearancePaneTest::a_pane_that_is_too_low_scrolls()
+{
+    PaneFixture f;
+    f.load(QSize(399, 300));
+    QVERIFY(f.scroll().verticalScrollBar()->maximum() > 0);
+    // The scroller stands beside the stack, not on it.
+    QVERIFY(f.scroll().viewport()->width() >= f.scroll().widget()->width());
+    f.load(QSize(399, 900));
+    QCOMPARE(f.scroll().verticalScrollBar()->maximum(), 0);
+}
+
+void AppearancePaneTest::a_fresh_installation_shows_the_defaults()
+{
+    PaneFixture f;
+    f.load();
+    QCOMPARE(f.well().color(), f.virtualPlatform.appearance.accent);
+    QCOMPARE(f.slider(SettingsKey::tintIntensity).doubleValue(), 0.4);
+    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 72.0);
+    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentText(), QStringLiteral("Right"));
+    QCOMPARE(f.popUp(SettingsKey::windowAlignment).currentText(), QStringLiteral("Center"));
+    QCOMPARE(f.popUp(SettingsKey::fileNameDisplay).currentText(), QStringLiteral("Show under icon"));
+    QVERIFY(!f.hideExtensions().isChecked());
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+    QVERIFY(f.posts.isEmpty());
+}
+
+void AppearancePaneTest::the_controls_show_what_is_stored()
+{
+    PaneFixture f;
+    f.settings.setTintColor(QColor(1, 2, 3, 100));
+    f.values.insert(SettingsKey::tintIntensity, 0.123);
+    f.values.insert(SettingsKey::shelfItemSize, 100.5);
+    f.values.insert(SettingsKey::windowEdge, 2.0);
+    f.values.insert(SettingsKey::windowAlignment, 0.0);
+    f.values.insert(SettingsKey::fileNameDisplay, 2.0);
+    f.values.insert(SettingsKey::hideFileExtensions, true);
+    f.load();
+    QCOMPARE(f.well().color(), QColor(1, 2, 3, 100));
+    QCOMPARE(f.slider(SettingsKey::tintIntensity).doubleValue(), 0.123);
+    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 100.5);
+    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentIndex(), 2);
+    QCOMPARE(f.popUp(SettingsKey::windowAlignment).currentIndex(), 0);
+    QCOMPARE(f.popUp(SettingsKey::fileNameDisplay).currentIndex(), 2);
+    QVERIFY(f.hideExtensions().isChecked());
+}
+
+void AppearancePaneTest::the_pop_ups_store_their_index_and_post_once_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("count");
+    QTest::newRow("edge") << SettingsKey::windowEdge << 4;
+    QTest::newRow("alignment") << SettingsKey::windowAlignment << 3;
+    QTest::newRow("names") << SettingsKey::fileNameDisplay << 3;
+}
+
+void AppearancePaneTest::the_pop_ups_store_their_index_and_post_once()
+{
+    QFETCH(const QString, key);
+    QFETCH(const int, count);
+    PaneFixture f;
+    f.values.insert(key, 0.0);
+    f.load();
+    for (int i = 1; i < count; ++i) {
+        QTest::keyClick(&f.popUp(key), Qt::Key_Down);
+        QCOMPARE(f.stored(key), QVariant(i));
+        QCOMPARE(f.settingsChangedPosts(), i);
+    }
+    QCOMPARE(f.values.size(), 1);
+}
+
+void AppearancePaneTest::bottom_is_stored_as_3()
+{
+    PaneFixture f;
+    f.load();
+    QTest::keyClick(&f.popUp(SettingsKey::windowEdge), Qt::Key_B);
+    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentText(), QStringLiteral("Bottom"));
+    QCOMPARE(f.stored(SettingsKey::windowEdge), QVariant(3));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+}
+
+void AppearancePaneTest::hiding_extensions_is_stored_and_posted()
+{
+    PaneFixture f;
+    f.load();
+    f.hideExtensions().click();
+    QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(true));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+    f.hideExtensions().click();
+    QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(false));
+    QCOMPARE(f.settingsChangedPosts(), 2);
+}
+
+void AppearancePaneTest::a_slider_reports_each_move_of_a_drag()
+{
+    PaneFixture f;
+    f.load();
+    DoubleSlider &slider = f.slider(SettingsKey::shelfItemSize);
+    const QPoint start = knob(slider);
+    QTest::mousePress(&slider, Qt::LeftButton, {}, start);
+    double last = slider.doubleValue();
+    for (int i = 1; i <= 5; ++i) {
+        const QPointF place = start + QPoint(20 * i, 0);
+        QMouseEvent move(QEvent::MouseMove, place, slider.mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&slider, &move);
+        QVERIFY(slider.doubleValue() > last);
+        last = slider.doubleValue();
+        QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(last));
+        QCOMPARE(f.settingsChangedPosts(), i);
+    }
+    QTest::mouseRelease(&slider, Qt::LeftButton, {}, start + QPoint(100, 0));
+    QCOMPARE(f.settingsChangedPosts(), 5);
+}
+
+void AppearancePaneTest::the_sliders_store_doubles_and_move_by_keyboard()
+{
+    PaneFixture f;
+    f.load();
+    DoubleSlider &size = f.slider(SettingsKey::shelfItemSize);
+    QTest::keyClick(&size, Qt::Key_Right);
+    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(73.0));
+    QCOMPARE(f.stored(SettingsKey::shelfItemSize).typeId(), static_cast<int>(QMetaType::Double));
+    QTest::keyClick(&size, Qt::Key_Home);
+    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(48.0));
+    QTest::keyClick(&size, Qt::Key_End);
+    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(120.0));
+    QCOMPARE(f.settingsChangedPosts(), 3);
+    DoubleSlider &intensity = f.slider(SettingsKey::tintIntensity);
+    QTest::keyClick(&intensity, Qt::Key_Left);
+    QCOMPARE(f.stored(SettingsKey::tintIntensity), QVariant(0.39));
+    QTest::keyClick(&intensity, Qt::Key_End);
+    QCOMPARE(f.stored(SettingsKey::tintIntensity), QVariant(1.0));
+    QCOMPARE(f.stored(SettingsKey::tintIntensity).typeId(), static_cast<int>(QMetaType::Double));
+    QCOMPARE(f.settingsChangedPosts(), 5);
+}
+
+void AppearancePaneTest::a_chosen_colour_is_stored_and_posted_and_shown_again()
+{
+    PaneFixture f;
+    f.load();
+    f.choose(QColor(10, 200, 30));
+    QCOMPARE(f.settings.tintColor(), QColor(10, 200, 30));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+    f.choose(QColor(11, 200, 30));
+    QCOMPARE(f.settingsChangedPosts(), 2);
+    QCOMPARE(f.virtualPlatform.userDefaults.writes,
+             QStringList({SettingsKey::tintColorData, SettingsKey::tintColorData}));
+    f.load();
+    QCOMPARE(f.well().color(), QColor(11, 200, 30));
+}
+
+void AppearancePaneTest::a_colour_keeps_its_alpha()
+{
+    PaneFixture f;
+    f.load();
+    f.choose(QColor(10, 20, 30, 40));
+    QCOMPARE(f.settings.tintColor(), QColor(10, 20, 30, 40));
+}
+
+void AppearancePaneTest::animations_cannot_be_changed_here()
+{
+    PaneFixture f;
+    f.load();
+    f.choose(Qt::red);
+    for (QCheckBox *box : f.pane->findChildren<QCheckBox *>())
+        box->click();
+    for (const QString &key : {SettingsKey::windowEdge, SettingsKey::windowAlignment, SettingsKey::fileNameDisplay})
+        QTest::keyClick(&f.popUp(key), Qt::Key_Down);
+    for (const QString &key : {SettingsKey::tintIntensity, SettingsKey::shelfItemSize})
+        QTest::keyClick(&f.slider(key), Qt::Key_Right);
+    QVERIFY(f.values.contains(SettingsKey::hideFileExtensions));
+    QVERIFY(!f.values.contains(SettingsKey::disableAnimations));
+}
+
+void AppearancePaneTest::the_action_for_animations_stores_and_posts_nothing()
+{
+    PaneFixture f;
+    QCheckBox sender;
+    sender.setChecked(true);
+    f.load().noAnimChanged(&sender);
+    QCOMPARE(f.stored(SettingsKey::disableAnimations), QVariant(true));
+    sender.setChecked(false);
+    f.pane->noAnimChanged(&sender);
+    QCOMPARE(f.stored(SettingsKey::disableAnimations), QVariant(false));
+    QVERIFY(f.posts.isEmpty());
+}
+
+void AppearancePaneTest::values_of_the_wrong_type_or_range_do_no_harm()
+{
+    PaneFixture f;
+    f.values = {{SettingsKey::tintColorData, QByteArray("no colour")},
+                {SettingsKey::tintIntensity, -3.0},
+                {SettingsKey::shelfItemSize, 5000.0},
+                {SettingsKey::windowEdge, 9.0},
+                {SettingsKey::windowAlignment, QStringLiteral("End")},
+                {SettingsKey::fileNameDisplay, -1.0},
+                {SettingsKey::hideFileExtensions, QVariantList()}};
+    const auto before = f.values;
+    f.load();
+    QCOMPARE(f.well().color(), f.virtualPlatform.appearance.accent);
+    QCOMPARE(f.slider(SettingsKey::tintIntensity).doubleValue(), 0.0);
+    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 120.0);
+    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentIndex(), -1);
+    QCOMPARE(f.popUp(SettingsKey::windowAlignment).currentIndex(), 1);
+    QCOMPARE(f.popUp(SettingsKey::fileNameDisplay).currentIndex(), -1);
+    QVERIFY(!f.hideExtensions().isChecked());
+    QCOMPARE(f.values, before);
+    QVERIFY(f.posts.isEmpty());
+}
+
+void AppearancePaneTest::a_store_that_cannot_be_written_keeps_its_values()
+{
+    PaneFixture f;
+    f.virtualPlatform.userDefaults.writable = false;
+    f.load();
+    QTest::keyClick(&f.slider(SettingsKey::shelfItemSize), Qt::Key_End);
+    f.hideExtensions().click();
+    QVERIFY(f.values.isEmpty());
+    f.load();
+    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 72.0);
+    QVERIFY(!f.hideExtensions().isChecked());
+}
+
+void AppearancePaneTest::the_wheel_goes_past_controls_without_the_focus()
+{
+    PaneFixture f;
+    f.load(QSize(399, 300));
+    f.window->activateWindow();
+    const auto turnWheelOver = [](QWidget &control) {
+        const QPointF middle = control.rect().center();
+        QWheelEvent event(middle, control.mapToGlobal(middle), {}, QPoint(0, -120), Qt::NoButton, {}, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(&control, &event);
+        return event.isAccepted();
+    };
+    QWidget *const controls[] = {&f.slider(SettingsKey::tintIntensity), &f.slider(SettingsKey::shelfItemSize),
+                                 &f.popUp(SettingsKey::windowEdge), &f.popUp(SettingsKey::fileNameDisplay)};
+    for (QWidget *control : controls) {
+        QVERIFY(!turnWheelOver(*control));
+        QVERIFY(!control->hasFocus());
+    }
+    QVERIFY(f.values.isEmpty());
+
+    QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
+    f.slider(SettingsKey::shelfItemSize).setFocus();
+    QVERIFY(turnWheelOver(f.slider(SettingsKey::shelfItemSize)));
+    QVERIFY(f.stored(SettingsKey::shelfItemSize).toDouble() < 72.0);
+}
+
+void AppearancePaneTest::every_control_has_a_label()
+{
+    PaneFixture f;
+    const QWidget &pane = f.load();
+    const std::pair<QString, QWidget *> labelled[] = {
+        {QStringLiteral("Tint colour"), &f.well()},
+        {QStringLiteral("Tint intensity"), &f.slider(SettingsKey::tintIntensity)},
+        {QStringLiteral("Shelf item size"), &f.slider(SettingsKey::shelfItemSize)},
+        {QStringLiteral("Window edge"), &f.popUp(SettingsKey::windowEdge)},
+        {QStringLiteral("Alignment"), &f.popUp(SettingsKey::windowAlignment)},
+        {QStringLiteral("File names"), &f.popUp(SettingsKey::fileNameDisplay)}};
+    for (const auto &[text, control] : labelled) {
+        QCOMPARE(labelWith(pane, text)->buddy(), control);
+        QCOMPARE(control->accessibleName(), text);
+    }
+}
+
+void AppearancePaneTest::focus_goes_from_top_to_bottom()
+{
+    PaneFixture f;
+    f.load(QSize(399, 300));
+    f.window->activateWindow();
+    f.well().setFocus();
+    QList<QWidget *> visited;
+    for (int i = 0; i < 7; ++i) {
+        QWidget *focused = f.window->focusWidget();
+        visited.append(focused);
+        // It scrolls into sight.
+        QVERIFY(!focused->visibleRegion().isEmpty());
+        QTest::keyClick(focused, Qt::Key_Tab);
+    }
+    QCOMPARE(visited,
+             QList<QWidget *>({&f.well(), &f.slider(SettingsKey::tintIntensity), &f.slider(SettingsKey::shelfItemSize),
+                               &f.popUp(SettingsKey::windowEdge), &f.popUp(SettingsKey::windowAlignment),
+                               &f.popUp(SettingsKey::fileNameDisplay), &f.hideExtensions()}));
+}
+
+QTEST_MAIN(AppearancePaneTest)
+#include "AppearancePaneTest.moc"

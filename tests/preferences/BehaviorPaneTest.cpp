@@ -1,0 +1,385 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/BehaviorPane.h"
+
+#include "preferences/AppExclusionListView.h"
+#include "preferences/Controls.h"
+#include "tests/preferences/Fixture.h"
+
+#include <QTest>
+
+class BehaviorPaneTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_frames_keep_the_stated_distances();
+    void a_long_first_label_stops_8_points_before_its_check_box();
+    void the_list_takes_the_height_that_is_left();
+    void the_views_are_where_the_frames_say();
+    void the_controls_have_their_titles_and_items();
+    void a_fresh_installation_shows_the_defaults();
+    void the_controls_show_what_is_stored();
+    void the_check_box_stores_and_enables_the_trigger_at_once();
+    void a_trigger_is_built_disabled_while_the_shelf_does_not_show_by_itself();
+    void the_pop_ups_store_their_index_data();
+    void the_pop_ups_store_their_index();
+    void nothing_here_posts_a_notification();
+    void the_list_shows_and_stores_the_excluded_applications();
+    void removing_the_last_application_stores_an_empty_array();
+    void a_list_that_outlives_the_pane_stores_nothing();
+    void values_of_the_wrong_type_or_range_do_no_harm();
+    void a_store_that_cannot_be_written_keeps_its_values();
+    void the_label_of_the_exclusion_mode_wraps_to_two_lines_at_most();
+    void the_exclusion_mode_is_a_small_control();
+    void every_control_has_a_label();
+    void focus_goes_from_top_to_bottom();
+};
+
+namespace {
+
+const QString kAutoShow = QStringLiteral("Automatically show the drop window");
+const QString kDoubleClick = QStringLiteral("When double-clicking a shelf file:");
+const QString kExclude = QStringLiteral("The Parklet window in the following applications:");
+
+struct PaneFixture : Fixture {
+    BehaviorPane &load(const QSize &size = QSize(519, 500))
+    {
+        pane = &show(std::make_unique<BehaviorPane>(settings, virtualPlatform.platform), size);
+        return *pane;
+    }
+
+    QCheckBox &autoShow() { return *pane->findChild<QCheckBox *>(SettingsKey::autoShowDropWindow); }
+    QComboBox &popUp(const QString &key) { return *pane->findChild<QComboBox *>(key); }
+    AppExclusionListView &list() { return *pane->findChild<AppExclusionListView *>(); }
+
+    BehaviorPane *pane = nullptr;
+};
+
+BehaviorSizes someSizes()
+{
+    return {.autoShowLabel = QSize(200, 16),
+            .autoShowBox = QSize(20, 20),
+            .triggerHeight = 26,
+            .doubleClickLabel = QSize(180, 16),
+            .doubleClickPopUp = QSize(90, 26),
+            .excludeModePopUp = QSize(80, 22),
+            .excludeLabelHeight = [](int) { return 32; }};
+}
+
+QStringList titles(const QComboBox &box)
+{
+    QStringList list;
+    for (int i = 0; i < box.count(); ++i)
+        list.append(box.itemText(i));
+    return list;
+}
+
+} // namespace
+
+void BehaviorPaneTest::the_frames_keep_the_stated_distances()
+{
+    const BehaviorFrames frames = behaviorFrames(QSize(519, 500), someSizes());
+    QCOMPARE(frames.autoShowLabel, QRect(24, 24, 200, 16));
+    QCOMPARE(frames.autoShowBox, QRect(475, 22, 20, 20));
+    QCOMPARE(frames.separatorA, QRect(24, 52, 471, 1));
+    QCOMPARE(frames.trigger, QRect(24, 65, 471, 26));
+    QCOMPARE(frames.separatorB, QRect(24, 105, 471, 1));
+    QCOMPARE(frames.doubleClickLabel, QRect(24, 120, 180, 16));
+    QCOMPARE(frames.doubleClickPopUp, QRect(212, 115, 90, 26));
+    QCOMPARE(frames.separatorC, QRect(24, 150, 471, 1));
+    QCOMPARE(frames.excludeModePopUp, QRect(24, 165, 80, 22));
+    QCOMPARE(frames.excludeLabel, QRect(110, 160, 385, 32));
+    QCOMPARE(frames.excludeList, QRect(24, 195, 471, 281));
+}
+
+void BehaviorPaneTest::a_long_first_label_stops_8_points_before_its_check_box()
+{
+    BehaviorSizes sizes = someSizes();
+    sizes.autoShowLabel.setWidth(600);
+    const BehaviorFrames frames = behaviorFrames(QSize(519, 500), sizes);
+    QCOMPARE(frames.autoShowLabel, QRect(24, 24, 443, 16));
+}
+
+void BehaviorPaneTest::the_list_takes_the_height_that_is_left()
+{
+    QCOMPARE(behaviorFrames(QSize(519, 1000), someSizes()).excludeList, QRect(24, 195, 471, 781));
+    QCOMPARE(behaviorFrames(QSize(519, 100), someSizes()).excludeList.height(), 0);
+}
+
+void BehaviorPaneTest::the_views_are_where_the_frames_say()
+{
+    PaneFixture f;
+    for (const QSize &size : {QSize(519, 500), QSize(399, 420)}) {
+        const QWidget &pane = f.load(size);
+        const QRect label = labelWith(pane, kAutoShow)->geometry();
+        QCOMPARE(label.topLeft(), QPoint(24, 24));
+        QCOMPARE(f.autoShow().geometry().right() + 1, size.width() - 24);
+        QVERIFY(qAbs(f.autoShow().geometry().center().y() - label.center().y()) <= 1);
+        const QRect trigger = f.popUp(SettingsKey::autoShowTrigger).geometry();
+        QCOMPARE(trigger.y(), label.bottom() + 1 + 12 + 1 + 12);
+        QCOMPARE(trigger.x(), 24);
+        QCOMPARE(trigger.width(), size.width() - 48);
+        const QRect doubleClick = labelWith(pane, kDoubleClick)->geometry();
+        QCOMPARE(doubleClick.topLeft(), QPoint(24, trigger.bottom() + 1 + 14 + 1 + 14));
+        const QRect doubleClickPopUp = f.popUp(SettingsKey::doubleClickAction).geometry();
+        QCOMPARE(doubleClickPopUp.x(), doubleClick.right() + 1 + 8);
+        QVERIFY(qAbs(doubleClickPopUp.center().y() - doubleClick.center().y()) <= 1);
+        const QRect mode = f.popUp(SettingsKey::excludeMode).geometry();
+        QCOMPARE(mode.topLeft(), QPoint(24, doubleClick.bottom() + 1 + 14 + 1 + 14));
+        const QRect exclude = labelWith(pane, kExclude)->geometry();
+        QCOMPARE(exclude.x(), mode.right() + 1 + 6);
+        QCOMPARE(exclude.right() + 1, size.width() - 24);
+        QVERIFY(qAbs(exclude.center().y() - mode.center().y()) <= 1);
+        QCOMPARE(f.list().geometry().topLeft(), QPoint(24, mode.bottom() + 1 + 8));
+        QCOMPARE(f.list().geometry().bottomRight(), QPoint(size.width() - 24 - 1, size.height() - 24 - 1));
+        QVERIFY(f.list().height() > 100);
+        const QList<Separator *> separators = pane.findChildren<Separator *>();
+        QCOMPARE(separators.size(), 3);
+        for (const Separator *separator : separators) {
+            QCOMPARE(separator->x(), 24);
+            QCOMPARE(separator->size(), QSize(size.width() - 48, 1));
+        }
+        // Nothing overlaps anything else.
+        const QList<QWidget *> views = pane.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+        QCOMPARE(views.size(), 11);
+        for (int i = 0; i < views.size(); ++i) {
+            for (int j = 0; j < i; ++j)
+                QVERIFY2(!views.at(i)->geometry().intersects(views.at(j)->geometry()),
+                         qPrintable(views.at(i)->objectName() + QLatin1Char(' ') + views.at(j)->objectName()));
+        }
+    }
+}
+
+void BehaviorPaneTest::the_controls_have_their_titles_and_items()
+{
+    PaneFixture f;
+    const QWidget &pane = f.load();
+    for (const QString &text : {kAutoShow, kDoubleClick, kExclude}) {
+        QVERIFY2(labelWith(pane, text), qPrintable(text));
+        QCOMPARE(labelWith(pane, text)->font().pixelSize(), 13);
+    }
+    QCOMPARE(f.autoShow().text(), QString());
+    QCOMPARE(titles(f.popUp(SettingsKey::autoShowTrigger)),
+             QStringList({QStringLiteral("When you start dragging"),
+                          QStringLiteral("Near cursor position when you start dragging"),
+                          QStringLiteral("When dragging towards Parklet's location")}));
+    QCOMPARE(titles(f.popUp(SettingsKey::doubleClickAction)),
+             QStringList({QStringLiteral("Open file"), QStringLiteral("Select all")}));
+    QCOMPARE(titles(f.popUp(SettingsKey::excludeMode)),
+             QStringList({QStringLiteral("Hide"), QStringLiteral("Show only in")}));
+}
+
+void BehaviorPaneTest::a_fresh_installation_shows_the_defaults()
+{
+    PaneFixture f;
+    f.load();
+    QVERIFY(f.autoShow().isChecked());
+    QVERIFY(f.popUp(SettingsKey::autoShowTrigger).isEnabled());
+    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), 0);
+    QCOMPARE(f.popUp(SettingsKey::doubleClickAction).currentText(), QStringLiteral("Select all"));
+    QCOMPARE(f.popUp(SettingsKey::excludeMode).currentText(), QStringLiteral("Hide"));
+    QVERIFY(f.list().ids.isEmpty());
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+}
+
+void BehaviorPaneTest::the_controls_show_what_is_stored()
+{
+    PaneFixture f;
+    f.values = {{SettingsKey::autoShowDropWindow, false},
+                {SettingsKey::autoShowTrigger, 2.0},
+                {SettingsKey::doubleClickAction, 0.0},
+                {SettingsKey::excludeMode, 1.0},
+                {SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a"), QStringLiteral("b")}}};
+    f.load();
+    QVERIFY(!f.autoShow().isChecked());
+    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), 2);
+    QCOMPARE(f.popUp(SettingsKey::doubleClickAction).currentIndex(), 0);
+    QCOMPARE(f.popUp(SettingsKey::excludeMode).currentIndex(), 1);
+    QCOMPARE(f.list().ids, QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+}
+
+void BehaviorPaneTest::the_check_box_stores_and_enables_the_trigger_at_once()
+{
+    PaneFixture f;
+    f.load();
+    f.autoShow().click();
+    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(false));
+    QVERIFY(!f.popUp(SettingsKey::autoShowTrigger).isEnabled());
+    f.autoShow().click();
+    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(true));
+    QVERIFY(f.popUp(SettingsKey::autoShowTrigger).isEnabled());
+}
+
+void BehaviorPaneTest::a_trigger_is_built_disabled_while_the_shelf_does_not_show_by_itself()
+{
+    PaneFixture f;
+    f.values.insert(SettingsKey::autoShowDropWindow, false);
+    f.load();
+    QComboBox &trigger = f.popUp(SettingsKey::autoShowTrigger);
+    QVERIFY(!trigger.isEnabled());
+    f.autoShow().click();
+    QVERIFY(trigger.isEnabled());
+}
+
+void BehaviorPaneTest::the_pop_ups_store_their_index_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("count");
+    QTest::newRow("trigger") << SettingsKey::autoShowTrigger << 3;
+    QTest::newRow("double click") << SettingsKey::doubleClickAction << 2;
+    QTest::newRow("exclusion mode") << SettingsKey::excludeMode << 2;
+}
+
+void BehaviorPaneTest::the_pop_ups_store_their_index()
+{
+    QFETCH(const QString, key);
+    QFETCH(const int, count);
+    PaneFixture f;
+    f.load();
+    QComboBox &box = f.popUp(key);
+    QTest::keyClick(&box, Qt::Key_End);
+    QTest::keyClick(&box, Qt::Key_Home);
+    QCOMPARE(f.stored(key), QVariant(0));
+    for (int i = 1; i < count; ++i) {
+        QTest::keyClick(&box, Qt::Key_Down);
+        QCOMPARE(f.stored(key), QVariant(i));
+    }
+    f.load();
+    QCOMPARE(f.popUp(key).currentIndex(), count - 1);
+    QCOMPARE(f.values.size(), 1);
+}
+
+void BehaviorPaneTest::nothing_here_posts_a_notification()
+{
+    PaneFixture f;
+    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a")});
+    f.load();
+    f.autoShow().click();
+    f.autoShow().click();
+    for (const QString &key : {SettingsKey::autoShowTrigger, SettingsKey::doubleClickAction, SettingsKey::excludeMode})
+        QTest::keyClick(&f.popUp(key), Qt::Key_Down);
+    f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
+    f.list().removeBtn->click();
+    QVERIFY(f.virtualPlatform.userDefaults.writes.size() >= 4);
+    QVERIFY(f.posts.isEmpty());
+}
+
+void BehaviorPaneTest::the_list_shows_and_stores_the_excluded_applications()
+{
+    PaneFixture f;
+    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("org.first")});
+    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/Second"));
+    f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.second"));
+    f.virtualPlatform.openPanels.choice = file;
+    f.load();
+    f.list().addBtn->click();
+    QCOMPARE(f.settings.defaults.stringArray(SettingsKey::excludedBundleIDs),
+             QStringList({QStringLiteral("org.first"), QStringLiteral("org.second")}));
+    QCOMPARE(f.stored(SettingsKey::excludedBundleIDs).typeId(), static_cast<int>(QMetaType::QVariantList));
+}
+
+void BehaviorPaneTest::removing_the_last_application_stores_an_empty_array()
+{
+    PaneFixture f;
+    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("org.only")});
+    f.load();
+    f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
+    f.list().removeBtn->click();
+    QCOMPARE(f.stored(SettingsKey::excludedBundleIDs), QVariant(QVariantList()));
+    QVERIFY(f.values.contains(SettingsKey::excludedBundleIDs));
+}
+
+void BehaviorPaneTest::a_list_that_outlives_the_pane_stores_nothing()
+{
+    PaneFixture f;
+    f.load();
+    const AppExclusionListView::OnChange onChange = f.list().onChange;
+    f.window.reset();
+    onChange({QStringLiteral("org.late")});
+    QVERIFY(f.values.isEmpty());
+}
+
+void BehaviorPaneTest::values_of_the_wrong_type_or_range_do_no_harm()
+{
+    PaneFixture f;
+    f.values = {{SettingsKey::autoShowDropWindow, QStringLiteral("no")},
+                {SettingsKey::autoShowTrigger, 7.0},
+                {SettingsKey::doubleClickAction, -3.0},
+                {SettingsKey::excludeMode, QVariantList{1.0}},
+                {SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a"), 3.0}}};
+    const auto before = f.values;
+    f.load();
+    QVERIFY(f.autoShow().isChecked());
+    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), -1);
+    QCOMPARE(f.popUp(SettingsKey::doubleClickAction).currentIndex(), -1);
+    QCOMPARE(f.popUp(SettingsKey::excludeMode).currentIndex(), 0);
+    QVERIFY(f.list().ids.isEmpty());
+    QCOMPARE(f.values, before);
+    QTest::keyClick(&f.popUp(SettingsKey::autoShowTrigger), Qt::Key_Down);
+    QCOMPARE(f.stored(SettingsKey::autoShowTrigger), QVariant(0));
+}
+
+void BehaviorPaneTest::a_store_that_cannot_be_written_keeps_its_values()
+{
+    PaneFixture f;
+    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("org.kept")});
+    f.virtualPlatform.userDefaults.writable = false;
+    f.load();
+    f.autoShow().click();
+    QTest::keyClick(&f.popUp(SettingsKey::autoShowTrigger), Qt::Key_Down);
+    f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
+    f.list().removeBtn->click();
+    QCOMPARE(f.values.size(), 1);
+    f.load();
+    QVERIFY(f.autoShow().isChecked());
+    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), 0);
+    QCOMPARE(f.list().ids, QStringList{QStringLiteral("org.kept")});
+}
+
+void BehaviorPaneTest::the_label_of_the_exclusion_mode_wraps_to_two_lines_at_most()
+{
+    PaneFixture f;
+    const QLabel *label = labelWith(f.load(QSize(300, 420)), kExclude);
+    QVERIFY(label->wordWrap());
+    QCOMPARE(label->height(), 2 * label->fontMetrics().lineSpacing());
+    label = labelWith(f.load(QSize(800, 420)), kExclude);
+    QVERIFY(label->height() < 2 * label->fontMetrics().lineSpacing());
+}
+
+void BehaviorPaneTest::the_exclusion_mode_is_a_small_control()
+{
+    PaneFixture f;
+    f.load();
+    const QComboBox &mode = f.popUp(SettingsKey::excludeMode);
+    QVERIFY(mode.testAttribute(Qt::WA_MacSmallSize));
+    QVERIFY(mode.height() < f.popUp(SettingsKey::doubleClickAction).height());
+}
+
+void BehaviorPaneTest::every_control_has_a_label()
+{
+    PaneFixture f;
+    const QWidget &pane = f.load();
+    QCOMPARE(f.autoShow().accessibleName(), kAutoShow);
+    QCOMPARE(labelWith(pane, kAutoShow)->buddy(), &f.popUp(SettingsKey::autoShowTrigger));
+    QCOMPARE(labelWith(pane, kDoubleClick)->buddy(), &f.popUp(SettingsKey::doubleClickAction));
+    QCOMPARE(labelWith(pane, kExclude)->buddy(), &f.popUp(SettingsKey::excludeMode));
+    QCOMPARE(f.list().tableView->accessibleName(), kExclude);
+}
+
+void BehaviorPaneTest::focus_goes_from_top_to_bottom()
+{
+    PaneFixture f;
+    f.load();
+    f.window->activateWindow();
+    f.autoShow().setFocus();
+    QList<QWidget *> visited;
+    for (int i = 0; i < 7; ++i) {
+        visited.append(f.window->focusWidget());
+        QTest::keyClick(f.window->focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(visited, QList<QWidget *>({&f.autoShow(), &f.popUp(SettingsKey::autoShowTrigger),
+                                        &f.popUp(SettingsKey::doubleClickAction), &f.popUp(SettingsKey::excludeMode),
+                                        f.list().tableView, f.list().addBtn, f.list().removeBtn}));
+}
+
+QTEST_MAIN(BehaviorPaneTest)
+#include "BehaviorPaneTest.moc"

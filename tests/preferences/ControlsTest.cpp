@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/Controls.h"
+
+#include "preferences/ColorWell.h"
+#include "preferences/DoubleSlider.h"
+
+#include <QAccessible>
+#include <QPainter>
+#include <QTest>
+
+class ControlsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void an_image_is_scaled_up_or_down_to_fit_and_keeps_its_proportions_data();
+    void an_image_is_scaled_up_or_down_to_fit_and_keeps_its_proportions();
+    void no_image_draws_nothing();
+    void a_label_shows_its_text_as_it_is();
+    void a_secondary_label_steps_back();
+    void a_separator_is_one_point_high_in_the_separator_colour();
+    void a_pop_up_shows_nothing_for_an_index_without_a_title();
+    void the_wheel_changes_a_control_only_while_it_has_the_focus();
+    void a_slider_maps_its_places_to_doubles();
+    void a_slider_goes_to_its_nearer_end_for_a_value_outside();
+    void a_slider_ignores_what_is_no_number();
+    void a_slider_tells_a_screen_reader_its_value();
+    void a_screen_reader_can_set_a_slider();
+    void a_colour_well_shows_its_colour();
+    void a_translucent_colour_is_shown_over_a_checker();
+    void a_colour_set_from_outside_calls_nobody_back();
+};
+
+namespace {
+
+QIcon picture(const QSize &size)
+{
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::red);
+    return QIcon(pixmap);
+}
+
+QRect redPart(const QImage &image)
+{
+    QRect part;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y).red() > 128 && image.pixelColor(x, y).green() < 128)
+                part |= QRect(x, y, 1, 1);
+        }
+    }
+    return part;
+}
+
+struct WellFixture {
+    WellFixture()
+    {
+        well.setAccessibleName(QStringLiteral("Tint colour"));
+        well.setColor(QColor(20, 40, 60));
+        well.onChange = [this] { chosen.append(well.color()); };
+        window.resize(100, 100);
+        window.show();
+    }
+
+    QWidget window;
+    ColorWell well{&window};
+    QList<QColor> chosen;
+};
+
+} // namespace
+
+void ControlsTest::an_image_is_scaled_up_or_down_to_fit_and_keeps_its_proportions_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QRect>("expected");
+    QTest::newRow("up") << QSize(16, 16) << QRect(4, 4, 32, 32);
+    QTest::newRow("down") << QSize(200, 200) << QRect(4, 4, 32, 32);
+    QTest::newRow("wide") << QSize(64, 32) << QRect(4, 12, 32, 16);
+    QTest::newRow("high") << QSize(10, 20) << QRect(12, 4, 16, 32);
+}
+
+void ControlsTest::an_image_is_scaled_up_or_down_to_fit_and_keeps_its_proportions()
+{
+    QFETCH(const QSize, size);
+    QFETCH(const QRect, expected);
+    QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    drawImage(painter, picture(size), QRect(4, 4, 32, 32));
+    painter.end();
+    QCOMPARE(redPart(image), expected);
+}
+
+void ControlsTest::no_image_draws_nothing()
+{
+    QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    const QImage before = image;
+    QPainter painter(&image);
+    drawImage(painter, QIcon(), QRect(4, 4, 32, 32));
+    painter.end();
+    QCOMPARE(image, before);
+}
+
+void ControlsTest::a_label_shows_its_text_as_it_is()
+{
+    QWidget window;
+    const QLabel *label = fieldLabel(QStringLiteral("<b>A & B</b>"), &window, 24);
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QCOMPARE(label->text(), QStringLiteral("<b>A & B</b>"));
+    QCOMPARE(label->font().pixelSize(), 24);
+    QCOMPARE(label->textInteractionFlags() & Qt::TextEditable, Qt::NoTextInteraction);
+}
+
+void ControlsTest::a_secondary_label_steps_back()
+{
+    QWidget window;
+    const QLabel *label = secondaryLabel(QStringLiteral("text"), &window);
+    const QColor color = label->palette().color(label->foregroundRole());
+    QCOMPARE(color, secondaryLabelColor(window.palette()));
+    QVERIFY(color.alpha() < 255);
+    QCOMPARE(label->font().pixelSize(), 13);
+}
+
+void ControlsTest::a_separator_is_one_point_high_in_the_separator_colour()
+{
+    QWidget window;
+    Separator separator(&window);
+    separator.resize(50, 10);
+    QCOMPARE(separator.height(), 1);
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, QColor(10, 20, 30));
+    const QColor color = separatorColor(palette);
+    QCOMPARE(QColor(color.red(), color.green(), color.blue()), QColor(10, 20, 30));
+    QVERIFY(color.alphaF() > 0.1 && color.alphaF() < 0.3);
+}
+
+void ControlsTest::a_pop_up_shows_nothing_for_an_index_without_a_title()
+{
+    QWidget window;
+    const QStringList titles = {QStringLiteral("a"), QStringLiteral("b")};
+    for (const auto &[index, shown] : {std::pair<qint64, int>(0, 0), {1, 1}, {2, -1}, {-1, -1}, {1LL << 40, -1}})
+        QCOMPARE(popUp(titles, index, &window)->currentIndex(), shown);
+}
+
+void ControlsTest::the_wheel_changes_a_control_only_while_it_has_the_focus()
+{
+    QWidget window;
+    QComboBox *box = popUp({QStringLiteral("a"), QStringLiteral("b")}, 0, &window);
+    QWidget other(&window);
+    other.setFocusPolicy(Qt::StrongFocus);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    const auto turnWheel = [box] {
+        const QPointF middle = box->rect().center();
+        QWheelEvent event(middle, box->mapToGlobal(middle), {}, QPoint(0, -120), Qt::NoButton, {}, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(box, &event);
+        return event.isAccepted();
+    };
+    other.setFocus();
+    turnWheel();
+    QCOMPARE(box->currentIndex(), 0);
+    QVERIFY(!box->hasFocus());
+    box->setFocus();
+    QVERIFY(turnWheel());
+    QCOMPARE(box->currentIndex(), 1);
+}
+
+void ControlsTest::a_slider_maps_its_places_to_doubles()
+{
+    QWidget window;
+    DoubleSlider slider(48.0, 120.0, 720, &window);
+    QCOMPARE(slider.doubleValue(), 48.0);
+    for (const double value : {48.0, 72.0, 72.1, 100.5, 119.9, 120.0}) {
+        slider.setDoubleValue(value);
+        QCOMPARE(slider.doubleValue(), value);
+    }
+    // Between two places it goes to the nearer one.
+    slider.setDoubleValue(72.04);
+    QCOMPARE(slider.doubleValue(), 72.0);
+    slider.setDoubleValue(72.06);
+    QCOMPARE(slider.doubleValue(), 72.1);
+}
+
+void ControlsTest::a_slider_goes_to_its_nearer_end_for_a_value_outside()
+{
+    QWidget window;
+    DoubleSlider slider(0.0, 1.0, 1000, &window);
+    slider.setDoubleValue(1e300);
+    QCOMPARE(slider.doubleValue(), 1.0);
+    slider.setDoubleValue(-7.0);
+    QCOMPARE(slider.doubleValue(), 0.0);
+}
+
+void ControlsTest::a_slider_ignores_what_is_no_number()
+{
+    QWidget window;
+    DoubleSlider slider(0.0, 1.0, 1000, &window);
+    slider.setDoubleValue(0.5);
+    slider.setDoubleValue(qQNaN());
+    QCOMPARE(slider.doubleValue(), 0.5);
+}
+
+void ControlsTest::a_slider_tells_a_screen_reader_its_value()
+{
+    QWidget window;
+    DoubleSlider slider(48.0, 120.0, 720, &window);
+    QLabel *label = fieldLabel(QStringLiteral("Shelf item size"), &window);
+    setLabel(*label, slider);
+    slider.setDoubleValue(72.0);
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&slider);
+    QCOMPARE(accessible->role(), QAccessible::Slider);
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Shelf item size"));
+    const QAccessibleValueInterface *value = accessible->valueInterface();
+    QVERIFY(value);
+    QCOMPARE(value->currentValue().toDouble(), 72.0);
+    QCOMPARE(value->minimumValue().toDouble(), 48.0);
+    QCOMPARE(value->maximumValue().toDouble(), 120.0);
+    QCOMPARE(value->minimumStepSize().toDouble(), 1.0);
+}
+
+void ControlsTest::a_screen_reader_can_set_a_slider()
+{
+    QWidget window;
+    DoubleSlider slider(48.0, 120.0, 720, &window);
+    int changes = 0;
+    connect(&slider, &DoubleSlider::valueChanged, this, [&changes] { ++changes; });
+    QAccessible::queryAccessibleInterface(&slider)->valueInterface()->setCurrentValue(90.0);
+    QCOMPARE(slider.doubleValue(), 90.0);
+    QCOMPARE(changes, 1);
+}
+
+void ControlsTest::a_colour_well_shows_its_colour()
+{
+    WellFixture f;
+    const QImage image = f.well.grab().toImage();
+    QCOMPARE(image.pixelColor(image.rect().center()), QColor(20, 40, 60));
+    QCOMPARE(f.well.accessibleDescription(), QStringLiteral("#ff14283c"));
+}
+
+void ControlsTest::a_translucent_colour_is_shown_over_a_checker()
+{
+    WellFixture f;
+    f.well.setColor(QColor(0, 0, 0, 0));
+    const QImage image = f.well.grab().toImage();
+    QSet<QRgb> colors;
+    for (int x = image.width() / 2 - 8; x < image.width() / 2 + 8; ++x)
+        colors.insert(image.pixel(x, image.height() / 2));
+    QCOMPARE(colors, QSet<QRgb>({QColor(Qt::white).rgb(), QColor(Qt::lightGray).rgb()}));
+}
+
+void ControlsTest::a_colour_set_from_outside_calls_nobody_back()
+{
+    WellFixture f;
+    f.well.setColor(Qt::green);
+    QVERIFY(f.chosen.isEmpty());
+}
+
+QTEST_MAIN(ControlsTest)
+#include "ControlsTest.moc"

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "settings/AppSettings.h"
+#include "settings/Notifications.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QVariantMap>
+#include <QWidget>
+
+#include <memory>
+
+// What the preferences stand on, with every notification written down.
+struct Fixture {
+    struct Posted {
+        QString name;
+        QVariantMap userInfo;
+    };
+
+    Fixture()
+    {
+        QObject::connect(&notifications, &NotificationCenter::posted, &notifications,
+                         [this](const QString &name, const QVariantMap &userInfo) {
+                             posts.append({name, userInfo});
+                         });
+    }
+
+    // How often settingsChanged was posted; nothing else may have been.
+    int settingsChangedPosts() const
+    {
+        for (const Posted &post : posts) {
+            if (post.name != Notifications::settingsChanged || !post.userInfo.isEmpty())
+                return -1;
+        }
+        return static_cast<int>(posts.size());
+    }
+
+    QVariant stored(const QString &key) const { return virtualPlatform.userDefaults.values.value(key); }
+
+    // Shows `newPane`, freshly built, in place of the one before.
+    template<typename Pane>
+    Pane &show(std::unique_ptr<Pane> newPane, const QSize &size = QSize(520, 500))
+    {
+        Pane &shown = *newPane;
+        window = std::make_unique<QWidget>();
+        window->resize(size);
+        newPane.release()->setParent(window.get());
+        shown.loadView();
+        shown.resize(size);
+        window->show();
+        return shown;
+    }
+
+    VirtualPlatform virtualPlatform;
+    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
+    NotificationCenter notifications;
+    QMap<QString, QVariant> &values = virtualPlatform.userDefaults.values;
+    QList<Posted> posts;
+    std::unique_ptr<QWidget> window;
+};
+
+// Where `view` is inside `pane`.
+inline QRect frameIn(const QWidget &pane, const QWidget &view)
+{
+    return {view.mapTo(&pane, QPoint(0, 0)), view.size()};
+}
+
+// The label with that text; null when there is none.
+inline QLabel *labelWith(const QWidget &pane, const QString &text)
+{
+    for (QLabel *label : pane.findChildren<QLabel *>()) {
+        if (label->text() == text)
+            return label;
+    }
+    return nullptr;
+}

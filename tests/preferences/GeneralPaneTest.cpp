@@ -1,0 +1,306 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/GeneralPane.h"
+
+#include "preferences/Controls.h"
+#include "tests/preferences/Fixture.h"
+
+#include <QTest>
+
+class GeneralPaneTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_controls_stand_in_order_with_their_titles();
+    void the_stack_is_24_points_from_the_edges_with_10_points_between_views();
+    void a_fresh_installation_shows_the_defaults();
+    void the_controls_show_what_is_stored();
+    void a_toggle_is_stored_at_once_data();
+    void a_toggle_is_stored_at_once();
+    void start_at_login_registers_and_unregisters_the_login_item();
+    void a_failing_registration_keeps_the_users_choice();
+    void only_start_at_login_touches_the_login_item();
+    void a_check_box_bound_to_nothing_changes_nothing();
+    void the_drag_mode_stores_its_index_and_posts_nothing();
+    void a_drag_mode_without_a_title_shows_none_and_stays_stored();
+    void values_of_the_wrong_type_show_as_the_defaults();
+    void a_store_that_cannot_be_written_keeps_its_values();
+    void the_pane_works_by_keyboard_from_top_to_bottom();
+    void every_control_has_its_label_as_accessible_name();
+};
+
+namespace {
+
+struct PaneFixture : Fixture {
+    GeneralPane &load()
+    {
+        pane = &show(std::make_unique<GeneralPane>(settings, virtualPlatform.loginItem, notifications));
+        return *pane;
+    }
+
+    QCheckBox *box(const QString &key) const { return pane->findChild<QCheckBox *>(key); }
+    QComboBox *dragMode() const { return pane->findChild<QComboBox *>(); }
+
+    GeneralPane *pane = nullptr;
+};
+
+const QStringList kCheckBoxKeys = {SettingsKey::launchAtLogin, SettingsKey::showMenuBarIcon, SettingsKey::showDockIcon,
+                                   SettingsKey::removeItemsWhenDraggedOut, SettingsKey::autoAddScreenshots};
+
+// The views of the stack from top to bottom.
+QList<QWidget *> stackedViews(const QWidget &pane)
+{
+    QList<QWidget *> views = pane.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    std::sort(views.begin(), views.end(), [](const QWidget *a, const QWidget *b) { return a->y() < b->y(); });
+    return views;
+}
+
+QString describe(QWidget *view)
+{
+    if (qobject_cast<Separator *>(view))
+        return QStringLiteral("separator");
+    if (auto *label = qobject_cast<QLabel *>(view))
+        return QStringLiteral("label ") + label->text();
+    if (auto *box = qobject_cast<QCheckBox *>(view))
+        return QStringLiteral("check box ") + box->text();
+    if (auto *popUp = qobject_cast<QComboBox *>(view)) {
+        QStringList titles;
+        for (int i = 0; i < popUp->count(); ++i)
+            titles.append(popUp->itemText(i));
+        return QStringLiteral("pop-up ") + titles.join(QLatin1Char('|'));
+    }
+    return QStringLiteral("something else");
+}
+
+} // namespace
+
+void GeneralPaneTest::the_controls_stand_in_order_with_their_titles()
+{
+    PaneFixture f;
+    QStringList shown;
+    for (QWidget *view : stackedViews(f.load()))
+        shown.append(describe(view));
+    QCOMPARE(shown,
+             QStringList({QStringLiteral("label General"), QStringLiteral("separator"),
+                          QStringLiteral("check box Start at login"), QStringLiteral("check box Show menu bar icon"),
+                          QStringLiteral("check box Show Dock icon"), QStringLiteral("separator"),
+                          QStringLiteral("check box Remove items when dragged out"), QStringLiteral("label Drag mode"),
+                          QStringLiteral("pop-up Copy files|Move files|Create alias"), QStringLiteral("separator"),
+                          QStringLiteral("check box Automatically add new screenshots")}));
+}
+
+void GeneralPaneTest::the_stack_is_24_points_from_the_edges_with_10_points_between_views()
+{
+    PaneFixture f;
+    const QWidget &pane = f.load();
+    const QList<QWidget *> views = stackedViews(pane);
+    QCOMPARE(views.first()->y(), 24);
+    for (int i = 0; i < views.size(); ++i) {
+        QCOMPARE(views.at(i)->x(), 24);
+        if (qobject_cast<Separator *>(views.at(i)))
+            QCOMPARE(views.at(i)->width(), pane.width() - 48);
+        else
+            QVERIFY(views.at(i)->geometry().right() < pane.width() - 24);
+        if (i > 0)
+            QCOMPARE(views.at(i)->y() - views.at(i - 1)->geometry().bottom() - 1, 10);
+    }
+    for (const QLabel *label : pane.findChildren<QLabel *>())
+        QCOMPARE(label->font().pixelSize(), 13);
+}
+
+void GeneralPaneTest::a_fresh_installation_shows_the_defaults()
+{
+    PaneFixture f;
+    f.load();
+    QCOMPARE(f.box(SettingsKey::launchAtLogin)->isChecked(), false);
+    QCOMPARE(f.box(SettingsKey::showMenuBarIcon)->isChecked(), true);
+    QCOMPARE(f.box(SettingsKey::showDockIcon)->isChecked(), false);
+    QCOMPARE(f.box(SettingsKey::removeItemsWhenDraggedOut)->isChecked(), true);
+    QCOMPARE(f.box(SettingsKey::autoAddScreenshots)->isChecked(), true);
+    QCOMPARE(f.dragMode()->currentText(), QStringLiteral("Copy files"));
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+    QVERIFY(f.posts.isEmpty());
+}
+
+void GeneralPaneTest::the_controls_show_what_is_stored()
+{
+    PaneFixture f;
+    for (const bool on : {true, false}) {
+        for (const QString &key : kCheckBoxKeys)
+            f.values.insert(key, on);
+        f.values.insert(SettingsKey::dragMode, on ? 1.0 : 2.0);
+        f.load();
+        for (const QString &key : kCheckBoxKeys)
+            QCOMPARE(f.box(key)->isChecked(), on);
+        QCOMPARE(f.dragMode()->currentText(), on ? QStringLiteral("Move files") : QStringLiteral("Create alias"));
+    }
+}
+
+void GeneralPaneTest::a_toggle_is_stored_at_once_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("posts");
+    QTest::newRow("login") << SettingsKey::launchAtLogin << 0;
+    QTest::newRow("menu bar icon") << SettingsKey::showMenuBarIcon << 1;
+    QTest::newRow("Dock icon") << SettingsKey::showDockIcon << 1;
+    QTest::newRow("removal") << SettingsKey::removeItemsWhenDraggedOut << 0;
+    QTest::newRow("screenshots") << SettingsKey::autoAddScreenshots << 0;
+}
+
+void GeneralPaneTest::a_toggle_is_stored_at_once()
+{
+    QFETCH(const QString, key);
+    QFETCH(const int, posts);
+    PaneFixture f;
+    f.load();
+    const bool was = f.box(key)->isChecked();
+
+    f.box(key)->click();
+    QCOMPARE(f.stored(key), QVariant(!was));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{key});
+    QCOMPARE(f.settingsChangedPosts(), posts);
+
+    f.box(key)->click();
+    QCOMPARE(f.stored(key), QVariant(was));
+    QCOMPARE(f.settingsChangedPosts(), 2 * posts);
+
+    f.values.insert(key, !was);
+    f.load();
+    QCOMPARE(f.box(key)->isChecked(), !was);
+}
+
+void GeneralPaneTest::start_at_login_registers_and_unregisters_the_login_item()
+{
+    PaneFixture f;
+    f.load();
+    f.box(SettingsKey::launchAtLogin)->click();
+    QVERIFY(f.virtualPlatform.loginItem.enabled);
+    f.box(SettingsKey::launchAtLogin)->click();
+    QVERIFY(!f.virtualPlatform.loginItem.enabled);
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
+    QVERIFY(f.posts.isEmpty());
+}
+
+void GeneralPaneTest::a_failing_registration_keeps_the_users_choice()
+{
+    PaneFixture f;
+    f.virtualPlatform.loginItem.fails = true;
+    f.load();
+    f.box(SettingsKey::launchAtLogin)->click();
+    QCOMPARE(f.stored(SettingsKey::launchAtLogin), QVariant(true));
+    QVERIFY(f.box(SettingsKey::launchAtLogin)->isChecked());
+    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
+    f.box(SettingsKey::launchAtLogin)->click();
+    QCOMPARE(f.stored(SettingsKey::launchAtLogin), QVariant(false));
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
+}
+
+void GeneralPaneTest::only_start_at_login_touches_the_login_item()
+{
+    PaneFixture f;
+    f.load();
+    for (const QString &key : kCheckBoxKeys.mid(1))
+        f.box(key)->click();
+    QVERIFY(f.virtualPlatform.loginItem.calls.isEmpty());
+}
+
+void GeneralPaneTest::a_check_box_bound_to_nothing_changes_nothing()
+{
+    PaneFixture f;
+    QCheckBox stranger;
+    stranger.setChecked(true);
+    f.load().toggleChanged(&stranger);
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+    QVERIFY(f.posts.isEmpty());
+    QVERIFY(f.virtualPlatform.loginItem.calls.isEmpty());
+}
+
+void GeneralPaneTest::the_drag_mode_stores_its_index_and_posts_nothing()
+{
+    PaneFixture f;
+    f.load();
+    for (const int index : {1, 2}) {
+        QTest::keyClick(f.dragMode(), Qt::Key_Down);
+        QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(index));
+    }
+    QCOMPARE(f.dragMode()->currentText(), QStringLiteral("Create alias"));
+    QTest::keyClick(f.dragMode(), Qt::Key_Home);
+    QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(0));
+    QVERIFY(f.posts.isEmpty());
+}
+
+void GeneralPaneTest::a_drag_mode_without_a_title_shows_none_and_stays_stored()
+{
+    PaneFixture f;
+    for (const double value : {5.0, -1.0, 1e300}) {
+        f.values.insert(SettingsKey::dragMode, value);
+        f.load();
+        if (value < 1e10)
+            QCOMPARE(f.dragMode()->currentIndex(), -1);
+        QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(value));
+    }
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+}
+
+void GeneralPaneTest::values_of_the_wrong_type_show_as_the_defaults()
+{
+    PaneFixture f;
+    for (const QString &key : kCheckBoxKeys + QStringList{SettingsKey::dragMode})
+        f.values.insert(key, QStringLiteral("yes"));
+    f.load();
+    QCOMPARE(f.box(SettingsKey::launchAtLogin)->isChecked(), false);
+    QCOMPARE(f.box(SettingsKey::showMenuBarIcon)->isChecked(), true);
+    QCOMPARE(f.box(SettingsKey::showDockIcon)->isChecked(), false);
+    QCOMPARE(f.box(SettingsKey::removeItemsWhenDraggedOut)->isChecked(), true);
+    QCOMPARE(f.box(SettingsKey::autoAddScreenshots)->isChecked(), true);
+    QCOMPARE(f.dragMode()->currentIndex(), 0);
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+}
+
+void GeneralPaneTest::a_store_that_cannot_be_written_keeps_its_values()
+{
+    PaneFixture f;
+    f.virtualPlatform.userDefaults.writable = false;
+    f.load();
+    for (const QString &key : kCheckBoxKeys)
+        f.box(key)->click();
+    QTest::keyClick(f.dragMode(), Qt::Key_Down);
+    QVERIFY(f.values.isEmpty());
+    // What is applied is what is stored, not what the box shows.
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{QStringLiteral("disable")});
+
+    f.load();
+    QCOMPARE(f.box(SettingsKey::launchAtLogin)->isChecked(), false);
+    QCOMPARE(f.box(SettingsKey::showMenuBarIcon)->isChecked(), true);
+    QCOMPARE(f.dragMode()->currentIndex(), 0);
+}
+
+void GeneralPaneTest::the_pane_works_by_keyboard_from_top_to_bottom()
+{
+    PaneFixture f;
+    f.load();
+    f.window->activateWindow();
+    QList<QWidget *> visited;
+    f.box(SettingsKey::launchAtLogin)->setFocus();
+    for (int i = 0; i < 6; ++i) {
+        visited.append(f.window->focusWidget());
+        QTest::keyClick(f.window->focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(visited, QList<QWidget *>({f.box(SettingsKey::launchAtLogin), f.box(SettingsKey::showMenuBarIcon),
+                                        f.box(SettingsKey::showDockIcon), f.box(SettingsKey::removeItemsWhenDraggedOut),
+                                        f.dragMode(), f.box(SettingsKey::autoAddScreenshots)}));
+    QTest::keyClick(visited.at(2), Qt::Key_Space);
+    QCOMPARE(f.stored(SettingsKey::showDockIcon), QVariant(true));
+}
+
+void GeneralPaneTest::every_control_has_its_label_as_accessible_name()
+{
+    PaneFixture f;
+    const QWidget &pane = f.load();
+    QCOMPARE(labelWith(pane, QStringLiteral("Drag mode"))->buddy(), f.dragMode());
+    QCOMPARE(f.dragMode()->accessibleName(), QStringLiteral("Drag mode"));
+    for (const QString &key : kCheckBoxKeys)
+        QVERIFY(!f.box(key)->text().isEmpty());
+}
+
+QTEST_MAIN(GeneralPaneTest)
+#include "GeneralPaneTest.moc"

@@ -1,0 +1,366 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/PreferencesWindowController.h"
+
+#include "preferences/AboutPane.h"
+#include "preferences/AppearancePane.h"
+#include "preferences/BehaviorPane.h"
+#include "preferences/GeneralPane.h"
+#include "preferences/SidebarViewController.h"
+#include "preferences/WelcomePane.h"
+#include "tests/preferences/Fixture.h"
+
+#include <QPointer>
+#include <QShortcut>
+#include <QTest>
+
+class PreferencesWindowControllerTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_window_is_700_by_500_points_in_the_middle_of_the_screen();
+    void the_window_goes_to_the_middle_of_what_docks_leave_of_the_screen();
+    void without_a_screen_the_window_is_made_all_the_same();
+    void the_window_opens_on_the_welcome_pane();
+    void opening_brings_the_one_window_to_the_front_with_its_last_pane();
+    void a_minimised_window_comes_back_when_opened();
+    void opening_again_leaves_the_focus_with_a_panel_of_the_window();
+    void closing_only_hides_the_window();
+    void escape_and_command_w_close_the_window();
+    void the_window_never_gets_smaller_than_600_by_420();
+    void the_sidebar_is_160_to_200_points_wide_and_cannot_be_collapsed();
+    void each_pane_has_its_class();
+    void every_switch_makes_a_new_pane_and_ends_the_old_one();
+    void showing_a_pane_selects_its_row_without_showing_it_twice();
+    void a_click_in_the_sidebar_shows_the_pane();
+    void the_arrow_keys_in_the_sidebar_show_one_pane_after_the_other();
+    void the_appearance_pane_is_announced_when_it_comes_and_when_it_goes();
+    void panes_that_are_not_the_appearance_pane_announce_nothing();
+    void closing_on_the_appearance_pane_announces_nothing_until_the_next_switch();
+    void a_pane_reads_the_settings_when_it_is_shown();
+    void a_sidebar_that_outlives_the_controller_calls_nobody();
+};
+
+namespace {
+
+struct WindowFixture : Fixture {
+    PreferencesWindowController controller{virtualPlatform.platform, settings, notifications};
+
+    QListView &list() { return *controller.sidebar()->tableView; }
+    QSplitter &splitter() { return *controller.window()->findChild<QSplitter *>(); }
+    int selectedRow() { return list().selectionModel()->selectedRows().value(0).row(); }
+
+    // The announcements of the Appearance pane so far; anything else posted shows as "?".
+    QString announcements() const
+    {
+        QString text;
+        for (const Posted &post : posts) {
+            const QVariant active = post.userInfo.value(QStringLiteral("active"));
+            if (post.name != Notifications::appearancePaneActive || post.userInfo.size() != 1 ||
+                active.typeId() != QMetaType::Bool)
+                text += QLatin1Char('?');
+            else
+                text += QLatin1Char(active.toBool() ? '+' : '-');
+        }
+        return text;
+    }
+};
+
+void dragDivider(QSplitter &splitter, int distance)
+{
+    QWidget *divider = splitter.handle(1);
+    const QPointF start(0, 50);
+    const QPointF end(distance, 50);
+    QTest::mousePress(divider, Qt::LeftButton, {}, start.toPoint());
+    QMouseEvent move(QEvent::MouseMove, end, divider->mapToGlobal(end), Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(divider, &move);
+    QTest::mouseRelease(divider, Qt::LeftButton, {}, end.toPoint());
+}
+
+void runDeferredDeletes()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+
+void PreferencesWindowControllerTest::the_window_is_700_by_500_points_in_the_middle_of_the_screen()
+{
+    WindowFixture f;
+    QWidget *window = f.controller.window();
+    QCOMPARE(window->geometry(), QRect(290, 150, 700, 500));
+    QCOMPARE(window->windowTitle(), QStringLiteral("Parklet Preferences"));
+    QCOMPARE(window->windowRole(), QStringLiteral("preferences"));
+    QVERIFY(!f.controller.isWindowVisible());
+    const Qt::WindowFlags flags = window->windowFlags();
+    QCOMPARE(flags & Qt::WindowType_Mask, Qt::WindowFlags(Qt::Window));
+    for (const Qt::WindowType hint : {Qt::WindowTitleHint, Qt::WindowCloseButtonHint, Qt::WindowMinimizeButtonHint})
+        QVERIFY(flags.testFlag(hint));
+}
+
+void PreferencesWindowControllerTest::the_window_goes_to_the_middle_of_what_docks_leave_of_the_screen()
+{
+    Fixture f;
+    f.virtualPlatform.screens.screens = {Screen{QRectF(100, 0, 1900, 1000), QRectF(100, 40, 1800, 900), 1.0}};
+    PreferencesWindowController controller{f.virtualPlatform.platform, f.settings, f.notifications};
+    QCOMPARE(controller.window()->geometry(), QRect(650, 240, 700, 500));
+}
+
+void PreferencesWindowControllerTest::without_a_screen_the_window_is_made_all_the_same()
+{
+    Fixture f;
+    f.virtualPlatform.screens.screens.clear();
+    PreferencesWindowController controller{f.virtualPlatform.platform, f.settings, f.notifications};
+    QCOMPARE(controller.window()->size(), QSize(700, 500));
+}
+
+void PreferencesWindowControllerTest::the_window_opens_on_the_welcome_pane()
+{
+    WindowFixture f;
+    QVERIFY(qobject_cast<WelcomePane *>(f.controller.pane()));
+    QCOMPARE(f.selectedRow(), 0);
+    QVERIFY(f.posts.isEmpty());
+}
+
+void PreferencesWindowControllerTest::opening_brings_the_one_window_to_the_front_with_its_last_pane()
+{
+    WindowFixture f;
+    QWidget *window = f.controller.window();
+    f.controller.showWindow();
+    QVERIFY(f.controller.isWindowVisible());
+    f.controller.showPane(PrefPane::about);
+    BasePane *pane = f.controller.pane();
+    f.controller.showWindow();
+    QCOMPARE(f.controller.window(), window);
+    QCOMPARE(f.controller.pane(), pane);
+    QCOMPARE(f.virtualPlatform.activationPolicy.activated.size(), 2);
+    QCOMPARE(f.virtualPlatform.activationPolicy.activated.last().data(), window);
+    QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);
+}
+
+void PreferencesWindowControllerTest::a_minimised_window_comes_back_when_opened()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.window()->showMinimized();
+    f.controller.showWindow();
+    QVERIFY(!f.controller.window()->isMinimized());
+    QVERIFY(f.controller.isWindowVisible());
+}
+
+void PreferencesWindowControllerTest::opening_again_leaves_the_focus_with_a_panel_of_the_window()
+{
+    // A change made in the colour panel has the application bring the preferences forward.
+    WindowFixture f;
+    f.controller.showWindow();
+    QWidget panel(f.controller.pane(), Qt::Dialog);
+    panel.show();
+    panel.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&panel));
+    f.controller.showWindow();
+    QCOMPARE(f.virtualPlatform.activationPolicy.activated.last().data(), &panel);
+
+    QWidget stranger;
+    stranger.show();
+    stranger.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stranger));
+    f.controller.showWindow();
+    QCOMPARE(f.virtualPlatform.activationPolicy.activated.last().data(), f.controller.window());
+}
+
+void PreferencesWindowControllerTest::closing_only_hides_the_window()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.showPane(PrefPane::general);
+    const QPointer<QWidget> window = f.controller.window();
+    const QPointer<BasePane> pane = f.controller.pane();
+    window->close();
+    runDeferredDeletes();
+    QVERIFY(!f.controller.isWindowVisible());
+    QVERIFY(window);
+    f.controller.showWindow();
+    QVERIFY(f.controller.isWindowVisible());
+    QCOMPARE(f.controller.pane(), pane.data());
+}
+
+void PreferencesWindowControllerTest::escape_and_command_w_close_the_window()
+{
+    WindowFixture f;
+    for (const auto &[key, modifiers] : {std::pair(Qt::Key_Escape, Qt::NoModifier), {Qt::Key_W, Qt::ControlModifier}}) {
+        f.controller.showWindow();
+        f.controller.window()->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(f.controller.window()));
+        QTest::keyClick(&f.list(), key, modifiers);
+        QVERIFY(!f.controller.isWindowVisible());
+    }
+}
+
+void PreferencesWindowControllerTest::the_window_never_gets_smaller_than_600_by_420()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    for (const PrefPane pane :
+         {PrefPane::welcome, PrefPane::general, PrefPane::behavior, PrefPane::appearance, PrefPane::about}) {
+        f.controller.showPane(pane);
+        f.controller.window()->resize(100, 100);
+        QCOMPARE(f.controller.window()->size(), QSize(600, 420));
+        QCOMPARE(f.controller.window()->minimumSize(), QSize(600, 420));
+        QVERIFY(f.controller.pane()->width() >= 600 - 200 - 1);
+    }
+}
+
+void PreferencesWindowControllerTest::the_sidebar_is_160_to_200_points_wide_and_cannot_be_collapsed()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    QCOMPARE(f.splitter().orientation(), Qt::Horizontal);
+    QCOMPARE(f.splitter().widget(0), f.controller.sidebar());
+    QCOMPARE(f.splitter().widget(1), f.controller.pane());
+    QCOMPARE(f.splitter().count(), 2);
+    for (const auto &[distance, width] : {std::pair(-150, 160), {150, 200}}) {
+        dragDivider(f.splitter(), distance);
+        QCOMPARE(f.controller.sidebar()->width(), width);
+    }
+    dragDivider(f.splitter(), -15);
+    QVERIFY(f.controller.sidebar()->width() > 160 && f.controller.sidebar()->width() < 200);
+    // The room that the window gains or loses goes to the pane.
+    f.splitter().setSizes({180, 520});
+    f.controller.window()->resize(1000, 600);
+    QCOMPARE(f.controller.sidebar()->width(), 180);
+    f.controller.window()->resize(600, 420);
+    QCOMPARE(f.controller.sidebar()->width(), 180);
+}
+
+void PreferencesWindowControllerTest::each_pane_has_its_class()
+{
+    WindowFixture f;
+    f.controller.showPane(PrefPane::general);
+    QVERIFY(qobject_cast<GeneralPane *>(f.controller.pane()));
+    f.controller.showPane(PrefPane::behavior);
+    QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
+    f.controller.showPane(PrefPane::appearance);
+    QVERIFY(qobject_cast<AppearancePane *>(f.controller.pane()));
+    f.controller.showPane(PrefPane::about);
+    QVERIFY(qobject_cast<AboutPane *>(f.controller.pane()));
+    f.controller.showPane(PrefPane::welcome);
+    QVERIFY(qobject_cast<WelcomePane *>(f.controller.pane()));
+}
+
+void PreferencesWindowControllerTest::every_switch_makes_a_new_pane_and_ends_the_old_one()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.showPane(PrefPane::general);
+    const QPointer<BasePane> first = f.controller.pane();
+    f.controller.showPane(PrefPane::general);
+    QVERIFY(f.controller.pane() != first);
+    QVERIFY(f.controller.pane()->isVisible());
+    QCOMPARE(f.splitter().widget(1), f.controller.pane());
+    QCOMPARE(f.splitter().count(), 2);
+    runDeferredDeletes();
+    QVERIFY(!first);
+    QCOMPARE(f.controller.window()->findChildren<BasePane *>().size(), 1);
+}
+
+void PreferencesWindowControllerTest::showing_a_pane_selects_its_row_without_showing_it_twice()
+{
+    WindowFixture f;
+    int row = 0;
+    for (const PrefPane pane :
+         {PrefPane::welcome, PrefPane::general, PrefPane::behavior, PrefPane::appearance, PrefPane::about}) {
+        f.controller.showPane(pane);
+        QCOMPARE(f.selectedRow(), row++);
+        // A pane that had been shown twice would wait to be deleted beside the one it replaced.
+        QCOMPARE(f.splitter().count(), 2);
+    }
+    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+}
+
+void PreferencesWindowControllerTest::a_click_in_the_sidebar_shows_the_pane()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    const QRect row = f.list().visualRect(f.list().model()->index(2, 0));
+    QTest::mouseClick(f.list().viewport(), Qt::LeftButton, {}, row.center());
+    QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
+    QCOMPARE(f.selectedRow(), 2);
+    // A click beside the rows changes nothing.
+    const BasePane *pane = f.controller.pane();
+    QTest::mouseClick(f.list().viewport(), Qt::LeftButton, {}, QPoint(80, 400));
+    QCOMPARE(f.controller.pane(), pane);
+}
+
+void PreferencesWindowControllerTest::the_arrow_keys_in_the_sidebar_show_one_pane_after_the_other()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    QTest::keyClick(&f.list(), Qt::Key_Down);
+    QVERIFY(qobject_cast<GeneralPane *>(f.controller.pane()));
+    QTest::keyClick(&f.list(), Qt::Key_Down);
+    QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
+    QTest::keyClick(&f.list(), Qt::Key_Down);
+    QVERIFY(qobject_cast<AppearancePane *>(f.controller.pane()));
+    QTest::keyClick(&f.list(), Qt::Key_Up);
+    QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
+    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+}
+
+void PreferencesWindowControllerTest::the_appearance_pane_is_announced_when_it_comes_and_when_it_goes()
+{
+    WindowFixture f;
+    f.controller.showPane(PrefPane::appearance);
+    QCOMPARE(f.announcements(), QStringLiteral("+"));
+    f.controller.showPane(PrefPane::appearance);
+    QCOMPARE(f.announcements(), QStringLiteral("+"));
+    f.controller.showPane(PrefPane::about);
+    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+    f.controller.showPane(PrefPane::appearance);
+    QCOMPARE(f.announcements(), QStringLiteral("+-+"));
+}
+
+void PreferencesWindowControllerTest::panes_that_are_not_the_appearance_pane_announce_nothing()
+{
+    WindowFixture f;
+    for (const PrefPane pane : {PrefPane::general, PrefPane::behavior, PrefPane::about, PrefPane::welcome})
+        f.controller.showPane(pane);
+    QVERIFY(f.posts.isEmpty());
+}
+
+void PreferencesWindowControllerTest::closing_on_the_appearance_pane_announces_nothing_until_the_next_switch()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.showPane(PrefPane::appearance);
+    f.controller.window()->close();
+    f.controller.showWindow();
+    QCOMPARE(f.announcements(), QStringLiteral("+"));
+    f.controller.showPane(PrefPane::welcome);
+    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+}
+
+void PreferencesWindowControllerTest::a_pane_reads_the_settings_when_it_is_shown()
+{
+    WindowFixture f;
+    const auto isOn = [&f](const QString &key) {
+        return f.controller.pane()->findChild<QCheckBox *>(key)->isChecked();
+    };
+    f.controller.showPane(PrefPane::general);
+    QVERIFY(isOn(SettingsKey::showMenuBarIcon));
+    f.values.insert(SettingsKey::showMenuBarIcon, false);
+    QVERIFY(isOn(SettingsKey::showMenuBarIcon));
+    f.controller.showPane(PrefPane::general);
+    QVERIFY(!isOn(SettingsKey::showMenuBarIcon));
+}
+
+void PreferencesWindowControllerTest::a_sidebar_that_outlives_the_controller_calls_nobody()
+{
+    std::function<void(PrefPane)> callback;
+    {
+        WindowFixture f;
+        callback = f.controller.sidebar()->onSelect;
+    }
+    callback(PrefPane::general);
+}
+
+QTEST_MAIN(PreferencesWindowControllerTest)
+#include "PreferencesWindowControllerTest.moc"

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+#include "preferences/SidebarViewController.h"
+
+#include "preferences/Controls.h"
+#include "preferences/SidebarCell.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QPainter>
+#include <QTest>
+
+class SidebarViewControllerTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_rows_stand_in_order_with_their_titles_and_symbols();
+    void welcome_is_selected_at_first();
+    void selecting_a_row_calls_back_with_its_pane();
+    void the_arrow_keys_select();
+    void a_silent_selection_calls_nobody_back_and_selects_exactly_one_row();
+    void losing_the_selection_calls_nobody_back();
+    void without_a_callback_a_selection_is_harmless();
+    void reloading_keeps_the_selection_and_calls_nobody_back();
+    void a_row_is_38_points_high_with_its_symbol_and_title_in_their_frames();
+    void the_symbols_are_in_the_secondary_colour_and_on_the_selection_in_its_own();
+    void the_symbols_follow_the_palette();
+    void the_list_does_not_scroll_and_shows_what_is_behind_it();
+    void rows_cannot_be_edited();
+    void a_missing_symbol_leaves_the_title();
+};
+
+namespace {
+
+struct Fixture {
+    Fixture()
+    {
+        sidebar.resize(180, 500);
+        sidebar.onSelect = [this](PrefPane pane) { selected.append(pane); };
+        window.show();
+    }
+
+    void select(int row) { sidebar.tableView->setCurrentIndex(sidebar.tableView->model()->index(row, 0)); }
+    QModelIndexList selectedRows() const { return sidebar.tableView->selectionModel()->selectedRows(); }
+
+    VirtualPlatform virtualPlatform;
+    QWidget window;
+    SidebarViewController sidebar{virtualPlatform.appearance, &window};
+    QList<PrefPane> selected;
+};
+
+// What the cell draws for row 1 without any selection, 180 points wide.
+QImage drawnRow(const Fixture &f, QStyle::State state)
+{
+    QImage image(180, 38, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QStyleOptionViewItem option;
+    option.initFrom(f.sidebar.tableView);
+    option.state = state;
+    option.font = f.sidebar.tableView->font();
+    option.fontMetrics = QFontMetrics(option.font);
+    option.palette.setColor(QPalette::WindowText, Qt::black);
+    option.palette.setColor(QPalette::HighlightedText, Qt::black);
+    option.rect = image.rect();
+    f.sidebar.tableView->itemDelegate()->paint(&painter, option, f.sidebar.tableView->model()->index(1, 0));
+    return image;
+}
+
+// The smallest rectangle within columns `from` to `to` that holds everything that is not white.
+QRect inkBetween(const QImage &image, int from, int to)
+{
+    QRect ink;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = from; x < to; ++x) {
+            if (image.pixelColor(x, y) != QColor(Qt::white))
+                ink |= QRect(x, y, 1, 1);
+        }
+    }
+    return ink;
+}
+
+} // namespace
+
+void SidebarViewControllerTest::the_rows_stand_in_order_with_their_titles_and_symbols()
+{
+    struct Expected {
+        QString title;
+        QString icon;
+        PrefPane pane;
+    };
+    const QList<Expected> expected = {
+        {QStringLiteral("Welcome"), QStringLiteral("hand.wave"), PrefPane::welcome},
+        {QStringLiteral("General"), QStringLiteral("gearshape"), PrefPane::general},
+        {QStringLiteral("Behavior"), QStringLiteral("rectangle.on.rectangle"), PrefPane::behavior},
+        {QStringLiteral("Appearance"), QStringLiteral("paintpalette"), PrefPane::appearance},
+        {QStringLiteral("About"), QStringLiteral("info.circle"), PrefPane::about},
+    };
+    Fixture f;
+    const QAbstractItemModel &model = *f.sidebar.tableView->model();
+    QCOMPARE(SidebarViewController::rows().size(), expected.size());
+    QCOMPARE(model.rowCount(), static_cast<int>(expected.size()));
+    for (int i = 0; i < expected.size(); ++i) {
+        const SidebarViewController::Row &row = SidebarViewController::rows().at(i);
+        QCOMPARE(row.title, expected.at(i).title);
+        QCOMPARE(row.icon, expected.at(i).icon);
+        QCOMPARE(row.pane, expected.at(i).pane);
+        QCOMPARE(model.index(i, 0).data().toString(), expected.at(i).title);
+        QVERIFY(!model.index(i, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
+    }
+    for (const Expected &row : expected)
+        QVERIFY(QFile::exists(QStringLiteral(":/symbols/%1.svg").arg(row.icon)));
+}
+
+void SidebarViewControllerTest::welcome_is_selected_at_first()
+{
+    Fixture f;
+    QCOMPARE(f.selectedRows().size(), 1);
+    QCOMPARE(f.selectedRows().first().row(), 0);
+    QVERIFY(f.selected.isEmpty());
+}
+
+void SidebarViewControllerTest::selecting_a_row_calls_back_with_its_pane()
+{
+    Fixture f;
+    const QRect rect = f.sidebar.tableView->visualRect(f.sidebar.tableView->model()->index(3, 0));
+    QTest::mouseClick(f.sidebar.tableView->viewport(), Qt::LeftButton, {}, rect.center());
+    QCOMPARE(f.selected, QList<PrefPane>{PrefPane::appearance});
+}
+
+void SidebarViewControllerTest::the_arrow_keys_select()
+{
+    Fixture f;
+    QTest::keyClick(f.sidebar.tableView, Qt::Key_Down);
+    QTest::keyClick(f.sidebar.tableView, Qt::Key_Down);
+    QTest::keyClick(f.sidebar.tableView, Qt::Key_End);
+    QCOMPARE(f.selected, QList<PrefPane>({PrefPane::general, PrefPane::behavior, PrefPane::about}));
+}
+
+void SidebarViewControllerTest::a_silent_selection_calls_nobody_back_and_selects_exactly_one_row()
+{
+    Fixture f;
+    f.sidebar.selectSilently(PrefPane::behavior);
+    QVERIFY(f.selected.isEmpty());
+    QCOMPARE(f.selectedRows().size(), 1);
+    QCOMPARE(f.selectedRows().first().row(), 2);
+    f.select(4);
+    QCOMPARE(f.selected, QList<PrefPane>{PrefPane::about});
+}
+
+void SidebarViewControllerTest::losing_the_selection_calls_nobody_back()
+{
+    Fixture f;
+    f.sidebar.tableView->clearSelection();
+    QVERIFY(f.selectedRows().isEmpty());
+    QVERIFY(f.selected.isEmpty());
+}
+
+void SidebarViewControllerTest::without_a_callback_a_selection_is_harmless()
+{
+    Fixture f;
+    f.sidebar.onSelect = nullptr;
+    f.select(1);
+    QCOMPARE(f.selectedRows().first().row(), 1);
+}
+
+void SidebarViewControllerTest::reloading_keeps_the_selection_and_calls_nobody_back()
+{
+    Fixture f;
+    f.sidebar.selectSilently(PrefPane::general);
+    f.sidebar.reload();
+    QCOMPARE(f.selectedRows().first().row(), 1);
+    QVERIFY(f.selected.isEmpty());
+}
+
+void SidebarViewControllerTest::a_row_is_38_points_high_with_its_symbol_and_title_in_their_frames()
+{
+    Fixture f;
+    for (int i = 0; i < 5; ++i) {
+        const QRect rect = f.sidebar.tableView->visualRect(f.sidebar.tableView->model()->index(i, 0));
+        QCOMPARE(rect.height(), 38);
+        QCOMPARE(rect.y(), 38 * i);
+    }
+    // A virtual symbol is one square of colour; x 10, y 9 above the bottom, 18 by 18.
+    const QImage image = drawnRow(f, QStyle::State_Enabled);
+    QCOMPARE(inkBetween(image, 0, 34), QRect(10, 11, 18, 18));
+    // The title is within x 34, y 10 above the bottom, 120 by 17.
+    const QRect title = inkBetween(image, 34, 180);
+    QVERIFY(!title.isEmpty());
+    QVERIFY2(QRect(34, 11, 120, 17).contains(title),
+             qPrintable(QStringLiteral("%1 %2").arg(title.y()).arg(title.height())));
+    QVERIFY(title.x() < 38);
+    QCOMPARE(f.sidebar.tableView->font().pixelSize(), 13);
+}
+
+void SidebarViewControllerTest::the_symbols_are_in_the_secondary_colour_and_on_the_selection_in_its_own()
+{
+    Fixture f;
+    const QPalette palette = f.sidebar.palette();
+    for (const SidebarViewController::Row &row : SidebarViewController::rows()) {
+        QVERIFY(
+            f.virtualPlatform.appearance.symbolRequests.contains(std::pair(row.icon, secondaryLabelColor(palette))));
+    }
+    const QModelIndex index = f.sidebar.tableView->model()->index(0, 0);
+    const auto color = [&index](int role) {
+        return index.data(role).value<QIcon>().pixmap(16).toImage().pixelColor(8, 8);
+    };
+    QCOMPARE(color(SidebarCell::kSelectedSymbolRole), palette.color(QPalette::HighlightedText));
+    QVERIFY(color(Qt::DecorationRole) != color(SidebarCell::kSelectedSymbolRole));
+}
+
+void SidebarViewControllerTest::the_symbols_follow_the_palette()
+{
+    Fixture f;
+    QPalette palette = f.sidebar.palette();
+    palette.setColor(QPalette::PlaceholderText, Qt::magenta);
+    f.sidebar.setPalette(palette);
+    const QModelIndex index = f.sidebar.tableView->model()->index(2, 0);
+    QCOMPARE(index.data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::magenta));
+    QVERIFY(f.selected.isEmpty());
+}
+
+void SidebarViewControllerTest::the_list_does_not_scroll_and_shows_what_is_behind_it()
+{
+    Fixture f;
+    QListView *list = f.sidebar.tableView;
+    QCOMPARE(list->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QVERIFY(!list->viewport()->autoFillBackground());
+    f.sidebar.resize(160, 420);
+    QCOMPARE(list->geometry(), QRect(0, 0, 160, 420));
+}
+
+void SidebarViewControllerTest::rows_cannot_be_edited()
+{
+    Fixture f;
+    QCOMPARE(f.sidebar.tableView->editTriggers(), QAbstractItemView::NoEditTriggers);
+}
+
+void SidebarViewControllerTest::a_missing_symbol_leaves_the_title()
+{
+    Fixture f;
+    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("gearshape")};
+    f.sidebar.reload();
+    const QImage image = drawnRow(f, QStyle::State_Enabled);
+    QVERIFY(inkBetween(image, 0, 34).isEmpty());
+    QVERIFY(!inkBetween(image, 34, 180).isEmpty());
+}
+
+QTEST_MAIN(SidebarViewControllerTest)
+#include "SidebarViewControllerTest.moc"

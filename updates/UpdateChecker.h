@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+class QNetworkAccessManager;
+struct Platform;
+struct VersionRecord;
+
+// Fetches the published version record and tells the user of a newer version.
+class UpdateChecker : public QObject {
+    Q_OBJECT
+
+public:
+    // `versionURL` is the address of the record; one that is not valid is a programming error and fatal.
+    UpdateChecker(Platform &platform, const QUrl &versionURL, const QString &runningVersion, QObject *parent = nullptr);
+
+    // Starts one check, independent of those under way. When there is no newer version it says so, unless `silent`.
+    // A check that fails, for whatever reason, ends without a word.
+    void check(bool silent);
+
+    const QUrl versionURL;
+
+    // Seconds without data after which a check is given up.
+    double timeout = 5.0;
+
+private:
+    void received(const QByteArray &body, bool silent);
+    void tell(const VersionRecord &record, bool silent);
+
+    Platform &platform;
+    const QString runningVersion;
+    QNetworkAccessManager *network = nullptr; // made by the first check
+};

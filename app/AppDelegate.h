@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "drag/DragMonitor.h"
+#include "platform/EventMonitors.h"
+#include "shelf/CursorShelf.h"
+#include "shelf/ShelfPanel.h"
+
+#include <QMenuBar>
+
+#include <memory>
+#include <optional>
+
+class SharedInstances;
+class StatusItem;
+class Timer;
+struct Platform;
+
+// Owns everything that lives for the whole run and wires it together: at launch, on the commands of the status menu,
+// on notifications, and when a drag begins or ends anywhere.
+class AppDelegate : public DragMonitorDelegate {
+    Q_OBJECT
+
+public:
+    explicit AppDelegate(SharedInstances &shared);
+    ~AppDelegate() override;
+
+    ShelfPanel shelf;
+    CursorShelf cursorShelf;
+    bool shelfShownByCurrentDrag = false; // the drag now in progress made the shelf visible
+    bool dropReceivedOnShelf = false;     // something was dropped on a shelf during the current drag
+    std::unique_ptr<QMenuBar> mainMenu;
+
+    // Call once, when the main loop is about to run. Returns after the questions it asks have been answered.
+    void applicationDidFinishLaunching();
+
+    // Shows the shelf if it is hidden.
+    void showShelf();
+
+    void dragMonitorDidStartDrag(const QList<QUrl> &urls) override;
+    void dragMonitorDidEndDrag() override;
+
+public slots:
+    void toggleShelf();
+    void addFromClipboard();
+    void openPreferences();
+    void checkForUpdates();
+    void openMoreApps();
+    void toggleLaunchAtLogin();
+    void handleSettingsChanged();
+    void handleAppearancePaneActive(const QVariantMap &userInfo);
+
+private:
+    void setUpStatusItem();
+    std::unique_ptr<QMenu> buildStatusMenu();
+    void startDragMonitor();
+    void requestAccessibilityPermission();
+    void askAboutUpdateChecks();
+    void synchronizeLoginItem();
+    void startProximityMonitor();
+    void proximityCheck();
+
+    SharedInstances &shared;
+    Platform &platform;
+    std::optional<EventMonitors::Token> proximityMonitor;
+    std::unique_ptr<StatusItem> statusItem;
+    std::shared_ptr<Timer> accessibilityTimer;
+    bool shelfWasVisibleBeforeAppearancePane = false;
+};

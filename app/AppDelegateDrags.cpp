@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+// The application delegate's side of drags in other applications: whether and how the shelf appears, and when it goes.
+#include "app/AppDelegate.h"
+#include "app/SharedInstances.h"
+#include "drag/AutoShow.h"
+#include "platform/Platform.h"
+#include "shelf/ShelfGeometry.h"
+
+namespace {
+
+// Seconds after the release before an unused shelf goes; a drop may still be on its way.
+constexpr double kHideCheckDelay = 0.15;
+
+} // namespace
+
+void AppDelegate::dragMonitorDidStartDrag(const QList<QUrl> &)
+{
+    AppSettings &settings = shared.settings();
+    if (!settings.autoShowDropWindow())
+        return;
+    if (isExcluded(platform.workspace->frontmostBundleIdentifier(), settings.defaults.integer(SettingsKey::excludeMode),
+                   settings.defaults.stringArray(SettingsKey::excludedBundleIDs)))
+        return;
+
+    dropReceivedOnShelf = false;
+    const qint64 trigger = settings.defaults.integer(SettingsKey::autoShowTrigger);
+    switch (trigger) {
+    case kShowAtOnce:
+    case kShowNearCursor:
+        // A shelf that is fading out is brought back, so it is this drag that shows it.
+        shelfShownByCurrentDrag = !shelf.isVisible() || shelf.isHiding();
+        showShelf();
+        if (trigger == kShowNearCursor)
+            cursorShelf.showNearCursor();
+        break;
+    case kShowWhenNear:
+        startProximityMonitor();
+        break;
+    default:
+        break;
+    }
+}
+
+void AppDelegate::startProximityMonitor()
+{
+    // The place where the shelf would appear, though it is hidden.
+    shelf.updateFrame();
+    proximityMonitor = platform.eventMonitors->add(LeftMouseDragged, [delegate = QPointer<AppDelegate>(this)] {
+        if (delegate)
+            delegate->proximityCheck();
+    });
+}
+
+void AppDelegate::proximityCheck()
+{
+    if (shelf.isVisible())
+        return;
+    const QPointF pointer = flipped(platform.screens->pointer(), platform.screens->flipHeight());
+    if (!isNear(pointer, shelf.frame()))
+        return;
+    platform.mainQueue->async([delegate = QPointer<AppDelegate>(this)] {
+        if (delegate && !delegate->shelf.isVisible()) {
+            delegate->shelf.show(true);
+            delegate->shelfShownByCurrentDrag = true;
+        }
+    });
+}
+
+void AppDelegate::dragMonitorDidEndDrag()
+{
+    cursorShelf.hide();
+    if (proximityMonitor) {
+        platform.eventMonitors->remove(*proximityMonitor);
+        proximityMonitor.reset();
+    }
+    const bool shown = shelfShownByCurrentDrag;
+    shelfShownByCurrentDrag = false;
+    if (!shown)
+        return;
+    platform.mainQueue->after(kHideCheckDelay, [delegate = QPointer<AppDelegate>(this)] {
+        if (delegate && !delegate->dropReceivedOnShelf && delegate->shelf.items.isEmpty())
+            delegate->shelf.hide(true);
+    });
+}

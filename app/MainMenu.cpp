@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "app/MainMenu.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMetaMethod>
+
+namespace {
+
+// Invokes the slot `action` of the first object, from the view with the focus outwards, that has one.
+void sendAction(const char *action)
+{
+    QObject *responder = QApplication::focusWidget();
+    if (!responder)
+        responder = QApplication::activeWindow();
+    const QByteArray signature = QByteArray(action) + "()";
+    for (; responder; responder = responder->parent()) {
+        if (responder->metaObject()->indexOfMethod(signature.constData()) >= 0) {
+            QMetaObject::invokeMethod(responder, action);
+            return;
+        }
+    }
+}
+
+void addItem(QMenu *menu, const QString &title, const char *action, const QKeySequence &key)
+{
+    QAction *item = menu->addAction(title);
+    item->setShortcut(key);
+    QObject::connect(item, &QAction::triggered, menu, [action] { sendAction(action); });
+}
+
+} // namespace
+
+std::unique_ptr<QMenuBar> buildMainMenu()
+{
+    auto mainMenu = std::make_unique<QMenuBar>();
+    QMenu *edit = mainMenu->addMenu(QMenuBar::tr("Edit"));
+    addItem(edit, QMenuBar::tr("Undo"), "undo", Qt::CTRL | Qt::Key_Z);
+    addItem(edit, QMenuBar::tr("Redo"), "redo", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    edit->addSeparator();
+    addItem(edit, QMenuBar::tr("Cut"), "cut", Qt::CTRL | Qt::Key_X);
+    addItem(edit, QMenuBar::tr("Copy"), "copy", Qt::CTRL | Qt::Key_C);
+    addItem(edit, QMenuBar::tr("Paste"), "paste", Qt::CTRL | Qt::Key_V);
+    addItem(edit, QMenuBar::tr("Select All"), "selectAll", Qt::CTRL | Qt::Key_A);
+    return mainMenu;
+}

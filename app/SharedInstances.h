@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "drag/DragMonitor.h"
+#include "preferences/PreferencesWindowController.h"
+#include "screenshots/ScreenshotWatcher.h"
+#include "settings/AppSettings.h"
+#include "settings/Notifications.h"
+#include "updates/UpdateChecker.h"
+
+#include <QUrl>
+
+#include <memory>
+
+struct Platform;
+
+// The objects of which the process has one: each is made on first use and kept until the process ends.
+class SharedInstances {
+public:
+    explicit SharedInstances(Platform &platform);
+
+    Platform &platform;
+
+    // Where the update checker, once it is made, fetches the version record.
+    QUrl versionURL;
+
+    AppSettings &settings();
+    NotificationCenter &notifications();
+    DragMonitor &dragMonitor();
+    ScreenshotWatcher &screenshotWatcher();
+    PreferencesWindowController &preferences();
+    UpdateChecker &updateChecker();
+
+    // Whether the preferences window has been made and is on screen; does not make it.
+    bool isPreferencesWindowVisible() const;
+
+private:
+    std::unique_ptr<AppSettings> appSettings;
+    std::unique_ptr<NotificationCenter> center;
+    std::unique_ptr<DragMonitor> monitor;
+    std::unique_ptr<ScreenshotWatcher> watcher;
+    std::unique_ptr<PreferencesWindowController> preferencesController;
+    std::unique_ptr<UpdateChecker> checker;
+};

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/SharedInstances.h"
+#include "settings/AppSettings.h"
+#include "settings/Notifications.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <memory>
+
+// An application delegate on the virtual platform, not yet launched, with a home folder of its own. The question of
+// the first run has been answered already.
+struct AppFixture {
+    AppFixture()
+    {
+        values.insert(SettingsKey::hasShownUpdatePrompt, true);
+        qputenv("HOME", home.path().toLocal8Bit());
+        QDir(home.path()).mkdir(QStringLiteral("Desktop"));
+    }
+
+    void launch() { delegate->applicationDidFinishLaunching(); }
+
+    // Changes a setting as a preference pane does that announces it.
+    void change(const QString &key, const QVariant &value)
+    {
+        values.insert(key, value);
+        shared.notifications().post(Notifications::settingsChanged);
+    }
+
+    QTemporaryDir home;
+    VirtualPlatform virtualPlatform;
+    QMap<QString, QVariant> &values = virtualPlatform.userDefaults.values;
+    QStringList &calls = virtualPlatform.log.calls;
+    VirtualMainQueue &queue = virtualPlatform.mainQueue;
+    VirtualFloatingPanels &panels = virtualPlatform.floatingPanels;
+    SharedInstances shared{virtualPlatform.platform};
+    std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(shared);
+    ShelfPanel &shelf = delegate->shelf;
+    CursorShelf &cursorShelf = delegate->cursorShelf;
+};
+
+inline QUrl file(const char *path)
+{
+    return QUrl::fromLocalFile(QString::fromUtf8(path));
+}

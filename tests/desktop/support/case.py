@@ -1,0 +1,52 @@
+# SPDX-License-Identifier: MIT
+"""A test with a desktop to itself."""
+import os
+import pathlib
+import unittest
+
+from .desktop import Desktop
+from .parklet import Parklet
+from .waiting import wait_for
+
+EVIDENCE = pathlib.Path(os.environ.get("PARKLET_EVIDENCE", "/tmp/parklet-evidence"))
+
+
+class DesktopTest(unittest.TestCase):
+    screen = {}  # what Desktop() takes
+
+    def setUp(self):
+        self.desktop = Desktop(**self.screen)
+        self.addCleanup(self.leave)
+        self.hand = self.desktop.hand
+
+    def leave(self):
+        result = self._outcome.result
+        if any(test is self for test, _ in result.failures + result.errors):
+            folder = EVIDENCE / self.id()
+            self.desktop.keep_evidence(folder)
+            print(f"the logs and a picture of the screen are in {folder}")
+        self.desktop.close()
+
+    def parklet(self, **settings):
+        """The program, running with these settings."""
+        self.app = Parklet(self.desktop, settings).start()
+        return self.app
+
+    def file(self, name, content="some words\n"):
+        """A file in the folder "things"; the name may be bytes."""
+        folder = os.fsencode(self.desktop.home / "things")
+        os.makedirs(folder, exist_ok=True)
+        path = pathlib.Path(os.fsdecode(os.path.join(folder, os.fsencode(name))))
+        path.write_bytes(content if isinstance(content, bytes) else content.encode())
+        return path
+
+    def files(self, count):
+        return [self.file(f"file {number:02}.txt") for number in range(1, count + 1)]
+
+    def folder(self, name):
+        path = self.desktop.home / name
+        path.mkdir()
+        return path
+
+    def wait_for(self, condition, message):
+        return wait_for(condition, message)

@@ -1,0 +1,210 @@
+# SPDX-License-Identifier: MIT
+"""A virtual desktop: X server, window manager, compositor, panel with a tray, session bus, folders of its own."""
+import os
+import pathlib
+import shutil
+import socket as sockets
+import subprocess
+import tempfile
+
+from Xlib import display as xdisplay
+
+from .accessibility import Accessibility
+from .hand import Hand
+from .processes import Processes
+from .waiting import wait_for
+from .windows import Windows
+
+# What a desktop takes over from the environment it is started in.
+INHERITED = ("PATH", "TMPDIR", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS")
+
+GTK3_SETTINGS = """[Settings]
+gtk-theme-name=Adwaita
+gtk-icon-theme-name=Adwaita
+gtk-font-name=Inter 10
+gtk-enable-animations=0
+gtk-recent-files-enabled=0
+"""
+# Whatever asks for a sans serif gets the same letters.
+FONTS = """<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+  <alias binding="strong"><family>sans-serif</family><prefer><family>Inter</family></prefer></alias>
+</fontconfig>
+"""
+GTK2_SETTINGS = """gtk-icon-theme-name = "Adwaita"
+gtk-font-name = "Inter 10"
+"""
+TINT2_SETTINGS = """rounded = {rounded}
+border_width = 0
+background_color = #101418 {opacity}
+border_color = #000000 0
+panel_items = {items}
+panel_position = {position}
+panel_size = {size}
+panel_margin = {margin}
+panel_padding = 8 2 8
+panel_background_id = 1
+strut_policy = {strut}
+panel_layer = bottom
+systray_padding = 4 4 6
+systray_background_id = 0
+systray_icon_size = 20
+systray_monitor = 1
+time1_format = %H:%M
+time1_font = Inter Medium 10
+clock_font_color = #ffffff 90
+clock_padding = 8 0
+task_text = 1
+task_icon = 1
+task_centered = 0
+task_font = Inter 10
+task_font_color = #ffffff 90
+task_padding = 8 6 8
+task_maximum_size = 180 34
+taskbar_padding = 4 0 4
+"""
+
+
+def listens(path):
+    """Whether somebody takes connections there; a socket's file comes a moment earlier."""
+    with sockets.socket(sockets.AF_UNIX) as attempt:
+        return attempt.connect_ex(os.fspath(path)) == 0
+
+
+class Desktop:
+    """`Desktop(...)` starts everything and answers when it is there; close() ends everything.
+
+    panel: "tray" is a small panel in the top left corner that reserves no space; "bar" is a bar along the bottom with
+    a clock, that does; None is no panel at all. decorate: called with this desktop before it shows anything, and answers
+    the picture to paint it with.
+    """
+
+    def __init__(self, width=1280, height=800, depth=24, dpi=96, window_manager=True, compositor=True, panel="tray",
+                 decorate=None):
+        self.width, self.height = width, height
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="parklet-desktop."))
+        self.logs = self.folder / "logs"
+        self.logs.mkdir()
+        self.home = self.folder / "home"
+        self.environment = self.make_environment()
+        self.processes = Processes(self.environment, self.logs)
+        self.x = None
+        try:
+            self.start_server(depth, dpi)
+            self.start_bus()
+            wallpaper = decorate(self) if decorate else None
+            if window_manager:
+                self.start_window_manager()
+            self.paint(wallpaper)
+            if compositor:
+                self.start_compositor()
+            if panel:
+                self.start_panel(panel)
+        except BaseException:
+            self.close()
+            raise
+
+    def make_environment(self):
+        home = self.home
+        environment = {name: os.environ[name] for name in INHERITED if name in os.environ}
+        environment |= {
+            "HOME": str(home), "USER": "parklet", "LOGNAME": "parklet", "SHELL": "/bin/sh", "LC_ALL": "C.UTF-8",
+            "XDG_CONFIG_HOME": str(home / ".config"), "XDG_CACHE_HOME": str(home / ".cache"),
+            "XDG_DATA_HOME": str(home / ".local/share"), "XDG_STATE_HOME": str(home / ".local/state"),
+            "XDG_RUNTIME_DIR": str(self.folder / "run"), "XDG_SESSION_TYPE": "x11",
+            "GIO_USE_VFS": "local", "GSETTINGS_BACKEND": "memory", "GTK_MODULES": "gail:atk-bridge",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "GTK_OVERLAY_SCROLLING": "0",
+            "XCURSOR_THEME": "Adwaita", "XCURSOR_SIZE": "24",
+        }
+        for name in ("XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"):
+            pathlib.Path(environment[name]).mkdir(parents=True, mode=0o700)
+        (home / "Desktop").mkdir()
+        (home / ".config/gtk-3.0").mkdir()
+        (home / ".config/gtk-3.0/settings.ini").write_text(GTK3_SETTINGS)
+        (home / ".config/fontconfig").mkdir()
+        (home / ".config/fontconfig/fonts.conf").write_text(FONTS)
+        (home / ".gtkrc-2.0").write_text(GTK2_SETTINGS)
+        return environment
+
+    def start(self, name, *command, **options):
+        return self.processes.start(name, *map(os.fspath, command), **options)
+
+    def run(self, *command):
+        """Runs a program to its end, in this desktop's environment, and answers what it printed."""
+        return subprocess.run(list(map(os.fspath, command)), env=self.environment, cwd=self.home, check=True, text=True,
+                              stdin=subprocess.DEVNULL, capture_output=True).stdout
+
+    def start_server(self, depth, dpi):
+        reader, writer = os.pipe()
+        server = self.start("xvfb", "Xvfb", "-displayfd", str(writer), "-screen", "0",
+                            f"{self.width}x{self.height}x{depth}", "-dpi", str(dpi), "-nolisten", "tcp", "-noreset",
+                            "-ac", pass_fds=(writer,))
+        os.close(writer)
+        with os.fdopen(reader) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise RuntimeError(f"the X server did not start: exit code {server.wait()}")
+        self.environment["DISPLAY"] = f":{number}"
+        self.x = xdisplay.Display(f":{number}")
+        self.windows = Windows(self.x)
+        self.hand = Hand(self.x)
+
+    def start_bus(self):
+        socket = self.folder / "run/bus"
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={socket}"
+        self.start("dbus", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--nosyslog",
+                   f"--address=unix:path={socket}")
+        wait_for(lambda: listens(socket), "the session bus starts")
+        self.accessibility = Accessibility(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+
+    def start_window_manager(self):
+        self.start("openbox", "openbox", "--sm-disable")
+        wait_for(self.windows.manager_runs, "the window manager starts")
+
+    def start_compositor(self):
+        settings = self.folder / "picom.conf"
+        settings.write_text('backend = "xrender";\nvsync = false;\nshadow = true;\nshadow-radius = 14;\n'
+                            'shadow-opacity = 0.45;\nshadow-offset-x = -14;\nshadow-offset-y = -10;\n'
+                            'shadow-exclude = ["window_type = \'dnd\'", "_GTK_FRAME_EXTENTS@:c", "class_g = \'tint2\'",'
+                            ' "class_g = \'Parklet\'"];\nfading = false;\n')
+        self.start("picom", "picom", "--config", settings)
+        wait_for(self.windows.compositor_runs, "the compositor starts")
+
+    def start_panel(self, kind):
+        bar = kind == "bar"
+        settings = self.folder / "tint2rc"
+        settings.write_text(TINT2_SETTINGS.format(
+            items="TSC" if bar else "S", position="bottom center horizontal" if bar else "top left horizontal",
+            size="100% 34" if bar else "60 30", margin="0 0", strut="follow_size" if bar else "none",
+            rounded=0, opacity=78 if bar else 100))
+        self.panel = self.start("tint2", "tint2", "-c", settings)
+        wait_for(self.windows.tray_runs, "the tray starts")
+
+    def paint(self, wallpaper):
+        how = ("-cover", wallpaper) if wallpaper else ("-solid", "#38567a")
+        self.run("hsetroot", *how)
+
+    def screenshot(self, path):
+        """Writes a picture of the screen and the pointer, as PNG."""
+        cursor = self.windows.cursor()
+        pixels = self.folder / "cursor.rgba"
+        pixels.write_bytes(cursor.pixels)
+        self.run("import", "-silent", "-window", "root", path)
+        self.run("convert", path, "-size", f"{cursor.width}x{cursor.height}", "-depth", "8", f"rgba:{pixels}",
+                 "-geometry", f"{cursor.x:+}{cursor.y:+}", "-composite", path)
+
+    def keep_evidence(self, folder):
+        """Copies the logs and a picture of the screen to a folder, for whoever looks at a failed test."""
+        folder.mkdir(parents=True, exist_ok=True)
+        shutil.copytree(self.logs, folder, dirs_exist_ok=True)
+        try:
+            self.screenshot(folder / "screen.png")
+        except (OSError, subprocess.CalledProcessError):
+            pass
+
+    def close(self):
+        if self.x:
+            self.x.close()
+        self.processes.end_all()
+        shutil.rmtree(self.folder, ignore_errors=True)

@@ -1,0 +1,28 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""A window from which the addresses in a file are dragged, one a line: drag_source.py FILE"""
+import pathlib
+import sys
+
+import gi
+
+gi.require_version("Gtk", "3.0")
+from gi.repository import Gdk, Gtk  # noqa: E402
+
+
+def main():
+    addresses = pathlib.Path(sys.argv[1]).read_text().split()
+    window = Gtk.Window(title="drag source", default_width=240, default_height=120)
+    surface = Gtk.EventBox()
+    surface.add(Gtk.Label(label=f"{len(addresses)} addresses"))
+    surface.drag_source_set(Gdk.ModifierType.BUTTON1_MASK, None, Gdk.DragAction.COPY)
+    surface.drag_source_add_uri_targets()
+    surface.connect("drag-data-get", lambda _widget, _context, data, _info, _time: data.set_uris(addresses))
+    window.add(surface)
+    window.connect("destroy", Gtk.main_quit)
+    window.show_all()
+    Gtk.main()
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,86 @@
+# SPDX-License-Identifier: MIT
+"""The processes of one desktop: started with its environment, all of them ended with it."""
+import ctypes
+import os
+import pathlib
+import signal
+import subprocess
+import time
+
+PR_SET_CHILD_SUBREAPER = 36
+GRACE = 2.0  # seconds between the polite and the other signal
+
+
+def adopt_orphans():
+    """What a child leaves behind becomes a child of ours, so that we know of it when we end."""
+    ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+
+
+def parent_of(pid):
+    try:
+        return int(pathlib.Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()[1])
+    except (OSError, ValueError, IndexError):
+        return 0
+
+
+def descendants(ancestor):
+    children = {}
+    for entry in os.listdir("/proc"):
+        if entry.isdigit():
+            children.setdefault(parent_of(entry), []).append(int(entry))
+    found, open_ends = [], [ancestor]
+    while open_ends:
+        below = children.get(open_ends.pop(), [])
+        found += below
+        open_ends += below
+    return found
+
+
+class Processes:
+    def __init__(self, environment, logs):
+        self.environment = environment
+        self.logs = logs
+        self.own = []
+        adopt_orphans()
+
+    def start(self, name, *command, pass_fds=(), environment=None):
+        """Starts a program; what it prints goes to a log of that name."""
+        with open(self.logs / f"{name}.log", "ab") as log:
+            process = subprocess.Popen(command, env={**self.environment, **(environment or {})}, pass_fds=pass_fds,
+                                       cwd=self.environment["HOME"], stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        self.own.append(process)
+        return process
+
+    def end(self, process):
+        """Ends one program, politely at first."""
+        if process.poll() is None:
+            process.terminate()
+            try:
+                process.wait(GRACE)
+            except subprocess.TimeoutExpired:
+                process.kill()
+        process.wait()
+
+    def end_all(self):
+        """Ends all programs, the last one started first, and whatever they have left behind."""
+        for process in reversed(self.own):
+            self.end(process)
+        self.own.clear()
+        end = time.monotonic() + GRACE
+        while left := self.reap():
+            for pid in left:
+                try:
+                    os.kill(pid, signal.SIGTERM if time.monotonic() < end else signal.SIGKILL)
+                except ProcessLookupError:
+                    pass
+            time.sleep(0.02)
+
+    def reap(self):
+        """Collects what has ended, and answers what still lives."""
+        while True:
+            try:
+                if os.waitpid(-1, os.WNOHANG)[0] == 0:
+                    break
+            except ChildProcessError:
+                break
+        return descendants(os.getpid())

@@ -1,0 +1,43 @@
+# SPDX-License-Identifier: MIT
+"""The desktop itself: a hand that drags between two windows of each file manager, without Parklet."""
+import os
+import unittest
+
+from support import filemanagers
+from support.case import DesktopTest
+from support.desktop import Desktop
+from support.processes import descendants
+
+
+class DragTest(DesktopTest):
+    def drag(self, manager_class):
+        source, target = self.folder("source"), self.folder("target")
+        (source / "words.txt").write_text("some words\n")
+        (source / "other.txt").write_text("others\n")
+        manager = manager_class(self.desktop)
+        from_window = manager.open(source).place(20, 100, 560, 400)
+        to_window = manager.open(target).place(640, 100, 560, 400)
+        self.hand.drag(from_window.item("words.txt"), to_window.empty_place())
+        manager.agree()
+        self.wait_for((target / "words.txt").exists, "the file lands in the other folder")
+        self.assertEqual((target / "words.txt").read_text(), "some words\n")
+        self.assertTrue((source / "other.txt").exists())
+
+    def test_thunar(self):
+        self.drag(filemanagers.Thunar)
+
+    def test_pcmanfm(self):
+        self.drag(filemanagers.PCManFM)
+
+    def test_pcmanfm_qt(self):
+        self.drag(filemanagers.PCManFMQt)
+
+
+class EndTest(unittest.TestCase):
+    def test_nothing_outlives_a_desktop(self):
+        desktop = Desktop()
+        filemanagers.Thunar(desktop).open(desktop.home)
+        self.assertGreater(len(descendants(os.getpid())), 4)
+        desktop.close()
+        self.assertEqual(descendants(os.getpid()), [])
+        self.assertFalse(desktop.folder.exists())

@@ -1,0 +1,208 @@
+# SPDX-License-Identifier: MIT
+"""The preferences window, used from outside as a screen reader, a keyboard and a mouse do, down to the settings file."""
+from gi.repository import GLib
+
+from support.accessibility import ACCESSIBLE, Node
+from support.case import DesktopTest
+from support.waiting import stays
+
+LABELLED_BY = 2  # number of the protocol's list of relations
+PROPERTIES = "org.freedesktop.DBus.Properties"
+VALUE = "org.a11y.atspi.Value"
+
+ENTRY = """[Desktop Entry]
+Type=Application
+Name=Sample Editor
+Exec=true
+"""
+BROWSER = """[Desktop Entry]
+Type=Application
+Name=Browser
+Exec=sh -c "echo %u > {visited}"
+MimeType=x-scheme-handler/https;x-scheme-handler/http;
+"""
+
+
+class PreferencesTest(DesktopTest):
+    def open_preferences(self, **settings):
+        self.parklet(**settings)
+        self.app.choose("Preferences…")
+        self.wait_for(lambda: self.app.window("preferences"), "the preferences window opens")
+        return self.wait_for(lambda: self.app.root().find("Parklet Preferences"), "it can be read")
+
+    def show_pane(self, title, landmark):
+        """Clicks a row of the sidebar and waits for a text of its pane."""
+        self.hand.click(*self.wait_for(lambda: self.app.find(title, "list item"), f"the sidebar has {title}").center)
+        return self.wait_for(lambda: self.app.find(landmark), f"the pane shows {landmark!r}")
+
+    def wait_for_setting(self, key, value):
+        self.wait_for(lambda: self.app.read_settings().get(key) == value, f"{key} is stored as {value!r}")
+
+    def labels(self, node):
+        """The names of what labels a control."""
+        return [Node(node.bus, *target).name for kind, targets in node.ask(ACCESSIBLE, "GetRelationSet")[0]
+                if kind == LABELLED_BY for target in targets]
+
+    def labelled(self, name, role):
+        """The control of that role with that label."""
+        return self.wait_for(lambda: next((node for node in self.app.root().find_all(role=role)
+                                           if name in self.labels(node)), None), f"{name!r} labels a {role}")
+
+    def set_value(self, node, value):
+        node.ask(PROPERTIES, "Set", GLib.Variant("(ssv)", (VALUE, "CurrentValue", GLib.Variant("d", value))))
+
+    def test_the_window_opens_on_welcome_in_the_middle_of_the_screen(self):
+        self.open_preferences()
+        window = self.app.window("preferences")
+        frame = self.desktop.windows.frame(window)
+        self.assertEqual((frame.width, frame.height), (700, 500))
+        self.assertLess(abs(frame.x + frame.width // 2 - self.desktop.width // 2), 10)
+        self.assertLess(abs(frame.y + frame.height // 2 - self.desktop.height // 2), 40)
+        self.assertEqual(self.desktop.windows.title(window), "Parklet Preferences")
+        self.wait_for(lambda: self.desktop.windows.active() == window.id, "it has the focus")
+        self.assertIsNotNone(self.app.find("Lightweight drag & drop file shelf for macOS"))
+        rows = [node.name for node in self.app.root().find_all(role="list item")]
+        self.assertEqual(rows, ["Welcome", "General", "Behavior", "Appearance", "About"])
+        self.app.choose("Preferences…")
+        self.assertEqual(len(self.desktop.windows.find(role="preferences")), 1)
+        for _ in range(3):
+            self.hand.key("Escape")
+            self.wait_for(lambda: not self.app.window("preferences"), "the window closes")
+            self.app.choose("Preferences…")
+            window = self.wait_for(lambda: self.app.window("preferences"), "the window opens")
+            self.wait_for(lambda: self.desktop.windows.frame(window) == frame, "it is where it was")
+            self.wait_for(lambda: self.desktop.windows.active() == window.id, "it has the focus")
+
+    def test_the_general_pane_writes_the_file(self):
+        self.open_preferences()
+        self.show_pane("General", "Remove items when dragged out")
+        self.hand.click(*self.app.find("Remove items when dragged out", "check box").center)
+        self.wait_for_setting("removeItemsWhenDraggedOut", False)
+        self.hand.click(*self.app.find("Start at login", "check box").center)
+        self.wait_for_setting("launchAtLogin", True)
+        self.wait_for(lambda: list((self.desktop.home / ".config/autostart").glob("*.desktop")), "it starts at login")
+        self.hand.click(*self.labelled("Drag mode", "combo box").center)
+        self.hand.key("End")
+        self.hand.key("Return")
+        self.wait_for_setting("dragMode", 2)
+
+    def test_the_behavior_pane_writes_the_file(self):
+        applications = self.desktop.home / ".local/share/applications"
+        applications.mkdir(parents=True)
+        (applications / "org.example.SampleEditor.desktop").write_text(ENTRY)
+        self.open_preferences(excludedBundleIDs=["org.example.Gone"])
+        check_box = self.show_pane("Behavior", "Automatically show the drop window")
+        trigger = self.labelled("Automatically show the drop window", "combo box")
+        self.assertTrue(trigger.has_state("enabled"))
+        check_box = self.app.find("Automatically show the drop window", "check box")
+        self.hand.click(*check_box.center)
+        self.wait_for_setting("autoShowDropWindow", False)
+        self.wait_for(lambda: not trigger.has_state("enabled"), "the trigger is greyed out")
+        self.assertIsNotNone(self.app.find("org.example.Gone", "list item"))
+
+        self.app.click("+")
+        self.wait_for(lambda: self.desktop.windows.find(title="Add application"), "the open panel comes up")
+        field = self.wait_for(lambda: self.app.find(role="text"), "it takes a file's name")
+        field.ask("org.a11y.atspi.EditableText", "SetTextContents",
+                  GLib.Variant("(s)", (str(applications / "org.example.SampleEditor.desktop"),)))
+        self.app.click("Add")
+        self.wait_for_setting("excludedBundleIDs", ["org.example.Gone", "org.example.SampleEditor"])
+        self.hand.click(*self.wait_for(lambda: self.app.find("Sample Editor", "list item"), "it is listed").center)
+        self.app.click("−")
+        self.wait_for_setting("excludedBundleIDs", ["org.example.Gone"])
+
+    def test_the_appearance_pane_shows_the_shelf_and_what_becomes_of_it(self):
+        self.open_preferences()
+        self.assertTrue(self.app.hidden())
+        size = self.show_pane("Appearance", "Shelf item size") and self.app.find("Shelf item size", "slider")
+        window = self.wait_for(self.app.window, "the shelf shows as a preview")
+        self.app.opaque(window)
+        width = self.app.frame().width
+        self.assertEqual(size.get(VALUE, "CurrentValue"), 72.0)
+        self.set_value(size, 96.0)
+        self.wait_for_setting("shelfItemSize", 96.0)
+        self.wait_for(lambda: self.app.frame().width == width + 24, "the shelf grows with its items")
+        self.hand.click(*self.labelled("Window edge", "combo box").center)
+        self.hand.key("Home")
+        self.hand.key("Return")
+        self.wait_for_setting("windowEdge", 0)
+        self.wait_for(lambda: self.app.frame().x < 20, "the shelf moves to the left edge")
+        self.show_pane("About", "More from Orvane")
+        self.wait_for(self.app.hidden, "the preview ends")
+
+    def test_the_colour_panel_tints_at_once(self):
+        self.open_preferences()
+        self.show_pane("Appearance", "Tint colour")
+        self.hand.click(*self.app.find("Tint colour", "push button").center)
+        self.wait_for(lambda: self.desktop.windows.find(title="Tint colour"), "the colour panel comes up")
+        window = self.desktop.windows.find(title="Tint colour")[0]
+        self.wait_for(lambda: self.desktop.windows.active() == window.id, "it has the focus")
+        self.hand.key("Right")
+        self.hand.key("space")
+        self.wait_for(lambda: "tintColorData" in self.app.read_settings(), "the colour is stored")
+        stays(lambda: self.desktop.windows.active() == window.id, "the panel lost the focus", 0.5)
+        self.hand.key("Escape")
+        self.wait_for(lambda: not self.desktop.windows.find(title="Tint colour"), "the colour panel closes")
+        self.assertIsNotNone(self.app.window("preferences"))
+
+    def test_the_about_pane_leads_to_the_makers_page(self):
+        visited = self.desktop.home / "visited"
+        applications = self.desktop.home / ".local/share/applications"
+        applications.mkdir(parents=True)
+        (applications / "browser.desktop").write_text(BROWSER.format(visited=visited))
+        (self.desktop.home / ".config/mimeapps.list").write_text(
+            "[Default Applications]\nx-scheme-handler/https=browser.desktop\n")
+        self.open_preferences()
+        self.show_pane("About", "More from Orvane")
+        self.app.click("More from Orvane")
+        self.wait_for(visited.exists, "the browser opens")
+        self.wait_for(lambda: "ref=" in visited.read_text(), "it gets the maker's page")
+
+    def test_everything_goes_by_keyboard(self):
+        self.open_preferences()
+        self.hand.key("Down")
+        self.wait_for(lambda: self.app.find("Start at login"), "the arrow key shows the General pane")
+        self.hand.key("Tab")
+        self.hand.key("Tab")
+        self.hand.key("space")
+        self.wait_for_setting("showMenuBarIcon", False)
+        self.hand.key("space")
+        self.wait_for_setting("showMenuBarIcon", True)
+        self.hand.key("Tab")
+        self.hand.key("Tab")
+        self.hand.key("Tab")
+        self.hand.key("Down")
+        self.wait_for_setting("dragMode", 1)
+        self.hand.key("Escape")
+        self.wait_for(lambda: not self.app.window("preferences"), "Escape closes the window")
+        self.app.choose("Preferences…")
+        self.wait_for(lambda: self.app.find("Start at login"), "it opens again with its pane")
+        self.hand.key("w", "Control_L")
+        self.wait_for(lambda: not self.app.window("preferences"), "Ctrl+W closes the window")
+
+    def test_the_wheel_scrolls_the_pane_and_changes_no_control_under_it(self):
+        self.open_preferences()
+        self.show_pane("Appearance", "Shelf item size")
+        window = self.app.window("preferences")
+        self.desktop.windows.place(window, 100, 60, 600, 420)
+        self.wait_for(lambda: self.desktop.windows.frame(window).height == 420, "the window becomes as small as it gets")
+        slider = self.app.find("Shelf item size", "slider")
+        before = slider.frame.y
+        self.hand.click(*slider.center, button=5)
+        self.wait_for(lambda: slider.frame.y < before, "the pane scrolls")
+        stays(lambda: "shelfItemSize" not in self.app.read_settings(), "the wheel moved the slider", 0.5)
+
+    def test_a_settings_file_that_cannot_be_written_does_no_harm(self):
+        self.open_preferences(dragMode="nonsense", shelfItemSize=9000)
+        folder = self.app.settings_file.parent
+        stored = self.app.settings_file.read_bytes()
+        folder.chmod(0o500)
+        self.addCleanup(folder.chmod, 0o700)
+        self.show_pane("General", "Show Dock icon")
+        self.hand.click(*self.app.find("Show Dock icon", "check box").center)
+        self.wait_for(lambda: self.app.find("Show Dock icon", "check box").has_state("checked"), "the box is ticked")
+        self.show_pane("Welcome", "Parklet")
+        self.show_pane("General", "Show Dock icon")
+        self.assertFalse(self.app.find("Show Dock icon", "check box").has_state("checked"))
+        self.assertEqual(self.app.settings_file.read_bytes(), stored)
+        self.assertTrue(self.app.runs())

@@ -1,0 +1,82 @@
+# SPDX-License-Identifier: MIT
+"""One Parklet a session, and settings that survive whatever happens to them."""
+import json
+
+from support.case import DesktopTest
+from support.parklet import Parklet
+from support.waiting import stays
+
+BAD_SETTINGS = {
+    "empty": "",
+    "truncated": '{"windowEdge": 0, "shelfItem',
+    "no object": "[1, 2, 3]",
+    "wrong types": json.dumps({"hasShownUpdatePrompt": True, "shelfItemSize": "large", "windowEdge": [], "dragMode": {},
+                               "excludedBundleIDs": 7, "tintColorData": "red", "tintIntensity": None}),
+}
+
+
+class SessionTest(DesktopTest):
+    def test_a_second_start_shows_the_running_shelf(self):
+        app = self.parklet()
+        self.assertTrue(app.hidden())
+        self.assertEqual(app.start_again(), 0)
+        self.wait_for(app.window, "the running shelf comes up")
+        self.assertTrue(app.runs())
+        self.assertEqual(app.start_again(), 0)
+        stays(lambda: not app.hidden(), "the second call hid the shelf", 0.5)
+
+    def test_quitting_ends_the_program(self):
+        app = self.parklet()
+        app.choose("Quit Parklet")
+        self.assertEqual(app.process.wait(20), 0)
+
+    def test_the_first_start_asks_about_updates_once(self):
+        app = Parklet(self.desktop)
+        app.write_settings({})
+        app.process = self.desktop.start("parklet", app_program())
+        app.button("Check for updates automatically?")
+        app.kill()
+        self.assertIs(app.read_settings()["hasShownUpdatePrompt"], True)
+        app.start()
+        stays(lambda: not app.find("Check for updates automatically?"), "the question came back", 1.0)
+
+    def test_settings_are_whole_after_a_kill(self):
+        app = self.parklet(windowEdge=0, shelfItemSize=100.0)
+        for round in range(4):
+            with self.subTest(round=round):
+                menu = app.open_menu()
+                self.hand.click(*menu.find("Launch at Login").center)
+                app.kill()
+                settings = app.read_settings()
+                self.assertEqual((settings["windowEdge"], settings["shelfItemSize"]), (0, 100.0))
+                app.start()
+
+    def test_bad_settings_are_no_obstacle(self):
+        for name, text in BAD_SETTINGS.items():
+            with self.subTest(name):
+                app = Parklet(self.desktop)
+                app.settings_file.write_text(text)
+                app.process = self.desktop.start("parklet", app_program())
+                self.wait_for(app.tray_icon, "Parklet's icon is in the tray")
+                if name != "wrong types":
+                    app.click("Don't Check")
+                    self.assertIs(app.read_settings()["autoCheckUpdates"], False)
+                app.show()
+                self.wait_for(lambda: app.frame().width == 116, "the shelf has its own size")
+                app.kill()
+
+    def test_settings_that_cannot_be_written_are_no_obstacle(self):
+        app = Parklet(self.desktop, {"windowEdge": 0})
+        app.settings_file.chmod(0o400)
+        app.settings_file.parent.chmod(0o500)
+        self.addCleanup(app.settings_file.parent.chmod, 0o700)
+        app.start()
+        app.choose("Launch at Login")
+        app.show()
+        self.assertEqual(app.frame().x, 4)
+        self.assertEqual(app.read_settings()["windowEdge"], 0)
+
+
+def app_program():
+    from support.parklet import PROGRAM
+    return PROGRAM

@@ -16,7 +16,8 @@ class Tray:
         self.display = xdisplay.Display(address)
         self.root = self.display.screen().root
         self.window = self.root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
-        self.root.change_attributes(event_mask=X.SubstructureNotifyMask)
+        # Qt sends its answer to those who listen for the root window itself.
+        self.root.change_attributes(event_mask=X.StructureNotifyMask)
         self.opcode, self.protocols, self.ping = map(
             self.display.intern_atom, ("_NET_SYSTEM_TRAY_OPCODE", "WM_PROTOCOLS", "_NET_WM_PING"))
         self.window.set_selection_owner(self.display.intern_atom("_NET_SYSTEM_TRAY_S0"), X.CurrentTime)

@@ -30,7 +30,3 @@ private:
     bool trayIsThere = false;
     TrayWatch watch;
 };
-
-// `symbol`, a light one, with a dark outline of `outline`, the same in a dark colour, so that it stands out on light
-// and dark panels alike.
-QIcon outlinedIcon(const QIcon &symbol, const QIcon &outline);

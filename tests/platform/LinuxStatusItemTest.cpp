@@ -3,6 +3,7 @@
 
 #include "platform/linux/LinuxAppearance.h"
 #include "platform/linux/LinuxStatusBar.h"
+#include "platform/linux/OutlinedIconEngine.h"
 #include "platform/linux/XcbConnection.h"
 #include "tests/support/Hand.h"
 
@@ -336,7 +337,8 @@ void LinuxStatusItemTest::the_symbol_stands_out_on_light_and_dark()
 {
     const LinuxAppearance appearance;
     const QString name = QStringLiteral("tray.and.arrow.down");
-    const QIcon icon = outlinedIcon(appearance.symbol(name, Qt::white), appearance.symbol(name, Qt::black));
+    const QIcon icon(new OutlinedIconEngine(appearance.symbol(name, Qt::white), appearance.symbol(name, Qt::black)));
+    QVERIFY(icon.availableSizes().contains(QSize(22, 22)));
     for (const int size : {16, 22, 24, 32, 48}) {
         const QPixmap pixmap = icon.pixmap(QSize(size, size), 1.0);
         QCOMPARE(pixmap.size(), QSize(size, size));

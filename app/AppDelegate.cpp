@@ -30,7 +30,7 @@ void AppDelegate::applicationDidFinishLaunching()
     AppSettings &settings = shared.settings();
     const QPointer<AppDelegate> delegate(this);
 
-    mainMenu = buildMainMenu();
+    platform.menuBar->setMainMenu(buildMainMenu());
     if (settings.showMenuBarIcon())
         setUpStatusItem();
 

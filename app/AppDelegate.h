@@ -6,7 +6,7 @@
 #include "shelf/CursorShelf.h"
 #include "shelf/ShelfPanel.h"
 
-#include <QMenuBar>
+#include <QMenu>
 
 #include <memory>
 #include <optional>
@@ -29,7 +29,6 @@ public:
     CursorShelf cursorShelf;
     bool shelfShownByCurrentDrag = false; // the drag now in progress made the shelf visible
     bool dropReceivedOnShelf = false;     // something was dropped on a shelf during the current drag
-    std::unique_ptr<QMenuBar> mainMenu;
 
     // Call once, when the main loop is about to run. Returns after the questions it asks have been answered.
     void applicationDidFinishLaunching();

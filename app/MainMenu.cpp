@@ -3,7 +3,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QMenu>
 #include <QMetaMethod>
 
 namespace {
@@ -32,16 +31,16 @@ void addItem(QMenu *menu, const QString &title, const char *action, const QKeySe
 
 } // namespace
 
-std::unique_ptr<QMenuBar> buildMainMenu()
+std::unique_ptr<QMenu> buildMainMenu()
 {
-    auto mainMenu = std::make_unique<QMenuBar>();
-    QMenu *edit = mainMenu->addMenu(QMenuBar::tr("Edit"));
-    addItem(edit, QMenuBar::tr("Undo"), "undo", Qt::CTRL | Qt::Key_Z);
-    addItem(edit, QMenuBar::tr("Redo"), "redo", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    auto mainMenu = std::make_unique<QMenu>();
+    QMenu *edit = mainMenu->addMenu(QMenu::tr("Edit"));
+    addItem(edit, QMenu::tr("Undo"), "undo", Qt::CTRL | Qt::Key_Z);
+    addItem(edit, QMenu::tr("Redo"), "redo", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     edit->addSeparator();
-    addItem(edit, QMenuBar::tr("Cut"), "cut", Qt::CTRL | Qt::Key_X);
-    addItem(edit, QMenuBar::tr("Copy"), "copy", Qt::CTRL | Qt::Key_C);
-    addItem(edit, QMenuBar::tr("Paste"), "paste", Qt::CTRL | Qt::Key_V);
-    addItem(edit, QMenuBar::tr("Select All"), "selectAll", Qt::CTRL | Qt::Key_A);
+    addItem(edit, QMenu::tr("Cut"), "cut", Qt::CTRL | Qt::Key_X);
+    addItem(edit, QMenu::tr("Copy"), "copy", Qt::CTRL | Qt::Key_C);
+    addItem(edit, QMenu::tr("Paste"), "paste", Qt::CTRL | Qt::Key_V);
+    addItem(edit, QMenu::tr("Select All"), "selectAll", Qt::CTRL | Qt::Key_A);
     return mainMenu;
 }

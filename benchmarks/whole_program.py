@@ -53,6 +53,8 @@ def idle_rows(parklet):
     desktop = Desktop()
     try:
         app = Parklet(desktop).start()
+        # The first motion makes the server tell every Qt program which device moves the pointer.
+        desktop.hand.move_to(200, 600)
         time.sleep(SETTLE)
         before = wake_ups(app.process.pid)
         time.sleep(IDLE)

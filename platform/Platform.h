@@ -13,6 +13,7 @@
 #include "platform/KeyTap.h"
 #include "platform/LoginItem.h"
 #include "platform/MainQueue.h"
+#include "platform/MenuBar.h"
 #include "platform/OpenPanels.h"
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
@@ -43,6 +44,7 @@ struct Platform {
     std::unique_ptr<DragSessions> dragSessions;
     std::unique_ptr<Screens> screens;
     std::unique_ptr<ActivationPolicy> activationPolicy;
+    std::unique_ptr<MenuBar> menuBar;
     std::unique_ptr<StatusBar> statusBar;
     std::unique_ptr<Alerts> alerts;
     std::unique_ptr<OpenPanels> openPanels;

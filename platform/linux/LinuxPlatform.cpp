@@ -11,6 +11,7 @@
 #include "platform/linux/LinuxAppearance.h"
 #include "platform/linux/LinuxColorArchive.h"
 #include "platform/linux/LinuxFileEventStreams.h"
+#include "platform/linux/LinuxMenuBar.h"
 #include "platform/linux/LinuxStatusBar.h"
 #include "platform/linux/LinuxThumbnailGenerator.h"
 #include "platform/linux/LinuxWorkspace.h"
@@ -54,6 +55,7 @@ std::unique_ptr<Platform> createPlatform()
     platform->dragSessions = std::make_unique<XcbDragSessions>(
         drags, [appearance = platform->appearance.get()] { return appearance->accentColor(); });
     platform->activationPolicy = std::make_unique<LinuxActivationPolicy>();
+    platform->menuBar = std::make_unique<LinuxMenuBar>();
     platform->statusBar = std::make_unique<LinuxStatusBar>(xcb, *platform->appearance);
     platform->alerts = std::make_unique<QtAlerts>(*platform->appearance, *platform->activationPolicy);
     platform->thumbnailGenerator =

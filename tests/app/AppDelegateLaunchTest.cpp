@@ -63,6 +63,7 @@ const QString kAlertCall = QStringLiteral("alert");
 struct Fixture : AppFixture {
     VirtualAlerts &alerts = virtualPlatform.alerts;
     VirtualAccessibilityTrust &trust = virtualPlatform.accessibilityTrust;
+    VirtualMenuBar &menuBar = virtualPlatform.menuBar;
     VirtualEventMonitors &monitors = virtualPlatform.eventMonitors;
 
     // Runs `work` the first time that the service is called.
@@ -110,7 +111,7 @@ void AppDelegateLaunchTest::before_the_launch_nothing_is_shown_or_asked()
     QVERIFY(!f.cursorShelf.isVisible());
     QVERIFY(!f.delegate->shelfShownByCurrentDrag);
     QVERIFY(!f.delegate->dropReceivedOnShelf);
-    QVERIFY(!f.delegate->mainMenu);
+    QVERIFY(!f.menuBar.mainMenu);
     QCOMPARE(f.queue.timerCount(), 0);
     QCOMPARE(f.queue.pendingCount(), 0);
 }
@@ -137,11 +138,11 @@ void AppDelegateLaunchTest::the_main_menu_is_there_before_the_status_item()
 {
     Fixture f;
     bool hadMenu = false;
-    f.at(kIconCall, [&] { hadMenu = f.delegate->mainMenu != nullptr; });
+    f.at(kIconCall, [&] { hadMenu = f.menuBar.mainMenu != nullptr; });
     f.launch();
     QVERIFY(hadMenu);
-    QCOMPARE(f.delegate->mainMenu->actions().size(), 1);
-    QCOMPARE(f.delegate->mainMenu->actions().constFirst()->text(), QStringLiteral("Edit"));
+    QCOMPARE(f.menuBar.mainMenu->actions().size(), 1);
+    QCOMPARE(f.menuBar.mainMenu->actions().constFirst()->text(), QStringLiteral("Edit"));
 }
 
 void AppDelegateLaunchTest::the_drag_monitor_knows_its_delegate_before_it_starts()

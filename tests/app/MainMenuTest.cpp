@@ -10,7 +10,7 @@ class MainMenuTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void the_menu_bar_holds_an_edit_menu_and_nothing_else();
+    void the_main_menu_holds_an_edit_menu_and_nothing_else();
     void the_edit_menu_holds_its_items_in_their_order();
     void an_item_goes_to_the_view_with_the_focus_data() { actions(); }
     void an_item_goes_to_the_view_with_the_focus();
@@ -57,14 +57,14 @@ public slots:
 
 namespace {
 
-QMenu *editMenu(const QMenuBar &menuBar)
+QMenu *editMenu(const QMenu &mainMenu)
 {
-    return menuBar.actions().constFirst()->menu();
+    return mainMenu.actions().constFirst()->menu();
 }
 
-void trigger(const QMenuBar &menuBar, const QString &title)
+void trigger(const QMenu &mainMenu, const QString &title)
 {
-    for (QAction *item : editMenu(menuBar)->actions()) {
+    for (QAction *item : editMenu(mainMenu)->actions()) {
         if (item->text() == title)
             item->trigger();
     }
@@ -96,11 +96,11 @@ void MainMenuTest::actions()
     QTest::newRow("Select All") << QStringLiteral("Select All") << QStringLiteral("selectAll");
 }
 
-void MainMenuTest::the_menu_bar_holds_an_edit_menu_and_nothing_else()
+void MainMenuTest::the_main_menu_holds_an_edit_menu_and_nothing_else()
 {
-    const auto menuBar = buildMainMenu();
-    QCOMPARE(menuBar->actions().size(), 1);
-    const QAction *item = menuBar->actions().constFirst();
+    const auto mainMenu = buildMainMenu();
+    QCOMPARE(mainMenu->actions().size(), 1);
+    const QAction *item = mainMenu->actions().constFirst();
     QCOMPARE(item->text(), QStringLiteral("Edit"));
     QVERIFY(item->shortcut().isEmpty());
     QVERIFY(item->menu());
@@ -109,9 +109,9 @@ void MainMenuTest::the_menu_bar_holds_an_edit_menu_and_nothing_else()
 
 void MainMenuTest::the_edit_menu_holds_its_items_in_their_order()
 {
-    const auto menuBar = buildMainMenu();
+    const auto mainMenu = buildMainMenu();
     QStringList items;
-    for (const QAction *item : editMenu(*menuBar)->actions()) {
+    for (const QAction *item : editMenu(*mainMenu)->actions()) {
         items.append(item->isSeparator()
                          ? QStringLiteral("-")
                          : item->text() + QLatin1Char('|') + item->shortcut().toString(QKeySequence::PortableText));
@@ -127,80 +127,80 @@ void MainMenuTest::an_item_goes_to_the_view_with_the_focus()
 {
     QFETCH(QString, title);
     QFETCH(QString, action);
-    const auto menuBar = buildMainMenu();
+    const auto mainMenu = buildMainMenu();
     Responder window;
     Responder view(&window);
     QVERIFY(focus(window, view));
-    trigger(*menuBar, title);
+    trigger(*mainMenu, title);
     QCOMPARE(view.calls, QStringList{action});
     QVERIFY(window.calls.isEmpty());
 }
 
 void MainMenuTest::an_item_goes_on_to_the_first_view_around_that_answers_to_it()
 {
-    const auto menuBar = buildMainMenu();
+    const auto mainMenu = buildMainMenu();
     Responder window;
     Copier copier(&window);
     QWidget view(&copier);
     QVERIFY(focus(window, view));
-    trigger(*menuBar, QStringLiteral("Copy"));
+    trigger(*mainMenu, QStringLiteral("Copy"));
     QCOMPARE(copier.copies, 1);
     QVERIFY(window.calls.isEmpty());
-    trigger(*menuBar, QStringLiteral("Paste"));
+    trigger(*mainMenu, QStringLiteral("Paste"));
     QCOMPARE(copier.copies, 1);
     QCOMPARE(window.calls, QStringList{QStringLiteral("paste")});
 }
 
 void MainMenuTest::an_item_goes_to_the_window_when_no_view_has_the_focus()
 {
-    const auto menuBar = buildMainMenu();
+    const auto mainMenu = buildMainMenu();
     Responder window;
     window.show();
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     QVERIFY(!QApplication::focusWidget());
-    trigger(*menuBar, QStringLiteral("Select All"));
+    trigger(*mainMenu, QStringLiteral("Select All"));
     QCOMPARE(window.calls, QStringList{QStringLiteral("selectAll")});
 }
 
 void MainMenuTest::an_item_that_nobody_answers_to_does_nothing()
 {
     QFETCH(QString, title);
-    const auto menuBar = buildMainMenu();
+    const auto mainMenu = buildMainMenu();
     // With no window at all, and with one that knows no such action.
-    trigger(*menuBar, title);
+    trigger(*mainMenu, title);
     Responder elsewhere;
     QWidget window;
     QWidget view(&window);
     QVERIFY(focus(window, view));
-    trigger(*menuBar, title);
+    trigger(*mainMenu, title);
     QVERIFY(elsewhere.calls.isEmpty());
     QCOMPARE(QApplication::focusWidget(), &view);
 }
 
 void MainMenuTest::a_text_field_is_edited()
 {
-    const auto menuBar = buildMainMenu();
+    const auto mainMenu = buildMainMenu();
     QWidget window;
     QLineEdit field(&window);
     QVERIFY(focus(window, field));
     field.insert(QStringLiteral("abc"));
-    trigger(*menuBar, QStringLiteral("Select All"));
+    trigger(*mainMenu, QStringLiteral("Select All"));
     QCOMPARE(field.selectedText(), QStringLiteral("abc"));
-    trigger(*menuBar, QStringLiteral("Cut"));
+    trigger(*mainMenu, QStringLiteral("Cut"));
     QCOMPARE(field.text(), QString());
-    trigger(*menuBar, QStringLiteral("Undo"));
+    trigger(*mainMenu, QStringLiteral("Undo"));
     QCOMPARE(field.text(), QStringLiteral("abc"));
-    trigger(*menuBar, QStringLiteral("Redo"));
+    trigger(*mainMenu, QStringLiteral("Redo"));
     QCOMPARE(field.text(), QString());
-    trigger(*menuBar, QStringLiteral("Paste"));
-    trigger(*menuBar, QStringLiteral("Paste"));
+    trigger(*mainMenu, QStringLiteral("Paste"));
+    trigger(*mainMenu, QStringLiteral("Paste"));
     QCOMPARE(field.text(), QStringLiteral("abcabc"));
-    trigger(*menuBar, QStringLiteral("Select All"));
-    trigger(*menuBar, QStringLiteral("Copy"));
+    trigger(*mainMenu, QStringLiteral("Select All"));
+    trigger(*mainMenu, QStringLiteral("Copy"));
     QCOMPARE(field.text(), QStringLiteral("abcabc"));
     field.clear();
-    trigger(*menuBar, QStringLiteral("Paste"));
+    trigger(*mainMenu, QStringLiteral("Paste"));
     QCOMPARE(field.text(), QStringLiteral("abcabc"));
 }
 

@@ -296,6 +296,13 @@ public:
     CallLog *log = nullptr;
 };
 
+class VirtualMenuBar : public MenuBar {
+public:
+    void setMainMenu(std::unique_ptr<QMenu> menu) override { mainMenu = std::move(menu); }
+
+    std::unique_ptr<QMenu> mainMenu;
+};
+
 class VirtualStatusBar : public StatusBar {
 public:
     struct Item;
@@ -366,6 +373,7 @@ public:
     VirtualDragSessions &dragSessions;
     VirtualScreens &screens;
     VirtualActivationPolicy &activationPolicy;
+    VirtualMenuBar &menuBar;
     VirtualStatusBar &statusBar;
     VirtualAlerts &alerts;
     VirtualOpenPanels &openPanels;

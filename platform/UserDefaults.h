@@ -7,8 +7,9 @@
 #include <QVariant>
 
 // The application's persistent key-value store. Values are bool, double, QString, QVariantList and QByteArray
-// (data); integers come back as whole doubles. A key never written is absent. Writes are durable when they return
-// true; a write that fails leaves the stored value as it was. An edit from outside is seen by the next read.
+// (data); integers come back as whole doubles. A key never written is absent. What was set is answered by the next read
+// and reaches the disk soon after, at the latest before the program ends; a write that the disk refuses leaves the
+// stored value as it was. An edit from outside is seen by the next read.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
@@ -16,7 +17,7 @@ public:
     // The stored value, or an invalid QVariant when the key is absent.
     virtual QVariant object(const QString &key) const = 0;
 
-    // Stores `value`; an invalid one removes the key. False when the store could not be written.
+    // Stores `value`; an invalid one removes the key. False when the store knows that it cannot hold it.
     virtual bool set(const QString &key, const QVariant &value) = 0;
 
     virtual bool remove(const QString &key) = 0;

@@ -179,6 +179,24 @@ bool JsonUserDefaults::remove(const QString &key)
     return change([&key](QJsonObject &object) { object.remove(key); });
 }
 
+bool JsonUserDefaults::set(const QHash<QString, QVariant> &changes)
+{
+    return change([&changes](QJsonObject &object) {
+        for (auto change = changes.begin(); change != changes.end(); ++change) {
+            if (const auto json = toJson(*change))
+                object.insert(change.key(), *json);
+            else
+                object.remove(change.key());
+        }
+    });
+}
+
+QVariant JsonUserDefaults::asStored(const QVariant &value)
+{
+    const auto json = toJson(value);
+    return json ? fromJson(*json) : QVariant();
+}
+
 bool JsonUserDefaults::change(const std::function<void(QJsonObject &)> &edit)
 {
     const QByteArray target = linkTarget(path);
@@ -196,8 +214,10 @@ bool JsonUserDefaults::change(const std::function<void(QJsonObject &)> &edit)
     edit(changed);
     if (changed == values)
         return true;
-    if (!replaceFile(path, QJsonDocument(changed).toJson(QJsonDocument::Indented)))
+    const QByteArray text = QJsonDocument(changed).toJson(QJsonDocument::Indented);
+    if (!replaceFile(path, text))
         return false;
+    contents = text;
     values = changed;
     state = State::Whole;
     struct stat status {};
@@ -212,6 +232,7 @@ void JsonUserDefaults::refresh() const
 {
     struct stat status {};
     if (::stat(path.constData(), &status) != 0) {
+        contents.clear();
         values = {};
         identity.reset();
         state = errno == ENOENT || errno == ENOTDIR ? State::Absent : State::Unreadable;
@@ -240,18 +261,27 @@ void JsonUserDefaults::refresh() const
 // Reads the file into `values`, which are empty unless it is whole.
 JsonUserDefaults::State JsonUserDefaults::read() const
 {
-    values = {};
     struct stat status {};
-    if (::stat(path.constData(), &status) != 0)
-        return errno == ENOENT ? State::Absent : State::Unreadable;
-    if (S_ISREG(status.st_mode) && status.st_size > kLongestFile)
+    const bool exists = ::stat(path.constData(), &status) == 0;
+    const State absence = errno == ENOENT ? State::Absent : State::Unreadable;
+    const bool tooLong = exists && S_ISREG(status.st_mode) && status.st_size > kLongestFile;
+    const auto now = exists && !tooLong ? readRegularFile(path, kLongestFile) : std::nullopt;
+    // Reading the few bytes again is cheap beside making sense of them again.
+    if (now && state == State::Whole && *now == contents)
+        return State::Whole;
+
+    contents.clear();
+    values = {};
+    if (!exists)
+        return absence;
+    if (tooLong)
         return State::Invalid;
-    const auto contents = readRegularFile(path, kLongestFile);
-    if (!contents)
+    if (!now)
         return State::Unreadable;
-    const QJsonDocument document = QJsonDocument::fromJson(*contents);
+    const QJsonDocument document = QJsonDocument::fromJson(*now);
     if (!document.isObject())
         return State::Invalid;
+    contents = *now;
     values = document.object();
     return State::Whole;
 }

@@ -19,8 +19,15 @@ public:
     explicit JsonUserDefaults(const QString &path = defaultPath());
 
     QVariant object(const QString &key) const override;
+    // Durable when it returns true; false when the file could not be written, which leaves it as it was.
     bool set(const QString &key, const QVariant &value) override;
     bool remove(const QString &key) override;
+
+    // All of `changes` in one write, which takes as long as that of one; an invalid value removes its key.
+    bool set(const QHash<QString, QVariant> &changes);
+
+    // `value` as a read will answer it; invalid when JSON cannot hold it.
+    static QVariant asStored(const QVariant &value);
 
 private:
     enum class State {
@@ -38,6 +45,7 @@ private:
     QByteArray path;
 
     // What the file held when it was last read.
+    mutable QByteArray contents;
     mutable QJsonObject values;
     mutable State state = State::Absent;
     mutable std::optional<FileIdentity> identity;

@@ -5,8 +5,8 @@
 #include "platform/common/QtOpenPanels.h"
 #include "platform/common/QtPasteboard.h"
 #include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/BackgroundUserDefaults.h"
 #include "platform/linux/ForeignDragWatcher.h"
-#include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/LinuxActivationPolicy.h"
 #include "platform/linux/LinuxAppearance.h"
 #include "platform/linux/LinuxColorArchive.h"
@@ -40,7 +40,7 @@ std::unique_ptr<Platform> createPlatform()
 
     auto platform = std::make_unique<Platform>();
     platform->mainQueue = std::make_unique<QtMainQueue>();
-    platform->userDefaults = std::make_unique<JsonUserDefaults>();
+    platform->userDefaults = std::make_unique<BackgroundUserDefaults>();
     platform->colorArchive = std::make_unique<LinuxColorArchive>();
     platform->appearance = std::make_unique<LinuxAppearance>();
     platform->generalPasteboard = std::make_unique<QtPasteboard>();

@@ -35,8 +35,8 @@ class SessionTest(DesktopTest):
         app.write_settings({})
         app.process = self.desktop.start("parklet", app_program())
         app.button("Check for updates automatically?")
+        self.wait_for(lambda: app.read_settings().get("hasShownUpdatePrompt") is True, "the question is noted as asked")
         app.kill()
-        self.assertIs(app.read_settings()["hasShownUpdatePrompt"], True)
         app.start()
         stays(lambda: not app.find("Check for updates automatically?"), "the question came back", 1.0)
 
@@ -60,7 +60,7 @@ class SessionTest(DesktopTest):
                 self.wait_for(app.tray_icon, "Parklet's icon is in the tray")
                 if name != "wrong types":
                     app.click("Don't Check")
-                    self.assertIs(app.read_settings()["autoCheckUpdates"], False)
+                    self.wait_for(lambda: app.read_settings().get("autoCheckUpdates") is False, "the answer is kept")
                 app.show()
                 self.wait_for(lambda: app.frame().width == 116, "the shelf has its own size")
                 app.kill()

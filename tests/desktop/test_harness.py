@@ -1,12 +1,30 @@
 # SPDX-License-Identifier: MIT
 """The desktop itself: a hand that drags between two windows of each file manager, without Parklet."""
 import os
+import pathlib
+import subprocess
 import unittest
 
 from support import filemanagers
 from support.case import DesktopTest
 from support.desktop import Desktop
 from support.processes import descendants
+from support.waiting import wait_for
+
+AS_USER = pathlib.Path(__file__).with_name("as-user")
+LONG = "98765.4321"  # seconds; a number that no other program is given
+
+
+def command_runs(*command):
+    """Whether any process was started with exactly this command."""
+    wanted = "\0".join(command).encode() + b"\0"
+    for file in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
+        try:
+            if file.read_bytes() == wanted:
+                return True
+        except OSError:
+            pass
+    return False
 
 
 class DragTest(DesktopTest):
@@ -41,3 +59,12 @@ class EndTest(unittest.TestCase):
         desktop.close()
         self.assertEqual(descendants(os.getpid()), [])
         self.assertFalse(desktop.folder.exists())
+
+    def test_nothing_outlives_a_test_that_is_killed(self):
+        test = subprocess.Popen([AS_USER, "sh", "-c", f"sleep {LONG} & wait"])
+        try:
+            wait_for(lambda: command_runs("sleep", LONG), "the test runs")
+        finally:
+            test.kill()
+            test.wait()
+        wait_for(lambda: not command_runs("sleep", LONG), "the test's program ends with it")

@@ -1,11 +1,15 @@
 # SPDX-License-Identifier: MIT
 """Drags out of the shelf that come to nothing: the items stay, and nothing hangs."""
 import os
+import pathlib
 import signal
 
 from support.case import DesktopTest
 from support.filemanagers import Thunar
+from support.parklet import uri_of
 from support.waiting import stays
+
+COPY, MOVE, LINK = range(3)  # what the setting "dragMode" stands for
 
 
 class FailedDragTest(DesktopTest):
@@ -29,7 +33,26 @@ class FailedDragTest(DesktopTest):
     def test_a_drop_on_the_shelf_itself(self):
         self.app.hold(*self.paths)
         frame = self.app.frame()
-        self.hand.drag(self.app.grip(self.names[0]), (frame.x + 30, frame.y + frame.height - 40))
+        for mode in COPY, MOVE, LINK:
+            with self.subTest(mode=mode):
+                self.app.write_settings({**self.app.read_settings(), "dragMode": mode})
+                self.hand.drag(self.app.grip(self.names[0]), (frame.x + 30, frame.y + frame.height - 40))
+                stays(lambda: self.app.names() == self.names, "an item left the shelf", 1.0)
+                self.assertTrue(all(path.exists() for path in self.paths))
+        self.app.write_settings({**self.app.read_settings(), "dragMode": COPY})
+        self.assert_unharmed()
+
+    def test_a_drop_that_the_destination_refuses(self):
+        target = self.desktop.start("refusing-target", "/usr/bin/python3",
+                                    pathlib.Path(__file__).parent / "support/refusing_target.py")
+        window = self.wait_for(lambda: next(iter(self.desktop.windows.find(title="refusing target")), None),
+                               "the target comes up")
+        self.app.hold(*self.paths)
+        frame = self.desktop.windows.frame(window)
+        self.hand.drag(self.app.grip(self.names[0]), (frame.x + 60, frame.y + 60))
+        log = self.desktop.logs / "refusing-target.log"
+        self.wait_for(lambda: f"refused {uri_of(self.paths[0])}" in log.read_text(), "the target refuses the drop")
+        self.desktop.processes.end(target)
         self.assert_unharmed()
 
     def test_a_drop_that_nobody_takes(self):

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """One Parklet a session, and settings that survive whatever happens to them."""
 import json
+import pathlib
 
 from support.case import DesktopTest
 from support.parklet import Parklet
@@ -75,6 +76,40 @@ class SessionTest(DesktopTest):
         app.show()
         self.assertEqual(app.frame().x, 4)
         self.assertEqual(app.read_settings()["windowEdge"], 0)
+
+    def test_two_programs_write_the_settings(self):
+        app = self.parklet(windowEdge=0)
+        app.show()
+        app.write_settings({**app.read_settings(), "windowEdge": 3, "note": "of another program"})
+        app.choose("Launch at Login")
+        self.wait_for(lambda: app.read_settings().get("launchAtLogin") is True, "the choice is stored")
+        self.assertEqual((app.read_settings()["windowEdge"], app.read_settings()["note"]), (3, "of another program"))
+
+    def test_a_full_disk_keeps_the_old_settings(self):
+        app = Parklet(self.desktop, {"windowEdge": 0})
+        folder = app.settings_file.parent
+        app.process = self.desktop.start(
+            "parklet", "unshare", "--user", "--map-current-user", "--keep-caps", "--mount", "sh", "-c",
+            f'mv {folder}/settings.json {self.desktop.folder} && mount -t tmpfs -o size=16k tmpfs {folder} && '
+            f'mv {self.desktop.folder}/settings.json {folder} && exec "$0"', app_program())
+        self.wait_for(app.tray_icon, "Parklet's icon is in the tray")
+        # The disk that only this program sees.
+        disk = pathlib.Path(f"/proc/{app.process.pid}/root{folder}")
+        before = (disk / "settings.json").read_text()
+        with open(disk / "filler", "wb", buffering=0) as filler, self.assertRaises(OSError):
+            while True:
+                filler.write(b"x" * 512)
+
+        app.choose("Launch at Login")
+        app.show()
+        self.assertEqual(app.frame().x, 4)
+        stays(lambda: (disk / "settings.json").read_text() == before, "the settings have changed on a full disk", 1.0)
+
+        (disk / "filler").unlink()
+        app.choose("Launch at Login")
+        self.wait_for(lambda: "launchAtLogin" in json.loads((disk / "settings.json").read_text()),
+                      "the next change is stored")
+        self.assertEqual(json.loads((disk / "settings.json").read_text())["windowEdge"], 0)
 
 
 def app_program():

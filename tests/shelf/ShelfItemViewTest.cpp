@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QThread>
 
+#include <cmath>
+
 class ShelfItemViewTest : public QObject {
     Q_OBJECT
 
@@ -37,6 +39,7 @@ private slots:
     // Layout and hover
     void the_views_are_placed_in_the_tile_and_the_name_hangs_out_of_it();
     void the_pointer_brings_the_remove_button_over_0_15_seconds();
+    void the_hover_background_is_white_with_corners_of_8_points();
     void on_hover_shows_the_name_while_the_pointer_is_there();
     void a_new_size_resets_the_hover_look_but_not_the_name();
     void the_hover_fade_ignores_disabled_animations();
@@ -431,6 +434,26 @@ void ShelfItemViewTest::the_pointer_brings_the_remove_button_over_0_15_seconds()
     f.virtualPlatform.mainQueue.advance(0.01);
     QCOMPARE(tile.removeBtn->alpha(), 0.0);
     QCOMPARE(tile.hoverBackgroundAlpha(), 0.0);
+}
+
+void ShelfItemViewTest::the_hover_background_is_white_with_corners_of_8_points()
+{
+    Fixture f;
+    ShelfItemView &tile = f.make();
+    f.enter();
+    f.virtualPlatform.mainQueue.advance(0.15);
+    QImage shown(tile.size(), QImage::Format_ARGB32_Premultiplied);
+    shown.fill(Qt::transparent);
+    tile.render(&shown, QPoint(), QRegion(), QWidget::RenderFlags());
+    QVERIFY(std::abs(shown.pixelColor(44, 0).alpha() - 31) <= 1); // 0.12
+    // A quarter of a circle fills the corner.
+    double corner = 0;
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 8; ++x)
+            corner += shown.pixelColor(x, y).alphaF() / shown.pixelColor(44, 0).alphaF();
+    }
+    QVERIFY2(std::abs(corner - M_PI * 8 * 8 / 4) < 1.5, QByteArray::number(corner).constData());
+    QCOMPARE(shown.pixelColor(0, 0).alpha(), 0);
 }
 
 void ShelfItemViewTest::on_hover_shows_the_name_while_the_pointer_is_there()

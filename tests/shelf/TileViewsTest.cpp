@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "shelf/TileViews.h"
+#include "shelf/ShelfViews.h"
+
+#include <QPainter>
+#include <QTest>
+
+#include <cmath>
+
+// What the views of a tile, and the layer of colour behind them, look like: read off their pixels.
+class TileViewsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_image_is_clipped_to_corners_of_6_points();
+    void the_name_is_white_11_points_high_and_of_medium_weight();
+    void the_remove_button_is_a_red_circle_with_a_symbol_of_8_points();
+    void the_remove_button_fades_as_a_whole();
+    void the_colour_over_the_panel_has_its_corners();
+};
+
+namespace {
+
+constexpr double kTolerance = 5; // pixels of area, for how an edge is smoothed; one point of radius makes nine at least
+
+QImage shown(QWidget &view, QSize size)
+{
+    view.resize(size);
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    view.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+    return image;
+}
+
+// The pixels covered, in parts where an edge runs through one, of `full` opacity.
+double coveredArea(const QImage &image, double full = 1.0)
+{
+    double area = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            area += image.pixelColor(x, y).alphaF() / full;
+    }
+    return area;
+}
+
+double roundedArea(QSize size, double radius)
+{
+    return size.width() * size.height() - (4 - M_PI) * radius * radius;
+}
+
+QIcon plainIcon(QColor color)
+{
+    QPixmap pixmap(32, 32);
+    pixmap.fill(color);
+    return QIcon(pixmap);
+}
+
+} // namespace
+
+void TileViewsTest::the_image_is_clipped_to_corners_of_6_points()
+{
+    const QSize size(60, 60);
+    QPixmap red(size);
+    red.fill(Qt::red);
+    TileImageView view(nullptr);
+    view.setImage(red, size);
+    const QImage image = shown(view, size);
+    QVERIFY(std::abs(coveredArea(image) - roundedArea(size, 6)) < kTolerance);
+    QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
+    QCOMPARE(image.pixelColor(30, 0), QColor(Qt::red));
+}
+
+void TileViewsTest::the_name_is_white_11_points_high_and_of_medium_weight()
+{
+    TileLabel label(nullptr);
+    QCOMPARE(label.font().pixelSize(), 11);
+    QCOMPARE(label.font().weight(), QFont::Medium);
+    label.setText(QStringLiteral("■"));
+    const QImage image = shown(label, QSize(84, 26));
+    int white = 0;
+    double left = 0;
+    double right = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            white += image.pixelColor(x, y) == QColor(Qt::white);
+            (x < image.width() / 2 ? left : right) += image.pixelColor(x, y).alphaF();
+        }
+    }
+    QVERIFY(white > 4);
+    // In the middle, to the pixel that centring may round away.
+    QVERIFY2(std::abs(left - right) < (left + right) / 4, qPrintable(QStringLiteral("%1 %2").arg(left).arg(right)));
+}
+
+void TileViewsTest::the_remove_button_is_a_red_circle_with_a_symbol_of_8_points()
+{
+    const QSize size(18, 18);
+    TileRemoveButton button(plainIcon(Qt::white), nullptr);
+    QCOMPARE(coveredArea(shown(button, size)), 0.0);
+    button.setAlpha(1);
+    const QImage image = shown(button, size);
+
+    const QRect symbol(5, 5, 8, 8);
+    double background = 0;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            if (symbol.contains(x, y))
+                QCOMPARE(color, QColor(Qt::white));
+            else
+                background += color.alphaF() / 0.85;
+        }
+    }
+    QVERIFY(std::abs(background - (M_PI * 9 * 9 - 8 * 8)) < kTolerance);
+    const QColor red = image.pixelColor(3, 9);
+    QCOMPARE(red.alpha(), 217); // 0.85
+    QVERIFY(std::abs(red.red() - 255) <= 1 && std::abs(red.green() - 59) <= 1 && std::abs(red.blue() - 48) <= 1);
+}
+
+void TileViewsTest::the_remove_button_fades_as_a_whole()
+{
+    TileRemoveButton button(plainIcon(Qt::white), nullptr);
+    button.setAlpha(0.5);
+    const QImage image = shown(button, QSize(18, 18));
+    QVERIFY(std::abs(image.pixelColor(3, 9).alphaF() - 0.425F) < 0.01F);
+    // White at a half over the red at a half of 0.85.
+    QVERIFY(std::abs(image.pixelColor(9, 9).alphaF() - (0.5F + 0.5F * 0.425F)) < 0.01F);
+}
+
+void TileViewsTest::the_colour_over_the_panel_has_its_corners()
+{
+    const QSize size(116, 164);
+    ColorView view(VisualEffectView::kCornerRadius, nullptr);
+    view.setColor(QColor(200, 30, 90, 128));
+    const QImage image = shown(view, size);
+    const double area = coveredArea(image, 128 / 255.0);
+    QVERIFY2(std::abs(area - roundedArea(size, 14)) < kTolerance, QByteArray::number(area - roundedArea(size, 14)));
+    QCOMPARE(image.pixelColor(58, 0).alpha(), 128);
+}
+
+QTEST_MAIN(TileViewsTest)
+#include "TileViewsTest.moc"

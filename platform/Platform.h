@@ -24,6 +24,7 @@
 #include "platform/Workspace.h"
 
 #include <memory>
+#include <string>
 
 // Every service that the application needs beyond Qt. Made once in main and handed down; tests hand down a virtual one.
 struct Platform {
@@ -50,8 +51,8 @@ struct Platform {
     std::unique_ptr<OpenPanels> openPanels;
 };
 
-// What the platform needs to have settled before the QApplication is made.
-void preparePlatform();
+// Settles what the platform needs before the QApplication is made. Empty, or why the program cannot run here.
+std::string preparePlatform();
 
 // The services of the desktop this is built for. Needs the QApplication to exist.
 std::unique_ptr<Platform> createPlatform();

@@ -24,12 +24,49 @@
 #include "platform/linux/XcbKeyTap.h"
 #include "platform/linux/XcbScreens.h"
 
-void preparePlatform()
+#include <pwd.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+namespace {
+
+constexpr char kPlatform[] = "QT_QPA_PLATFORM";
+
+// Without HOME everything in it would be looked for in the root folder.
+void settleHome()
 {
+    if (!qEnvironmentVariableIsEmpty("HOME"))
+        return;
+    const passwd *user = ::getpwuid(::geteuid());
+    if (user && user->pw_dir && *user->pw_dir)
+        qputenv("HOME", user->pw_dir);
+}
+
+// Qt ends the program itself, with a core dump, where it finds no X server. Empty when there is one.
+std::string whyThereIsNoServer()
+{
+    const std::string display = qgetenv("DISPLAY").toStdString();
+    if (display.empty())
+        return "DISPLAY is not set; Parklet needs an X server, or XWayland in a Wayland session";
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    const bool fails = xcb_connection_has_error(connection) != 0;
+    xcb_disconnect(connection);
+    return fails ? "cannot connect to the X server \"" + display + "\" that DISPLAY names" : std::string();
+}
+
+} // namespace
+
+std::string preparePlatform()
+{
+    settleHome();
     // Only X11 lets a program follow other programs' drags and place its own windows, so under Wayland the X server
     // that comes with it is used.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+    const QByteArray wanted = qgetenv(kPlatform);
+    if (!wanted.isEmpty() && !wanted.startsWith("wayland") && !wanted.startsWith("xcb"))
+        return {};
+    if (!wanted.startsWith("xcb"))
+        qputenv(kPlatform, "xcb");
+    return whyThereIsNoServer();
 }
 
 std::unique_ptr<Platform> createPlatform()

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// What the program answers to its command line instead of starting.
+struct CommandLineAnswer {
+    std::string output; // for the standard output
+    std::string error;  // for the standard error
+    int exitCode = 0;
+
+    bool operator==(const CommandLineAnswer &) const = default;
+};
+
+// Nothing when the program is to start. `arguments` are those after the program's name.
+std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string> &arguments);
+
+// Prints the answer, and returns the exit code: also 1 when it could not be printed.
+int give(const CommandLineAnswer &answer);

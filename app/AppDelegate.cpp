@@ -158,6 +158,20 @@ void AppDelegate::showShelf()
         shelf.show(true);
 }
 
+void AppDelegate::performAction(const QString &name)
+{
+    if (name == QLatin1String("show-shelf"))
+        showShelf();
+    else if (name == QLatin1String("add-from-clipboard"))
+        addFromClipboard();
+    else if (name == QLatin1String("preferences"))
+        openPreferences();
+    else if (name == QLatin1String("check-for-updates"))
+        checkForUpdates();
+    else if (name == QLatin1String("quit"))
+        QCoreApplication::quit();
+}
+
 void AppDelegate::toggleShelf()
 {
     if (shelf.isVisible() && !shelf.isHiding())

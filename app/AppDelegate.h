@@ -36,6 +36,9 @@ public:
     // Shows the shelf if it is hidden.
     void showShelf();
 
+    // Does what an action of the desktop's launcher is for; one of an unknown name does nothing.
+    void performAction(const QString &name);
+
     void dragMonitorDidStartDrag(const QList<QUrl> &urls) override;
     void dragMonitorDidEndDrag() override;
 

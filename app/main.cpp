@@ -36,6 +36,7 @@ int main(int argc, char *argv[])
     SharedInstances shared(*platform);
     AppDelegate delegate(shared);
     instance->onActivate = [&delegate] { delegate.showShelf(); };
+    instance->onAction = [&delegate](const QString &name) { delegate.performAction(name); };
     platform->mainQueue->async([&delegate] { delegate.applicationDidFinishLaunching(); });
     return QApplication::exec();
 }

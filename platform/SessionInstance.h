@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QString>
+
 #include <functional>
 #include <memory>
 
@@ -14,6 +16,9 @@ public:
 
     // Called on the main thread when a later start asked this process to show itself.
     std::function<void()> onActivate;
+
+    // Called on the main thread with the name of an action that the user chose in the desktop's launcher.
+    std::function<void(const QString &name)> onAction;
 };
 
 std::unique_ptr<SessionInstance> createSessionInstance();

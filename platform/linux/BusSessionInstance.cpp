@@ -74,7 +74,8 @@ void ApplicationAdaptor::Open(const QStringList &, const QVariantMap &platformDa
     Activate(platformData);
 }
 
-void ApplicationAdaptor::ActivateAction(const QString &, const QVariantList &, const QVariantMap &platformData)
+void ApplicationAdaptor::ActivateAction(const QString &name, const QVariantList &, const QVariantMap &)
 {
-    Activate(platformData);
+    if (instance.onAction)
+        instance.onAction(name);
 }

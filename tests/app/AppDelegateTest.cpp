@@ -23,6 +23,8 @@ private slots:
     void the_updates_item_asks_for_a_check();
     void the_more_item_opens_the_makers_page();
     void the_quit_item_ends_the_application();
+    void the_launchers_actions_do_what_their_names_say();
+    void the_launcher_can_quit();
 
     void the_clipboards_files_are_added_in_order_and_the_shelf_shows();
     void a_visible_shelf_is_not_shown_again_for_the_clipboard();
@@ -212,6 +214,39 @@ void AppDelegateTest::the_quit_item_ends_the_application()
     Fixture f;
     constexpr int kNotQuit = 1;
     QTimer::singleShot(0, &f.shelf, [&f] { f.choose(QStringLiteral("Quit Parklet")); });
+    QTimer::singleShot(10'000, &f.shelf, [] { QCoreApplication::exit(kNotQuit); });
+    QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void AppDelegateTest::the_launchers_actions_do_what_their_names_say()
+{
+    // As on a desktop without a tray.
+    Fixture f({{SettingsKey::showMenuBarIcon, false}});
+    f.shared.versionURL = QUrl(QStringLiteral("http://127.0.0.1:1/version.json"));
+    f.delegate->performAction(QStringLiteral("nonsense"));
+    QVERIFY(!f.shelf.isVisible());
+
+    f.delegate->performAction(QStringLiteral("show-shelf"));
+    QVERIFY(f.shelf.isVisible());
+    f.delegate->performAction(QStringLiteral("show-shelf"));
+    QVERIFY(f.shelf.isVisible());
+    f.virtualPlatform.generalPasteboard.urls = {file("/a.txt")};
+    QVERIFY(f.shelf.items.isEmpty());
+    f.delegate->performAction(QStringLiteral("add-from-clipboard"));
+    QCOMPARE(f.shelf.items, QList{file("/a.txt")});
+    QVERIFY(!f.shared.isPreferencesWindowVisible());
+    f.delegate->performAction(QStringLiteral("preferences"));
+    QVERIFY(f.shared.isPreferencesWindowVisible());
+    QVERIFY(!f.shared.updateChecker().findChild<QNetworkAccessManager *>());
+    f.delegate->performAction(QStringLiteral("check-for-updates"));
+    QVERIFY(f.shared.updateChecker().findChild<QNetworkAccessManager *>());
+}
+
+void AppDelegateTest::the_launcher_can_quit()
+{
+    Fixture f;
+    constexpr int kNotQuit = 1;
+    QTimer::singleShot(0, &f.shelf, [&f] { f.delegate->performAction(QStringLiteral("quit")); });
     QTimer::singleShot(10'000, &f.shelf, [] { QCoreApplication::exit(kNotQuit); });
     QCOMPARE(QCoreApplication::exec(), 0);
 }

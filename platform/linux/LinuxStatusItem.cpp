@@ -5,11 +5,21 @@
 #include "platform/linux/OutlinedIconEngine.h"
 
 #include <QCursor>
+#include <QStandardPaths>
 
 namespace {
 
 const QColor kSymbolColor(0xf5, 0xf5, 0xf7);
 const QColor kOutlineColor(0x20, 0x20, 0x24);
+
+const QString kThemeName = QStringLiteral("com.orvane.Parklet-symbolic");
+const QString kThemeFile = QStringLiteral("icons/hicolor/symbolic/apps/") + kThemeName + QStringLiteral(".svg");
+
+// A panel that is told a name shows nothing when it finds no such icon.
+QString nameIfInstalled()
+{
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, kThemeFile).isEmpty() ? QString() : kThemeName;
+}
 
 } // namespace
 
@@ -32,7 +42,8 @@ LinuxStatusItem::~LinuxStatusItem()
 
 void LinuxStatusItem::setSymbol(const QString &name, const QString &accessibilityDescription)
 {
-    icon = QIcon(new OutlinedIconEngine(appearance.symbol(name, kSymbolColor), appearance.symbol(name, kOutlineColor)));
+    icon = QIcon(new OutlinedIconEngine(appearance.symbol(name, kSymbolColor), appearance.symbol(name, kOutlineColor),
+                                        nameIfInstalled()));
     description = accessibilityDescription;
     if (tray) {
         tray->setIcon(icon);

@@ -12,9 +12,10 @@ constexpr int kTraySizes[] = {16, 22, 24, 32, 44, 48, 64}; // pixels
 
 } // namespace
 
-OutlinedIconEngine::OutlinedIconEngine(QIcon symbol, QIcon outline)
+OutlinedIconEngine::OutlinedIconEngine(QIcon symbol, QIcon outline, QString name)
     : symbol(std::move(symbol))
     , outline(std::move(outline))
+    , name(std::move(name))
 {
 }
 
@@ -66,4 +67,9 @@ QIconEngine *OutlinedIconEngine::clone() const
 QString OutlinedIconEngine::key() const
 {
     return QStringLiteral("outlined");
+}
+
+QString OutlinedIconEngine::iconName()
+{
+    return name;
 }

@@ -8,8 +8,9 @@
 // at the size asked for: a tray wants one size, or a few.
 class OutlinedIconEngine : public QIconEngine {
 public:
-    // `outline` is the shape of `symbol` in the outline's colour.
-    OutlinedIconEngine(QIcon symbol, QIcon outline);
+    // `outline` is the shape of `symbol` in the outline's colour; `name` that of an icon in the icon theme, for panels
+    // that rather colour one themselves, or empty.
+    OutlinedIconEngine(QIcon symbol, QIcon outline, QString name = {});
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override;
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override;
@@ -17,8 +18,10 @@ public:
     QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) override;
     QIconEngine *clone() const override;
     QString key() const override;
+    QString iconName() override;
 
 private:
     QIcon symbol;
     QIcon outline;
+    QString name;
 };

@@ -8,13 +8,17 @@
 #include "tests/support/Hand.h"
 
 #include <QApplication>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDir>
 #include <QMenu>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QSocketNotifier>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdio>
@@ -164,10 +168,11 @@ private slots:
     void an_item_survives_a_restart_of_the_notifier_watcher();
     void a_host_that_activates_the_item_opens_its_menu();
     void a_removed_item_leaves_the_bus();
+    void a_panel_that_colours_icons_is_told_the_name_of_an_installed_one();
     void the_symbol_stands_out_on_light_and_dark();
 
 private:
-    bool start();
+    bool start(const QByteArray &dataFolder = "/nowhere");
     bool say(const QByteArray &command);
     bool heard(const QByteArray &text)
     {
@@ -196,9 +201,13 @@ void LinuxStatusItemTest::cleanup()
     }
 }
 
-bool LinuxStatusItemTest::start()
+// A program with an item, among installed icons of that folder alone.
+bool LinuxStatusItemTest::start(const QByteArray &dataFolder)
 {
     item = std::make_unique<QProcess>();
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_DATA_DIRS"), QFile::decodeName(dataFolder));
+    item->setProcessEnvironment(environment);
     item->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     item->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--item")});
     return QTest::qWaitFor([this] { return heard("ready\n"); }, kPatience);
@@ -331,6 +340,25 @@ void LinuxStatusItemTest::a_removed_item_leaves_the_bus()
     QTRY_VERIFY_WITH_TIMEOUT(!QDBusConnection::sessionBus().interface()->isServiceRegistered(first), kPatience);
     QVERIFY(say("create"));
     QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 2, kPatience);
+}
+
+void LinuxStatusItemTest::a_panel_that_colours_icons_is_told_the_name_of_an_installed_one()
+{
+    const QString name = QStringLiteral("com.orvane.Parklet-symbolic");
+    QTemporaryDir data;
+    const QString folder = data.filePath(QStringLiteral("icons/hicolor/symbolic/apps"));
+    QVERIFY(QDir().mkpath(folder));
+    for (const bool installed : {false, true}) {
+        if (installed)
+            QVERIFY(QFile::copy(QStringLiteral(PARKLET_SYMBOLIC_ICON), folder + u'/' + name + QStringLiteral(".svg")));
+        NotifierWatcher watcher(true);
+        QVERIFY(start(QFile::encodeName(data.path())));
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
+        QCOMPARE(property(watcher.items.first(), QStringLiteral("IconName")).toString() == name, installed);
+        // A panel that finds no icon of that name has the picture.
+        QVERIFY(!property(watcher.items.first(), QStringLiteral("IconPixmap")).value<QDBusArgument>().atEnd());
+        cleanup();
+    }
 }
 
 void LinuxStatusItemTest::the_symbol_stands_out_on_light_and_dark()

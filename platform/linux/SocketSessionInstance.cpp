@@ -39,7 +39,7 @@ QString SocketSessionInstance::privateFolder()
 {
     // Qt would make a folder of its own, with a warning, where the session names none.
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    if (runtime.startsWith('/') && isPrivate(runtime))
+    if (runtime.startsWith('/') && isPrivate(runtime) && ::access(runtime.constData(), W_OK) == 0)
         return QFile::decodeName(runtime);
     const QString temporary = QDir::tempPath() + QStringLiteral("/parklet-") + QString::number(::geteuid());
     const QByteArray folder = QFile::encodeName(temporary);

@@ -170,8 +170,12 @@ void SocketSessionInstanceTest::the_folder_is_private()
     // One that others may look into is not used.
     QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
     const QString other = SocketSessionInstance::privateFolder();
-    qputenv("XDG_RUNTIME_DIR", before);
     QVERIFY(other != folder->path());
+    // Nor is one that cannot be written into, except by those whom no mode holds back.
+    QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0500), 0);
+    QCOMPARE(SocketSessionInstance::privateFolder() == folder->path(), ::geteuid() == 0);
+    QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0700), 0);
+    qputenv("XDG_RUNTIME_DIR", before);
     struct stat status {};
     QCOMPARE(::stat(QFile::encodeName(other).constData(), &status), 0);
     QCOMPARE(status.st_mode & 0777, mode_t{0700});

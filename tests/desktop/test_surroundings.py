@@ -1,0 +1,153 @@
+# SPDX-License-Identifier: MIT
+"""Surroundings in which something is missing that a session has: Parklet works with what there is, or says what not."""
+import os
+import pathlib
+import subprocess
+
+from support.case import DesktopTest
+from support.parklet import Parklet, PROGRAM
+from support.waiting import wait_for
+
+XDG = ("XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_DIRS",
+       "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE")
+
+
+def without(*names):
+    """Runs what follows without these variables."""
+    return ("env", *(f"--unset={name}" for name in names))
+
+
+def mounted(script, *arguments):
+    """Runs what follows where a script has mounted something that only it sees."""
+    user = (f"--map-user={os.getuid()}", f"--map-group={os.getgid()}")
+    return ("unshare", "--user", "--map-root-user", "--mount", "sh", "-ec",
+            f'{script}; shift {len(arguments)}; exec unshare --user {" ".join(user)} "$@"', "sh", *map(str, arguments))
+
+
+class SurroundingsTest(DesktopTest):
+    def start(self, *how, settings=None, **environment):
+        """The program, run by a command with variables of its own, once its icon is in the tray."""
+        self.app = Parklet(self.desktop, settings)
+        self.app.process = self.desktop.start("parklet", *how, PROGRAM, environment=environment)
+        wait_for(lambda: self.app.tray_icon() or not self.app.runs(), "Parklet's icon is in the tray")
+        self.assertTrue(self.app.runs(), "Parklet ended as it started")
+        return self.app
+
+    def assert_works(self):
+        """The shelf takes a file and shows it, and can be told to start with the session."""
+        self.app.choose("Launch at Login")
+        self.app.hold(self.file("words.txt"))
+        self.assertEqual(self.app.names(), ["words.txt"])
+
+    def fails(self, **environment):
+        """What the program says when it ends at once, on the terminal."""
+        variables = {**self.desktop.environment, **environment}
+        result = subprocess.run([PROGRAM], env={name: value for name, value in variables.items() if value is not None},
+                                stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60)
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        return result.stderr
+
+    def test_without_an_x_server_it_says_so(self):
+        self.assertEqual(self.fails(DISPLAY=None), "parklet: DISPLAY is not set; Parklet needs an X server, "
+                                                   "or XWayland in a Wayland session\n")
+        self.assertEqual(self.fails(DISPLAY=":6543"),
+                         'parklet: cannot connect to the X server ":6543" that DISPLAY names\n')
+        # The wish of a Wayland session for all of its programs changes nothing.
+        self.assertIn("DISPLAY is not set", self.fails(DISPLAY=None, QT_QPA_PLATFORM="wayland;xcb"))
+
+    def test_a_session_that_wishes_for_wayland_gets_the_x_server(self):
+        self.start(QT_QPA_PLATFORM="wayland")
+        self.assert_works()
+
+    def test_the_command_line_is_answered_without_a_display(self):
+        bare = {"PATH": "/usr/bin:/bin"}
+        for option, code in (("--version", 0), ("--help", 0), ("--shelf", 2)):
+            result = subprocess.run([PROGRAM, option], env=bare, capture_output=True, text=True, timeout=60)
+            self.assertEqual((result.returncode, bool(result.stdout), bool(result.stderr)), (code, not code, bool(code)))
+
+    def test_without_home_the_user_database_tells_where_it_is(self):
+        users = self.desktop.folder / "passwd"
+        users.write_text(f"somebody:x:{os.getuid()}:{os.getgid()}::{self.desktop.home}:/bin/sh\n")
+        self.start(*mounted('mount --bind "$1" /etc/passwd', users),
+                   *without("HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"), settings={"windowEdge": 0})
+        self.assert_works()
+        wait_for(lambda: self.app.read_settings().get("launchAtLogin"), "the settings are written")
+        self.assertEqual(self.app.frame().x, 4)
+
+    def test_a_read_only_home_is_no_obstacle(self):
+        words = self.file("words.txt")
+        self.start(*mounted('mount --bind "$1" "$1"; mount -o remount,bind,ro "$1"', self.desktop.home),
+                   settings={"windowEdge": 0})
+        before = self.app.settings_file.read_bytes()
+        self.app.choose("Launch at Login")
+        self.app.hold(words)
+        self.assertEqual(self.app.frame().x, 4)
+        self.assertEqual(self.app.settings_file.read_bytes(), before)
+
+    def test_a_full_disk_leaves_the_settings_whole(self):
+        config = self.desktop.home / ".config"
+        self.start(*mounted('cp -r "$1/parklet" "$2"; mount -t tmpfs -o size=64k none "$1"; cp -r "$2" "$1/parklet"; '
+                            'cat /dev/zero >"$1/fill" 2>/dev/null || true',
+                            config, self.desktop.folder / "settings"), settings={"windowEdge": 0})
+        inside = pathlib.Path(f"/proc/{self.app.process.pid}/root{config}")
+        self.assertEqual(os.statvfs(inside).f_bavail, 0)
+        before = (inside / "parklet/settings.json").read_bytes()
+        self.assert_works()
+        self.assertEqual(self.app.frame().x, 4)
+        self.assertEqual((inside / "parklet/settings.json").read_bytes(), before)
+        self.assertEqual(os.listdir(inside / "parklet"), ["settings.json"])
+
+    def test_without_a_session_bus_there_is_still_one_shelf(self):
+        self.assert_one_shelf(self.private_folder("run-without-bus"))
+
+    def test_a_runtime_folder_that_cannot_be_written_is_no_obstacle(self):
+        folder = self.private_folder("run-unwritable")
+        folder.chmod(0o500)
+        self.addCleanup(folder.chmod, 0o700)
+        self.assert_one_shelf(folder)
+        self.assertEqual(os.listdir(folder), [])
+
+    def test_without_a_runtime_folder_there_is_still_one_shelf(self):
+        self.assert_one_shelf(self.desktop.folder / "no-such-folder")
+
+    def private_folder(self, name):
+        folder = self.desktop.folder / name
+        folder.mkdir(mode=0o700)
+        return folder
+
+    def assert_one_shelf(self, runtime_folder):
+        """Without a bus nothing can be found by its name, but the shelf is seen."""
+        how = without("DBUS_SESSION_BUS_ADDRESS")
+        self.desktop.processes.environment |= {"XDG_RUNTIME_DIR": str(runtime_folder),
+                                               "TMPDIR": str(self.private_folder("tmp"))}
+        self.start(*how)
+        self.assertTrue(self.app.hidden())
+        self.assertEqual(self.desktop.start("again", *how, PROGRAM).wait(30), 0)
+        wait_for(self.app.window, "the running shelf comes up")
+
+    def test_without_xdg_folders_it_makes_its_own(self):
+        home = self.private_folder("empty home")
+        self.app = Parklet(self.desktop)
+        self.app.process = self.desktop.start("parklet", *without(*XDG), PROGRAM, environment={"HOME": str(home)})
+        self.app.click("Don't Check")
+        wait_for(self.app.tray_icon, "Parklet's icon is in the tray")
+        self.assert_works()
+        wait_for((home / ".config/parklet/settings.json").exists, "the settings are where they belong")
+
+    def test_a_locale_that_does_not_exist_is_no_obstacle(self):
+        self.start(LC_ALL="xx_YY.UTF-8", LANG="xx_YY.UTF-8", LANGUAGE="xx")
+        name = "größer als 1 € – 日本.txt"
+        self.app.hold(self.file(name))
+        self.assertEqual(self.app.names(), [name])
+
+    def test_without_any_icon_there_are_pictures_still(self):
+        empty = self.private_folder("no data")
+        self.start(XDG_DATA_DIRS=str(empty), XDG_DATA_HOME=str(empty))
+        folder = self.folder("a folder")
+        self.app.hold(self.file("words.txt"), folder)
+        for tile in self.app.tiles():
+            wait_for(lambda: self.colors(tile.frame) > 3, f"{tile.name} has a picture")
+
+    def colors(self, frame):
+        return len({self.desktop.windows.pixel(frame.x + x, frame.y + y)
+                    for x in range(8, frame.width - 8, 6) for y in range(8, 72, 6)})

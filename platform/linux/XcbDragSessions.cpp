@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/XcbDragSessions.h"
 
-#include "platform/linux/DragPicture.h"
+#include "platform/common/DragPicture.h"
+#include "platform/common/QtDrags.h"
 #include "platform/linux/DragWindowSetup.h"
 #include "platform/linux/DropAnswer.h"
 #include "platform/linux/EscapeGrab.h"
@@ -28,36 +29,6 @@ constexpr quint8 kSentByClient = 0x80;
 constexpr quint32 kFirstWheelButton = 4;
 constexpr quint32 kLastWheelButton = 7;
 
-Qt::DropAction dropAction(DragOperation operation)
-{
-    switch (operation) {
-    case DragOperation::Copy:
-        return Qt::CopyAction;
-    case DragOperation::Move:
-        return Qt::MoveAction;
-    case DragOperation::Link:
-        return Qt::LinkAction;
-    case DragOperation::None:
-        break;
-    }
-    return Qt::IgnoreAction;
-}
-
-DragOperation dragOperation(Qt::DropAction action)
-{
-    switch (action) {
-    case Qt::CopyAction:
-        return DragOperation::Copy;
-    case Qt::MoveAction:
-    case Qt::TargetMoveAction:
-        return DragOperation::Move;
-    case Qt::LinkAction:
-        return DragOperation::Link;
-    default:
-        return DragOperation::None;
-    }
-}
-
 bool isWheel(quint32 button)
 {
     return button >= kFirstWheelButton && button <= kLastWheelButton;
@@ -74,17 +45,6 @@ bool letsDropsThrough(xcb_window_t window)
     return std::ranges::any_of(QGuiApplication::allWindows(), [window](const QWindow *own) {
         return own->handle() && isDragWindow(*own) && own->winId() == window;
     });
-}
-
-std::unique_ptr<QMimeData> uriList(const QList<DraggingItem> &items)
-{
-    QList<QUrl> urls;
-    urls.reserve(items.size());
-    for (const DraggingItem &item : items)
-        urls.append(item.fileURL);
-    auto data = std::make_unique<QMimeData>();
-    data->setUrls(urls);
-    return data;
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/DragPicture.h"
+#include "platform/common/DragPicture.h"
 
 #include <QTest>
 

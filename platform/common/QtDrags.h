@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/DragSessions.h"
+
+#include <memory>
+
+class QMimeData;
+
+// What a drag by way of Qt has in common on every desktop.
+
+Qt::DropAction dropAction(DragOperation operation);
+DragOperation dragOperation(Qt::DropAction action);
+
+// The files of `items`, in order.
+std::unique_ptr<QMimeData> uriList(const QList<DraggingItem> &items);

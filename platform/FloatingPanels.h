@@ -12,7 +12,8 @@ struct PanelStyle {
 };
 
 // Windows that float above all others on every desktop, over full-screen windows too, are in no task list, and never
-// take the focus, not even when clicked.
+// make their program the active one, not even when clicked. Where that is the same as having the focus, they never
+// have it.
 class FloatingPanels {
 public:
     virtual ~FloatingPanels() = default;
@@ -30,4 +31,7 @@ public:
 
     // Whether translucent pixels and window opacity show what is behind. It can change while the program runs.
     virtual bool canBlend() const = 0;
+
+    // Whether the desktop itself puts a dark translucent background behind a panel; the panel then draws none.
+    virtual bool drawsBackground() const { return false; }
 };

@@ -51,7 +51,7 @@ private:
 
 CursorDropZone::CursorDropZone(Platform &platform, QWidget *parent)
     : QWidget(parent)
-    , visualFX(new VisualEffectView([&platform] { return platform.floatingPanels->canBlend(); }, this))
+    , visualFX(new VisualEffectView(*platform.floatingPanels, this))
     , iconView(new SymbolView(
           platform.appearance->symbol(QStringLiteral("tray.and.arrow.down"), QColor::fromRgbF(1, 1, 1, kIconTint)),
           tr("Drop here"), this))

@@ -64,7 +64,7 @@ void ShelfPanel::buildInterface()
     container->onDrop = drop;
     container->onHighlight = highlightDrop;
 
-    visualFX = new VisualEffectView([this] { return platform.floatingPanels->canBlend(); }, container);
+    visualFX = new VisualEffectView(*platform.floatingPanels, container);
     tintOverlay = new ColorView(VisualEffectView::kCornerRadius, container);
     tintOverlay->hide();
     applyTint();

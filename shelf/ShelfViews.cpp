@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/ShelfViews.h"
 
+#include "platform/FloatingPanels.h"
+
 #include <QPainter>
 
 namespace {
@@ -15,11 +17,23 @@ constexpr float kHoverAlpha = 0.14F;
 constexpr float kPressedAlpha = 0.24F;
 constexpr double kHoverRadius = 5;
 
+void drawBackground(QPainter &painter, const QRect &rect, bool blends)
+{
+    QColor background = kBackground;
+    if (blends)
+        background.setAlphaF(kBackgroundAlpha);
+    else
+        painter.fillRect(rect, background);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(background);
+    painter.drawRoundedRect(rect, VisualEffectView::kCornerRadius, VisualEffectView::kCornerRadius);
+}
+
 } // namespace
 
-VisualEffectView::VisualEffectView(std::function<bool()> blending, QWidget *parent)
+VisualEffectView::VisualEffectView(const FloatingPanels &panels, QWidget *parent)
     : QWidget(parent)
-    , canBlend(std::move(blending))
+    , floatingPanels(panels)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
@@ -35,16 +49,11 @@ void VisualEffectView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QColor background = kBackground;
-    if (canBlend())
-        background.setAlphaF(kBackgroundAlpha);
-    else
-        painter.fillRect(rect(), background);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(background);
-    painter.drawRoundedRect(rect(), kCornerRadius, kCornerRadius);
-
     const bool highlighted = layerBorderWidth > 0;
+    if (!floatingPanels.drawsBackground())
+        drawBackground(painter, rect(), floatingPanels.canBlend());
+    else if (!highlighted)
+        return;
     const double width = highlighted ? layerBorderWidth : 1;
     const QColor color = highlighted ? layerBorderColor : QColor::fromRgbF(1, 1, 1, kRimAlpha);
     const double inset = width / 2;

@@ -5,7 +5,7 @@
 #include <QColor>
 #include <QWidget>
 
-#include <functional>
+class FloatingPanels;
 
 // The dark translucent background of a panel, with rounded corners and a border that shows where a drop would land.
 // It lets every mouse event through.
@@ -16,8 +16,9 @@ public:
     // The panels' corner radius, in points.
     static constexpr double kCornerRadius = 14;
 
-    // `canBlend` tells at each drawing whether what is behind the window shows through.
-    VisualEffectView(std::function<bool()> canBlend, QWidget *parent);
+    // `panels` tells at each drawing whether what is behind the window shows through, and whether the desktop draws
+    // the background.
+    VisualEffectView(const FloatingPanels &panels, QWidget *parent);
 
     double borderWidth() const { return layerBorderWidth; }
     QColor borderColor() const { return layerBorderColor; }
@@ -29,7 +30,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    std::function<bool()> canBlend;
+    const FloatingPanels &floatingPanels;
     double layerBorderWidth = 0;
     QColor layerBorderColor;
 };

@@ -30,6 +30,7 @@ private slots:
     void hiding_a_fading_in_panel_starts_from_where_it_stands();
     void a_panel_shown_while_it_fades_out_stays();
     void hiding_a_hidden_panel_does_nothing();
+    void a_background_that_the_desktop_draws_is_not_drawn_again();
     void entering_and_leaving_turns_the_accent_border_on_and_off();
     void dropping_two_files_hands_both_over_at_once_and_in_order();
     void a_drop_is_a_copy_and_does_not_hide_the_panel();
@@ -303,6 +304,27 @@ void CursorShelfTest::hiding_a_hidden_panel_does_nothing()
     f.queue.advance(1);
     QCOMPARE(f.panels.ordersOut, 0);
     QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void CursorShelfTest::a_background_that_the_desktop_draws_is_not_drawn_again()
+{
+    Fixture f;
+    f.showFully();
+    const auto pixel = [&f](int x) {
+        QImage canvas(f.panel->size(), QImage::Format_ARGB32_Premultiplied);
+        canvas.fill(Qt::transparent);
+        f.zone.visualFX->render(&canvas, QPoint(), QRegion(), QWidget::RenderFlags());
+        return canvas.pixelColor(x, 44);
+    };
+    QVERIFY(pixel(44).alpha() > 0);
+    QVERIFY(pixel(0).alpha() > 0);
+    f.panels.hasMaterial = true;
+    QCOMPARE(pixel(44).alpha(), 0);
+    QCOMPARE(pixel(0).alpha(), 0);
+    // The border still shows where a drop would land.
+    f.zone.visualFX->setBorder(2, Qt::red);
+    QCOMPARE(pixel(1), QColor(Qt::red));
+    QCOMPARE(pixel(44).alpha(), 0);
 }
 
 void CursorShelfTest::entering_and_leaving_turns_the_accent_border_on_and_off()

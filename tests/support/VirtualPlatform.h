@@ -245,6 +245,7 @@ public:
     void orderOut(QWidget &window) override;
     void setAlpha(QWidget &window, double alpha) override { alphas.insert(&window, alpha); }
     bool canBlend() const override { return blends; }
+    bool drawsBackground() const override { return hasMaterial; }
 
     QMap<QString, QPointer<QWidget>> panels; // by role
     QList<PanelStyle> styles;
@@ -253,6 +254,7 @@ public:
     int ordersFront = 0;
     int ordersOut = 0;
     bool blends = true;
+    bool hasMaterial = false; // draws the panels' background
     CallLog *log = nullptr;
 };
 

@@ -14,6 +14,10 @@ QList<QUrl> fileURLs(const QMimeData *data);
 // The same for the text of a text/uri-list: one URL a line, comments ("#") and empty lines left out.
 QList<QUrl> fileURLs(const QByteArray &uriList);
 
+// The same for a link as browsers put it into a drag (text/x-moz-url): in UTF-16, the address on its first line. It is
+// the only one that a drop of the link takes, so no further one counts.
+QList<QUrl> linkedFileURLs(const QByteArray &link);
+
 // The path of a file URL as the bytes the file system knows it by, also where they are no UTF-8.
 QByteArray fileSystemPath(const QUrl &fileURL);
 

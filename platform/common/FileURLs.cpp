@@ -2,6 +2,7 @@
 #include "platform/FileURLs.h"
 
 #include <QMimeData>
+#include <QStringDecoder>
 #include <QSysInfo>
 
 #include <optional>
@@ -55,6 +56,13 @@ QList<QUrl> fileURLs(const QMimeData *data)
         urls.append(*url);
     }
     return urls;
+}
+
+QList<QUrl> linkedFileURLs(const QByteArray &link)
+{
+    QStringDecoder decode(QStringDecoder::Utf16);
+    const QString text = decode(link);
+    return fileURLs(text.section(QLatin1Char('\n'), 0, 0).toUtf8());
 }
 
 QByteArray fileSystemPath(const QUrl &fileURL)

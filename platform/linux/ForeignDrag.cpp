@@ -19,7 +19,7 @@ void ForeignDrag::begin(quint32 time)
     end();
     inProgress = true;
     retries = 0;
-    ask(time);
+    ask(Target::URIList, time);
 }
 
 void ForeignDrag::end()
@@ -37,25 +37,55 @@ void ForeignDrag::pointerMoved(quint32 time)
     if (!inProgress)
         return;
     if (state == State::Refused)
-        ask(time);
+        ask(Target::URIList, time);
     if (onDragged)
         onDragged();
 }
 
 void ForeignDrag::refused(Question question)
 {
-    if (!isCurrent(question) || state != State::Asking)
+    if (!isCurrent(question) || !isAsking())
         return;
-    if (retries++ < kRetries)
-        state = State::Refused;
+    switch (target) {
+    case Target::URIList:
+        ask(Target::Offers, askedTime);
+        break;
+    case Target::Offers:
+        refusedForNow();
+        break;
+    case Target::Link:
+        know({});
+        break;
+    }
+}
+
+void ForeignDrag::offered(Question question, bool hasURIList, bool hasLink)
+{
+    if (!isCurrent(question) || !isAsking() || target != Target::Offers)
+        return;
+    if (hasURIList)
+        refusedForNow();
+    else if (hasLink)
+        ask(Target::Link, askedTime);
     else
         know({});
 }
 
-void ForeignDrag::answered(Question question, const QByteArray &uriList)
+void ForeignDrag::answered(Question question, const QByteArray &data)
 {
-    if (isCurrent(question))
-        know(::fileURLs(uriList));
+    if (!isCurrent(question))
+        return;
+    switch (target) {
+    case Target::URIList:
+        know(::fileURLs(data));
+        break;
+    case Target::Offers:
+        answeredWrongly(question);
+        break;
+    case Target::Link:
+        know(linkedFileURLs(data));
+        break;
+    }
 }
 
 void ForeignDrag::answeredWrongly(Question question)
@@ -88,23 +118,35 @@ void ForeignDrag::pieceArrived(Question question, const QByteArray &piece)
 
 void ForeignDrag::silent()
 {
-    if (inProgress && state == State::Asking)
-        know({});
+    if (!inProgress || state != State::Asking)
+        return;
+    know({});
+    state = State::Silent;
 }
 
-void ForeignDrag::ask(quint32 time)
+void ForeignDrag::ask(Target what, quint32 time)
 {
     state = State::Asking;
     ++current;
+    target = what;
+    askedTime = time;
     pieces.clear();
     if (onAsk)
-        onAsk(current, time);
+        onAsk(current, target, time);
+}
+
+void ForeignDrag::refusedForNow()
+{
+    if (retries++ < kRetries)
+        state = State::Refused;
+    else
+        know({});
 }
 
 void ForeignDrag::know(const QList<QUrl> &urls)
 {
     // A late answer without files tells nothing new.
-    const bool isNews = state != State::Known || !urls.isEmpty();
+    const bool isNews = (state != State::Known && state != State::Silent) || !urls.isEmpty();
     state = State::Known;
     files = urls;
     if (!isNews)

@@ -15,8 +15,11 @@ public:
     // Names one question to a source; answers to any but the newest are dropped.
     using Question = quint64;
 
-    // Asks the source what it carries, in the name of the pointer event at `time` (milliseconds of the server).
-    std::function<void(Question question, quint32 time)> onAsk;
+    // What a source is asked for: its list of URLs, what it offers at all, or the link that it carries.
+    enum class Target { URIList, Offers, Link };
+
+    // Asks the source for `target`, in the name of the pointer event at `time` (milliseconds of the server).
+    std::function<void(Question question, Target target, quint32 time)> onAsk;
     // The pointer moved, or what the drag carries became known.
     std::function<void()> onDragged;
     std::function<void()> onEnded;
@@ -37,12 +40,16 @@ public:
 
     void pointerMoved(quint32 time);
 
-    // The source refused to answer. Some do so for every question but one that bears the time of their latest pointer
-    // event, so it is asked again with the next few.
+    // The source refused to answer. One that has no list of URLs may still offer the link to a file, as browsers do, so
+    // it is asked what it offers. Some refuse every question but one that bears the time of their latest pointer event;
+    // they are asked again with the next few.
     void refused(Question question);
 
-    // The source answered with a list of URLs, or with something else.
-    void answered(Question question, const QByteArray &uriList);
+    // The source told whether it offers a list of URLs and a link.
+    void offered(Question question, bool hasURIList, bool hasLink);
+
+    // The source answered with what it was asked for, or with something else.
+    void answered(Question question, const QByteArray &data);
     void answeredWrongly(Question question);
 
     // The answer comes in pieces; an empty one is the last.
@@ -53,15 +60,19 @@ public:
     void silent();
 
 private:
-    enum class State { Asking, Refused, Known };
+    enum class State { Asking, Silent, Refused, Known };
 
-    void ask(quint32 time);
+    void ask(Target what, quint32 time);
+    void refusedForNow();
     void know(const QList<QUrl> &urls);
     bool isCurrent(Question question) const { return inProgress && question == current; }
+    bool isAsking() const { return state == State::Asking || state == State::Silent; }
 
     bool inProgress = false;
     State state = State::Known;
     Question current = 0;
+    Target target = Target::URIList; // of the current question
+    quint32 askedTime = 0;
     int retries = 0;
     QByteArray pieces;
     qint64 count = 0;

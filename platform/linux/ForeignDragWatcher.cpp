@@ -4,8 +4,10 @@
 #include <xcb/xfixes.h>
 #include <xcb/xinput.h>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
+#include <vector>
 
 using namespace std::chrono_literals;
 
@@ -32,7 +34,9 @@ constexpr quint32 kPointerEvents = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION | XCB_INPU
 ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb)
     : connection(std::move(xcb))
 {
-    foreignDrag.onAsk = [this](ForeignDrag::Question question, quint32 time) { ask(question, time); };
+    foreignDrag.onAsk = [this](ForeignDrag::Question question, ForeignDrag::Target target, quint32 time) {
+        ask(question, target, time);
+    };
     foreignDrag.onDragged = [this] {
         if (onDragged)
             onDragged();
@@ -64,6 +68,8 @@ bool ForeignDragWatcher::start()
         return false;
     selection = connection->atom("XdndSelection");
     uriList = connection->atom("text/uri-list");
+    targets = connection->atom("TARGETS");
+    link = connection->atom("text/x-moz-url");
     pieceWise = connection->atom("INCR");
     makeRequestor();
     subscription = connection->listen([this](const xcb_generic_event_t &event) { handle(event); });
@@ -179,13 +185,25 @@ void ForeignDragWatcher::selectionAnswered(const xcb_selection_notify_event_t &e
         asked.inPieces = true;
         silence.start();
         foreignDrag.answersInPieces(asked.question);
-    } else if (answer && answer->type == uriList && answer->format == kBytes && answer->bytes_after == 0) {
+    } else if (answer && asked.target == targets && answer->type == XCB_ATOM_ATOM && answer->bytes_after == 0) {
+        takeOffers(*answer);
+    } else if (answer && asked.target != targets && answer->type == asked.target && answer->format == kBytes &&
+               answer->bytes_after == 0) {
         const auto *bytes = static_cast<const char *>(xcb_get_property_value(answer.get()));
         foreignDrag.answered(asked.question, QByteArray(bytes, xcb_get_property_value_length(answer.get())));
     } else {
         xcb_delete_property(connection->get(), requestor, asked.property);
         foreignDrag.answeredWrongly(asked.question);
     }
+}
+
+void ForeignDragWatcher::takeOffers(const xcb_get_property_reply_t &offers)
+{
+    const std::vector<quint32> offered = propertyValues(&offers);
+    const auto isOffered = [&offered](xcb_atom_t type) {
+        return std::find(offered.begin(), offered.end(), type) != offered.end();
+    };
+    foreignDrag.offered(asked.question, isOffered(uriList), isOffered(link));
 }
 
 void ForeignDragWatcher::propertyChanged(const xcb_property_notify_event_t &event)
@@ -214,15 +232,29 @@ void ForeignDragWatcher::propertyChanged(const xcb_property_notify_event_t &even
                              QByteArray(static_cast<const char *>(xcb_get_property_value(piece.get())), length));
 }
 
-void ForeignDragWatcher::ask(ForeignDrag::Question question, xcb_timestamp_t time)
+void ForeignDragWatcher::ask(ForeignDrag::Question question, ForeignDrag::Target target, xcb_timestamp_t time)
 {
     asked = {.question = question,
+             .target = nameOf(target),
              .time = time,
              .property = answerProperties[question % answerProperties.size()],
              .inPieces = false};
-    xcb_convert_selection(connection->get(), requestor, selection, uriList, asked.property, time);
+    xcb_convert_selection(connection->get(), requestor, selection, asked.target, asked.property, time);
     connection->flush();
     silence.start();
+}
+
+xcb_atom_t ForeignDragWatcher::nameOf(ForeignDrag::Target target) const
+{
+    switch (target) {
+    case ForeignDrag::Target::Offers:
+        return targets;
+    case ForeignDrag::Target::Link:
+        return link;
+    case ForeignDrag::Target::URIList:
+        break;
+    }
+    return uriList;
 }
 
 void ForeignDragWatcher::followPointer(bool follow)

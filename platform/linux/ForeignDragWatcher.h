@@ -32,6 +32,7 @@ private:
     // One question to the source now dragging.
     struct Asked {
         ForeignDrag::Question question = 0;
+        xcb_atom_t target = XCB_ATOM_NONE;
         xcb_timestamp_t time = XCB_CURRENT_TIME;
         xcb_atom_t property = XCB_ATOM_NONE; // where it puts the answer
         bool inPieces = false;
@@ -45,7 +46,9 @@ private:
     void selectionAnswered(const xcb_selection_notify_event_t &event);
     void propertyChanged(const xcb_property_notify_event_t &event);
 
-    void ask(ForeignDrag::Question question, xcb_timestamp_t time);
+    void ask(ForeignDrag::Question question, ForeignDrag::Target target, xcb_timestamp_t time);
+    xcb_atom_t nameOf(ForeignDrag::Target target) const;
+    void takeOffers(const xcb_get_property_reply_t &offers);
     void followPointer(bool follow);
     void endUnlessLeftButtonDown();
     bool isLeftButtonDown();
@@ -59,6 +62,8 @@ private:
     xcb_window_t requestor = XCB_NONE; // sources answer to it
     xcb_atom_t selection = XCB_ATOM_NONE;
     xcb_atom_t uriList = XCB_ATOM_NONE;
+    xcb_atom_t targets = XCB_ATOM_NONE;
+    xcb_atom_t link = XCB_ATOM_NONE;
     xcb_atom_t pieceWise = XCB_ATOM_NONE;
     std::array<xcb_atom_t, 8> answerProperties{};
     Asked asked;

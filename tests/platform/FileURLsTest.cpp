@@ -11,6 +11,8 @@ private slots:
     void the_url_of_a_path_is_the_one_that_qt_makes();
     void every_spelling_of_a_path_is_the_same_url_data();
     void every_spelling_of_a_path_is_the_same_url();
+    void a_link_is_the_file_on_its_first_line_data();
+    void a_link_is_the_file_on_its_first_line();
 };
 
 void FileURLsTest::a_path_of_any_bytes_survives_its_url()
@@ -46,6 +48,30 @@ void FileURLsTest::every_spelling_of_a_path_is_the_same_url()
 {
     QFETCH(const QByteArray, line);
     QCOMPARE(fileURLs(line), QList<QUrl>{fileURL("/home/A ;(1)[2]'!~.png")});
+}
+
+void FileURLsTest::a_link_is_the_file_on_its_first_line_data()
+{
+    const QList<QUrl> file = {fileURL("/tmp/a b.pdf")};
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<QList<QUrl>>("urls");
+    QTest::newRow("with a title") << QStringLiteral("file:///tmp/a%20b.pdf\nThe file") << file;
+    QTest::newRow("without a title") << QStringLiteral("file:///tmp/a%20b.pdf") << file;
+    QTest::newRow("with its byte order") << QStringLiteral("\ufefffile:///tmp/a%20b.pdf\n") << file;
+    QTest::newRow("with the ends of lines of other systems") << QStringLiteral("file:///tmp/a%20b.pdf\r\nx") << file;
+    QTest::newRow("with a title in lines") << QStringLiteral("file:///tmp/a%20b.pdf\nThe\nfile:///x") << file;
+    QTest::newRow("to a page") << QStringLiteral("https://example.org/\nfile:///tmp/a%20b.pdf") << QList<QUrl>{};
+    QTest::newRow("to another machine") << QStringLiteral("file://elsewhere/tmp/a\nA") << QList<QUrl>{};
+    QTest::newRow("empty") << QString() << QList<QUrl>{};
+}
+
+void FileURLsTest::a_link_is_the_file_on_its_first_line()
+{
+    QFETCH(const QString, link);
+    const QByteArray bytes(reinterpret_cast<const char *>(link.utf16()), link.size() * qsizetype(sizeof(char16_t)));
+    QTEST(linkedFileURLs(bytes), "urls");
+    // Half a letter at the end is no matter.
+    QTEST(linkedFileURLs(bytes + '\n'), "urls");
 }
 
 QTEST_GUILESS_MAIN(FileURLsTest)

@@ -8,6 +8,15 @@ namespace {
 const QByteArray kOneFile = "file:///tmp/a\r\n";
 const QList<QUrl> kOneURL = {QUrl(QStringLiteral("file:///tmp/a"))};
 
+using Target = ForeignDrag::Target;
+
+// The bytes of a text as a browser writes it.
+QByteArray utf16(const char *text)
+{
+    const QString wide = QString::fromLatin1(text);
+    return {reinterpret_cast<const char *>(wide.utf16()), wide.size() * qsizetype(sizeof(char16_t))};
+}
+
 class ForeignDragTest : public QObject {
     Q_OBJECT
 
@@ -17,7 +26,9 @@ private slots:
         drag = ForeignDrag();
         asked.clear();
         dragged = ended = 0;
-        drag.onAsk = [this](ForeignDrag::Question question, quint32 time) { asked.append({question, time}); };
+        drag.onAsk = [this](ForeignDrag::Question question, Target target, quint32 time) {
+            asked.append({question, target, time});
+        };
         drag.onDragged = [this] { ++dragged; };
         drag.onEnded = [this] { ++ended; };
     }
@@ -26,7 +37,8 @@ private slots:
     {
         drag.begin(100);
         QCOMPARE(asked.size(), 1);
-        QCOMPARE(asked.last().second, 100u);
+        QCOMPARE(asked.last().target, Target::URIList);
+        QCOMPARE(asked.last().time, 100u);
         QCOMPARE(drag.changeCount(), 0);
         QVERIFY(drag.fileURLs().isEmpty());
     }
@@ -70,28 +82,140 @@ private slots:
     void a_source_that_refuses_is_asked_again_with_each_movement()
     {
         drag.begin(100);
-        drag.refused(question());
-        QCOMPARE(asked.size(), 1);
-        drag.pointerMoved(107);
+        refuseEverything();
         QCOMPARE(asked.size(), 2);
-        QCOMPARE(asked.last().second, 107u);
+        drag.pointerMoved(107);
+        QCOMPARE(asked.size(), 3);
+        QCOMPARE(asked.last().target, Target::URIList);
+        QCOMPARE(asked.last().time, 107u);
         // One question at a time.
         drag.pointerMoved(108);
-        QCOMPARE(asked.size(), 2);
+        QCOMPARE(asked.size(), 3);
         drag.answered(question(), kOneFile);
         QCOMPARE(drag.fileURLs(), kOneURL);
         drag.pointerMoved(109);
+        QCOMPARE(asked.size(), 3);
+    }
+
+    void a_source_that_refuses_its_list_is_asked_at_once_what_it_offers()
+    {
+        drag.begin(100);
+        drag.refused(question());
         QCOMPARE(asked.size(), 2);
+        QCOMPARE(asked.last().target, Target::Offers);
+        QCOMPARE(asked.last().time, 100u);
+        QCOMPARE(drag.changeCount(), 0);
+    }
+
+    void a_link_to_a_file_counts_where_there_is_no_list()
+    {
+        drag.begin(100);
+        drag.refused(question());
+        drag.offered(question(), false, true);
+        QCOMPARE(asked.size(), 3);
+        QCOMPARE(asked.last().target, Target::Link);
+        QCOMPARE(asked.last().time, 100u);
+        drag.answered(question(), utf16("file:///tmp/a\nA file"));
+        QCOMPARE(drag.changeCount(), 1);
+        QCOMPARE(drag.fileURLs(), kOneURL);
+    }
+
+    void a_link_to_elsewhere_is_a_drag_without_files()
+    {
+        drag.begin(100);
+        drag.refused(question());
+        drag.offered(question(), false, true);
+        drag.answered(question(), utf16("https://example.org/\nfile:///tmp/a"));
+        QCOMPARE(drag.changeCount(), 1);
+        QVERIFY(drag.fileURLs().isEmpty());
+    }
+
+    void a_link_that_is_refused_is_a_drag_without_files()
+    {
+        drag.begin(100);
+        drag.refused(question());
+        drag.offered(question(), false, true);
+        drag.refused(question());
+        QCOMPARE(drag.changeCount(), 1);
+        QVERIFY(drag.fileURLs().isEmpty());
+        drag.pointerMoved(101);
+        QCOMPARE(asked.size(), 3);
+    }
+
+    void a_source_with_neither_is_not_asked_again()
+    {
+        drag.begin(100);
+        drag.refused(question());
+        drag.offered(question(), false, false);
+        QCOMPARE(drag.changeCount(), 1);
+        drag.pointerMoved(101);
+        QCOMPARE(asked.size(), 2);
+    }
+
+    // Such a source names only the first of its files in the link.
+    void a_list_that_was_refused_for_now_comes_before_the_link()
+    {
+        drag.begin(100);
+        drag.refused(question());
+        drag.offered(question(), true, true);
+        QCOMPARE(asked.size(), 2);
+        drag.pointerMoved(107);
+        QCOMPARE(asked.last().target, Target::URIList);
+        drag.answered(question(), kOneFile);
+        QCOMPARE(drag.fileURLs(), kOneURL);
+    }
+
+    void a_list_that_is_only_offered_is_given_up_after_ten_more_questions()
+    {
+        drag.begin(100);
+        for (quint32 time = 101; time < 150; ++time) {
+            drag.refused(question());
+            drag.offered(question(), true, true);
+            drag.pointerMoved(time);
+        }
+        QCOMPARE(asked.size(), 22);
+        QCOMPARE(drag.changeCount(), 1);
+    }
+
+    void offers_that_nobody_asked_for_change_nothing()
+    {
+        drag.begin(100);
+        drag.offered(question(), false, true);
+        drag.offered(question(), false, false);
+        QCOMPARE(asked.size(), 1);
+        QCOMPARE(drag.changeCount(), 0);
+    }
+
+    void offers_in_the_wrong_form_are_a_drag_without_files()
+    {
+        drag.begin(100);
+        drag.refused(question());
+        drag.answered(question(), kOneFile);
+        QCOMPARE(drag.changeCount(), 1);
+        QVERIFY(drag.fileURLs().isEmpty());
+    }
+
+    void a_link_after_a_long_silence_still_counts()
+    {
+        drag.begin(100);
+        drag.silent();
+        drag.refused(question());
+        QCOMPARE(asked.size(), 2);
+        drag.silent();
+        drag.offered(question(), false, true);
+        drag.silent();
+        drag.answered(question(), utf16("file:///tmp/a\n"));
+        QCOMPARE(drag.fileURLs(), kOneURL);
     }
 
     void a_source_that_always_refuses_is_given_up_after_ten_more_questions()
     {
         drag.begin(100);
         for (quint32 time = 101; time < 150; ++time) {
-            drag.refused(question());
+            refuseEverything();
             drag.pointerMoved(time);
         }
-        QCOMPARE(asked.size(), 11);
+        QCOMPARE(asked.size(), 22);
         QCOMPARE(drag.changeCount(), 1);
         QVERIFY(drag.fileURLs().isEmpty());
     }
@@ -126,7 +250,7 @@ private slots:
     {
         drag.silent();
         drag.begin(100);
-        drag.refused(question());
+        refuseEverything();
         drag.silent();
         QCOMPARE(drag.changeCount(), 0);
     }
@@ -214,6 +338,7 @@ private slots:
         drag.begin(140);
         drag.answered(first, "file:///tmp/old\r\n");
         drag.refused(first);
+        drag.offered(first, false, true);
         drag.answersInPieces(first);
         drag.pieceArrived(first, "file:///tmp/old\r\n");
         drag.pieceArrived(first, {});
@@ -229,7 +354,7 @@ private slots:
         for (const quint32 start : {100u, 1000u}) {
             drag.begin(start);
             for (quint32 i = 1; i <= 10; ++i) {
-                drag.refused(question());
+                refuseEverything();
                 drag.pointerMoved(start + i);
             }
             drag.answered(question(), kOneFile);
@@ -247,10 +372,23 @@ private slots:
     }
 
 private:
-    ForeignDrag::Question question() const { return asked.last().first; }
+    struct Asked {
+        ForeignDrag::Question question;
+        Target target;
+        quint32 time;
+    };
+
+    ForeignDrag::Question question() const { return asked.last().question; }
+
+    // Refuses the list, and to tell what there is.
+    void refuseEverything()
+    {
+        drag.refused(question());
+        drag.refused(question());
+    }
 
     ForeignDrag drag;
-    QList<std::pair<ForeignDrag::Question, quint32>> asked;
+    QList<Asked> asked;
     int dragged = 0;
     int ended = 0;
 };

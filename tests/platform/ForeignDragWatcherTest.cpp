@@ -93,6 +93,9 @@ private slots:
         QTest::newRow("in pieces") << words("--answer pieces --urls 500") << 500;
         QTest::newRow("after refusals") << words("--after 3") << 1;
         QTest::newRow("only to its latest event") << words("--answer strict --after 1") << 1;
+        QTest::newRow("as a link") << words("--link file:///tmp/dragged%200") << 1;
+        QTest::newRow("as a link, late") << words("--link file:///tmp/dragged%200 --delay 200") << 1;
+        QTest::newRow("as a link, after a long silence") << words("--link file:///tmp/dragged%200 --delay 700") << 1;
         QTest::newRow("ten thousand") << words("--urls 10000") << 10'000;
         QTest::newRow("keeping the selection") << words("--keeps 1") << 1;
     }
@@ -126,6 +129,7 @@ private slots:
         QTest::newRow("another address") << words("--list http://example.org/");
         QTest::newRow("a wrong type") << words("--answer wrong");
         QTest::newRow("refused") << words("--answer refuse");
+        QTest::newRow("a link to elsewhere") << words("--link http://example.org/");
         QTest::newRow("mute") << words("--answer never");
         QTest::newRow("stuck in pieces") << words("--answer stall --urls 500");
     }

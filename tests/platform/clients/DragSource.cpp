@@ -3,6 +3,7 @@
 // A window from which a drag begins when the pointer moves with the left button down:
 //   --urls N                what it carries: so many file URLs (1)
 //   --list TEXT             or this list instead
+//   --link URL              a link, as browsers drag it, and no list; it then also tells what it offers
 //   --answer whole|pieces|stall|wrong|refuse|strict|never|die   what it does when it is asked:
 //                           strict ones answer only in the name of their latest pointer event, stalling ones
 //                           send one piece and no more
@@ -13,6 +14,7 @@
 #include "ClientWindow.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <string>
 #include <thread>
@@ -29,6 +31,12 @@ std::string contents(const Arguments &arguments)
     for (int i = 0; i < arguments.number("--urls", 1); ++i)
         list += "file:///tmp/dragged%20" + std::to_string(i) + "\r\n";
     return list;
+}
+
+// What a browser drags: an address and a title in UTF-16.
+std::u16string linkTo(const std::string &url)
+{
+    return std::u16string(url.begin(), url.end()) + u"\nA title";
 }
 
 // An answer under way that comes in pieces.
@@ -51,6 +59,11 @@ int main(int argc, char **argv)
     const xcb_atom_t uriList = client.atom("text/uri-list");
     const xcb_atom_t incr = client.atom("INCR");
     const std::string list = contents(arguments);
+    const std::string url = arguments.text("--link", "");
+    const std::u16string link = linkTo(url);
+    const xcb_atom_t linkType = client.atom("text/x-moz-url");
+    const xcb_atom_t offersType = client.atom("TARGETS");
+    const std::array<xcb_atom_t, 2> offers = {offersType, linkType};
     const std::string answer = arguments.text("--answer", "whole");
     int refusals = arguments.number("--after", 0);
     client.show();
@@ -83,10 +96,18 @@ int main(int argc, char **argv)
                 return 0;
             if (answer == "never")
                 break;
-            const bool refused = answer == "refuse" || (answer == "strict" && request.time != latest) ||
-                                 request.target != uriList || refusals-- > 0;
+            const bool known =
+                url.empty() ? request.target == uriList : request.target == linkType || request.target == offersType;
+            const bool refused =
+                answer == "refuse" || (answer == "strict" && request.time != latest) || !known || refusals-- > 0;
             const auto size = static_cast<uint32_t>(list.size());
-            if (!refused && (answer == "pieces" || answer == "stall")) {
+            if (!refused && request.target == offersType) {
+                xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                                    XCB_ATOM_ATOM, 32, offers.size(), offers.data());
+            } else if (!refused && request.target == linkType) {
+                xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property, linkType, 8,
+                                    static_cast<uint32_t>(link.size() * sizeof(char16_t)), link.data());
+            } else if (!refused && (answer == "pieces" || answer == "stall")) {
                 const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
                 xcb_change_window_attributes(connection, request.requestor, XCB_CW_EVENT_MASK, &events);
                 xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property, incr, 32, 1,

@@ -37,7 +37,7 @@ void XcbFloatingPanels::make(QWidget &window, const PanelStyle &style)
 void XcbFloatingPanels::orderFront(QWidget &window)
 {
     if (XcbPanel *panel = panelOf(window))
-        panel->orderFront(isActiveWindowFullScreen());
+        panel->orderFront(isActiveWindowFullScreen(), isButtonPressed());
 }
 
 void XcbFloatingPanels::orderOut(QWidget &window)
@@ -72,6 +72,8 @@ bool XcbFloatingPanels::isActiveWindowFullScreen() const
 
 bool XcbFloatingPanels::isButtonPressed() const
 {
+    if (!xcb)
+        return false;
     constexpr quint16 kButtons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
     const auto pointer = xcb->reply(xcb_query_pointer_reply, xcb_query_pointer(xcb->get(), xcb->root()));
     return pointer && (pointer->mask & kButtons) != 0;

@@ -11,7 +11,7 @@
 #include <vector>
 
 // Floating panels on an X server: managed windows above all others, taken out of the window manager's hands while the
-// active window is full screen.
+// active window is full screen, and when they come up in a drag.
 class XcbFloatingPanels : public FloatingPanels {
 public:
     // A null connection leaves all to Qt.

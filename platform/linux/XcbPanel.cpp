@@ -60,18 +60,21 @@ XcbPanel::XcbPanel(QWidget &panelWindow, const PanelStyle &panelStyle, std::shar
     connect(&withdrawalLimit, &QTimer::timeout, this, [this] { finishWithdrawal(); });
 }
 
-void XcbPanel::orderFront(bool overridesManager)
+void XcbPanel::orderFront(bool overridesManager, bool isDragInProgress)
 {
     if (!window)
         return;
     if (window->isVisible()) {
-        setOverridesManager(overridesManager);
+        // Not under the pointer of a drag: its source would lose the panel that it hovers over.
+        if (!isDragInProgress)
+            setOverridesManager(overridesManager);
         if (!withdrawal)
             window->raise();
         return;
     }
-    if (overrides != overridesManager) {
-        overrides = overridesManager;
+    cameInDrag = isDragInProgress;
+    if (overrides != (overridesManager || cameInDrag)) {
+        overrides = !overrides;
         applyFlags();
     }
     window->show();
@@ -91,8 +94,8 @@ void XcbPanel::setOverridesManager(bool overridesManager)
 {
     if (!window || !window->isVisible() || nativeWindow() == XCB_NONE)
         return;
-    if (overrides != overridesManager) {
-        overrides = overridesManager;
+    if (overrides != (overridesManager || cameInDrag)) {
+        overrides = !overrides;
         withdraw();
     } else if (overrides && !withdrawal) {
         window->raise();

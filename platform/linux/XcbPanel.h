@@ -11,8 +11,8 @@
 
 #include <memory>
 
-// The X side of one floating panel: a window that the window manager keeps above others, or, over a full-screen window,
-// one that it has no say about.
+// The X side of one floating panel: a window that the window manager keeps above others, or, over a full-screen window
+// and in a drag, one that it has no say about.
 class XcbPanel : public QObject {
 public:
     // A null connection leaves all to Qt.
@@ -20,8 +20,9 @@ public:
 
     QWidget *widget() const { return window; }
 
-    // Shows the panel above all others.
-    void orderFront(bool overridesManager);
+    // Shows the panel above all others. One that comes up while something is dragged overrides the window manager until
+    // it is ordered out: some sources, Chromium among them, never see a window that gets its frame during their drag.
+    void orderFront(bool overridesManager, bool isDragInProgress);
 
     void orderOut();
 
@@ -50,6 +51,7 @@ private:
     XcbConnection::Subscription withdrawal; // waits for the window manager to let go of the window
     QTimer withdrawalLimit;
     bool overrides = false;
+    bool cameInDrag = false;
     bool blends = true;
 };
 

@@ -218,6 +218,44 @@ private slots:
         hand.pointerButtonReleased();
     }
 
+    void a_panel_that_comes_up_in_a_drag_overrides_the_manager_until_it_goes()
+    {
+        hand.pointerMotion({320, 170});
+        hand.pointerButtonPressed();
+        showPanel();
+        QVERIFY(overridesManager());
+        QCOMPARE(geometry(), kFrame);
+        QCOMPARE(inputFocus(*xcb), foreign->id());
+        panels->orderFront(*panel);
+        hand.pointerButtonReleased();
+        // It stays above what is activated later, and does not blink.
+        ForeignWindow later(QRect(350, 150, 300, 300), Qt::blue);
+        later.show();
+        QTRY_COMPARE_WITH_TIMEOUT(screenColor({360, 170}), QColor(Qt::blue), kPatience);
+        QTRY_COMPARE_WITH_TIMEOUT(screenColor(kFrame.center()), QColor(Qt::red), kPatience);
+        roundTripThroughManager();
+        QVERIFY(overridesManager());
+        panels->orderFront(*panel);
+        roundTripThroughManager();
+        QVERIFY(overridesManager());
+
+        panels->orderOut(*panel);
+        showPanel();
+        QVERIFY(!overridesManager());
+        QTRY_VERIFY_WITH_TIMEOUT(isManaged(), kPatience);
+    }
+
+    void a_panel_that_is_there_when_a_drag_begins_is_left_where_it_is()
+    {
+        showPanel();
+        hand.pointerMotion({320, 170});
+        hand.pointerButtonPressed();
+        panels->orderFront(*panel);
+        roundTripThroughManager();
+        QVERIFY(!overridesManager());
+        hand.pointerButtonReleased();
+    }
+
     void without_a_compositor_the_corners_are_cut_out()
     {
         if (compositorRuns())

@@ -6,6 +6,7 @@ import time
 import unittest
 
 from support import filemanagers
+from support.browser import Chromium
 from support.case import DesktopTest
 
 NEAR = 120  # pixels around the shelf from which a drag brings it in the third trigger mode
@@ -24,8 +25,11 @@ class ForeignDrag(DesktopTest):
         return self.manager.open(self.desktop.home / "things").place(20, 60, 560, 300)
 
     def pick_up(self, source, name="words.txt"):
+        self.grab(source.item(name))
+
+    def grab(self, place):
         self.focus = self.desktop.windows.active()
-        self.hand.pick_up(*source.item(name))
+        self.hand.pick_up(*place)
 
     def dragging(self, condition, message):
         """Waits for something while the hand goes on moving a little, as a hand does."""
@@ -104,6 +108,55 @@ class PCManFMSourceTest(Sources, ForeignDrag):
 
 class PCManFMQtSourceTest(Sources, ForeignDrag):
     manager_class = filemanagers.PCManFMQt
+
+
+class BrowserTest(ForeignDrag):
+    def open_page(self):
+        return Chromium(self.desktop, self.words.as_uri()).place(20, 60, 560, 400)
+
+    def test_a_link_to_a_file_brings_the_shelf_which_takes_it(self):
+        app = self.parklet()
+        page = self.open_page()
+        # A source may know the shelf's window already when it comes back, as one that is not on the screen.
+        for _ in range(2):
+            self.grab(page.link())
+            self.shelf_comes(app)
+            self.hand.carry_to(*app.center())
+            self.hand.release()
+            self.wait_for(lambda: app.names() == ["words.txt"], "the shelf has a tile of the file")
+            self.assertFalse(app.hidden())
+            app.click("Clear all")
+            self.wait_for(app.hidden, "the emptied shelf hides")
+        self.assertEqual(self.words.read_text(), "some words\n")
+
+    def test_a_link_to_a_file_on_the_drop_zone_beside_the_pointer_is_on_the_shelf(self):
+        app = self.parklet(autoShowTrigger=1)
+        page = self.open_page()
+        self.grab(page.link())
+        zone = self.dragging(lambda: app.window("cursor-shelf"), "the drop zone comes up")
+        frame = self.desktop.windows.frame(zone)
+        self.hand.carry_to(frame.x + 44, frame.y + 44)
+        self.hand.release()
+        self.wait_for(lambda: app.names() == ["words.txt"], "the shelf has a tile of the file")
+
+    def test_a_selected_text_shows_nothing(self):
+        app = self.parklet()
+        page = self.open_page()
+        self.grab(page.selected_text())
+        self.assert_stays_hidden(app)
+        self.hand.release()
+        # It was the text that brought nothing, and not the browser.
+        self.grab(page.link())
+        self.shelf_comes(app)
+        self.hand.release()
+        self.wait_for(app.hidden, "the unused shelf goes again")
+
+    def test_a_link_to_a_page_shows_nothing(self):
+        app = self.parklet()
+        page = Chromium(self.desktop, "https://example.org/").place(20, 60, 560, 400)
+        self.grab(page.link())
+        self.assert_stays_hidden(app)
+        self.hand.release()
 
 
 class TriggerTest(ForeignDrag):

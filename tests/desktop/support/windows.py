@@ -125,6 +125,10 @@ class Windows:
         """The pixels of a part of the screen, four bytes each, row by row."""
         return self.root.get_image(frame.x, frame.y, frame.width, frame.height, X.ZPixmap, 0xFFFFFFFF).data
 
+    def painted(self, frame, color):
+        """The smallest frame around all pixels of a colour, or None."""
+        return self.turned(frame, b"", color)
+
     def turned(self, frame, before, color):
         """The smallest frame around all pixels that have taken on a colour since that look, or None."""
         now = self.look(frame)

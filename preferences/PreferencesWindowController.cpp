@@ -78,7 +78,7 @@ QWidget *PreferencesWindowController::window() const
 
 bool PreferencesWindowController::isWindowVisible() const
 {
-    return preferencesWindow->isVisible();
+    return preferencesWindow->isVisible() && !preferencesWindow->isMinimized();
 }
 
 void PreferencesWindowController::showWindow()

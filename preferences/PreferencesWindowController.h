@@ -26,6 +26,7 @@ public:
     ~PreferencesWindowController() override;
 
     QWidget *window() const;
+    // Whether the window is on screen; one that is minimised is not.
     bool isWindowVisible() const;
 
     // Shows the window with the pane it last showed, in front of everything and with the focus; a panel of its own that

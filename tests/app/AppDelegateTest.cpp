@@ -48,6 +48,7 @@ private slots:
     void the_dock_icon_follows_every_settings_change();
     void visible_preferences_are_shown_again_in_a_later_turn();
     void hidden_preferences_are_left_alone();
+    void minimised_preferences_are_left_alone();
     void every_settings_change_starts_or_stops_the_watcher();
     void a_settings_change_leaves_the_login_item();
 
@@ -534,6 +535,18 @@ void AppDelegateTest::hidden_preferences_are_left_alone()
     f.queue.runPending();
     QCOMPARE(f.virtualPlatform.activationPolicy.activated.size(), 1);
     QVERIFY(!f.shared.isPreferencesWindowVisible());
+}
+
+void AppDelegateTest::minimised_preferences_are_left_alone()
+{
+    Fixture f;
+    f.delegate->openPreferences();
+    f.shared.preferences().window()->showMinimized();
+    QVERIFY(!f.shared.isPreferencesWindowVisible());
+    f.change(SettingsKey::showDockIcon, true);
+    f.queue.runPending();
+    QCOMPARE(f.virtualPlatform.activationPolicy.activated.size(), 1);
+    QVERIFY(f.shared.preferences().window()->isMinimized());
 }
 
 void AppDelegateTest::every_settings_change_starts_or_stops_the_watcher()

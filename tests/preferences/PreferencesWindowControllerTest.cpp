@@ -142,6 +142,7 @@ void PreferencesWindowControllerTest::a_minimised_window_comes_back_when_opened(
     WindowFixture f;
     f.controller.showWindow();
     f.controller.window()->showMinimized();
+    QVERIFY(!f.controller.isWindowVisible());
     f.controller.showWindow();
     QVERIFY(!f.controller.window()->isMinimized());
     QVERIFY(f.controller.isWindowVisible());

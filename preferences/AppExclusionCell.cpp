@@ -42,4 +42,5 @@ void AppExclusionCell::paint(QPainter *painter, const QStyleOptionViewItem &opti
 
     const QRect line(row.x(), row.bottom() + 1 - kLine, row.width(), kLine);
     painter->fillRect(line, separatorColor(item.palette));
+    drawFocusMark(*painter, item);
 }

@@ -56,6 +56,18 @@ void drawImage(QPainter &painter, const QIcon &image, const QRect &frame)
     painter.drawPixmap(target, pixmap, QRectF(pixmap.rect()));
 }
 
+void drawFocusMark(QPainter &painter, const QStyleOptionViewItem &row)
+{
+    if (!(row.state & QStyle::State_HasFocus) || !(row.state & QStyle::State_KeyboardFocusChange))
+        return;
+    QStyleOptionFocusRect focus;
+    focus.QStyleOption::operator=(row);
+    const bool selected = row.state & QStyle::State_Selected;
+    focus.backgroundColor = row.palette.color(selected ? QPalette::Highlight : QPalette::Window);
+    const QStyle *style = row.widget ? row.widget->style() : QApplication::style();
+    style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, row.widget);
+}
+
 QLabel *fieldLabel(const QString &text, QWidget *parent, double points)
 {
     auto *label = new QLabel(parent);

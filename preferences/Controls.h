@@ -7,6 +7,7 @@
 #include <QFrame>
 #include <QIcon>
 #include <QLabel>
+#include <QStyleOptionViewItem>
 
 // The controls that the panes are made of.
 
@@ -23,6 +24,9 @@ QColor separatorColor(const QPalette &palette);
 
 // Draws `image` in the middle of `frame`, scaled up or down to fit it.
 void drawImage(QPainter &painter, const QIcon &image, const QRect &frame);
+
+// Marks the row of a list that the keyboard acts on, in the style's own way, once the keyboard is being used.
+void drawFocusMark(QPainter &painter, const QStyleOptionViewItem &row);
 
 // A label in the standard colour, not editable.
 QLabel *fieldLabel(const QString &text, QWidget *parent, double points = kLabelSize);

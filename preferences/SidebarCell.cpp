@@ -43,10 +43,5 @@ void SidebarCell::paint(QPainter *painter, const QStyleOptionViewItem &option, c
                         item.fontMetrics.elidedText(item.text, Qt::ElideRight, titleFrame.width()),
                         selected ? QPalette::HighlightedText : QPalette::WindowText);
 
-    if (item.state & QStyle::State_HasFocus && item.state & QStyle::State_KeyboardFocusChange) {
-        QStyleOptionFocusRect focus;
-        focus.QStyleOption::operator=(item);
-        focus.backgroundColor = item.palette.color(selected ? QPalette::Highlight : QPalette::Window);
-        style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, item.widget);
-    }
+    drawFocusMark(*painter, item);
 }

@@ -16,6 +16,7 @@ class AppExclusionListViewTest : public QObject {
 private slots:
     void the_list_fills_the_view_above_two_small_buttons();
     void rows_are_26_points_high_with_icon_name_and_line_in_their_places();
+    void the_row_that_the_keyboard_acts_on_is_marked();
     void an_installed_application_shows_its_own_name_and_icon();
     void an_unknown_application_shows_its_identifier_and_a_question_mark();
     void without_the_symbol_the_icon_is_empty();
@@ -88,6 +89,23 @@ QIcon square(const QColor &color)
     return QIcon(pixmap);
 }
 
+// What is drawn for the first row, 300 points wide.
+QImage drawnRow(const AppExclusionListView &view, QStyle::State state)
+{
+    QImage image(300, 26, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QStyleOptionViewItem option;
+    option.initFrom(view.tableView);
+    option.state = state;
+    option.font = view.tableView->font();
+    option.fontMetrics = QFontMetrics(option.font);
+    option.palette.setColor(QPalette::Text, Qt::black);
+    option.rect = image.rect();
+    view.tableView->itemDelegate()->paint(&painter, option, view.tableView->model()->index(0, 0));
+    return image;
+}
+
 } // namespace
 
 void AppExclusionListViewTest::the_list_fills_the_view_above_two_small_buttons()
@@ -122,19 +140,7 @@ void AppExclusionListViewTest::rows_are_26_points_high_with_icon_name_and_line_i
     QCOMPARE(view.tableView->visualRect(model.index(0, 0)).height(), 26);
     QCOMPARE(view.tableView->visualRect(model.index(1, 0)).y(), 26);
 
-    QImage image(300, 26, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    QStyleOptionViewItem option;
-    option.initFrom(view.tableView);
-    option.state = QStyle::State_Enabled;
-    option.font = view.tableView->font();
-    option.fontMetrics = QFontMetrics(option.font);
-    option.palette.setColor(QPalette::Text, Qt::black);
-    option.rect = image.rect();
-    view.tableView->itemDelegate()->paint(&painter, option, model.index(0, 0));
-    painter.end();
-
+    const QImage image = drawnRow(view, QStyle::State_Enabled);
     QRect icon;
     QRect name;
     for (int y = 0; y < image.height() - 1; ++y) {
@@ -153,6 +159,20 @@ void AppExclusionListViewTest::rows_are_26_points_high_with_icon_name_and_line_i
     for (int x = 0; x < image.width(); ++x)
         QVERIFY(image.pixelColor(x, 25) != QColor(Qt::white));
     QCOMPARE(view.tableView->font().pixelSize(), 13);
+}
+
+void AppExclusionListViewTest::the_row_that_the_keyboard_acts_on_is_marked()
+{
+    ListFixture f;
+    const AppExclusionListView &view = f.load({kFirst});
+    for (const QStyle::State row :
+         {QStyle::State(QStyle::State_Enabled), QStyle::State_Enabled | QStyle::State_Selected}) {
+        const QImage plain = drawnRow(view, row);
+        // A click gives the focus too, and needs no mark.
+        QCOMPARE(drawnRow(view, row | QStyle::State_HasFocus), plain);
+        QCOMPARE(drawnRow(view, row | QStyle::State_KeyboardFocusChange), plain);
+        QVERIFY(drawnRow(view, row | QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange) != plain);
+    }
 }
 
 void AppExclusionListViewTest::an_installed_application_shows_its_own_name_and_icon()

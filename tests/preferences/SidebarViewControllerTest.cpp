@@ -21,6 +21,7 @@ private slots:
     void without_a_callback_a_selection_is_harmless();
     void reloading_keeps_the_selection_and_calls_nobody_back();
     void a_row_is_38_points_high_with_its_symbol_and_title_in_their_frames();
+    void the_row_that_the_keyboard_acts_on_is_marked();
     void the_symbols_are_in_the_secondary_colour_and_on_the_selection_in_its_own();
     void the_symbols_follow_the_palette();
     void the_list_does_not_scroll_and_shows_what_is_behind_it();
@@ -189,6 +190,19 @@ void SidebarViewControllerTest::a_row_is_38_points_high_with_its_symbol_and_titl
              qPrintable(QStringLiteral("%1 %2").arg(title.y()).arg(title.height())));
     QVERIFY(title.x() < 38);
     QCOMPARE(f.sidebar.tableView->font().pixelSize(), 13);
+}
+
+void SidebarViewControllerTest::the_row_that_the_keyboard_acts_on_is_marked()
+{
+    Fixture f;
+    for (const QStyle::State row :
+         {QStyle::State(QStyle::State_Enabled), QStyle::State_Enabled | QStyle::State_Selected}) {
+        const QImage plain = drawnRow(f, row);
+        // A click gives the focus too, and needs no mark.
+        QCOMPARE(drawnRow(f, row | QStyle::State_HasFocus), plain);
+        QCOMPARE(drawnRow(f, row | QStyle::State_KeyboardFocusChange), plain);
+        QVERIFY(drawnRow(f, row | QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange) != plain);
+    }
 }
 
 void SidebarViewControllerTest::the_symbols_are_in_the_secondary_colour_and_on_the_selection_in_its_own()

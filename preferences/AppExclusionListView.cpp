@@ -52,7 +52,8 @@ AppExclusionListView::AppExclusionListView(const QStringList &initialIds, OnChan
     tableView->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     tableView->setFont(systemFont(kLabelSize));
 
-    connect(addBtn, &QToolButton::clicked, this, &AppExclusionListView::addApp);
+    // A screen reader waits until its press is done, and the open panel is done when the user is.
+    connect(addBtn, &QToolButton::clicked, this, &AppExclusionListView::addApp, Qt::QueuedConnection);
     connect(removeBtn, &QToolButton::clicked, this, &AppExclusionListView::removeApp);
 
     auto *buttons = new QHBoxLayout;
@@ -69,12 +70,18 @@ AppExclusionListView::AppExclusionListView(const QStringList &initialIds, OnChan
 
 void AppExclusionListView::addApp()
 {
+    if (isChoosing)
+        return;
+    isChoosing = true;
     const QPointer<AppExclusionListView> self = this;
     const auto chosen = platform.openPanels->runModal({.title = QStringLiteral("Add application"),
                                                        .prompt = QStringLiteral("Add"),
                                                        .folders = platform.workspace->applicationsFolders()},
                                                       window());
-    if (!self || !chosen)
+    if (!self)
+        return;
+    isChoosing = false;
+    if (!chosen)
         return;
     const auto id = platform.workspace->bundleIdentifier(*chosen);
     if (!id || id->isEmpty() || ids.contains(*id))

@@ -23,7 +23,7 @@ public:
                          QWidget *parent = nullptr);
 
     // Appends the application that the user picks. Nothing when he picks none, a file that is no application, or one
-    // that is in the list.
+    // that is in the list, nor while he is picking already.
     void addApp();
 
     // Removes the selected application; nothing when none is selected.
@@ -43,4 +43,5 @@ private:
 
     Platform &platform;
     AppExclusionModel *model;
+    bool isChoosing = false; // the open panel is on screen
 };

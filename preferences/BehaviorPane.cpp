@@ -80,7 +80,7 @@ void BehaviorPane::loadView()
     autoShowLabel = fieldLabel(QStringLiteral("Automatically show the drop window"), this);
     autoShowBox = checkBox(QString(), s.autoShowDropWindow(), this);
     autoShowBox->setObjectName(SettingsKey::autoShowDropWindow);
-    autoShowBox->setAccessibleName(autoShowLabel->text());
+    setLabel(*autoShowLabel, *autoShowBox);
     connect(autoShowBox, &QCheckBox::toggled, this, [this] { autoShowChanged(autoShowBox); });
 
     separatorA = new Separator(this);
@@ -90,7 +90,7 @@ void BehaviorPane::loadView()
                        s.defaults.integer(SettingsKey::autoShowTrigger), this);
     triggerPop->setObjectName(SettingsKey::autoShowTrigger);
     triggerPop->setEnabled(s.autoShowDropWindow());
-    setLabel(*autoShowLabel, *triggerPop);
+    setSpokenLabel(QStringLiteral("When to show the drop window"), *triggerPop);
     connect(triggerPop, &QComboBox::activated, this, [this] { triggerChanged(triggerPop); });
 
     separatorB = new Separator(this);

@@ -106,6 +106,13 @@ void setLabel(QLabel &label, QWidget &control)
     control.setAccessibleName(label.text());
 }
 
+void setSpokenLabel(const QString &text, QWidget &control)
+{
+    QLabel *label = fieldLabel(text, control.parentWidget());
+    label->hide();
+    setLabel(*label, control);
+}
+
 void guardFromWheel(QWidget &control)
 {
     control.setFocusPolicy(Qt::StrongFocus);

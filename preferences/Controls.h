@@ -42,6 +42,9 @@ QComboBox *popUp(const QStringList &titles, qint64 index, QWidget *parent);
 // Makes `label` name `control` for a screen reader.
 void setLabel(QLabel &label, QWidget &control);
 
+// Names a control that needs no label on screen, for a screen reader alone.
+void setSpokenLabel(const QString &text, QWidget &control);
+
 // Keeps a turn of the mouse wheel from changing `control` unless it has the focus, so that scrolling past it is safe.
 void guardFromWheel(QWidget &control);
 

@@ -2,13 +2,8 @@
 """The preferences window, used from outside as a screen reader, a keyboard and a mouse do, down to the settings file."""
 from gi.repository import GLib
 
-from support.accessibility import ACCESSIBLE, Node
 from support.case import DesktopTest
 from support.waiting import stays
-
-LABELLED_BY = 2  # number of the protocol's list of relations
-PROPERTIES = "org.freedesktop.DBus.Properties"
-VALUE = "org.a11y.atspi.Value"
 
 ENTRY = """[Desktop Entry]
 Type=Application
@@ -38,18 +33,10 @@ class PreferencesTest(DesktopTest):
     def wait_for_setting(self, key, value):
         self.wait_for(lambda: self.app.read_settings().get(key) == value, f"{key} is stored as {value!r}")
 
-    def labels(self, node):
-        """The names of what labels a control."""
-        return [Node(node.bus, *target).name for kind, targets in node.ask(ACCESSIBLE, "GetRelationSet")[0]
-                if kind == LABELLED_BY for target in targets]
-
     def labelled(self, name, role):
         """The control of that role with that label."""
         return self.wait_for(lambda: next((node for node in self.app.root().find_all(role=role)
-                                           if name in self.labels(node)), None), f"{name!r} labels a {role}")
-
-    def set_value(self, node, value):
-        node.ask(PROPERTIES, "Set", GLib.Variant("(ssv)", (VALUE, "CurrentValue", GLib.Variant("d", value))))
+                                           if name in node.labels), None), f"{name!r} labels a {role}")
 
     def test_the_window_opens_on_welcome_in_the_middle_of_the_screen(self):
         self.open_preferences()
@@ -92,7 +79,7 @@ class PreferencesTest(DesktopTest):
         (applications / "org.example.SampleEditor.desktop").write_text(ENTRY)
         self.open_preferences(excludedBundleIDs=["org.example.Gone"])
         check_box = self.show_pane("Behavior", "Automatically show the drop window")
-        trigger = self.labelled("Automatically show the drop window", "combo box")
+        trigger = self.labelled("When to show the drop window", "combo box")
         self.assertTrue(trigger.has_state("enabled"))
         check_box = self.app.find("Automatically show the drop window", "check box")
         self.hand.click(*check_box.center)
@@ -118,8 +105,8 @@ class PreferencesTest(DesktopTest):
         window = self.wait_for(self.app.window, "the shelf shows as a preview")
         self.app.opaque(window)
         width = self.app.frame().width
-        self.assertEqual(size.get(VALUE, "CurrentValue"), 72.0)
-        self.set_value(size, 96.0)
+        self.assertEqual(size.value, 72.0)
+        size.value = 96.0
         self.wait_for_setting("shelfItemSize", 96.0)
         self.wait_for(lambda: self.app.frame().width == width + 24, "the shelf grows with its items")
         self.hand.click(*self.labelled("Window edge", "combo box").center)
@@ -145,18 +132,77 @@ class PreferencesTest(DesktopTest):
         self.wait_for(lambda: not self.desktop.windows.find(title="Tint colour"), "the colour panel closes")
         self.assertIsNotNone(self.app.window("preferences"))
 
-    def test_the_about_pane_leads_to_the_makers_page(self):
+    def install_browser(self):
+        """Makes a default browser that writes down what it is asked to open, and answers where."""
         visited = self.desktop.home / "visited"
         applications = self.desktop.home / ".local/share/applications"
         applications.mkdir(parents=True)
         (applications / "browser.desktop").write_text(BROWSER.format(visited=visited))
         (self.desktop.home / ".config/mimeapps.list").write_text(
             "[Default Applications]\nx-scheme-handler/https=browser.desktop\n")
+        return visited
+
+    def test_the_about_pane_leads_to_the_makers_page(self):
+        visited = self.install_browser()
         self.open_preferences()
         self.show_pane("About", "More from Orvane")
         self.app.click("More from Orvane")
         self.wait_for(visited.exists, "the browser opens")
         self.wait_for(lambda: "ref=" in visited.read_text(), "it gets the maker's page")
+
+    def select_pane(self, title, landmark, role):
+        """Selects a row of the sidebar as a screen reader does, and answers a widget of the pane."""
+        self.app.find(title, "list item").do("Toggle")
+        return self.wait_for(lambda: self.app.find(landmark, role), f"the pane has {landmark!r}")
+
+    def test_a_screen_reader_sets_something_in_every_pane(self):
+        visited = self.install_browser()
+        self.open_preferences()
+        self.select_pane("General", "Show Dock icon", "check box").do("Toggle")
+        self.wait_for_setting("showDockIcon", True)
+
+        self.select_pane("Behavior", "Automatically show the drop window", "check box").do("Toggle")
+        self.wait_for_setting("autoShowDropWindow", False)
+        mode = self.labelled("The Parklet window in the following applications:", "combo box")
+        mode.do("ShowMenu")
+        self.wait_for(lambda: self.app.find("Show only in", "list item"), "the pop-up opens")
+        self.hand.key("Down")
+        self.hand.key("Return")
+        self.wait_for_setting("excludeMode", 1)
+        # The press is answered while the open panel is on screen.
+        self.app.find("+", "push button").do("Press")
+        self.wait_for(lambda: self.desktop.windows.find(title="Add application"), "the open panel comes up")
+        self.wait_for(lambda: self.app.find("Cancel", "push button"), "it can be cancelled").do("Press")
+        self.wait_for(lambda: not self.desktop.windows.find(title="Add application"), "the open panel closes")
+
+        size = self.select_pane("Appearance", "Shelf item size", "slider")
+        size.do("Increase")
+        self.wait_for_setting("shelfItemSize", 73.0)
+        size.value = 100.5
+        self.wait_for_setting("shelfItemSize", 100.5)
+        self.app.find("Tint intensity", "slider").value = 0.25
+        self.wait_for_setting("tintIntensity", 0.25)
+        self.app.find("Hide file extensions", "check box").do("Toggle")
+        self.wait_for_setting("hideFileExtensions", True)
+
+        self.select_pane("About", "More from Orvane", "push button").do("Press")
+        self.wait_for(visited.exists, "the browser opens")
+        self.select_pane("Welcome", "Lightweight drag & drop file shelf for macOS", "label")
+        self.assertEqual(set(self.app.read_settings()),
+                         {"hasShownUpdatePrompt", "showDockIcon", "autoShowDropWindow", "excludeMode", "shelfItemSize",
+                          "tintIntensity", "hideFileExtensions"})
+
+    def test_a_screen_reader_tells_every_control_from_the_others(self):
+        self.open_preferences()
+        for title, landmark in (("General", "Drag mode"), ("Behavior", "+"), ("Appearance", "File names"),
+                                ("About", "More from Orvane")):
+            self.select_pane(title, landmark, None)
+            controls = [node for role in ("check box", "push button", "slider", "combo box")
+                        for node in self.app.find("Parklet Preferences").find_all(role=role)]
+            names = [" ".join(node.labels) if node.role == "combo box" else node.name for node in controls]
+            self.assertEqual(len(names), {"General": 6, "Behavior": 6, "Appearance": 7, "About": 1}[title], names)
+            self.assertTrue(all(names), names)
+            self.assertEqual(len(set(names)), len(names), names)
 
     def test_everything_goes_by_keyboard(self):
         self.open_preferences()

@@ -22,6 +22,8 @@ private slots:
     void without_the_symbol_the_icon_is_empty();
     void an_application_without_name_or_icon_still_shows_something();
     void the_open_panel_starts_where_the_applications_are();
+    void a_press_of_the_button_is_over_before_the_open_panel_comes();
+    void a_second_press_opens_no_second_panel();
     void adding_appends_and_calls_back_once();
     void adding_the_same_application_twice_leaves_one();
     void identifiers_are_compared_exactly();
@@ -61,7 +63,13 @@ struct ListFixture : Fixture {
         const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/") + id);
         virtualPlatform.workspace.identifiers.insert(file, id);
         virtualPlatform.openPanels.choice = file;
+        pressAdd();
+    }
+
+    void pressAdd()
+    {
         view->addBtn->click();
+        QCoreApplication::sendPostedEvents(view, QEvent::MetaCall);
     }
 
     void select(int row) { view->tableView->setCurrentIndex(view->tableView->model()->index(row, 0)); }
@@ -217,12 +225,34 @@ void AppExclusionListViewTest::the_open_panel_starts_where_the_applications_are(
 {
     ListFixture f;
     f.load({});
-    f.view->addBtn->click();
+    f.pressAdd();
     QCOMPARE(f.virtualPlatform.openPanels.shown.size(), 1);
     const OpenPanel &panel = f.virtualPlatform.openPanels.shown.first();
     QCOMPARE(panel.title, QStringLiteral("Add application"));
     QCOMPARE(panel.prompt, QStringLiteral("Add"));
     QCOMPARE(panel.folders, f.virtualPlatform.workspace.folders);
+}
+
+void AppExclusionListViewTest::a_press_of_the_button_is_over_before_the_open_panel_comes()
+{
+    ListFixture f;
+    f.load({});
+    f.view->addBtn->click();
+    QVERIFY(f.virtualPlatform.openPanels.shown.isEmpty());
+    QCoreApplication::sendPostedEvents(f.view, QEvent::MetaCall);
+    QCOMPARE(f.virtualPlatform.openPanels.shown.size(), 1);
+}
+
+void AppExclusionListViewTest::a_second_press_opens_no_second_panel()
+{
+    ListFixture f;
+    f.load({});
+    f.virtualPlatform.openPanels.whileShown = [&f] { f.pressAdd(); };
+    f.pressAdd();
+    QCOMPARE(f.virtualPlatform.openPanels.shown.size(), 1);
+    f.virtualPlatform.openPanels.whileShown = nullptr;
+    f.pressAdd();
+    QCOMPARE(f.virtualPlatform.openPanels.shown.size(), 2);
 }
 
 void AppExclusionListViewTest::adding_appends_and_calls_back_once()
@@ -259,7 +289,7 @@ void AppExclusionListViewTest::a_cancelled_panel_adds_nothing()
     ListFixture f;
     f.load({kFirst});
     f.virtualPlatform.openPanels.choice = {};
-    f.view->addBtn->click();
+    f.pressAdd();
     QVERIFY(f.changes.isEmpty());
     QCOMPARE(f.view->ids, QStringList{kFirst});
 }
@@ -269,7 +299,7 @@ void AppExclusionListViewTest::a_file_that_is_no_application_is_refused_in_silen
     ListFixture f;
     f.load({});
     f.virtualPlatform.openPanels.choice = QUrl::fromLocalFile(QStringLiteral("/tmp/picture.png"));
-    f.view->addBtn->click();
+    f.pressAdd();
     f.pick(QString()); // an application whose identifier is empty
     QVERIFY(f.changes.isEmpty());
     QVERIFY(f.view->ids.isEmpty());

@@ -9,7 +9,11 @@ from .waiting import wait_for  # noqa: E402
 from .windows import Frame  # noqa: E402
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
+ACTION = "org.a11y.atspi.Action"
 COMPONENT = "org.a11y.atspi.Component"
+PROPERTIES = "org.freedesktop.DBus.Properties"
+VALUE = "org.a11y.atspi.Value"
+LABELLED_BY = 2  # number of the protocol's list of relations
 SCREEN = 0  # a coordinate type
 PATIENCE = 5000  # milliseconds that a program has for an answer
 # Numbers of the protocol's list of states.
@@ -35,7 +39,7 @@ class Node:
                                   Gio.DBusCallFlags.NONE, PATIENCE, None).unpack()
 
     def get(self, interface, name):
-        return self.ask("org.freedesktop.DBus.Properties", "Get", GLib.Variant("(ss)", (interface, name)))[0]
+        return self.ask(PROPERTIES, "Get", GLib.Variant("(ss)", (interface, name)))[0]
 
     @property
     def name(self):
@@ -69,6 +73,30 @@ class Node:
     def has_state(self, state):
         low, high = self.ask(ACCESSIBLE, "GetState")[0]
         return bool((low | high << 32) >> STATES[state] & 1)
+
+    @property
+    def actions(self):
+        """The names of what can be done with it."""
+        return [name for name, _, _ in self.ask(ACTION, "GetActions")[0]]
+
+    def do(self, action):
+        """Has the widget do it, as a screen reader does for a user without a pointer; it answers when it is done."""
+        if not self.ask(ACTION, "DoAction", GLib.Variant("(i)", (self.actions.index(action),)))[0]:
+            raise AssertionError(f"{self} does not {action}")
+
+    @property
+    def value(self):
+        return self.get(VALUE, "CurrentValue")
+
+    @value.setter
+    def value(self, value):
+        self.ask(PROPERTIES, "Set", GLib.Variant("(ssv)", (VALUE, "CurrentValue", GLib.Variant("d", value))))
+
+    @property
+    def labels(self):
+        """The names of what labels it."""
+        return [Node(self.bus, *target).name for kind, targets in self.ask(ACCESSIBLE, "GetRelationSet")[0]
+                if kind == LABELLED_BY for target in targets]
 
     def walk(self):
         """This node and all below it; what goes away while we look is left out."""

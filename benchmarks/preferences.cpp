@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The preferences window: opening it, switching its panes, and a drag of the size slider with a full shelf.
 
+#include "app/AppDelegate.h"
+#include "app/SharedInstances.h"
 #include "platform/Platform.h"
 #include "preferences/BasePane.h"
 #include "preferences/DoubleSlider.h"
-#include "preferences/PreferencesWindowController.h"
-#include "settings/AppSettings.h"
-#include "settings/Notifications.h"
-#include "shelf/ShelfPanel.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QImage>
 #include <QListView>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -29,6 +28,7 @@ constexpr PrefPane kPanes[] = {PrefPane::welcome, PrefPane::general, PrefPane::b
                                PrefPane::about};
 constexpr int kSwitches = 200;
 constexpr int kItems = 50;
+constexpr QSize kPhoto(1200, 900);
 constexpr int kSliderSteps = 200;
 
 // Runs `work` and everything it queues, down to the pixels; milliseconds of the main thread.
@@ -81,31 +81,66 @@ double bareWindow()
     return time;
 }
 
+// Fills the shelf, half with pictures and half with files that have none.
+bool fillShelf(ShelfPanel &shelf)
+{
+    QImage photo(kPhoto, QImage::Format_RGB32);
+    photo.fill(Qt::darkCyan);
+    for (int i = 0; i < kItems; ++i) {
+        const bool isPicture = i % 2 == 0;
+        const QString path = QDir::home().filePath(
+            QStringLiteral("file %1.%2").arg(i).arg(isPicture ? QStringLiteral("jpg") : QStringLiteral("txt")));
+        QFile file(path);
+        if (isPicture ? !photo.save(path) : !file.open(QIODevice::WriteOnly))
+            return false;
+        shelf.addItem(QUrl::fromLocalFile(path));
+    }
+    return true;
+}
+
+// One step after another, each with all that follows from it in the program.
+void dragSlider(PreferencesWindowController &preferences, const QString &key, const QString &name)
+{
+    auto *slider = preferences.pane()->findChild<DoubleSlider *>(key);
+    milliseconds([slider] { slider->setValue(0); });
+    std::vector<double> times;
+    for (int i = 1; i <= kSliderSteps; ++i)
+        times.push_back(milliseconds([slider, i] { slider->setValue(slider->maximum() * i / kSliderSteps); }));
+    row(qPrintable(name + QStringLiteral(" with 50 items: a step, median")), median(times), "ms", 0, "< 16 ms");
+    row(qPrintable(name + QStringLiteral(" with 50 items: longest gap")), *std::max_element(times.begin(), times.end()),
+        "ms", 0, "< 16 ms");
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    // A display that shows nothing says so at every step.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     const auto platform = createPlatform();
-    AppSettings settings(*platform->userDefaults, *platform->colorArchive, *platform->appearance);
-    NotificationCenter notifications;
+    SharedInstances shared(*platform);
+    AppDelegate delegate(shared);
+    // As at a launch; the rest of that has nothing to do with the preferences.
+    NotificationCenter &notifications = shared.notifications();
+    notifications.observe(Notifications::settingsChanged, &delegate,
+                          [&delegate](const QVariantMap &) { delegate.handleSettingsChanged(); });
+    notifications.observe(Notifications::appearancePaneActive, &delegate,
+                          [&delegate](const QVariantMap &userInfo) { delegate.handleAppearancePaneActive(userInfo); });
 
     // The first window of all also pays for fonts and style, whosever it is; that is no part of either figure.
     bareWindow();
     const double bare = bareWindow();
 
-    std::unique_ptr<PreferencesWindowController> controller;
-    const double opening = milliseconds([&] {
-        controller = std::make_unique<PreferencesWindowController>(*platform, settings, notifications);
-        controller->showWindow();
-    });
+    const double opening = milliseconds([&delegate] { delegate.openPreferences(); });
     row("preferences: first opening", opening, "ms", bare, "< 32 ms");
 
+    PreferencesWindowController &preferences = shared.preferences();
     std::vector<double> times;
     const auto switchPanes = [&](int count) {
         for (int i = 0; i < count; ++i)
-            times.push_back(milliseconds([&] { controller->showPane(kPanes[i % std::size(kPanes)]); }));
+            times.push_back(milliseconds([&] { preferences.showPane(kPanes[i % std::size(kPanes)]); }));
     };
     switchPanes(10);
     const double early = residentMegabytes();
@@ -119,26 +154,10 @@ int main(int argc, char *argv[])
     switchPanes(1000 - kSwitches - 10);
     row("preferences: memory after 1,000 switches", residentMegabytes(), "MB", early, "ratio 1");
 
-    ShelfPanel shelf(*platform, settings, notifications);
-    for (int i = 0; i < kItems; ++i) {
-        const QString path = QDir::home().filePath(QStringLiteral("file %1.txt").arg(i));
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            return 1;
-        shelf.addItem(QUrl::fromLocalFile(path));
-    }
-    shelf.show(false);
-    QObject::connect(&notifications, &NotificationCenter::posted, &shelf, [&shelf](const QString &name) {
-        if (name == Notifications::settingsChanged)
-            shelf.applySettings();
-    });
-    controller->showPane(PrefPane::appearance);
-    auto *slider = controller->pane()->findChild<DoubleSlider *>(SettingsKey::shelfItemSize);
-    milliseconds([slider] { slider->setDoubleValue(slider->minimumValue); });
-    times.clear();
-    for (int i = 1; i <= kSliderSteps; ++i)
-        times.push_back(milliseconds([slider, i] { slider->setValue(slider->maximum() * i / kSliderSteps); }));
-    row("size slider with 50 items: a step, median", median(times), "ms", 0, "< 16 ms");
-    row("size slider with 50 items: longest gap", *std::max_element(times.begin(), times.end()), "ms", 0, "< 16 ms");
+    if (!fillShelf(delegate.shelf))
+        return 1;
+    preferences.showPane(PrefPane::appearance);
+    dragSlider(preferences, SettingsKey::shelfItemSize, QStringLiteral("size slider"));
+    dragSlider(preferences, SettingsKey::tintIntensity, QStringLiteral("intensity slider"));
     return 0;
 }

@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr auto kState = "_NET_WM_STATE";
+constexpr auto kActiveWindow = "_NET_ACTIVE_WINDOW";
 constexpr std::array kHints = {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"};
 
 // As the window managers read messages: what to do with a state, and who asks for it.
@@ -39,13 +41,6 @@ XcbReply<Reply> await(xcb_connection_t *xcb, Reply *(*function)(xcb_connection_t
     return reply;
 }
 
-xcb_atom_t atom(xcb_connection_t *xcb, const char *name)
-{
-    const auto reply =
-        await(xcb, xcb_intern_atom_reply, xcb_intern_atom(xcb, 0, static_cast<quint16>(qstrlen(name)), name));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
 void tellWindowManager(xcb_connection_t *xcb, xcb_window_t window, xcb_atom_t type, const std::array<quint32, 5> &data)
 {
     xcb_client_message_event_t message{};
@@ -58,30 +53,6 @@ void tellWindowManager(xcb_connection_t *xcb, xcb_window_t window, xcb_atom_t ty
     xcb_send_event(xcb, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char *>(&message));
     xcb_flush(xcb);
-}
-
-// Before a window is shown its state is ours to write; Qt keeps what it finds there.
-void writeHints(xcb_connection_t *xcb, xcb_window_t window, bool skip)
-{
-    const xcb_atom_t property = atom(xcb, "_NET_WM_STATE");
-    const auto reply =
-        await(xcb, xcb_get_property_reply, xcb_get_property(xcb, 0, window, property, XCB_ATOM_ATOM, 0, kLongestState));
-    std::vector<quint32> state = propertyValues(reply.get());
-    for (const char *hint : kHints) {
-        const xcb_atom_t value = atom(xcb, hint);
-        std::erase(state, value);
-        if (skip)
-            state.push_back(value);
-    }
-    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_ATOM, 32,
-                        static_cast<quint32>(state.size()), state.data());
-}
-
-// Afterwards it is the window manager's.
-void askForHints(xcb_connection_t *xcb, xcb_window_t window, bool skip)
-{
-    tellWindowManager(xcb, window, atom(xcb, "_NET_WM_STATE"),
-                      {skip ? kAddState : kRemoveState, atom(xcb, kHints[0]), atom(xcb, kHints[1]), kFromApplication});
 }
 
 // A window that a task list would show: no panel, menu or tool tip.
@@ -100,8 +71,45 @@ LinuxActivationPolicy::LinuxActivationPolicy()
     qApp->installEventFilter(this);
 }
 
+xcb_atom_t LinuxActivationPolicy::atom(const char *name)
+{
+    const auto known = atoms.constFind(name);
+    if (known != atoms.constEnd())
+        return *known;
+    xcb_connection_t *xcb = windowConnection();
+    const auto reply =
+        await(xcb, xcb_intern_atom_reply, xcb_intern_atom(xcb, 0, static_cast<quint16>(qstrlen(name)), name));
+    return reply ? *atoms.insert(name, reply->atom) : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+void LinuxActivationPolicy::writeHints(xcb_connection_t *xcb, xcb_window_t window)
+{
+    const xcb_atom_t property = atom(kState);
+    const auto reply =
+        await(xcb, xcb_get_property_reply, xcb_get_property(xcb, 0, window, property, XCB_ATOM_ATOM, 0, kLongestState));
+    std::vector<quint32> state = propertyValues(reply.get());
+    for (const char *hint : kHints) {
+        const xcb_atom_t value = atom(hint);
+        std::erase(state, value);
+        if (current == Policy::Accessory)
+            state.push_back(value);
+    }
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_ATOM, 32,
+                        static_cast<quint32>(state.size()), state.data());
+}
+
+void LinuxActivationPolicy::askForHints(xcb_connection_t *xcb, xcb_window_t window)
+{
+    tellWindowManager(
+        xcb, window, atom(kState),
+        {current == Policy::Accessory ? kAddState : kRemoveState, atom(kHints[0]), atom(kHints[1]), kFromApplication});
+}
+
 void LinuxActivationPolicy::set(Policy policy)
 {
+    // Every change of a setting comes by here, at each step of a slider.
+    if (policy == current)
+        return;
     current = policy;
     xcb_connection_t *xcb = windowConnection();
     if (!xcb)
@@ -109,7 +117,7 @@ void LinuxActivationPolicy::set(Policy policy)
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows) {
         if (window->isVisible() && isNormalWindow(*window))
-            askForHints(xcb, static_cast<xcb_window_t>(window->winId()), current == Policy::Accessory);
+            askForHints(xcb, static_cast<xcb_window_t>(window->winId()));
     }
 }
 
@@ -121,7 +129,7 @@ void LinuxActivationPolicy::activate(QWidget &window)
     window.activateWindow();
     // What Qt asks for as an application the window manager may refuse, since the user last worked in another one.
     if (xcb_connection_t *xcb = windowConnection())
-        tellWindowManager(xcb, static_cast<xcb_window_t>(window.winId()), atom(xcb, "_NET_ACTIVE_WINDOW"),
+        tellWindowManager(xcb, static_cast<xcb_window_t>(window.winId()), atom(kActiveWindow),
                           {kFromUser, XCB_CURRENT_TIME});
 }
 
@@ -133,7 +141,7 @@ bool LinuxActivationPolicy::eventFilter(QObject *object, QEvent *event)
         xcb_connection_t *xcb = widget->isWindow() ? windowConnection() : nullptr;
         // The event comes just before the window is mapped; the window manager forgot the state when it was hidden.
         if (xcb && isNormalWindow(*widget))
-            writeHints(xcb, static_cast<xcb_window_t>(widget->winId()), current == Policy::Accessory);
+            writeHints(xcb, static_cast<xcb_window_t>(widget->winId()));
     }
     return QObject::eventFilter(object, event);
 }

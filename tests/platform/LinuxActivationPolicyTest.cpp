@@ -20,6 +20,7 @@ private slots:
 
     void a_window_of_an_accessory_is_in_no_task_list();
     void a_change_of_policy_reaches_windows_on_screen();
+    void the_same_policy_again_asks_the_window_manager_for_nothing();
     void windows_shown_later_follow_the_policy();
     void a_window_keeps_the_policy_when_it_is_shown_again();
     void dialogs_follow_and_panels_do_not();
@@ -116,6 +117,28 @@ void LinuxActivationPolicyTest::a_change_of_policy_reaches_windows_on_screen()
     }
     // The window's other states are its own.
     QVERIFY(state(window).contains(connection->atom("_NET_WM_STATE_MAXIMIZED_VERT")));
+}
+
+void LinuxActivationPolicyTest::the_same_policy_again_asks_the_window_manager_for_nothing()
+{
+    QWidget window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window, kPatience));
+    QTRY_VERIFY_WITH_TIMEOUT(isSkipped(window), kPatience);
+    QStringList wishes;
+    const auto subscription = other->listen([&](const xcb_generic_event_t &event) {
+        const auto &message = reinterpret_cast<const xcb_client_message_event_t &>(event);
+        if ((event.response_type & ~0x80) == XCB_CLIENT_MESSAGE && message.type == other->atom("_NET_WM_STATE"))
+            wishes.append(QString::number(message.data.data32[0]));
+    });
+    other->addRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    QVERIFY(other->atom("_NET_WM_STATE")); // answered, so the server hears for us from here on
+    policy->set(ActivationPolicy::Policy::Accessory);
+    policy->set(ActivationPolicy::Policy::Regular);
+    policy->set(ActivationPolicy::Policy::Regular);
+    policy->set(ActivationPolicy::Policy::Accessory);
+    QTRY_VERIFY_WITH_TIMEOUT(wishes.size() >= 2, kPatience);
+    QCOMPARE(wishes, QStringList({QStringLiteral("0"), QStringLiteral("1")}));
 }
 
 void LinuxActivationPolicyTest::windows_shown_later_follow_the_policy()

@@ -16,6 +16,7 @@
 #include <malloc.h>
 #include <sys/resource.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -52,23 +53,24 @@ bool isNamedLikeAnImage(const QString &name)
 
 } // namespace
 
-// One request. It is answered with nothing when it is let go unanswered, wherever that is.
+// One request, or several that ask for the same. It is answered with nothing when it is let go unanswered, wherever
+// that is.
 struct LinuxThumbnailGenerator::Job {
     Job() = default;
     Job(const Job &) = delete;
     Job &operator=(const Job &) = delete;
     ~Job() { answer({}); }
 
-    void answer(std::optional<QImage> image)
+    void answer(const std::optional<QImage> &image)
     {
-        if (completion)
-            std::exchange(completion, {})(std::move(image));
+        for (const Completion &completion : std::exchange(completions, {}))
+            completion(image);
     }
 
     QByteArray path;
     QString name;
     QSize bound; // pixels
-    Completion completion;
+    std::vector<Completion> completions;
     size_t retries = 0;
     std::optional<FileState> tried; // the state that was last decoded in vain
     QImage partial;                 // what came of it
@@ -104,12 +106,28 @@ std::optional<QSize> LinuxThumbnailGenerator::imagePixelSize(const QUrl &file) c
 
 void LinuxThumbnailGenerator::generate(const QUrl &file, const QSizeF &size, double scale, Completion completion)
 {
+    const QByteArray path = fileSystemPath(file);
+    const QSize bound(pixelSide(size.width(), scale), pixelSide(size.height(), scale));
+    const std::lock_guard lock(queueMutex);
+    // A shelf whose items are made larger by a tenth of a point at a time asks for the same pixels again and again.
+    if (const JobPointer same = queued.value({path, bound}).lock()) {
+        same->completions.push_back(std::move(completion));
+        return;
+    }
     const auto job = std::make_shared<Job>();
-    job->path = fileSystemPath(file);
+    job->path = path;
     job->name = lastPathComponent(file);
-    job->bound = QSize(pixelSide(size.width(), scale), pixelSide(size.height(), scale));
-    job->completion = std::move(completion);
-    run([this, job] { work(job); });
+    job->bound = bound;
+    job->completions.push_back(std::move(completion));
+    queued.insert({path, bound}, job);
+    run([this, job] {
+        {
+            // Who asks from here on wants the file as it is then.
+            const std::lock_guard begin(queueMutex);
+            queued.remove({job->path, job->bound});
+        }
+        work(job);
+    });
 }
 
 void LinuxThumbnailGenerator::run(std::function<void()> task, int priority)

@@ -45,6 +45,9 @@ private:
 
     MainQueue &mainQueue;
     ThumbnailCache cache;
+    std::mutex queueMutex;
+    // The requests that no thread has begun, by their files and pixels; what they are to answer may still be added to.
+    QHash<std::pair<QByteArray, QSize>, std::weak_ptr<Job>> queued;
     std::atomic<bool> stopping = false;
     std::atomic<int> openTasks = 0;
     QThreadPool pool;

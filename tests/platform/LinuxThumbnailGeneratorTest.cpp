@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QTest>
 
 #include <mutex>
@@ -37,6 +38,8 @@ private slots:
     void an_empty_file_named_like_an_image_is_tried_again();
     void an_empty_file_of_another_kind_is_not_tried_again();
     void a_file_that_never_ends_is_given_up();
+    void requests_for_the_same_pixels_that_wait_are_served_together();
+    void requests_for_other_pixels_are_served_apart();
     void every_completion_is_called_once_when_the_generator_goes();
 };
 
@@ -64,6 +67,25 @@ public:
     {
         const std::lock_guard lock(mutex);
         return images.isEmpty() ? std::nullopt : images.last();
+    }
+
+    // How many pictures were made for them.
+    qsizetype different() const
+    {
+        const std::lock_guard lock(mutex);
+        QSet<qint64> keys;
+        for (const auto &image : images)
+            keys.insert(image ? image->cacheKey() : 0);
+        return keys.size();
+    }
+
+    QList<QSize> sizes() const
+    {
+        const std::lock_guard lock(mutex);
+        QList<QSize> list;
+        for (const auto &image : images)
+            list.append(image.value_or(QImage()).size());
+        return list;
     }
 
     std::thread::id thread;
@@ -386,6 +408,34 @@ void LinuxThumbnailGeneratorTest::a_file_that_never_ends_is_given_up()
     QVERIFY(!f.answers.last());
     QCOMPARE(f.queue.pendingCount(), 0);
     QCOMPARE(f.queue.timerCount(), 0);
+}
+
+void LinuxThumbnailGeneratorTest::requests_for_the_same_pixels_that_wait_are_served_together()
+{
+    constexpr int kRequests = 200;
+    Fixture f;
+    const QByteArray photo = f.samples.file("a.png", SampleFiles::picture("png", {1920, 1080}));
+    for (int i = 0; i < kRequests; ++i)
+        f.request(photo, QSizeF(72 + i % 10 * 0.1, 40), 1);
+    VERIFY_ANSWERS(f, kRequests);
+    QCOMPARE(f.answers.sizes().count(f.answers.last()->size()), qsizetype(kRequests));
+    // The first ones were begun at once, as many as there are threads.
+    QVERIFY2(f.answers.different() < kRequests / 2, qPrintable(QString::number(f.answers.different())));
+}
+
+void LinuxThumbnailGeneratorTest::requests_for_other_pixels_are_served_apart()
+{
+    Fixture f;
+    const QByteArray first = f.samples.file("a.png", SampleFiles::picture("png", {1600, 1600}));
+    const QByteArray second = f.samples.file("b.png", SampleFiles::picture("png", {1600, 800}));
+    for (int i = 0; i < 10; ++i) {
+        f.request(first, {72, 72});
+        f.request(first, {73, 73});
+        f.request(second, {72, 72});
+    }
+    VERIFY_ANSWERS(f, 30);
+    for (const QSize &size : {QSize(72, 72), QSize(73, 73), QSize(72, 36)})
+        QCOMPARE(f.answers.sizes().count(size), qsizetype(10));
 }
 
 void LinuxThumbnailGeneratorTest::every_completion_is_called_once_when_the_generator_goes()

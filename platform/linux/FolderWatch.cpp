@@ -2,6 +2,7 @@
 #include "platform/linux/FolderWatch.h"
 
 #include "platform/MainQueue.h"
+#include "platform/linux/DefaultMode.h"
 
 #include <QSocketNotifier>
 
@@ -11,25 +12,27 @@
 #include <cstring>
 #include <utility>
 
+#include <fcntl.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr quint32 kDirectoryOnly = IN_ONLYDIR | IN_EXCL_UNLINK | IN_MASK_ADD;
-constexpr quint32 kPassed = IN_MOVE_SELF | IN_DELETE_SELF;
-constexpr quint32 kRemoved = kPassed | IN_DELETE;
-constexpr quint32 kAwaited = kRemoved | IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM;
+constexpr quint32 kDirectory = IN_ONLYDIR | IN_EXCL_UNLINK | IN_MASK_ADD;
+constexpr quint32 kPassed = kDirectory | IN_MOVE_SELF | IN_DELETE_SELF;
+// The link itself, not what it leads to.
+constexpr quint32 kLink = IN_DONT_FOLLOW | IN_MASK_ADD | IN_MOVE_SELF | IN_DELETE_SELF | IN_ATTRIB;
+constexpr quint32 kAwaited = kPassed | IN_CREATE | IN_MOVED_TO | IN_ATTRIB;
+constexpr quint32 kLeaving = IN_DELETE | IN_MOVED_FROM;
 // Writing to a file says nothing until it is closed: a long download does not keep us awake.
-constexpr quint32 kInside = kAwaited | IN_CLOSE_WRITE | IN_ATTRIB;
+constexpr quint32 kInside = kAwaited | kLeaving | IN_CLOSE_WRITE;
 constexpr quint32 kWayIsLost = IN_MOVE_SELF | IN_DELETE_SELF | IN_UNMOUNT | IN_IGNORED | IN_Q_OVERFLOW;
 
 constexpr int kMostLinks = 40;         // on the way, as the kernel counts
 constexpr int kMostAttempts = 10;      // to follow a path that changes meanwhile
 constexpr double kRetryInterval = 5.0; // seconds, while the system grants no watch
 constexpr size_t kReadSize = 65'536;   // bytes
-constexpr int kNone = -1;
 
 QList<QByteArray> components(const QByteArray &path)
 {
@@ -68,14 +71,28 @@ QByteArray linkTarget(const QByteArray &link)
     return QByteArray(buffer.data(), std::max<ssize_t>(size, 0));
 }
 
+bool permits(const QByteArray &path, int access)
+{
+    return faccessat(AT_FDCWD, path.constData(), access, AT_EACCESS) == 0;
+}
+
+// Tells one folder from another in its place; empty when there is none.
+QByteArray identity(const QByteArray &folder)
+{
+    struct stat info = {};
+    if (stat(folder.constData(), &info) != 0)
+        return {};
+    return QByteArray::number(info.st_dev) + ' ' + QByteArray::number(info.st_ino);
+}
+
 // Differs when a name in the folder came or went, or it is another folder.
 QByteArray state(const QByteArray &folder)
 {
     struct stat info = {};
     if (stat(folder.constData(), &info) != 0)
         return {};
-    return QByteArray::number(info.st_dev) + ' ' + QByteArray::number(info.st_ino) + ' ' +
-           QByteArray::number(qint64(info.st_mtim.tv_sec)) + ' ' + QByteArray::number(qint64(info.st_mtim.tv_nsec));
+    return identity(folder) + ' ' + QByteArray::number(qint64(info.st_mtim.tv_sec)) + ' ' +
+           QByteArray::number(qint64(info.st_mtim.tv_nsec));
 }
 
 } // namespace
@@ -102,7 +119,6 @@ FolderWatch::~FolderWatch()
 void FolderWatch::arm()
 {
     notifier.reset();
-    watched.clear();
     if (queue >= 0)
         close(queue); // and with it every watch
     queue = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
@@ -124,10 +140,12 @@ bool FolderWatch::followPath()
 {
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         watched.clear();
+        lastIdentity.clear();
         switch (followSteps(components(path))) {
         case Outcome::Followed:
             return true;
         case Outcome::Refused:
+        case Outcome::Unreadable:
             return false;
         case Outcome::Gone:
             break; // look again at what is there now
@@ -136,8 +154,8 @@ bool FolderWatch::followPath()
     return false;
 }
 
-// Walks from the root to the folder, or as far as there is something. What is passed on the way is watched for being
-// renamed only: it cannot be removed before what is inside, so the comings and goings there need not wake us.
+// Walks from the root to the folder, or as far as there is something. What is passed on the way is watched for its own
+// end only, so that the comings and goings there wake nobody while the folder is in place.
 FolderWatch::Outcome FolderWatch::followSteps(QList<QByteArray> names)
 {
     QByteArray directory = "/";
@@ -150,56 +168,72 @@ FolderWatch::Outcome FolderWatch::followSteps(QList<QByteArray> names)
         }
         const QByteArray next = child(directory, name);
         if (isDirectory(next)) {
-            if (const Outcome outcome = add(directory, kPassed, {}); outcome != Outcome::Followed)
+            // One that may not be read can still be passed, and tells nothing.
+            if (const Outcome outcome = add(directory, kPassed);
+                outcome == Outcome::Refused || outcome == Outcome::Gone)
                 return outcome;
             directory = next;
             continue;
         }
-        if (const Outcome outcome = add(directory, kAwaited, name); outcome != Outcome::Followed)
-            return outcome;
-        // It may have come before the watch, so the second look counts.
-        if (isDirectory(next)) {
-            directory = next;
-            continue;
+        if (linkTarget(next).isEmpty()) {
+            const Outcome outcome = followMissing(directory, name);
+            // It may have come before the watch, so the second look counts.
+            return isDirectory(next) || !linkTarget(next).isEmpty() ? Outcome::Gone : outcome;
         }
+        if (const Outcome outcome = add(next, kLink, {""}); outcome != Outcome::Followed)
+            return outcome == Outcome::Unreadable ? Outcome::Refused : outcome;
+        // What it says after the watch began is what counts.
         const QByteArray target = linkTarget(next);
-        if (target.isEmpty() || ++links > kMostLinks)
-            return followEnd(directory, kAwaited, false);
+        if (target.isEmpty())
+            return Outcome::Gone;
+        if (++links > kMostLinks)
+            return Outcome::Followed; // to nowhere, until one of them changes
         if (target.startsWith('/'))
             directory = "/";
         names = components(target) + names;
     }
-    return followEnd(directory, kInside, true);
+    return followFolder(directory);
 }
 
-// Watches where the walk ended. A directory that is removed while a process is in it tells so only to its parent.
-FolderWatch::Outcome FolderWatch::followEnd(const QByteArray &directory, quint32 mask, bool isFolder)
+FolderWatch::Outcome FolderWatch::followFolder(const QByteArray &directory)
 {
-    if (const Outcome outcome = add(parent(directory), kRemoved, lastComponent(directory));
-        outcome != Outcome::Followed)
-        return outcome;
-    int watch = kNone;
-    const Outcome outcome = add(directory, mask, {}, &watch);
-    if (isFolder && watch != kNone)
-        watched[watch].isFolder = true;
+    const Outcome outcome = add(directory, kInside, {}, true);
+    if (outcome == Outcome::Unreadable)
+        return followUnreadable(directory);
+    lastIdentity = identity(directory);
     return outcome;
 }
 
-FolderWatch::Outcome FolderWatch::add(const QByteArray &directory, quint32 mask, const QByteArray &name,
-                                      int *descriptor)
+FolderWatch::Outcome FolderWatch::followMissing(const QByteArray &directory, const QByteArray &name)
 {
-    const int watch = inotify_add_watch(queue, directory.constData(), mask | kDirectoryOnly);
+    const Outcome outcome = add(directory, kAwaited, {name, ""});
+    if (outcome != Outcome::Unreadable)
+        return outcome;
+    // In a directory that may be passed and not be read, names come untold.
+    return permits(directory, X_OK) ? Outcome::Refused : followUnreadable(directory);
+}
+
+// Its parent tells when the permissions change.
+FolderWatch::Outcome FolderWatch::followUnreadable(const QByteArray &directory)
+{
+    const Outcome outcome = add(parent(directory), kAwaited | kLeaving, {lastComponent(directory)});
+    if (outcome == Outcome::Unreadable)
+        return Outcome::Refused;
+    return permits(directory, R_OK) ? Outcome::Gone : outcome;
+}
+
+FolderWatch::Outcome FolderWatch::add(const QByteArray &entry, quint32 mask, const QSet<QByteArray> &names,
+                                      bool isFolder)
+{
+    const int watch = inotify_add_watch(queue, entry.constData(), mask);
     if (watch < 0) {
         if (errno == ENOSPC || errno == ENOMEM)
             return Outcome::Refused;
-        // A directory that may not be read can still be passed, and tells nothing.
-        return errno == EACCES ? Outcome::Followed : Outcome::Gone;
+        return errno == EACCES ? Outcome::Unreadable : Outcome::Gone;
     }
     Watched &source = watched[watch];
-    if (!name.isEmpty())
-        source.names.insert(name);
-    if (descriptor)
-        *descriptor = watch;
+    source.names.unite(names);
+    source.isFolder = source.isFolder || isFolder;
     return Outcome::Followed;
 }
 
@@ -216,8 +250,13 @@ void FolderWatch::wake()
 void FolderWatch::report()
 {
     timer = nullptr;
+    if (isPutOff(&FolderWatch::report))
+        return;
     readEvents();
-    if (std::exchange(change, Change::None) == Change::OnTheWay)
+    // A folder that is removed while a program is in it says so only when that program leaves it.
+    const bool isLost = change == Change::OnTheWay || (!lastIdentity.isEmpty() && identity(path) != lastIdentity);
+    change = Change::None;
+    if (isLost)
         arm();
     else
         notifier->setEnabled(true);
@@ -228,12 +267,27 @@ void FolderWatch::report()
 void FolderWatch::lookWithoutEvents()
 {
     timer = nullptr;
+    if (isPutOff(&FolderWatch::lookWithoutEvents))
+        return;
     const QByteArray before = lastState;
     arm();
     if (state(path) == before)
         return;
     const auto callback = onChange; // outlives the watch
     callback();
+}
+
+// Whether `step` has to wait for the default mode; it is called again then.
+bool FolderWatch::isPutOff(void (FolderWatch::*step)())
+{
+    if (isDefaultMode())
+        return false;
+    defaultMode = whenDefaultMode([this, step] {
+        // The loop is about to rest, and would sleep over what the step begins.
+        timer = mainQueue.after(0, [this, step] { (this->*step)(); });
+        defaultMode = nullptr;
+    });
+    return true;
 }
 
 void FolderWatch::readEvents()
@@ -246,10 +300,10 @@ void FolderWatch::readEvents()
         for (ssize_t offset = 0; offset < size;) {
             inotify_event event;
             std::memcpy(&event, buffer.data() + offset, sizeof event);
-            const char *const name = buffer.data() + offset + sizeof event;
+            const QByteArray name(event.len > 0 ? buffer.data() + offset + sizeof event : "");
             offset += static_cast<ssize_t>(sizeof event + event.len);
             const Watched source = watched.value(event.wd);
-            if (event.mask & kWayIsLost || (event.len > 0 && source.names.contains(QByteArray(name))))
+            if (event.mask & kWayIsLost || source.names.contains(name))
                 change = Change::OnTheWay;
             else if (source.isFolder && change == Change::None)
                 change = Change::Inside;

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QObject>
 #include <QSet>
 
 #include <functional>
@@ -17,8 +18,8 @@ class Timer;
 // not exist yet: what lies on the way to it is watched too, for nothing but that.
 class FolderWatch {
 public:
-    // Calls `onChange` on the main thread `latency` seconds after the first change, once for all until then. It may
-    // destroy the watch.
+    // Calls `onChange` on the main thread `latency` seconds after the first change, once for all until then; while the
+    // main loop is not in its default mode, once it is again. It may destroy the watch.
     FolderWatch(const QByteArray &path, double latency, MainQueue &mainQueue, std::function<void()> onChange);
     ~FolderWatch();
 
@@ -29,21 +30,23 @@ private:
     // What is watched under one inotify descriptor.
     struct Watched {
         bool isFolder = false;  // it is the folder itself
-        QSet<QByteArray> names; // entries of it that lie on the way to the folder
+        QSet<QByteArray> names; // whose changes concern the way to the folder; its own changes have no name
     };
     enum class Change { None, Inside, OnTheWay };
-
-    enum class Outcome { Followed, Gone, Refused };
+    enum class Outcome { Followed, Unreadable, Gone, Refused };
 
     void arm();
     bool followPath();
     Outcome followSteps(QList<QByteArray> names);
-    Outcome followEnd(const QByteArray &directory, quint32 mask, bool isFolder);
-    Outcome add(const QByteArray &directory, quint32 mask, const QByteArray &name, int *descriptor = nullptr);
+    Outcome followFolder(const QByteArray &directory);
+    Outcome followMissing(const QByteArray &directory, const QByteArray &name);
+    Outcome followUnreadable(const QByteArray &directory);
+    Outcome add(const QByteArray &entry, quint32 mask, const QSet<QByteArray> &names = {}, bool isFolder = false);
     void readEvents();
     void wake();
     void report();
     void lookWithoutEvents();
+    bool isPutOff(void (FolderWatch::*step)());
 
     const QByteArray path;
     const double latency;
@@ -54,5 +57,7 @@ private:
     QHash<int, Watched> watched;
     Change change = Change::None; // seen and not yet told
     std::shared_ptr<Timer> timer;
-    QByteArray lastState; // of the folder, while there are no events to tell of its changes
+    std::unique_ptr<QObject> defaultMode; // while a report waits for it
+    QByteArray lastIdentity;              // of the folder that is watched; empty while there is none
+    QByteArray lastState;                 // of the folder, while there are no events to tell of its changes
 };

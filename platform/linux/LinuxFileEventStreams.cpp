@@ -29,8 +29,7 @@ public:
     }
 
     void add(const std::shared_ptr<Stream> &stream);
-    void remove(const Stream *stream);
-    bool contains(const Stream *stream) const;
+    void remove(Stream *stream);
 
 private:
     using Key = std::pair<QByteArray, double>;
@@ -78,6 +77,7 @@ public:
     const QByteArray folder;
     const double latency;
     std::function<void()> handler; // none once invalidated
+    bool isStarted = false;        // and not stopped since
 };
 
 LinuxFileEventStreams::Running::Key LinuxFileEventStreams::Running::keyOf(const Stream &stream)
@@ -87,20 +87,20 @@ LinuxFileEventStreams::Running::Key LinuxFileEventStreams::Running::keyOf(const 
 
 void LinuxFileEventStreams::Running::add(const std::shared_ptr<Stream> &stream)
 {
+    if (std::exchange(stream->isStarted, true))
+        return;
     const Key key = keyOf(*stream);
     Group &group = groups[key];
-    if (group.streams.contains(stream))
-        return;
     group.streams.append(stream);
     if (!group.watch)
         group.watch = std::make_unique<FolderWatch>(key.first, key.second, mainQueue, [this, key] { call(key); });
 }
 
-void LinuxFileEventStreams::Running::remove(const Stream *stream)
+void LinuxFileEventStreams::Running::remove(Stream *stream)
 {
-    const auto group = groups.find(keyOf(*stream));
-    if (group == groups.end())
+    if (!std::exchange(stream->isStarted, false))
         return;
+    const auto group = groups.find(keyOf(*stream));
     // The last handle may go with the list; it must not go while its own stop() runs.
     const auto streams = group->second.streams;
     group->second.streams.removeIf([stream](const auto &other) { return other.get() == stream; });
@@ -108,19 +108,12 @@ void LinuxFileEventStreams::Running::remove(const Stream *stream)
         groups.erase(group);
 }
 
-bool LinuxFileEventStreams::Running::contains(const Stream *stream) const
-{
-    const auto group = groups.find(keyOf(*stream));
-    return group != groups.end() && std::any_of(group->second.streams.begin(), group->second.streams.end(),
-                                                [stream](const auto &other) { return other.get() == stream; });
-}
-
 void LinuxFileEventStreams::Running::call(const Key &key)
 {
     const auto streams = groups[key].streams;
     for (const auto &stream : streams) {
         // An earlier handler may have stopped it.
-        if (!contains(stream.get()))
+        if (!stream->isStarted)
             continue;
         const auto handler = stream->handler;
         handler();
@@ -128,8 +121,7 @@ void LinuxFileEventStreams::Running::call(const Key &key)
 }
 
 LinuxFileEventStreams::LinuxFileEventStreams(MainQueue &queue)
-    : mainQueue(queue)
-    , running(std::make_shared<Running>(queue))
+    : running(std::make_shared<Running>(queue))
 {
 }
 
@@ -150,13 +142,12 @@ std::optional<QDateTime> LinuxFileEventStreams::creationDate(const QUrl &file) c
     if (statx(AT_FDCWD, fileSystemPath(file).constData(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BTIME, &info) !=
         0)
         return {};
-    return plausibleBirthTime(info.stx_mask & STATX_BTIME, info.stx_btime.tv_sec, info.stx_btime.tv_nsec,
-                              mainQueue.currentDate());
+    return birthTime(info.stx_mask & STATX_BTIME, info.stx_btime.tv_sec, info.stx_btime.tv_nsec);
 }
 
-std::optional<QDateTime> plausibleBirthTime(bool stated, qint64 seconds, qint64 nanoseconds, const QDateTime &now)
+std::optional<QDateTime> birthTime(bool stated, qint64 seconds, qint64 nanoseconds)
 {
-    if (!stated || seconds <= 0 || seconds > now.addDays(1).toSecsSinceEpoch())
+    if (!stated || seconds <= 0)
         return {};
     return QDateTime::fromMSecsSinceEpoch(seconds * kMillisecondsPerSecond + nanoseconds / kNanosecondsPerMillisecond);
 }

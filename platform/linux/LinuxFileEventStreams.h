@@ -5,9 +5,9 @@
 
 class MainQueue;
 
-// When a file was created, of what the file system answered: nothing when it stated no birth time, or one that cannot
-// be (not after 1970, or more than a day from now), which some file systems give for one they do not know.
-std::optional<QDateTime> plausibleBirthTime(bool stated, qint64 seconds, qint64 nanoseconds, const QDateTime &now);
+// When a file was created, of what the file system answered: nothing when it stated no birth time, or none after the
+// beginning of 1970, which some file systems give for one they do not know.
+std::optional<QDateTime> birthTime(bool stated, qint64 seconds, qint64 nanoseconds);
 
 // File-system event streams by inotify. All streams of one folder share one watch.
 class LinuxFileEventStreams : public FileEventStreams {
@@ -23,6 +23,5 @@ private:
     class Stream;
     class Running;
 
-    MainQueue &mainQueue;
     const std::shared_ptr<Running> running;
 };

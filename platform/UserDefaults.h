@@ -22,6 +22,9 @@ public:
 
     virtual bool remove(const QString &key) = 0;
 
+    // Whether a read takes `value` for a number; a bool is one.
+    static bool isNumber(const QVariant &value);
+
     // The store's own typed reads: false, 0 or empty when the key is absent or of another type. A number reads as
     // its truth value, and a bool as 0 or 1.
     virtual bool boolean(const QString &key) const;

@@ -40,15 +40,7 @@ AppSettings::AppSettings(UserDefaults &store, const ColorArchive &archive, const
 double AppSettings::numberOr(const QString &key, double fallback) const
 {
     const QVariant value = defaults.object(key);
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::Double:
-        return value.toDouble();
-    default:
-        return fallback;
-    }
+    return UserDefaults::isNumber(value) ? value.toDouble() : fallback;
 }
 
 bool AppSettings::autoShowDropWindow() const

@@ -4,9 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace {
-
-bool isNumber(const QVariant &value)
+bool UserDefaults::isNumber(const QVariant &value)
 {
     switch (value.typeId()) {
     case QMetaType::Bool:
@@ -21,8 +19,6 @@ bool isNumber(const QVariant &value)
         return false;
     }
 }
-
-} // namespace
 
 bool UserDefaults::boolean(const QString &key) const
 {

@@ -9,9 +9,12 @@ class AppSettingsTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void every_key_has_its_name();
+    void every_notification_has_its_name();
     void a_fresh_store_reads_as_the_defaults();
     void a_value_of_the_wrong_type_reads_as_the_default();
     void a_number_reads_as_its_truth_value();
+    void a_number_of_any_type_is_a_number();
     void the_dock_icon_and_login_item_read_as_false_unless_they_are_true();
     void a_written_property_is_stored_under_its_own_key();
     void keys_without_a_property_read_as_the_stores_zero();
@@ -31,6 +34,47 @@ struct Fixture {
 };
 
 } // namespace
+
+void AppSettingsTest::every_key_has_its_name()
+{
+    using namespace SettingsKey;
+    const std::pair<QString, const char *> names[] = {
+        {autoShowDropWindow, "autoShowDropWindow"},
+        {autoShowTrigger, "autoShowTrigger"},
+        {excludeMode, "excludeMode"},
+        {excludedBundleIDs, "excludedBundleIDs"},
+        {doubleClickAction, "doubleClickAction"},
+        {removeItemsWhenDraggedOut, "removeItemsWhenDraggedOut"},
+        {autoAddScreenshots, "autoAddScreenshots"},
+        {dragMode, "dragMode"},
+        {showMenuBarIcon, "showMenuBarIcon"},
+        {showDockIcon, "showDockIcon"},
+        {launchAtLogin, "launchAtLogin"},
+        {tintColorData, "tintColorData"},
+        {tintIntensity, "tintIntensity"},
+        {shelfItemSize, "shelfItemSize"},
+        {windowEdge, "windowEdge"},
+        {windowAlignment, "windowAlignment"},
+        {fileNameDisplay, "fileNameDisplay"},
+        {hideFileExtensions, "hideFileExtensions"},
+        {disableAnimations, "disableAnimations"},
+        {autoHideTimeout, "autoHideTimeout"},
+        {skipClearAllConfirmation, "skipClearAllConfirmation"},
+        {hasShownUpdatePrompt, "hasShownUpdatePrompt"},
+        {autoCheckUpdates, "autoCheckUpdates"},
+    };
+    QCOMPARE(std::size(names), size_t(23));
+    for (const auto &[key, name] : names)
+        QCOMPARE(key, QString::fromLatin1(name));
+}
+
+void AppSettingsTest::every_notification_has_its_name()
+{
+    QCOMPARE(Notifications::openPreferences, QStringLiteral("com.orvane.Parklet.openPreferences"));
+    QCOMPARE(Notifications::shelfItemsChanged, QStringLiteral("com.orvane.Parklet.shelfItemsChanged"));
+    QCOMPARE(Notifications::settingsChanged, QStringLiteral("com.orvane.Parklet.settingsChanged"));
+    QCOMPARE(Notifications::appearancePaneActive, QStringLiteral("com.orvane.Parklet.appearancePaneActive"));
+}
 
 void AppSettingsTest::a_fresh_store_reads_as_the_defaults()
 {
@@ -90,6 +134,18 @@ void AppSettingsTest::a_number_reads_as_its_truth_value()
     QCOMPARE(f.settings.windowEdge(), 1);
 }
 
+void AppSettingsTest::a_number_of_any_type_is_a_number()
+{
+    Fixture f;
+    const QVariant numbers[] = {50, 50U, qint64(50), quint64(50), 50.0F, 50.0};
+    for (const QVariant &number : numbers) {
+        f.values.insert(SettingsKey::shelfItemSize, number);
+        QCOMPARE(f.settings.shelfItemSize(), 50.0);
+        // Through the property and directly, the store means the same by a number.
+        QCOMPARE(f.settings.defaults.number(SettingsKey::shelfItemSize), 50.0);
+    }
+}
+
 void AppSettingsTest::the_dock_icon_and_login_item_read_as_false_unless_they_are_true()
 {
     Fixture f;
@@ -132,6 +188,9 @@ void AppSettingsTest::a_written_property_is_stored_under_its_own_key()
                                               {QStringLiteral("windowAlignment"), 2},
                                               {QStringLiteral("autoHideTimeout"), 3.0}};
     QCOMPARE(f.values, expected);
+    // Equal values may still be of different types.
+    for (auto value = expected.begin(); value != expected.end(); ++value)
+        QVERIFY2(f.values.value(value.key()).typeId() == value->typeId(), qPrintable(value.key()));
 
     QCOMPARE(f.settings.autoShowDropWindow(), false);
     QCOMPARE(f.settings.autoAddScreenshots(), false);

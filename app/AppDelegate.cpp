@@ -4,14 +4,30 @@
 #include "app/MainMenu.h"
 #include "app/SharedInstances.h"
 #include "platform/Platform.h"
-#include "settings/BuildInfo.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QMenu>
 
 namespace {
 
 constexpr double kTrustPollInterval = 5.0; // seconds between two looks whether the permission was granted
+
+// Notices that the application is asked to quit while a question is on screen. The question goes away as if it had been
+// closed, and the next one would not even be shown: the main loop is about to end.
+class QuitWatch : public QObject {
+public:
+    QuitWatch() { qApp->installEventFilter(this); }
+
+    bool quits = false;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        quits = quits || (watched == qApp && event->type() == QEvent::Quit);
+        return false;
+    }
+};
 
 } // namespace
 
@@ -36,8 +52,8 @@ void AppDelegate::applicationDidFinishLaunching()
 
     if (platform.accessibilityTrust->isProcessTrusted())
         startDragMonitor();
-    else
-        requestAccessibilityPermission();
+    else if (!requestAccessibilityPermission())
+        return;
 
     shared.screenshotWatcher().onNewScreenshot = [delegate](const QUrl &file) {
         if (!delegate)
@@ -77,7 +93,9 @@ void AppDelegate::applicationDidFinishLaunching()
     if (!settings.defaults.boolean(SettingsKey::hasShownUpdatePrompt)) {
         // The flag comes first, so that a question which was cut short is not asked again.
         settings.defaults.set(SettingsKey::hasShownUpdatePrompt, true);
-        askAboutUpdateChecks();
+        settings.defaults.synchronize();
+        if (!askAboutUpdateChecks())
+            return;
     }
     if (settings.defaults.boolean(SettingsKey::autoCheckUpdates))
         shared.updateChecker().check(true);
@@ -117,15 +135,20 @@ void AppDelegate::startDragMonitor()
     shared.dragMonitor().start();
 }
 
-void AppDelegate::requestAccessibilityPermission()
+// False when the application was quit instead of an answer.
+bool AppDelegate::requestAccessibilityPermission()
 {
+    QuitWatch watch;
     Alert alert;
     alert.messageText = tr("Accessibility Permission Required");
     alert.informativeText = tr("Parklet needs Accessibility access to detect when you're dragging files. "
                                "Please grant access in System Settings.");
     alert.buttons = {tr("Open System Settings"), tr("Later")};
     alert.activates = false;
-    if (platform.alerts->runModal(alert).isFirstButton())
+    const AlertAnswer answer = platform.alerts->runModal(alert);
+    if (watch.quits)
+        return false;
+    if (answer.isFirstButton())
         platform.accessibilityTrust->openAccessibilitySettings();
 
     accessibilityTimer = platform.mainQueue->every(kTrustPollInterval, [delegate = QPointer<AppDelegate>(this)] {
@@ -135,10 +158,13 @@ void AppDelegate::requestAccessibilityPermission()
         delegate->accessibilityTimer.reset();
         delegate->startDragMonitor();
     });
+    return true;
 }
 
-void AppDelegate::askAboutUpdateChecks()
+// False when the application was quit instead of an answer.
+bool AppDelegate::askAboutUpdateChecks()
 {
+    QuitWatch watch;
     Alert alert;
     alert.icon = platform.appearance->applicationIcon();
     alert.messageText = tr("Check for updates automatically?");
@@ -149,12 +175,21 @@ void AppDelegate::askAboutUpdateChecks()
     alert.buttons = {tr("Check Automatically"), tr("Don't Check")};
     alert.dark = true;
     const AlertAnswer answer = platform.alerts->runModal(alert);
+    if (watch.quits)
+        return false;
     shared.settings().defaults.set(SettingsKey::autoCheckUpdates, answer.isFirstButton());
+    return true;
+}
+
+// A shelf that is fading out is on its way off the screen and no longer counts.
+bool AppDelegate::isShelfShown() const
+{
+    return shelf.isVisible() && !shelf.isHiding();
 }
 
 void AppDelegate::showShelf()
 {
-    if (!shelf.isVisible() || shelf.isHiding())
+    if (!isShelfShown())
         shelf.show(true);
 }
 
@@ -174,7 +209,7 @@ void AppDelegate::performAction(const QString &name)
 
 void AppDelegate::toggleShelf()
 {
-    if (shelf.isVisible() && !shelf.isHiding())
+    if (isShelfShown())
         shelf.hide(true);
     else
         shelf.show(true);
@@ -202,7 +237,9 @@ void AppDelegate::checkForUpdates()
 
 void AppDelegate::openMoreApps()
 {
-    platform.workspace->open(BuildInfo::moreAppsURL());
+    if (shared.moreAppsURL.isEmpty() || !shared.moreAppsURL.isValid())
+        qFatal("The address of the maker's other applications is not valid.");
+    platform.workspace->open(shared.moreAppsURL);
 }
 
 void AppDelegate::toggleLaunchAtLogin()
@@ -263,7 +300,7 @@ void AppDelegate::handleAppearancePaneActive(const QVariantMap &userInfo)
 {
     const QVariant active = userInfo.value(QStringLiteral("active"));
     if (active.typeId() == QMetaType::Bool && active.toBool()) {
-        shelfWasVisibleBeforeAppearancePane = shelf.isVisible();
+        shelfWasVisibleBeforeAppearancePane = isShelfShown();
         if (!shelfWasVisibleBeforeAppearancePane)
             shelf.show(true);
     } else if (!shelfWasVisibleBeforeAppearancePane) {

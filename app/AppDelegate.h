@@ -55,9 +55,10 @@ public slots:
 private:
     void setUpStatusItem();
     std::unique_ptr<QMenu> buildStatusMenu();
+    bool isShelfShown() const;
     void startDragMonitor();
-    void requestAccessibilityPermission();
-    void askAboutUpdateChecks();
+    bool requestAccessibilityPermission();
+    bool askAboutUpdateChecks();
     void synchronizeLoginItem();
     void startProximityMonitor();
     void proximityCheck();

@@ -19,6 +19,7 @@ T &makeOnce(std::unique_ptr<T> &slot, Arguments &&...arguments)
 SharedInstances::SharedInstances(Platform &services)
     : platform(services)
     , versionURL(BuildInfo::versionURL())
+    , moreAppsURL(BuildInfo::moreAppsURL())
 {
 }
 

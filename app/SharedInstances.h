@@ -24,12 +24,19 @@ public:
     // Where the update checker, once it is made, fetches the version record.
     QUrl versionURL;
 
+    // The web page that "More from Orvane" opens.
+    QUrl moreAppsURL;
+
     AppSettings &settings();
     NotificationCenter &notifications();
     DragMonitor &dragMonitor();
     ScreenshotWatcher &screenshotWatcher();
     PreferencesWindowController &preferences();
     UpdateChecker &updateChecker();
+
+    // Whether the object has been made; these do not make it.
+    bool hasPreferences() const { return preferencesController != nullptr; }
+    bool hasUpdateChecker() const { return checker != nullptr; }
 
     // Whether the preferences window has been made and is on screen; does not make it.
     bool isPreferencesWindowVisible() const;

@@ -22,6 +22,10 @@ public:
 
     virtual bool remove(const QString &key) = 0;
 
+    // Waits until everything that was set is on the disk, where it survives the end of this program however that
+    // comes, or has been refused by the disk. A store that writes at once has nothing to wait for.
+    virtual void synchronize() {}
+
     // Whether a read takes `value` for a number; a bool is one.
     static bool isNumber(const QVariant &value);
 

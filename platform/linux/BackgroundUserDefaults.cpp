@@ -12,7 +12,7 @@ BackgroundUserDefaults::BackgroundUserDefaults(const QString &file)
 
 BackgroundUserDefaults::~BackgroundUserDefaults()
 {
-    synchronize();
+    thread.waitForDone();
 }
 
 QVariant BackgroundUserDefaults::object(const QString &key) const

@@ -19,9 +19,7 @@ public:
     QVariant object(const QString &key) const override;
     bool set(const QString &key, const QVariant &value) override;
     bool remove(const QString &key) override;
-
-    // Waits until everything that was set is written, or has been refused by the disk.
-    void synchronize();
+    void synchronize() override;
 
 private:
     void write();

@@ -27,7 +27,7 @@ constexpr qint64 kClockTick = 100'000'000;     // nanoseconds
 constexpr qint64 kEditingTime = 1'000'000'000; // nanoseconds
 constexpr int kEditingWaits = 10;              // times
 constexpr unsigned long kEditingWait = 5;      // milliseconds
-constexpr int kLockWaits = 200;                // times
+constexpr int kLockWaits = 1000;               // times; it is a thread of its own that waits
 constexpr unsigned long kLockWait = 10;        // milliseconds
 
 qint64 wallClock()

@@ -7,6 +7,7 @@
 #include <QNetworkReply>
 #include <QTcpSocket>
 #include <QTest>
+#include <QTimer>
 
 // The launch: its order, the permission, the question of the first run, the login item and the first update check.
 class AppDelegateLaunchTest : public QObject {
@@ -23,6 +24,7 @@ private slots:
     void the_drop_callbacks_are_set_after_the_login_item_and_before_the_question();
     void a_launch_shows_no_shelf_and_leaves_the_activation_policy();
     void the_screenshot_watcher_starts_unless_the_setting_is_off();
+    void what_is_made_on_first_use_is_not_there_after_the_launch();
 
     void the_permission_is_asked_for_in_these_words();
     void only_the_first_answer_opens_the_system_settings_data();
@@ -31,13 +33,16 @@ private slots:
     void a_permission_granted_later_starts_drag_detection_once();
     void the_permission_is_waited_for_without_end_and_without_a_second_alert();
     void without_the_permission_everything_else_works();
+    void quitting_while_the_permission_is_asked_for_ends_the_launch();
     void a_delegate_that_has_gone_looks_for_no_permission();
 
     void the_first_run_asks_in_these_words();
+    void without_an_image_of_its_own_the_question_shows_the_applications_icon();
     void the_answer_to_the_first_run_is_stored_data();
     void the_answer_to_the_first_run_is_stored();
     void the_question_counts_as_asked_before_it_is_shown();
     void the_question_is_asked_once_ever();
+    void quitting_while_the_question_is_shown_stores_no_answer();
     void the_check_box_of_the_question_changes_nothing();
 
     void an_automatic_check_is_made_at_launch_only_when_wanted();
@@ -58,6 +63,7 @@ const QString kDraggedCall = QStringLiteral("addMonitor 64");
 const QString kUpCall = QStringLiteral("addMonitor 4");
 const QString kStreamCall = QStringLiteral("openStream");
 const QString kLoginCall = QStringLiteral("isLoginItemEnabled");
+const QString kSynchronizeCall = QStringLiteral("synchronize");
 const QString kAlertCall = QStringLiteral("alert");
 
 struct Fixture : AppFixture {
@@ -75,6 +81,20 @@ struct Fixture : AppFixture {
             done = true;
             work();
         };
+    }
+
+    // Launches in a main loop that ends when the user, while the alert of that number is shown, quits. True when it
+    // was quitting that ended the loop.
+    bool launchAndQuitAtAlert(qsizetype number)
+    {
+        constexpr int kNotQuit = 1;
+        alerts.whileShown = [this, number] {
+            if (alerts.shown.size() == number)
+                QCoreApplication::quit();
+        };
+        QTimer::singleShot(0, &shelf, [this] { launch(); });
+        QTimer::singleShot(10'000, &shelf, [] { QCoreApplication::exit(kNotQuit); });
+        return QCoreApplication::exec() == 0;
     }
 };
 
@@ -129,7 +149,8 @@ void AppDelegateLaunchTest::a_first_launch_without_the_permission_goes_in_its_or
     f.values.clear();
     f.trust.trusted = false;
     f.launch();
-    QCOMPARE(f.calls, QStringList({kIconCall, kTrustCall, kAlertCall, kStreamCall, kLoginCall, kAlertCall}));
+    QCOMPARE(f.calls,
+             QStringList({kIconCall, kTrustCall, kAlertCall, kStreamCall, kLoginCall, kSynchronizeCall, kAlertCall}));
     QCOMPARE(f.alerts.shown.at(0).messageText, QStringLiteral("Accessibility Permission Required"));
     QCOMPARE(f.alerts.shown.at(1).messageText, QStringLiteral("Check for updates automatically?"));
 }
@@ -227,6 +248,25 @@ void AppDelegateLaunchTest::the_screenshot_watcher_starts_unless_the_setting_is_
     off.launch();
     QVERIFY(off.virtualPlatform.fileEventStreams.streams.isEmpty());
     QVERIFY(off.shared.screenshotWatcher().onNewScreenshot);
+}
+
+void AppDelegateLaunchTest::what_is_made_on_first_use_is_not_there_after_the_launch()
+{
+    Fixture f;
+    f.values.clear();
+    f.launch();
+    QVERIFY(!f.shared.hasPreferences());
+    QVERIFY(!f.shared.hasUpdateChecker());
+    f.change(SettingsKey::showDockIcon, true);
+    f.queue.runPending();
+    QVERIFY(!f.shared.hasPreferences());
+
+    f.delegate->openPreferences();
+    QVERIFY(f.shared.hasPreferences());
+    QVERIFY(!f.shared.hasUpdateChecker());
+    f.shared.versionURL = QUrl(QStringLiteral("http://127.0.0.1:1/version.json"));
+    f.delegate->checkForUpdates();
+    QVERIFY(f.shared.hasUpdateChecker());
 }
 
 void AppDelegateLaunchTest::the_permission_is_asked_for_in_these_words()
@@ -345,6 +385,23 @@ void AppDelegateLaunchTest::without_the_permission_everything_else_works()
     QVERIFY(f.shared.isPreferencesWindowVisible());
 }
 
+void AppDelegateLaunchTest::quitting_while_the_permission_is_asked_for_ends_the_launch()
+{
+    for (const int button : {0, 1}) {
+        Fixture f;
+        f.values = {{SettingsKey::autoCheckUpdates, true}};
+        f.trust.trusted = false;
+        f.alerts.answers = {AlertAnswer{button, false}};
+        QVERIFY(f.launchAndQuitAtAlert(1));
+        QCOMPARE(f.alerts.shown.size(), 1);
+        QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+        QCOMPARE(f.calls, QStringList({kIconCall, kTrustCall, kAlertCall}));
+        QCOMPARE(f.trust.settingsOpened, 0);
+        QCOMPARE(f.queue.timerCount(), 0);
+        QVERIFY(!f.shared.hasUpdateChecker());
+    }
+}
+
 void AppDelegateLaunchTest::a_delegate_that_has_gone_looks_for_no_permission()
 {
     Fixture f;
@@ -375,6 +432,15 @@ void AppDelegateLaunchTest::the_first_run_asks_in_these_words()
     QCOMPARE(f.virtualPlatform.appearance.symbolRequests.last().first, QStringLiteral("AppIcon"));
 }
 
+void AppDelegateLaunchTest::without_an_image_of_its_own_the_question_shows_the_applications_icon()
+{
+    Fixture f;
+    f.values.clear();
+    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    f.launch();
+    QVERIFY(f.alerts.shown.constFirst().icon.isNull()); // which stands for the application's own
+}
+
 void AppDelegateLaunchTest::the_answer_to_the_first_run_is_stored_data()
 {
     QTest::addColumn<int>("button");
@@ -394,6 +460,8 @@ void AppDelegateLaunchTest::the_answer_to_the_first_run_is_stored()
     f.alerts.answers = {AlertAnswer{button, false}};
     f.launch();
     QCOMPARE(f.values.value(SettingsKey::autoCheckUpdates), QVariant(wanted));
+    QCOMPARE(f.values.value(SettingsKey::autoCheckUpdates).typeId(), static_cast<int>(QMetaType::Bool));
+    QCOMPARE(f.values.value(SettingsKey::hasShownUpdatePrompt).typeId(), static_cast<int>(QMetaType::Bool));
 }
 
 void AppDelegateLaunchTest::the_question_counts_as_asked_before_it_is_shown()
@@ -401,13 +469,18 @@ void AppDelegateLaunchTest::the_question_counts_as_asked_before_it_is_shown()
     Fixture f;
     f.values.clear();
     bool asked = false;
+    bool askedOnDisk = false;
     QVariant answer = true;
+    f.at(kSynchronizeCall, [&] { askedOnDisk = f.values.value(SettingsKey::hasShownUpdatePrompt).toBool(); });
     f.alerts.whileShown = [&] {
         asked = f.values.value(SettingsKey::hasShownUpdatePrompt).toBool();
         answer = f.values.value(SettingsKey::autoCheckUpdates);
     };
     f.launch();
     QVERIFY(asked);
+    // Not only set: nothing that happens while the question is shown can undo it.
+    QVERIFY(askedOnDisk);
+    QCOMPARE(f.calls.mid(f.calls.size() - 2), QStringList({kSynchronizeCall, kAlertCall}));
     QVERIFY(!answer.isValid());
     QCOMPARE(f.virtualPlatform.userDefaults.writes,
              QStringList({SettingsKey::hasShownUpdatePrompt, SettingsKey::autoCheckUpdates}));
@@ -430,6 +503,16 @@ void AppDelegateLaunchTest::the_question_is_asked_once_ever()
         QVERIFY(next.alerts.shown.isEmpty());
         QVERIFY(next.virtualPlatform.userDefaults.writes.isEmpty());
     }
+}
+
+void AppDelegateLaunchTest::quitting_while_the_question_is_shown_stores_no_answer()
+{
+    Fixture f;
+    f.values = {{SettingsKey::autoCheckUpdates, true}};
+    f.alerts.answers = {AlertAnswer{1, false}};
+    QVERIFY(f.launchAndQuitAtAlert(1));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::hasShownUpdatePrompt});
+    QVERIFY(!f.shared.hasUpdateChecker());
 }
 
 void AppDelegateLaunchTest::the_check_box_of_the_question_changes_nothing()

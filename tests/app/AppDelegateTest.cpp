@@ -9,6 +9,12 @@
 #include <QTest>
 #include <QTimer>
 
+#include <csignal>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 // What the running application does: its menu, the clipboard, screenshots, and the reactions to notifications.
 class AppDelegateTest : public QObject {
     Q_OBJECT
@@ -19,15 +25,19 @@ private slots:
     void the_status_menu_holds_its_items_in_their_order();
     void the_check_mark_tells_whether_the_login_item_is_wanted();
     void the_shelf_item_toggles_and_keeps_its_title();
+    void the_shelf_item_brings_back_a_shelf_that_fades_out();
     void the_preferences_item_shows_the_window_in_front();
     void the_updates_item_asks_for_a_check();
     void the_more_item_opens_the_makers_page();
+    void a_malformed_address_of_the_build_stops_the_program_data();
+    void a_malformed_address_of_the_build_stops_the_program();
     void the_quit_item_ends_the_application();
     void the_launchers_actions_do_what_their_names_say();
     void the_launcher_can_quit();
 
     void the_clipboards_files_are_added_in_order_and_the_shelf_shows();
     void a_visible_shelf_is_not_shown_again_for_the_clipboard();
+    void the_clipboard_brings_back_a_shelf_that_fades_out();
     void a_clipboard_without_files_does_nothing();
 
     void launch_at_login_changes_the_setting_the_item_and_the_check_mark();
@@ -38,6 +48,7 @@ private slots:
     void a_menu_that_waits_for_its_status_item_is_dropped_with_it();
 
     void a_new_screenshot_is_added_and_shows_the_shelf();
+    void a_new_screenshot_brings_back_a_shelf_that_fades_out();
     void a_screenshot_while_the_setting_is_off_is_ignored_at_once();
     void turning_screenshots_on_takes_effect_with_the_next_settings_change();
 
@@ -54,6 +65,7 @@ private slots:
 
     void the_appearance_pane_brings_a_hidden_shelf_and_takes_it_away();
     void the_appearance_pane_leaves_a_visible_shelf();
+    void an_appearance_pane_that_is_left_and_entered_at_once_keeps_its_shelf();
     void anything_but_true_counts_as_leaving_data();
     void anything_but_true_counts_as_leaving();
     void leaving_without_having_come_hides_the_shelf();
@@ -101,6 +113,25 @@ struct Fixture : AppFixture {
         virtualPlatform.fileEventStreams.creationDates.insert(url, queue.currentDate());
         virtualPlatform.fileEventStreams.send();
         return url;
+    }
+
+    // A shelf that has 0.08 seconds to go until it is off the screen.
+    void fadeOut()
+    {
+        delegate->toggleShelf();
+        queue.advance(1);
+        delegate->toggleShelf();
+        queue.advance(0.1);
+        QVERIFY(shelf.isVisible());
+        QVERIFY(shelf.isHiding());
+    }
+    // Whether the shelf is fading in, and then stays.
+    bool comesBack()
+    {
+        if (shelf.isHiding())
+            return false;
+        queue.advance(10);
+        return shelf.isVisible() && shelf.alpha() == 1.0;
     }
 
     inline static const QString kLaunchAtLogin = QStringLiteral("Launch at Login");
@@ -178,6 +209,14 @@ void AppDelegateTest::the_shelf_item_toggles_and_keeps_its_title()
     QVERIFY(f.menuItem(title)->isEnabled());
 }
 
+void AppDelegateTest::the_shelf_item_brings_back_a_shelf_that_fades_out()
+{
+    Fixture f;
+    f.fadeOut();
+    f.choose(QStringLiteral("Show Shelf"));
+    QVERIFY(f.comesBack());
+}
+
 void AppDelegateTest::the_preferences_item_shows_the_window_in_front()
 {
     Fixture f;
@@ -208,6 +247,48 @@ void AppDelegateTest::the_more_item_opens_the_makers_page()
     Fixture f;
     f.choose(QStringLiteral("More from Orvane"));
     QCOMPARE(f.virtualPlatform.workspace.opened, QList{BuildInfo::moreAppsURL()});
+}
+
+void AppDelegateTest::a_malformed_address_of_the_build_stops_the_program_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QUrl>("address");
+    QTest::addColumn<bool>("stops");
+    const QUrl malformed(QStringLiteral("https://orvane.example:port/"), QUrl::StrictMode);
+    const QUrl whole(QStringLiteral("http://127.0.0.1:1/version.json"));
+    const QString more = QStringLiteral("More from Orvane");
+    const QString updates = QStringLiteral("Check for Updates\u2026");
+    QTest::newRow("no page of the maker") << more << QUrl() << true;
+    QTest::newRow("a malformed page of the maker") << more << malformed << true;
+    QTest::newRow("a page of the maker") << more << whole << false;
+    QTest::newRow("no version record") << updates << QUrl() << true;
+    QTest::newRow("a malformed version record") << updates << malformed << true;
+    QTest::newRow("a version record") << updates << whole << false;
+}
+
+void AppDelegateTest::a_malformed_address_of_the_build_stops_the_program()
+{
+    QFETCH(const QString, item);
+    QFETCH(const QUrl, address);
+    QFETCH(const bool, stops);
+    Fixture f;
+    f.shared.moreAppsURL = address;
+    f.shared.versionURL = address;
+    const pid_t child = ::fork();
+    QVERIFY(child >= 0);
+    if (child == 0) {
+        // Without a core file and without a word: this end is a wanted one.
+        const rlimit noCore{};
+        ::setrlimit(RLIMIT_CORE, &noCore);
+        std::signal(SIGABRT, SIG_DFL);
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+        f.choose(item);
+        ::_exit(0);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QCOMPARE(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT, stops);
+    QCOMPARE(WIFEXITED(status) && WEXITSTATUS(status) == 0, !stops);
 }
 
 void AppDelegateTest::the_quit_item_ends_the_application()
@@ -277,6 +358,15 @@ void AppDelegateTest::a_visible_shelf_is_not_shown_again_for_the_clipboard()
     QCOMPARE(f.shelf.items.size(), 1);
     QCOMPARE(f.panels.ordersFront, 1);
     QCOMPARE(f.shelf.alpha(), 1.0);
+}
+
+void AppDelegateTest::the_clipboard_brings_back_a_shelf_that_fades_out()
+{
+    Fixture f;
+    f.fadeOut();
+    f.virtualPlatform.generalPasteboard.urls = {file("/a.txt")};
+    f.choose(QStringLiteral("Add From Clipboard"));
+    QVERIFY(f.comesBack());
 }
 
 void AppDelegateTest::a_clipboard_without_files_does_nothing()
@@ -398,6 +488,16 @@ void AppDelegateTest::a_new_screenshot_is_added_and_shows_the_shelf()
     QCOMPARE(f.shelf.items, QList({first, second}));
     QCOMPARE(f.panels.ordersFront, 1);
     QCOMPARE(f.shelf.alpha(), 1.0);
+}
+
+void AppDelegateTest::a_new_screenshot_brings_back_a_shelf_that_fades_out()
+{
+    Fixture f;
+    f.fadeOut();
+    f.saveScreenshot(QStringLiteral("one.png"));
+    f.queue.runPending();
+    QCOMPARE(f.shelf.items.size(), 1);
+    QVERIFY(f.comesBack());
 }
 
 void AppDelegateTest::a_screenshot_while_the_setting_is_off_is_ignored_at_once()
@@ -615,6 +715,22 @@ void AppDelegateTest::the_appearance_pane_leaves_a_visible_shelf()
     f.appearancePane(Fixture::active(true));
     f.queue.advance(1);
     QVERIFY(f.shelf.isVisible());
+    f.appearancePane(Fixture::active(false));
+    f.queue.advance(1);
+    QVERIFY(!f.shelf.isVisible());
+}
+
+void AppDelegateTest::an_appearance_pane_that_is_left_and_entered_at_once_keeps_its_shelf()
+{
+    Fixture f;
+    f.appearancePane(Fixture::active(true));
+    f.queue.advance(1);
+    f.appearancePane(Fixture::active(false));
+    f.queue.advance(0.1);
+    QVERIFY(f.shelf.isVisible());
+    f.appearancePane(Fixture::active(true));
+    QVERIFY(f.comesBack());
+    // The pane still owes the hiding of a shelf that it brought.
     f.appearancePane(Fixture::active(false));
     f.queue.advance(1);
     QVERIFY(!f.shelf.isVisible());

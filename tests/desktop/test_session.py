@@ -1,6 +1,9 @@
 # SPDX-License-Identifier: MIT
 """One Parklet a session, and settings that survive whatever happens to them."""
+import contextlib
+import fcntl
 import json
+import os
 import pathlib
 
 from support.case import DesktopTest
@@ -34,10 +37,23 @@ class SessionTest(DesktopTest):
     def test_the_first_start_asks_about_updates_once(self):
         app = Parklet(self.desktop)
         app.write_settings({})
-        app.process = self.desktop.start("parklet", app_program())
-        app.button("Check for updates automatically?")
-        self.wait_for(lambda: app.read_settings().get("hasShownUpdatePrompt") is True, "the question is noted as asked")
+        folder = app.settings_file.parent
+
+        def question():
+            return self.desktop.windows.find(instance="parklet", title="Check for updates automatically?")
+
+        def writer_waits():
+            return any(os.path.realpath(entry) == str(folder)
+                       for entry in pathlib.Path(f"/proc/{app.process.pid}/fd").iterdir())
+
+        with locked(folder):
+            app.process = self.desktop.start("parklet", app_program())
+            self.wait_for(writer_waits, "Parklet is about to write its settings")
+            stays(lambda: not question(), "the question is shown before it is noted as asked", 1.0)
+        self.wait_for(question, "the question is shown")
+        # No crash comes too early for the note.
         app.kill()
+        self.assertIs(app.read_settings().get("hasShownUpdatePrompt"), True)
         app.start()
         stays(lambda: not app.find("Check for updates automatically?"), "the question came back", 1.0)
 
@@ -110,6 +126,17 @@ class SessionTest(DesktopTest):
         self.wait_for(lambda: "launchAtLogin" in json.loads((disk / "settings.json").read_text()),
                       "the next change is stored")
         self.assertEqual(json.loads((disk / "settings.json").read_text())["windowEdge"], 0)
+
+
+@contextlib.contextmanager
+def locked(folder):
+    """Keeps every writer of settings in that folder waiting."""
+    descriptor = os.open(folder, os.O_RDONLY | os.O_DIRECTORY)
+    try:
+        fcntl.flock(descriptor, fcntl.LOCK_EX)
+        yield
+    finally:
+        os.close(descriptor)
 
 
 def app_program():

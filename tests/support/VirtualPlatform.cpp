@@ -458,6 +458,7 @@ VirtualPlatform::VirtualPlatform()
     , alerts(fill<VirtualAlerts>(platform.alerts))
     , openPanels(fill<VirtualOpenPanels>(platform.openPanels))
 {
+    userDefaults.log = &log;
     eventMonitors.log = &log;
     accessibilityTrust.log = &log;
     loginItem.log = &log;

@@ -60,10 +60,16 @@ public:
     QVariant object(const QString &key) const override { return values.value(key); }
     bool set(const QString &key, const QVariant &value) override;
     bool remove(const QString &key) override;
+    void synchronize() override
+    {
+        if (log)
+            log->note(QStringLiteral("synchronize"));
+    }
 
     QMap<QString, QVariant> values;
     QStringList writes; // the keys written or removed, in order
     bool writable = true;
+    CallLog *log = nullptr;
 };
 
 class VirtualColorArchive : public ColorArchive {
@@ -354,7 +360,8 @@ public:
     VirtualPlatform();
 
     // What the services of a launch and of a change of the settings are asked: "makeStatusItem", "isProcessTrusted",
-    // "addMonitor MASK", "openStream", "isLoginItemEnabled", "setPolicy", "activate", "orderFront" and "alert".
+    // "addMonitor MASK", "openStream", "isLoginItemEnabled", "synchronize", "setPolicy", "activate", "orderFront" and
+    // "alert".
     CallLog log;
 
     Platform platform;

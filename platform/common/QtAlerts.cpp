@@ -4,6 +4,7 @@
 #include "platform/ActivationPolicy.h"
 #include "platform/SystemAppearance.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLayout>
@@ -82,7 +83,10 @@ AlertAnswer QtAlerts::runModal(const Alert &alert)
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(alert.messageText);
     box.setText(alert.messageText);
-    const QIcon icon = alert.icon.isNull() ? appearance.applicationIcon() : alert.icon;
+    QIcon icon = alert.icon.isNull() ? appearance.applicationIcon() : alert.icon;
+    // The desktop may know the application by an icon even where there is no image of it.
+    if (icon.isNull())
+        icon = QApplication::windowIcon();
     if (!icon.isNull())
         box.setIconPixmap(icon.pixmap(QSize(kIconSize, kIconSize), box.devicePixelRatioF()));
     if (alert.dark) {

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -22,6 +23,10 @@ private slots:
     void closing_chooses_the_last_button();
     void the_check_box_starts_off_and_is_answered();
     void an_alert_comes_to_the_front_when_it_is_to();
+    void an_alert_shows_its_own_icon();
+    void an_alert_without_an_icon_shows_the_applications();
+    void a_dark_alert_has_light_text_on_dark();
+    void any_other_alert_has_the_colours_of_the_application();
     void a_text_of_any_length_leaves_the_buttons_in_reach_data();
     void a_text_of_any_length_leaves_the_buttons_in_reach();
     void a_second_alert_may_come_over_the_first();
@@ -37,10 +42,15 @@ struct Fixture {
         alert.buttons = {QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("Third")};
     }
 
-    // Shows the alert and does something with it.
+    // Shows the alert and does something with it. One that a failed check left open is closed.
     AlertAnswer run(std::function<void(QMessageBox &)> act)
     {
-        QTimer::singleShot(0, [act = std::move(act)] { act(*box()); });
+        QTimer::singleShot(0, [act = std::move(act)] {
+            const QPointer<QMessageBox> shown = box();
+            act(*shown);
+            if (shown && shown->isVisible())
+                shown->reject();
+        });
         return alerts.runModal(alert);
     }
 
@@ -53,6 +63,24 @@ struct Fixture {
                 return button;
         }
         return nullptr;
+    }
+
+    static QIcon icon(Qt::GlobalColor color)
+    {
+        QPixmap pixmap(64, 64);
+        pixmap.fill(color);
+        return QIcon(pixmap);
+    }
+    // The colour in the middle of the icon that the alert is shown with.
+    QColor shownIcon()
+    {
+        QColor color;
+        run([&color](QMessageBox &box) {
+            const QImage image = box.iconPixmap().toImage();
+            color = image.pixelColor(image.rect().center());
+            box.reject();
+        });
+        return color;
     }
 
     VirtualPlatform virtualPlatform;
@@ -141,6 +169,62 @@ void QtAlertsTest::an_alert_comes_to_the_front_when_it_is_to()
     f.alert.activates = false;
     f.run([](QMessageBox &box) { box.reject(); });
     QCOMPARE(f.virtualPlatform.activationPolicy.activated.size(), 1);
+}
+
+void QtAlertsTest::an_alert_shows_its_own_icon()
+{
+    Fixture f;
+    f.virtualPlatform.appearance.accent = Qt::green;
+    f.alert.icon = Fixture::icon(Qt::red);
+    QCOMPARE(f.shownIcon(), QColor(Qt::red));
+}
+
+void QtAlertsTest::an_alert_without_an_icon_shows_the_applications()
+{
+    Fixture f;
+    f.virtualPlatform.appearance.accent = Qt::green;
+    QApplication::setWindowIcon(Fixture::icon(Qt::blue));
+    QCOMPARE(f.shownIcon(), QColor(Qt::green));
+    // Where there is no image of the application, what the desktop knows it by.
+    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    QCOMPARE(f.shownIcon(), QColor(Qt::blue));
+    QApplication::setWindowIcon(QIcon());
+    f.run([](QMessageBox &box) {
+        QVERIFY(box.iconPixmap().isNull());
+        box.reject();
+    });
+}
+
+void QtAlertsTest::a_dark_alert_has_light_text_on_dark()
+{
+    Fixture f;
+    f.alert.dark = true;
+    f.alert.checkboxTitle = QStringLiteral("Always");
+    f.run([](QMessageBox &box) {
+        const QList<QWidget *> views = {&box, box.checkBox(), Fixture::button(box, QStringLiteral("First")),
+                                        box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label")),
+                                        box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))};
+        for (const QWidget *view : views) {
+            QVERIFY(view);
+            for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+                QVERIFY(view->palette().color(group, QPalette::Window).lightness() < 64);
+                QVERIFY(view->palette().color(group, QPalette::Button).lightness() < 96);
+                QVERIFY(view->palette().color(group, QPalette::WindowText).lightness() > 220);
+                QVERIFY(view->palette().color(group, QPalette::ButtonText).lightness() > 220);
+            }
+        }
+        box.reject();
+    });
+}
+
+void QtAlertsTest::any_other_alert_has_the_colours_of_the_application()
+{
+    Fixture f;
+    f.run([](QMessageBox &box) {
+        QCOMPARE(box.palette(), QApplication::palette());
+        QCOMPARE(Fixture::button(box, QStringLiteral("First"))->palette(), QApplication::palette());
+        box.reject();
+    });
 }
 
 void QtAlertsTest::a_text_of_any_length_leaves_the_buttons_in_reach_data()

@@ -167,6 +167,8 @@ private slots:
     void an_item_appears_once_a_notifier_host_comes();
     void an_item_survives_a_restart_of_the_notifier_watcher();
     void a_host_that_activates_the_item_opens_its_menu();
+    void a_host_reads_the_menu_of_now();
+    void a_host_reads_what_the_item_is_for();
     void a_removed_item_leaves_the_bus();
     void a_panel_that_colours_icons_is_told_the_name_of_an_installed_one();
     void the_symbol_stands_out_on_light_and_dark();
@@ -180,6 +182,8 @@ private:
         return output.contains(text);
     }
     QVariant property(const QString &service, const QString &name) const;
+    // What a host reads of the menu: the properties of each item, in order.
+    QList<QVariantMap> menuItems(const QString &service) const;
 
     std::unique_ptr<QProcess> item; // a program with an item
     QByteArray output;
@@ -227,6 +231,36 @@ QVariant LinuxStatusItemTest::property(const QString &service, const QString &na
     message.setArguments({kItemInterface, name});
     const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, kPatience);
     return reply.arguments().value(0).value<QDBusVariant>().variant();
+}
+
+QList<QVariantMap> LinuxStatusItemTest::menuItems(const QString &service) const
+{
+    const QString path = property(service, QStringLiteral("Menu")).value<QDBusObjectPath>().path();
+    auto message = QDBusMessage::createMethodCall(service, path, QStringLiteral("com.canonical.dbusmenu"),
+                                                  QStringLiteral("GetLayout"));
+    constexpr int kRoot = 0;
+    constexpr int kWholeDepth = -1;
+    message.setArguments({kRoot, kWholeDepth, QStringList()});
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, kPatience);
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        return {};
+    // (id, properties, children), and each child the same in a variant.
+    const auto layout = reply.arguments().value(1).value<QDBusArgument>();
+    QList<QVariantMap> items;
+    int id = 0;
+    QVariantMap properties;
+    layout.beginStructure();
+    layout >> id >> properties;
+    layout.beginArray();
+    while (!layout.atEnd()) {
+        QDBusVariant child;
+        layout >> child;
+        const auto item = child.variant().value<QDBusArgument>();
+        item.beginStructure();
+        item >> id >> properties;
+        items.append(properties);
+    }
+    return items;
 }
 
 void LinuxStatusItemTest::an_item_appears_in_a_tray_that_is_there()
@@ -329,6 +363,41 @@ void LinuxStatusItemTest::a_host_that_activates_the_item_opens_its_menu()
     QTRY_VERIFY_WITH_TIMEOUT(heard("menu 1\n"), kPatience);
 }
 
+void LinuxStatusItemTest::a_host_reads_the_menu_of_now()
+{
+    NotifierWatcher watcher(true);
+    QVERIFY(start());
+    QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
+    // The check mark is on in every other menu.
+    for (const int on : {0, 1, 0}) {
+        const QList<QVariantMap> items = menuItems(watcher.items.first());
+        QCOMPARE(items.size(), 2);
+        QCOMPARE(items.at(0).value(QStringLiteral("label")).toString(), QStringLiteral("Show Shelf"));
+        QCOMPARE(items.at(1).value(QStringLiteral("label")).toString(), QStringLiteral("Launch at Login"));
+        QCOMPARE(items.at(1).value(QStringLiteral("toggle-type")).toString(), QStringLiteral("checkmark"));
+        QCOMPARE(items.at(1).value(QStringLiteral("toggle-state")).toInt(), on);
+        output.clear();
+        QVERIFY(say("menu"));
+    }
+}
+
+void LinuxStatusItemTest::a_host_reads_what_the_item_is_for()
+{
+    NotifierWatcher watcher(true);
+    QVERIFY(start());
+    QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
+    // (icon name, icon pictures, title, text)
+    const auto toolTip = property(watcher.items.first(), QStringLiteral("ToolTip")).value<QDBusArgument>();
+    QString text;
+    toolTip.beginStructure();
+    toolTip >> text;
+    toolTip.beginArray();
+    QVERIFY(toolTip.atEnd());
+    toolTip.endArray();
+    toolTip >> text;
+    QCOMPARE(text, QStringLiteral("Parklet"));
+}
+
 void LinuxStatusItemTest::a_removed_item_leaves_the_bus()
 {
     NotifierWatcher watcher(true);
@@ -400,6 +469,9 @@ int runItem()
     const auto setMenu = [&] {
         auto menu = std::make_unique<QMenu>();
         menu->addAction(QStringLiteral("Show Shelf"));
+        QAction *launchAtLogin = menu->addAction(QStringLiteral("Launch at Login"));
+        launchAtLogin->setCheckable(true);
+        launchAtLogin->setChecked(menus % 2 == 1);
         ++menus;
         QObject::connect(menu.get(), &QMenu::aboutToShow, menu.get(), [shown = menu.get(), number = menus, print] {
             QTimer::singleShot(0, shown, [shown, number, print] {

@@ -156,11 +156,13 @@ void GeneralPaneTest::a_toggle_is_stored_at_once()
 
     f.box(key)->click();
     QCOMPARE(f.stored(key), QVariant(!was));
+    QCOMPARE(f.stored(key).typeId(), static_cast<int>(QMetaType::Bool));
     QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{key});
     QCOMPARE(f.settingsChangedPosts(), posts);
 
     f.box(key)->click();
     QCOMPARE(f.stored(key), QVariant(was));
+    QCOMPARE(f.stored(key).typeId(), static_cast<int>(QMetaType::Bool));
     QCOMPARE(f.settingsChangedPosts(), 2 * posts);
 
     f.values.insert(key, !was);
@@ -221,6 +223,7 @@ void GeneralPaneTest::the_drag_mode_stores_its_index_and_posts_nothing()
     for (const int index : {1, 2}) {
         QTest::keyClick(f.dragMode(), Qt::Key_Down);
         QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(index));
+        QCOMPARE(f.stored(SettingsKey::dragMode).typeId(), static_cast<int>(QMetaType::Int));
     }
     QCOMPARE(f.dragMode()->currentText(), QStringLiteral("Create alias"));
     QTest::keyClick(f.dragMode(), Qt::Key_Home);

@@ -62,6 +62,8 @@ private slots:
     void clearing_shows_the_label_hides_the_button_and_then_the_shelf();
     void an_alert_that_is_closed_clears_nothing();
     void a_screen_reader_meets_the_tiles_as_a_list();
+    // Announcing
+    void the_announcement_of_a_change_carries_nothing();
     // Afterwards
     void callbacks_that_outlive_the_panel_do_nothing();
 };
@@ -85,7 +87,10 @@ struct Fixture {
     Fixture()
     {
         panel = std::make_unique<ShelfPanel>(virtualPlatform.platform, settings, notifications);
-        notifications.observe(Notifications::shelfItemsChanged, &observer, [this](const QVariantMap &) { ++changes; });
+        notifications.observe(Notifications::shelfItemsChanged, &observer, [this](const QVariantMap &userInfo) {
+            ++changes;
+            carried.insert(userInfo);
+        });
         panel->onDropReceived = [this] { dropsWithItemCount.append(panel->items.size()); };
     }
 
@@ -116,6 +121,7 @@ struct Fixture {
     NotificationCenter notifications;
     QObject observer;
     int changes = 0;
+    QVariantMap carried; // by all announcements of changes
     QList<qsizetype> dropsWithItemCount;
     std::unique_ptr<ShelfPanel> panel;
 };
@@ -660,6 +666,22 @@ void ShelfPanelItemsTest::a_screen_reader_meets_the_tiles_as_a_list()
     tile->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QVERIFY(tile->state().selected);
     QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(1)});
+}
+
+void ShelfPanelItemsTest::the_announcement_of_a_change_carries_nothing()
+{
+    Fixture f;
+    f.add(1);
+    QCOMPARE(f.changes, 1);
+    f.drop(files(1, 2));
+    QCOMPARE(f.changes, 3);
+    f.panel->removeItem(file(0));
+    f.advance(0.18);
+    QCOMPARE(f.changes, 4);
+    f.set(SettingsKey::skipClearAllConfirmation, true);
+    f.panel->clearAll();
+    QCOMPARE(f.changes, 5);
+    QVERIFY(f.carried.isEmpty());
 }
 
 void ShelfPanelItemsTest::callbacks_that_outlive_the_panel_do_nothing()

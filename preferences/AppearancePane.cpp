@@ -93,7 +93,7 @@ QWidget *AppearancePane::makeStack()
         slider->setObjectName(key);
         slider->setAttribute(Qt::WA_MacSmallSize);
         slider->setDoubleValue(value);
-        connect(slider, &DoubleSlider::valueChanged, this, [this, slider, action] { (this->*action)(slider); });
+        connect(slider, &DoubleSlider::reported, this, [this, slider, action] { (this->*action)(slider); });
         addTitled(title, slider, {});
     };
 

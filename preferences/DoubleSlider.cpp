@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -64,6 +65,22 @@ DoubleSlider::DoubleSlider(double lowest, double highest, int steps, QWidget *pa
     setSingleStep(kStepsOfOneKey);
     setPageStep(steps / kPagesOfTheRange);
     guardFromWheel(*this);
+    connect(this, &QSlider::valueChanged, this, [this] {
+        isOutside = false;
+        emit reported();
+    });
+    connect(this, &QSlider::actionTriggered, this, [this] {
+        if (sliderPosition() == value())
+            reportEnd();
+    });
+    connect(this, &QSlider::sliderReleased, this, &DoubleSlider::reportEnd);
+}
+
+void DoubleSlider::reportEnd()
+{
+    if (!std::exchange(isOutside, false))
+        return;
+    emit reported();
 }
 
 double DoubleSlider::doubleValue() const
@@ -75,6 +92,10 @@ void DoubleSlider::setDoubleValue(double value)
 {
     if (std::isnan(value))
         return;
+    const bool becomesOutside = value < minimumValue || value > maximumValue;
     const double place = (std::clamp(value, minimumValue, maximumValue) - minimumValue) / (maximumValue - minimumValue);
     setValue(static_cast<int>(std::lround(place * maximum())));
+    if (!becomesOutside)
+        reportEnd();
+    isOutside = becomesOutside;
 }

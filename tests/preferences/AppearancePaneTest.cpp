@@ -28,6 +28,7 @@ private slots:
     void a_slider_reports_each_move_of_a_drag();
     void the_sliders_store_doubles_and_move_by_keyboard();
     void a_chosen_colour_is_stored_and_posted_and_shown_again();
+    void a_stored_size_out_of_range_can_be_ended_at_the_shown_end();
     void a_colour_keeps_its_alpha();
     void animations_cannot_be_changed_here();
     void the_action_for_animations_stores_and_posts_nothing();
@@ -299,6 +300,19 @@ void AppearancePaneTest::a_chosen_colour_is_stored_and_posted_and_shown_again()
     QCOMPARE(f.settingsChangedPosts(), 2);
     QCOMPARE(f.virtualPlatform.userDefaults.writes,
              QStringList({SettingsKey::tintColorData, SettingsKey::tintColorData}));
+void AppearancePaneTest::a_stored_size_out_of_range_can_be_ended_at_the_shown_end()
+{
+    PaneFixture f;
+    f.values.insert(SettingsKey::shelfItemSize, 5000.0);
+    f.load();
+    DoubleSlider &size = f.slider(SettingsKey::shelfItemSize);
+    QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
+    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(120.0));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+    QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+}
+
     f.load();
     QCOMPARE(f.well().color(), QColor(11, 200, 30));
 }

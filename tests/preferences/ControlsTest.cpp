@@ -27,6 +27,7 @@ private slots:
     void a_screen_reader_can_set_a_slider();
     void a_colour_well_shows_its_colour();
     void a_translucent_colour_is_shown_over_a_checker();
+    void a_slider_reports_the_end_that_it_showed_for_a_value_outside();
     void a_colour_set_from_outside_calls_nobody_back();
 };
 
@@ -225,7 +226,7 @@ void ControlsTest::a_screen_reader_can_set_a_slider()
     QWidget window;
     DoubleSlider slider(48.0, 120.0, 720, &window);
     int changes = 0;
-    connect(&slider, &DoubleSlider::valueChanged, this, [&changes] { ++changes; });
+    connect(&slider, &DoubleSlider::reported, this, [&changes] { ++changes; });
     QAccessible::queryAccessibleInterface(&slider)->valueInterface()->setCurrentValue(90.0);
     QCOMPARE(slider.doubleValue(), 90.0);
     QCOMPARE(changes, 1);
@@ -247,6 +248,47 @@ void ControlsTest::a_translucent_colour_is_shown_over_a_checker()
     QSet<QRgb> colors;
     for (int x = image.width() / 2 - 8; x < image.width() / 2 + 8; ++x)
         colors.insert(image.pixel(x, image.height() / 2));
+void ControlsTest::a_slider_reports_the_end_that_it_showed_for_a_value_outside()
+{
+    QWidget window;
+    DoubleSlider slider(48.0, 120.0, 720, &window);
+    slider.resize(300, 20);
+    window.resize(300, 20);
+    window.show();
+    int reports = 0;
+    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
+    const auto reported = [&reports] { return std::exchange(reports, 0); };
+    const auto putOutside = [&] {
+        slider.setDoubleValue(9000);
+        reported();
+    };
+    const QPoint knob(slider.width() - 5, slider.height() / 2);
+
+    putOutside();
+    QTest::keyClick(&slider, Qt::Key_End);
+    QCOMPARE(reported(), 1);
+    QTest::keyClick(&slider, Qt::Key_End);
+    QCOMPARE(reported(), 0);
+
+    putOutside();
+    QTest::mouseClick(&slider, Qt::LeftButton, {}, knob);
+    QCOMPARE(reported(), 1);
+    QTest::mouseClick(&slider, Qt::LeftButton, {}, knob);
+    QCOMPARE(reported(), 0);
+
+    putOutside();
+    QAccessible::queryAccessibleInterface(&slider)->valueInterface()->setCurrentValue(120.0);
+    QCOMPARE(reported(), 1);
+    QCOMPARE(slider.doubleValue(), 120.0);
+
+    // One step is one report, wherever it begins.
+    putOutside();
+    QTest::keyClick(&slider, Qt::Key_Left);
+    QCOMPARE(reported(), 1);
+    QTest::keyClick(&slider, Qt::Key_Left);
+    QCOMPARE(reported(), 1);
+}
+
     QCOMPARE(colors, QSet<QRgb>({QColor(Qt::white).rgb(), QColor(Qt::lightGray).rgb()}));
 }
 

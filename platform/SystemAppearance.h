@@ -16,6 +16,7 @@ public:
     // The symbol of that name in one colour, crisp at every size and scale. A null icon when there is none.
     virtual QIcon symbol(const QString &name, const QColor &tint) const = 0;
 
-    // The application's icon.
+    // The application's icon: the artwork's, or without that the one that the desktop shows for the application. Never
+    // null.
     virtual QIcon applicationIcon() const = 0;
 };

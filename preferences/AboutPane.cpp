@@ -6,6 +6,7 @@
 #include "preferences/Controls.h"
 #include "settings/BuildInfo.h"
 
+#include <QEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -34,11 +35,9 @@ void AboutPane::loadView()
     auto *name = fieldLabel(QStringLiteral("Parklet ") + BuildInfo::runningVersion(), this, kNameSize);
     auto *maker = secondaryLabel(BuildInfo::makerLine(), this, kMakerSize);
 
-    auto *moreApps = new QPushButton(QStringLiteral("More from Orvane"), this);
+    moreApps = new QPushButton(QStringLiteral("More from Orvane"), this);
     moreApps->setFlat(true);
-    QPalette tinted;
-    tinted.setColor(QPalette::ButtonText, appearance.accentColor());
-    moreApps->setPalette(tinted);
+    tint();
     connect(moreApps, &QPushButton::clicked, this, &AboutPane::openMoreApps);
 
     auto *stack = new QVBoxLayout(this);
@@ -48,6 +47,21 @@ void AboutPane::loadView()
     for (QWidget *view : QList<QWidget *>{icon, name, maker, moreApps})
         stack->addWidget(view, 0, Qt::AlignHCenter);
     stack->addStretch();
+}
+
+void AboutPane::tint()
+{
+    QPalette tinted;
+    tinted.setColor(QPalette::ButtonText, appearance.accentColor());
+    moreApps->setPalette(tinted);
+}
+
+void AboutPane::changeEvent(QEvent *event)
+{
+    BasePane::changeEvent(event);
+    // The accent colour is the desktop's, as the palette is.
+    if (event->type() == QEvent::PaletteChange && moreApps)
+        tint();
 }
 
 void AboutPane::openMoreApps()

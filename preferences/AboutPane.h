@@ -3,6 +3,7 @@
 
 #include "preferences/BasePane.h"
 
+class QPushButton;
 class SystemAppearance;
 class Workspace;
 
@@ -18,7 +19,13 @@ public:
     // Opens the maker's web page in the default browser.
     void openMoreApps();
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    void tint();
+
     const SystemAppearance &appearance;
     Workspace &workspace;
+    QPushButton *moreApps = nullptr;
 };

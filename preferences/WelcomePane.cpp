@@ -18,6 +18,15 @@ constexpr double kNameSize = 24;
 constexpr double kDescriptionSize = 12;
 constexpr int kDescriptionLines = 4;
 
+// Centres the label's lines and breaks those that are too long for the stack.
+void wrap(QLabel &label)
+{
+    label.setWordWrap(true);
+    label.setAlignment(Qt::AlignHCenter);
+    // A wrapping label prefers to be narrow, so its width is stated: its longest line, as far as that may go.
+    label.setFixedWidth(std::min(label.fontMetrics().size(0, label.text()).width(), kMaximumWidth));
+}
+
 } // namespace
 
 WelcomePane::WelcomePane(const SystemAppearance &systemAppearance, QWidget *parent)
@@ -30,26 +39,28 @@ void WelcomePane::loadView()
 {
     BasePane::loadView();
 
-    auto *icon = new ImageView(appearance.applicationIcon(), kIconSize, this);
-    auto *name = fieldLabel(QStringLiteral("Parklet"), this, kNameSize);
-    auto *tagline = secondaryLabel(QStringLiteral("Lightweight drag & drop file shelf for macOS"), this);
+    auto *view = new QWidget(this);
+    view->setMaximumWidth(kMaximumWidth);
+    auto *icon = new ImageView(appearance.applicationIcon(), kIconSize, view);
+    auto *name = fieldLabel(QStringLiteral("Parklet"), view, kNameSize);
+    auto *tagline = secondaryLabel(QStringLiteral("Lightweight drag & drop file shelf for macOS"), view);
+    wrap(*tagline);
     auto *description = secondaryLabel(
         QStringLiteral("Drop files onto the floating shelf panel to temporarily\nstore them, then drag to their "
                        "destination whenever\nyou're ready."),
-        this, kDescriptionSize);
+        view, kDescriptionSize);
+    wrap(*description);
+    description->setMaximumHeight(kDescriptionLines * description->fontMetrics().lineSpacing());
 
-    // A wrapping label prefers to be narrow, so its width is stated: its longest line, as far as that may go.
-    const QFontMetrics metrics(description->font());
-    description->setWordWrap(true);
-    description->setAlignment(Qt::AlignHCenter);
-    description->setFixedWidth(std::min(metrics.size(0, description->text()).width(), kMaximumWidth));
-    description->setMaximumHeight(kDescriptionLines * metrics.lineSpacing());
-
-    auto *stack = new QVBoxLayout(this);
+    auto *stack = new QVBoxLayout(view);
     stack->setSpacing(kSpacing);
     stack->setContentsMargins(0, 0, 0, 0);
-    stack->addStretch();
-    for (QWidget *view : QList<QWidget *>{icon, name, tagline, description})
-        stack->addWidget(view, 0, Qt::AlignHCenter);
-    stack->addStretch();
+    for (QWidget *part : QList<QWidget *>{icon, name, tagline, description})
+        stack->addWidget(part, 0, Qt::AlignHCenter);
+
+    auto *middle = new QVBoxLayout(this);
+    middle->setContentsMargins(0, 0, 0, 0);
+    middle->addStretch();
+    middle->addWidget(view, 0, Qt::AlignHCenter);
+    middle->addStretch();
 }

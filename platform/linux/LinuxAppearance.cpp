@@ -9,6 +9,8 @@
 
 namespace {
 
+const QString kUnknownApplication = QStringLiteral(":/fallback/application.svg");
+
 QIcon svgIcon(const QString &path, const QColor &tint)
 {
     QFile file(path);
@@ -36,5 +38,9 @@ QIcon LinuxAppearance::symbol(const QString &name, const QColor &tint) const
 
 QIcon LinuxAppearance::applicationIcon() const
 {
-    return svgIcon(folder + QStringLiteral("/AppIcon.svg"), QColor());
+    QIcon own = svgIcon(folder + QStringLiteral("/AppIcon.svg"), QColor());
+    if (!own.isNull())
+        return own;
+    const QIcon installed = QIcon::fromTheme(QGuiApplication::desktopFileName());
+    return installed.isNull() ? svgIcon(kUnknownApplication, QColor()) : installed;
 }

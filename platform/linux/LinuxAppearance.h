@@ -3,7 +3,8 @@
 
 #include "platform/SystemAppearance.h"
 
-// The palette's highlight as accent colour, and symbols drawn from the SVG files of `artwork`.
+// The palette's highlight as accent colour, and symbols drawn from the SVG files of `artwork`. Without an icon there,
+// the application's is the icon theme's for its desktop entry, or that of any application.
 class LinuxAppearance : public SystemAppearance {
 public:
     // `artwork` holds AppIcon.svg and symbols/<name>.svg, by default the program's own.

@@ -23,6 +23,8 @@ private slots:
     void a_disabled_symbol_is_fainter();
     void a_broken_picture_is_a_null_icon();
     void the_applications_icon_keeps_its_own_colours();
+    void without_artwork_the_icon_is_the_one_the_desktop_shows_for_the_application();
+    void an_application_that_the_desktop_does_not_know_has_an_icon_too();
     void every_symbol_of_the_program_draws();
 
 private:
@@ -152,6 +154,34 @@ void LinuxAppearanceTest::a_broken_picture_is_a_null_icon()
 void LinuxAppearanceTest::the_applications_icon_keeps_its_own_colours()
 {
     QCOMPARE(image(LinuxAppearance(folder.path()).applicationIcon(), 64).pixelColor(32, 32), QColor(Qt::blue));
+}
+
+void LinuxAppearanceTest::without_artwork_the_icon_is_the_one_the_desktop_shows_for_the_application()
+{
+    QTemporaryDir themes;
+    QVERIFY(QDir(themes.path()).mkpath(QStringLiteral("hicolor/64x64/apps")));
+    QFile index(themes.filePath(QStringLiteral("hicolor/index.theme")));
+    QVERIFY(index.open(QIODevice::WriteOnly));
+    index.write("[Icon Theme]\nName=Hicolor\nDirectories=64x64/apps\n\n[64x64/apps]\nSize=64\nType=Fixed\n");
+    index.close();
+    QImage picture(64, 64, QImage::Format_ARGB32);
+    picture.fill(QColor(200, 100, 0));
+    QVERIFY(picture.save(themes.filePath(QStringLiteral("hicolor/64x64/apps/org.example.Installed.png"))));
+
+    QIcon::setThemeSearchPaths({themes.path()});
+    QIcon::setThemeName(QStringLiteral("hicolor"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.example.Installed"));
+    const LinuxAppearance appearance(folder.filePath(QStringLiteral("nowhere")));
+    QCOMPARE(image(appearance.applicationIcon(), 64).pixelColor(32, 32), QColor(200, 100, 0));
+    // What comes with the program goes before what happens to be installed.
+    QCOMPARE(image(LinuxAppearance(folder.path()).applicationIcon(), 64).pixelColor(32, 32), QColor(Qt::blue));
+}
+
+void LinuxAppearanceTest::an_application_that_the_desktop_does_not_know_has_an_icon_too()
+{
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.example.NowhereInstalled"));
+    const LinuxAppearance appearance(folder.filePath(QStringLiteral("nowhere")));
+    QCOMPARE(image(appearance.applicationIcon(), 64).pixelColor(32, 32).alpha(), 255);
 }
 
 void LinuxAppearanceTest::every_symbol_of_the_program_draws()

@@ -15,10 +15,12 @@ private slots:
     void cleanup() { QCoreApplication::setApplicationVersion(QString()); }
 
     void the_views_stand_centred_with_10_points_between_them();
+    void without_its_artwork_the_applications_own_icon_shows_at_128_points();
     void the_version_is_the_applications_own();
     void a_missing_version_shows_as_1_0();
     void the_texts_have_their_sizes_and_colours();
     void the_button_is_a_link_in_the_accent_colour();
+    void the_button_follows_the_accent_colour();
     void the_button_opens_the_makers_page_once();
     void a_browser_that_does_not_start_is_not_reported();
     void the_button_works_by_keyboard();
@@ -60,6 +62,20 @@ void AboutPaneTest::the_views_stand_centred_with_10_points_between_them()
     }
 }
 
+void AboutPaneTest::without_its_artwork_the_applications_own_icon_shows_at_128_points()
+{
+    PaneFixture f;
+    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    QPixmap small(48, 48);
+    small.fill(QColor(10, 200, 90));
+    f.virtualPlatform.appearance.installedIcon = QIcon(small);
+    auto *icon = f.load().findChild<ImageView *>();
+    QCOMPARE(icon->size(), QSize(128, 128));
+    const QImage drawn = icon->grab().toImage();
+    for (const QPoint &corner : {QPoint(0, 0), QPoint(127, 0), QPoint(0, 127), QPoint(127, 127)})
+        QCOMPARE(drawn.pixelColor(corner), QColor(10, 200, 90));
+}
+
 void AboutPaneTest::the_version_is_the_applications_own()
 {
     QCoreApplication::setApplicationVersion(QStringLiteral("2.7.1"));
@@ -93,6 +109,17 @@ void AboutPaneTest::the_button_is_a_link_in_the_accent_colour()
     QCOMPARE(button.text(), QStringLiteral("More from Orvane"));
     QVERIFY(button.isFlat());
     QCOMPARE(button.palette().color(QPalette::ButtonText), QColor(200, 100, 50));
+}
+
+void AboutPaneTest::the_button_follows_the_accent_colour()
+{
+    PaneFixture f;
+    const AboutPane &pane = f.load();
+    f.virtualPlatform.appearance.accent = QColor(3, 150, 60);
+    QPalette palette = f.window->palette();
+    palette.setColor(QPalette::Highlight, QColor(3, 150, 60));
+    f.window->setPalette(palette);
+    QCOMPARE(moreApps(pane).palette().color(QPalette::ButtonText), QColor(3, 150, 60));
 }
 
 void AboutPaneTest::the_button_opens_the_makers_page_once()

@@ -156,7 +156,8 @@ QIcon VirtualSystemAppearance::symbol(const QString &name, const QColor &tint) c
 
 QIcon VirtualSystemAppearance::applicationIcon() const
 {
-    return symbol(QStringLiteral("AppIcon"), accent);
+    const QIcon artwork = symbol(QStringLiteral("AppIcon"), accent);
+    return artwork.isNull() ? installedIcon : artwork;
 }
 
 std::optional<EventMonitors::Token> VirtualEventMonitors::add(quint32 mask, std::function<void()> handler)

@@ -86,6 +86,7 @@ public:
 
     QColor accent = QColor(0, 122, 255);
     QStringList missingSymbols;
+    QIcon installedIcon; // the application's while "AppIcon" is missing
     mutable QList<std::pair<QString, QColor>> symbolRequests;
 };
 

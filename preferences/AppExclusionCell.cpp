@@ -31,16 +31,11 @@ void AppExclusionCell::paint(QPainter *painter, const QStyleOptionViewItem &opti
 
     const QRect row = item.rect;
     const QRect iconFrame(row.x() + kEdge, row.y() + (row.height() - kIconSize) / 2, kIconSize, kIconSize);
-    drawImage(*painter, item.icon, iconFrame);
-
     const QRect nameFrame(QPoint(iconFrame.right() + 1 + kGap, row.top()), QPoint(row.right() - kEdge, row.bottom()));
-    const bool selected = item.state & QStyle::State_Selected;
-    painter->setFont(item.font);
-    style->drawItemText(painter, nameFrame, Qt::AlignLeft | Qt::AlignVCenter, item.palette, true,
-                        item.fontMetrics.elidedText(item.text, Qt::ElideRight, nameFrame.width()),
-                        selected ? QPalette::HighlightedText : QPalette::Text);
+    drawImage(*painter, item.icon, QStyle::visualRect(item.direction, row, iconFrame));
+    drawTitle(*painter, item, QStyle::visualRect(item.direction, row, nameFrame), QPalette::Text);
 
     const QRect line(row.x(), row.bottom() + 1 - kLine, row.width(), kLine);
-    painter->fillRect(line, separatorColor(item.palette));
+    painter->fillRect(line, separatorColor(item.palette, QPalette::Text));
     drawFocusMark(*painter, item);
 }

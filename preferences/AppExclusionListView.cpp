@@ -41,7 +41,7 @@ AppExclusionListView::AppExclusionListView(const QStringList &initialIds, OnChan
     , platform(services)
     , model(new AppExclusionModel(*platform.workspace, *platform.appearance, this))
 {
-    model->setTint(secondaryLabelColor(palette()));
+    model->setTint(secondaryLabelColor(palette(), QPalette::Text));
     model->setIds(ids);
     tableView->setModel(model);
     tableView->setItemDelegate(new AppExclusionCell(this));
@@ -110,5 +110,5 @@ void AppExclusionListView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
-        model->setTint(secondaryLabelColor(palette()));
+        model->setTint(secondaryLabelColor(palette(), QPalette::Text));
 }

@@ -68,7 +68,7 @@ void AppearancePane::loadView()
 
 QWidget *AppearancePane::makeStack()
 {
-    auto *view = new QWidget;
+    auto *view = new QWidget(this);
     auto *stack = new QVBoxLayout(view);
     stack->setContentsMargins(0, 0, 0, 0);
     stack->setSpacing(kSpacing);
@@ -76,7 +76,7 @@ QWidget *AppearancePane::makeStack()
     const auto addTitled = [view, stack](const QString &title, QWidget *control, Qt::Alignment alignment) {
         QLabel *label = fieldLabel(title, view);
         setLabel(*label, *control);
-        stack->addWidget(label);
+        stack->addWidget(label, 0, Qt::AlignLeft);
         stack->addWidget(control, 0, alignment);
     };
     const auto addSeparator = [view, stack] { stack->addWidget(new Separator(view)); };
@@ -97,7 +97,7 @@ QWidget *AppearancePane::makeStack()
         addTitled(title, slider, {});
     };
 
-    stack->addWidget(fieldLabel(QStringLiteral("Appearance"), view));
+    stack->addWidget(fieldLabel(QStringLiteral("Appearance"), view), 0, Qt::AlignLeft);
     addSeparator();
 
     auto *well = new ColorWell(view);

@@ -8,6 +8,7 @@
 
 #include <QEvent>
 #include <QPointer>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -126,7 +127,9 @@ void BehaviorPane::layOut()
 {
     if (!excludeList)
         return;
-    const auto place = [](QWidget *view, const QRect &frame) { view->setGeometry(frame); };
+    const auto place = [this](QWidget *view, const QRect &frame) {
+        view->setGeometry(QStyle::visualRect(layoutDirection(), rect(), frame));
+    };
     const BehaviorFrames frames =
         behaviorFrames(size(), {.autoShowLabel = autoShowLabel->sizeHint(),
                                 .autoShowBox = autoShowBox->sizeHint(),
@@ -148,6 +151,9 @@ void BehaviorPane::layOut()
     place(separatorC, frames.separatorC);
     place(excludeModePop, frames.excludeModePopUp);
     place(excludeLabel, frames.excludeLabel);
+    // A label aligns itself by the letters of its text; this one goes on from the pop-up, at whichever side that is.
+    excludeLabel->setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter) |
+                               Qt::AlignAbsolute);
     place(excludeList, frames.excludeList);
 }
 
@@ -159,8 +165,8 @@ void BehaviorPane::resizeEvent(QResizeEvent *event)
 
 bool BehaviorPane::event(QEvent *event)
 {
-    // A control wants another size, for instance in another style.
-    if (event->type() == QEvent::LayoutRequest)
+    // A control wants another size, for instance in another style, or the language begins at the other end.
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::LayoutDirectionChange)
         layOut();
     return BasePane::event(event);
 }

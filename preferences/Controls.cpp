@@ -7,7 +7,55 @@
 
 namespace {
 
-constexpr float kSeparatorAlpha = 0.16F; // of the text's colour
+// Of the text's colour.
+constexpr float kSeparatorAlpha = 0.16F;
+constexpr float kSecondaryAlpha = 0.62F;
+
+QColor faded(const QPalette &palette, QPalette::ColorRole text, float alpha)
+{
+    QColor color = palette.color(text);
+    color.setAlphaF(alpha);
+    return color;
+}
+
+// A label whose colour is the secondary one of every palette it gets.
+class SecondaryLabel : public QLabel {
+public:
+    explicit SecondaryLabel(QWidget *parent)
+        : QLabel(parent)
+    {
+        setForegroundRole(QPalette::PlaceholderText);
+        tint();
+    }
+
+protected:
+    void changeEvent(QEvent *event) override
+    {
+        QLabel::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange)
+            tint();
+    }
+
+private:
+    void tint()
+    {
+        // A palette need not bring a readable colour for text that steps back: a dark one may bring black.
+        const QColor color = secondaryLabelColor(palette());
+        if (palette().color(foregroundRole()) == color)
+            return;
+        QPalette tinted;
+        tinted.setColor(foregroundRole(), color);
+        setPalette(tinted);
+    }
+};
+
+QLabel *withText(QLabel *label, const QString &text, double points)
+{
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setFont(systemFont(points));
+    return label;
+}
 
 // Leaves the wheel to whatever is around a control that does not have the focus.
 class WheelGuard : public QObject {
@@ -33,16 +81,14 @@ QFont systemFont(double points)
     return font;
 }
 
-QColor secondaryLabelColor(const QPalette &palette)
+QColor secondaryLabelColor(const QPalette &palette, QPalette::ColorRole text)
 {
-    return palette.color(QPalette::PlaceholderText);
+    return faded(palette, text, kSecondaryAlpha);
 }
 
-QColor separatorColor(const QPalette &palette)
+QColor separatorColor(const QPalette &palette, QPalette::ColorRole text)
 {
-    QColor color = palette.color(QPalette::WindowText);
-    color.setAlphaF(kSeparatorAlpha);
-    return color;
+    return faded(palette, text, kSeparatorAlpha);
 }
 
 void drawImage(QPainter &painter, const QIcon &image, const QRect &frame)
@@ -54,6 +100,20 @@ void drawImage(QPainter &painter, const QIcon &image, const QRect &frame)
     target.moveCenter(QRectF(frame).center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(target, pixmap, QRectF(pixmap.rect()));
+}
+
+void drawTitle(QPainter &painter, const QStyleOptionViewItem &row, const QRect &frame, QPalette::ColorRole text)
+{
+    painter.save();
+    painter.setFont(row.font);
+    // The title runs as its own letters do, from the end that the interface begins at.
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
+    const Qt::Alignment leading = QStyle::visualAlignment(row.direction, Qt::AlignLeft | Qt::AlignVCenter);
+    const bool selected = row.state & QStyle::State_Selected;
+    painter.setPen(row.palette.color(selected ? QPalette::HighlightedText : text));
+    painter.drawText(frame, leading | Qt::AlignAbsolute | Qt::TextSingleLine,
+                     row.fontMetrics.elidedText(row.text, Qt::ElideRight, frame.width()));
+    painter.restore();
 }
 
 void drawFocusMark(QPainter &painter, const QStyleOptionViewItem &row)
@@ -70,18 +130,12 @@ void drawFocusMark(QPainter &painter, const QStyleOptionViewItem &row)
 
 QLabel *fieldLabel(const QString &text, QWidget *parent, double points)
 {
-    auto *label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setText(text);
-    label->setFont(systemFont(points));
-    return label;
+    return withText(new QLabel(parent), text, points);
 }
 
 QLabel *secondaryLabel(const QString &text, QWidget *parent, double points)
 {
-    QLabel *label = fieldLabel(text, parent, points);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
+    return withText(new SecondaryLabel(parent), text, points);
 }
 
 QCheckBox *checkBox(const QString &title, bool on, QWidget *parent)

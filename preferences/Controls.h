@@ -16,14 +16,17 @@ constexpr double kLabelSize = 13; // points
 // The system's font at `points`.
 QFont systemFont(double points);
 
-// Text that steps back behind the standard label colour.
-QColor secondaryLabelColor(const QPalette &palette);
+// Text that steps back behind what is written in `text`, and can still be read.
+QColor secondaryLabelColor(const QPalette &palette, QPalette::ColorRole text = QPalette::WindowText);
 
-// The system's colour for thin lines.
-QColor separatorColor(const QPalette &palette);
+// The system's colour for thin lines among what is written in `text`.
+QColor separatorColor(const QPalette &palette, QPalette::ColorRole text = QPalette::WindowText);
 
 // Draws `image` in the middle of `frame`, scaled up or down to fit it.
 void drawImage(QPainter &painter, const QIcon &image, const QRect &frame);
+
+// Draws the row's text into `frame`, which begins where the interface's language begins; what does not fit is left out.
+void drawTitle(QPainter &painter, const QStyleOptionViewItem &row, const QRect &frame, QPalette::ColorRole text);
 
 // Marks the row of a list that the keyboard acts on, in the style's own way, once the keyboard is being used.
 void drawFocusMark(QPainter &painter, const QStyleOptionViewItem &row);

@@ -45,7 +45,7 @@ void GeneralPane::loadView()
     stack->setContentsMargins(kMargin, kMargin, kMargin, 0);
     stack->setSpacing(kSpacing);
 
-    stack->addWidget(fieldLabel(QStringLiteral("General"), this));
+    stack->addWidget(fieldLabel(QStringLiteral("General"), this), 0, Qt::AlignLeft);
     stack->addWidget(new Separator(this));
     for (const Setting &setting : {kLaunchAtLogin, kShowMenuBarIcon, kShowDockIcon})
         stack->addWidget(boundCheckBox(setting), 0, Qt::AlignLeft);
@@ -58,7 +58,7 @@ void GeneralPane::loadView()
     dragMode->setObjectName(SettingsKey::dragMode);
     setLabel(*dragModeLabel, *dragMode);
     connect(dragMode, &QComboBox::activated, this, [this, dragMode] { dragModeChanged(dragMode); });
-    stack->addWidget(dragModeLabel);
+    stack->addWidget(dragModeLabel, 0, Qt::AlignLeft);
     stack->addWidget(dragMode, 0, Qt::AlignLeft);
 
     stack->addWidget(new Separator(this));

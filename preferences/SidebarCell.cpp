@@ -13,10 +13,11 @@ constexpr int kRowHeight = 38;
 constexpr QRect kSymbolFrame(10, 9, 18, 18);
 constexpr QRect kTitleFrame(34, 10, 120, 17);
 
-// `frame` within a row at `row`, whose origin is at the top left.
-QRect flipped(const QRect &frame, const QRect &row)
+// `frame` within the row, whose origin is at the top left; mirrored where the language begins at the right.
+QRect frameIn(const QStyleOptionViewItem &row, const QRect &frame)
 {
-    return {row.x() + frame.x(), row.y() + kRowHeight - frame.y() - frame.height(), frame.width(), frame.height()};
+    const QPoint corner(row.rect.x() + frame.x(), row.rect.y() + kRowHeight - frame.y() - frame.height());
+    return QStyle::visualRect(row.direction, row.rect, QRect(corner, frame.size()));
 }
 
 } // namespace
@@ -35,13 +36,7 @@ void SidebarCell::paint(QPainter *painter, const QStyleOptionViewItem &option, c
 
     const bool selected = item.state & QStyle::State_Selected;
     const auto symbol = index.data(selected ? kSelectedSymbolRole : Qt::DecorationRole).value<QIcon>();
-    drawImage(*painter, symbol, flipped(kSymbolFrame, item.rect));
-
-    painter->setFont(item.font);
-    const QRect titleFrame = flipped(kTitleFrame, item.rect);
-    style->drawItemText(painter, titleFrame, Qt::AlignLeft | Qt::AlignVCenter, item.palette, true,
-                        item.fontMetrics.elidedText(item.text, Qt::ElideRight, titleFrame.width()),
-                        selected ? QPalette::HighlightedText : QPalette::WindowText);
-
+    drawImage(*painter, symbol, frameIn(item, kSymbolFrame));
+    drawTitle(*painter, item, frameIn(item, kTitleFrame), QPalette::WindowText);
     drawFocusMark(*painter, item);
 }

@@ -16,6 +16,7 @@ class AppExclusionListViewTest : public QObject {
 private slots:
     void the_list_fills_the_view_above_two_small_buttons();
     void rows_are_26_points_high_with_icon_name_and_line_in_their_places();
+    void a_row_is_mirrored_where_the_language_begins_at_the_right();
     void the_row_that_the_keyboard_acts_on_is_marked();
     void an_installed_application_shows_its_own_name_and_icon();
     void an_unknown_application_shows_its_identifier_and_a_question_mark();
@@ -98,7 +99,7 @@ QIcon square(const QColor &color)
 }
 
 // What is drawn for the first row, 300 points wide.
-QImage drawnRow(const AppExclusionListView &view, QStyle::State state)
+QImage drawnRow(const AppExclusionListView &view, QStyle::State state, Qt::LayoutDirection direction = Qt::LeftToRight)
 {
     QImage image(300, 26, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
@@ -106,12 +107,30 @@ QImage drawnRow(const AppExclusionListView &view, QStyle::State state)
     QStyleOptionViewItem option;
     option.initFrom(view.tableView);
     option.state = state;
+    option.direction = direction;
     option.font = view.tableView->font();
     option.fontMetrics = QFontMetrics(option.font);
     option.palette.setColor(QPalette::Text, Qt::black);
     option.rect = image.rect();
     view.tableView->itemDelegate()->paint(&painter, option, view.tableView->model()->index(0, 0));
     return image;
+}
+
+// The rectangles of what is red and of what else is drawn above the line at the bottom.
+std::pair<QRect, QRect> inkOf(const QImage &image)
+{
+    QRect icon;
+    QRect name;
+    for (int y = 0; y < image.height() - 1; ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (pixel == QColor(Qt::red))
+                icon |= QRect(x, y, 1, 1);
+            else if (pixel != QColor(Qt::white))
+                name |= QRect(x, y, 1, 1);
+        }
+    }
+    return {icon, name};
 }
 
 } // namespace
@@ -149,17 +168,7 @@ void AppExclusionListViewTest::rows_are_26_points_high_with_icon_name_and_line_i
     QCOMPARE(view.tableView->visualRect(model.index(1, 0)).y(), 26);
 
     const QImage image = drawnRow(view, QStyle::State_Enabled);
-    QRect icon;
-    QRect name;
-    for (int y = 0; y < image.height() - 1; ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor pixel = image.pixelColor(x, y);
-            if (pixel == QColor(Qt::red))
-                icon |= QRect(x, y, 1, 1);
-            else if (pixel != QColor(Qt::white))
-                name |= QRect(x, y, 1, 1);
-        }
-    }
+    const auto [icon, name] = inkOf(image);
     QCOMPARE(icon, QRect(4, 4, 18, 18));
     QVERIFY(name.x() >= 28 && name.x() <= 30);
     QVERIFY(name.right() < 300 - 4);
@@ -167,6 +176,17 @@ void AppExclusionListViewTest::rows_are_26_points_high_with_icon_name_and_line_i
     for (int x = 0; x < image.width(); ++x)
         QVERIFY(image.pixelColor(x, 25) != QColor(Qt::white));
     QCOMPARE(view.tableView->font().pixelSize(), 13);
+}
+
+void AppExclusionListViewTest::a_row_is_mirrored_where_the_language_begins_at_the_right()
+{
+    ListFixture f;
+    f.virtualPlatform.workspace.applications.insert(kFirst,
+                                                    Application{kFirst, QStringLiteral("HHH"), square(Qt::red)});
+    const auto [icon, name] = inkOf(drawnRow(f.load({kFirst}), QStyle::State_Enabled, Qt::RightToLeft));
+    QCOMPARE(icon, QRect(300 - 4 - 18, 4, 18, 18));
+    QVERIFY(name.right() < 300 - 28 && name.right() >= 300 - 31);
+    QVERIFY(name.x() >= 4);
 }
 
 void AppExclusionListViewTest::the_row_that_the_keyboard_acts_on_is_marked()
@@ -417,10 +437,11 @@ void AppExclusionListViewTest::the_question_mark_follows_the_palette()
     AppExclusionListView &view = f.load({kFirst});
     view.grab();
     QPalette palette = view.palette();
-    palette.setColor(QPalette::PlaceholderText, Qt::cyan);
+    palette.setColor(QPalette::Text, Qt::cyan);
     view.setPalette(palette);
-    const auto icon = view.tableView->model()->index(0, 0).data(Qt::DecorationRole).value<QIcon>();
-    QCOMPARE(icon.pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::cyan));
+    view.grab();
+    QCOMPARE(f.virtualPlatform.appearance.symbolRequests.last(),
+             std::pair(QStringLiteral("questionmark.app"), secondaryLabelColor(palette, QPalette::Text)));
 }
 
 void AppExclusionListViewTest::the_list_works_by_keyboard()

@@ -19,6 +19,7 @@ private slots:
     void the_nineteen_views_stand_in_order_with_8_points_between_them();
     void the_scroll_view_is_8_points_inside_and_its_stack_20_narrower();
     void a_pane_that_is_too_low_scrolls();
+    void every_view_begins_at_the_right_where_the_language_does();
     void a_fresh_installation_shows_the_defaults();
     void the_controls_show_what_is_stored();
     void the_pop_ups_store_their_index_and_post_once_data();
@@ -27,8 +28,8 @@ private slots:
     void hiding_extensions_is_stored_and_posted();
     void a_slider_reports_each_move_of_a_drag();
     void the_sliders_store_doubles_and_move_by_keyboard();
-    void a_chosen_colour_is_stored_and_posted_and_shown_again();
     void a_stored_size_out_of_range_can_be_ended_at_the_shown_end();
+    void a_chosen_colour_is_stored_and_posted_and_shown_again();
     void a_colour_keeps_its_alpha();
     void animations_cannot_be_changed_here();
     void the_action_for_animations_stores_and_posts_nothing();
@@ -165,6 +166,16 @@ void AppearancePaneTest::a_pane_that_is_too_low_scrolls()
     QCOMPARE(f.scroll().verticalScrollBar()->maximum(), 0);
 }
 
+void AppearancePaneTest::every_view_begins_at_the_right_where_the_language_does()
+{
+    PaneFixture f;
+    f.load();
+    f.window->setLayoutDirection(Qt::RightToLeft);
+    QCoreApplication::sendPostedEvents();
+    for (QWidget *view : stackedViews(*f.scroll().widget()))
+        QVERIFY2(view->geometry().right() + 1 == f.scroll().widget()->width(), qPrintable(describe(view)));
+}
+
 void AppearancePaneTest::a_fresh_installation_shows_the_defaults()
 {
     PaneFixture f;
@@ -289,17 +300,6 @@ void AppearancePaneTest::the_sliders_store_doubles_and_move_by_keyboard()
     QCOMPARE(f.settingsChangedPosts(), 5);
 }
 
-void AppearancePaneTest::a_chosen_colour_is_stored_and_posted_and_shown_again()
-{
-    PaneFixture f;
-    f.load();
-    f.choose(QColor(10, 200, 30));
-    QCOMPARE(f.settings.tintColor(), QColor(10, 200, 30));
-    QCOMPARE(f.settingsChangedPosts(), 1);
-    f.choose(QColor(11, 200, 30));
-    QCOMPARE(f.settingsChangedPosts(), 2);
-    QCOMPARE(f.virtualPlatform.userDefaults.writes,
-             QStringList({SettingsKey::tintColorData, SettingsKey::tintColorData}));
 void AppearancePaneTest::a_stored_size_out_of_range_can_be_ended_at_the_shown_end()
 {
     PaneFixture f;
@@ -313,6 +313,17 @@ void AppearancePaneTest::a_stored_size_out_of_range_can_be_ended_at_the_shown_en
     QCOMPARE(f.settingsChangedPosts(), 1);
 }
 
+void AppearancePaneTest::a_chosen_colour_is_stored_and_posted_and_shown_again()
+{
+    PaneFixture f;
+    f.load();
+    f.choose(QColor(10, 200, 30));
+    QCOMPARE(f.settings.tintColor(), QColor(10, 200, 30));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+    f.choose(QColor(11, 200, 30));
+    QCOMPARE(f.settingsChangedPosts(), 2);
+    QCOMPARE(f.virtualPlatform.userDefaults.writes,
+             QStringList({SettingsKey::tintColorData, SettingsKey::tintColorData}));
     f.load();
     QCOMPARE(f.well().color(), QColor(11, 200, 30));
 }

@@ -15,6 +15,7 @@ private slots:
     void a_long_first_label_stops_8_points_before_its_check_box();
     void the_list_takes_the_height_that_is_left();
     void the_views_are_where_the_frames_say();
+    void the_views_are_mirrored_where_the_language_begins_at_the_right();
     void the_controls_have_their_titles_and_items();
     void a_fresh_installation_shows_the_defaults();
     void the_controls_show_what_is_stored();
@@ -148,6 +149,22 @@ void BehaviorPaneTest::the_views_are_where_the_frames_say()
                          qPrintable(views.at(i)->objectName() + QLatin1Char(' ') + views.at(j)->objectName()));
         }
     }
+}
+
+void BehaviorPaneTest::the_views_are_mirrored_where_the_language_begins_at_the_right()
+{
+    PaneFixture f;
+    const QWidget &pane = f.load();
+    const QList<QWidget *> views = pane.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    QList<QRect> mirrored;
+    for (const QWidget *view : views)
+        mirrored.append(QStyle::visualRect(Qt::RightToLeft, pane.rect(), view->geometry()));
+    f.window->setLayoutDirection(Qt::RightToLeft);
+    for (int i = 0; i < views.size(); ++i) {
+        if (!views.at(i)->isHidden())
+            QCOMPARE(views.at(i)->geometry(), mirrored.at(i));
+    }
+    QVERIFY(labelWith(pane, kExclude)->alignment().testFlag(Qt::AlignRight));
 }
 
 void BehaviorPaneTest::the_controls_have_their_titles_and_items()

@@ -8,6 +8,9 @@
 #include <QPainter>
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
+
 class ControlsTest : public QObject {
     Q_OBJECT
 
@@ -17,17 +20,19 @@ private slots:
     void no_image_draws_nothing();
     void a_label_shows_its_text_as_it_is();
     void a_secondary_label_steps_back();
+    void a_secondary_label_can_be_read_on_light_and_on_dark_data();
+    void a_secondary_label_can_be_read_on_light_and_on_dark();
     void a_separator_is_one_point_high_in_the_separator_colour();
     void a_pop_up_shows_nothing_for_an_index_without_a_title();
     void the_wheel_changes_a_control_only_while_it_has_the_focus();
     void a_slider_maps_its_places_to_doubles();
     void a_slider_goes_to_its_nearer_end_for_a_value_outside();
+    void a_slider_reports_the_end_that_it_showed_for_a_value_outside();
     void a_slider_ignores_what_is_no_number();
     void a_slider_tells_a_screen_reader_its_value();
     void a_screen_reader_can_set_a_slider();
     void a_colour_well_shows_its_colour();
     void a_translucent_colour_is_shown_over_a_checker();
-    void a_slider_reports_the_end_that_it_showed_for_a_value_outside();
     void a_colour_set_from_outside_calls_nobody_back();
 };
 
@@ -50,6 +55,27 @@ QRect redPart(const QImage &image)
         }
     }
     return part;
+}
+
+double luminance(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+// The ratio that the accessibility guidelines for the web define, of a translucent text on an opaque background.
+double contrast(const QColor &text, const QColor &background)
+{
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
+    image.fill(background);
+    QPainter painter(&image);
+    painter.fillRect(image.rect(), text);
+    painter.end();
+    const double one = luminance(image.pixelColor(0, 0)) + 0.05;
+    const double other = luminance(background) + 0.05;
+    return std::max(one, other) / std::min(one, other);
 }
 
 struct WellFixture {
@@ -120,6 +146,34 @@ void ControlsTest::a_secondary_label_steps_back()
     QCOMPARE(color, secondaryLabelColor(window.palette()));
     QVERIFY(color.alpha() < 255);
     QCOMPARE(label->font().pixelSize(), 13);
+}
+
+void ControlsTest::a_secondary_label_can_be_read_on_light_and_on_dark_data()
+{
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("background");
+    QTest::newRow("light") << QColor(Qt::black) << QColor(239, 239, 239);
+    QTest::newRow("white") << QColor(Qt::black) << QColor(Qt::white);
+    QTest::newRow("dark") << QColor(Qt::white) << QColor(53, 53, 53);
+    QTest::newRow("black") << QColor(252, 252, 252) << QColor(27, 30, 32);
+}
+
+void ControlsTest::a_secondary_label_can_be_read_on_light_and_on_dark()
+{
+    QFETCH(const QColor, text);
+    QFETCH(const QColor, background);
+    QWidget window;
+    const QLabel *label = secondaryLabel(QStringLiteral("text"), &window);
+    // As a desktop sets it that cares for nothing more: its placeholders stay black.
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Window, background);
+    window.setPalette(palette);
+    const QColor color = label->palette().color(label->foregroundRole());
+    QCOMPARE(color, secondaryLabelColor(palette));
+    // 4.5 is what text of this size needs; the text itself keeps ahead of it.
+    QVERIFY2(contrast(color, background) > 4.5, qPrintable(QString::number(contrast(color, background))));
+    QVERIFY(contrast(color, background) < contrast(text, background) / 1.5);
 }
 
 void ControlsTest::a_separator_is_one_point_high_in_the_separator_colour()
@@ -194,6 +248,47 @@ void ControlsTest::a_slider_goes_to_its_nearer_end_for_a_value_outside()
     QCOMPARE(slider.doubleValue(), 0.0);
 }
 
+void ControlsTest::a_slider_reports_the_end_that_it_showed_for_a_value_outside()
+{
+    QWidget window;
+    DoubleSlider slider(48.0, 120.0, 720, &window);
+    slider.resize(300, 20);
+    window.resize(300, 20);
+    window.show();
+    int reports = 0;
+    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
+    const auto reported = [&reports] { return std::exchange(reports, 0); };
+    const auto putOutside = [&] {
+        slider.setDoubleValue(9000);
+        reported();
+    };
+    const QPoint knob(slider.width() - 5, slider.height() / 2);
+
+    putOutside();
+    QTest::keyClick(&slider, Qt::Key_End);
+    QCOMPARE(reported(), 1);
+    QTest::keyClick(&slider, Qt::Key_End);
+    QCOMPARE(reported(), 0);
+
+    putOutside();
+    QTest::mouseClick(&slider, Qt::LeftButton, {}, knob);
+    QCOMPARE(reported(), 1);
+    QTest::mouseClick(&slider, Qt::LeftButton, {}, knob);
+    QCOMPARE(reported(), 0);
+
+    putOutside();
+    QAccessible::queryAccessibleInterface(&slider)->valueInterface()->setCurrentValue(120.0);
+    QCOMPARE(reported(), 1);
+    QCOMPARE(slider.doubleValue(), 120.0);
+
+    // One step is one report, wherever it begins.
+    putOutside();
+    QTest::keyClick(&slider, Qt::Key_Left);
+    QCOMPARE(reported(), 1);
+    QTest::keyClick(&slider, Qt::Key_Left);
+    QCOMPARE(reported(), 1);
+}
+
 void ControlsTest::a_slider_ignores_what_is_no_number()
 {
     QWidget window;
@@ -248,47 +343,6 @@ void ControlsTest::a_translucent_colour_is_shown_over_a_checker()
     QSet<QRgb> colors;
     for (int x = image.width() / 2 - 8; x < image.width() / 2 + 8; ++x)
         colors.insert(image.pixel(x, image.height() / 2));
-void ControlsTest::a_slider_reports_the_end_that_it_showed_for_a_value_outside()
-{
-    QWidget window;
-    DoubleSlider slider(48.0, 120.0, 720, &window);
-    slider.resize(300, 20);
-    window.resize(300, 20);
-    window.show();
-    int reports = 0;
-    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
-    const auto reported = [&reports] { return std::exchange(reports, 0); };
-    const auto putOutside = [&] {
-        slider.setDoubleValue(9000);
-        reported();
-    };
-    const QPoint knob(slider.width() - 5, slider.height() / 2);
-
-    putOutside();
-    QTest::keyClick(&slider, Qt::Key_End);
-    QCOMPARE(reported(), 1);
-    QTest::keyClick(&slider, Qt::Key_End);
-    QCOMPARE(reported(), 0);
-
-    putOutside();
-    QTest::mouseClick(&slider, Qt::LeftButton, {}, knob);
-    QCOMPARE(reported(), 1);
-    QTest::mouseClick(&slider, Qt::LeftButton, {}, knob);
-    QCOMPARE(reported(), 0);
-
-    putOutside();
-    QAccessible::queryAccessibleInterface(&slider)->valueInterface()->setCurrentValue(120.0);
-    QCOMPARE(reported(), 1);
-    QCOMPARE(slider.doubleValue(), 120.0);
-
-    // One step is one report, wherever it begins.
-    putOutside();
-    QTest::keyClick(&slider, Qt::Key_Left);
-    QCOMPARE(reported(), 1);
-    QTest::keyClick(&slider, Qt::Key_Left);
-    QCOMPARE(reported(), 1);
-}
-
     QCOMPARE(colors, QSet<QRgb>({QColor(Qt::white).rgb(), QColor(Qt::lightGray).rgb()}));
 }
 

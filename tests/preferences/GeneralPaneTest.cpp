@@ -12,6 +12,7 @@ class GeneralPaneTest : public QObject {
 private slots:
     void the_controls_stand_in_order_with_their_titles();
     void the_stack_is_24_points_from_the_edges_with_10_points_between_views();
+    void every_view_begins_at_the_right_where_the_language_does();
     void a_fresh_installation_shows_the_defaults();
     void the_controls_show_what_is_stored();
     void a_toggle_is_stored_at_once_data();
@@ -105,6 +106,16 @@ void GeneralPaneTest::the_stack_is_24_points_from_the_edges_with_10_points_betwe
     }
     for (const QLabel *label : pane.findChildren<QLabel *>())
         QCOMPARE(label->font().pixelSize(), 13);
+}
+
+void GeneralPaneTest::every_view_begins_at_the_right_where_the_language_does()
+{
+    PaneFixture f;
+    const QWidget &pane = f.load();
+    f.window->setLayoutDirection(Qt::RightToLeft);
+    QCoreApplication::sendPostedEvents();
+    for (QWidget *view : stackedViews(pane))
+        QVERIFY2(view->geometry().right() + 1 == pane.width() - 24, qPrintable(describe(view)));
 }
 
 void GeneralPaneTest::a_fresh_installation_shows_the_defaults()

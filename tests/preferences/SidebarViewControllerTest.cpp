@@ -21,6 +21,7 @@ private slots:
     void without_a_callback_a_selection_is_harmless();
     void reloading_keeps_the_selection_and_calls_nobody_back();
     void a_row_is_38_points_high_with_its_symbol_and_title_in_their_frames();
+    void a_row_is_mirrored_where_the_language_begins_at_the_right();
     void the_row_that_the_keyboard_acts_on_is_marked();
     void the_symbols_are_in_the_secondary_colour_and_on_the_selection_in_its_own();
     void the_symbols_follow_the_palette();
@@ -49,7 +50,7 @@ struct Fixture {
 };
 
 // What the cell draws for row 1 without any selection, 180 points wide.
-QImage drawnRow(const Fixture &f, QStyle::State state)
+QImage drawnRow(const Fixture &f, QStyle::State state, Qt::LayoutDirection direction = Qt::LeftToRight)
 {
     QImage image(180, 38, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
@@ -57,6 +58,7 @@ QImage drawnRow(const Fixture &f, QStyle::State state)
     QStyleOptionViewItem option;
     option.initFrom(f.sidebar.tableView);
     option.state = state;
+    option.direction = direction;
     option.font = f.sidebar.tableView->font();
     option.fontMetrics = QFontMetrics(option.font);
     option.palette.setColor(QPalette::WindowText, Qt::black);
@@ -192,6 +194,16 @@ void SidebarViewControllerTest::a_row_is_38_points_high_with_its_symbol_and_titl
     QCOMPARE(f.sidebar.tableView->font().pixelSize(), 13);
 }
 
+void SidebarViewControllerTest::a_row_is_mirrored_where_the_language_begins_at_the_right()
+{
+    Fixture f;
+    const QImage image = drawnRow(f, QStyle::State_Enabled, Qt::RightToLeft);
+    QCOMPARE(inkBetween(image, 180 - 34, 180), QRect(180 - 10 - 18, 11, 18, 18));
+    const QRect title = inkBetween(image, 0, 180 - 34);
+    QVERIFY(QRect(180 - 34 - 120, 11, 120, 17).contains(title));
+    QVERIFY(title.right() > 180 - 34 - 4);
+}
+
 void SidebarViewControllerTest::the_row_that_the_keyboard_acts_on_is_marked()
 {
     Fixture f;
@@ -225,10 +237,10 @@ void SidebarViewControllerTest::the_symbols_follow_the_palette()
 {
     Fixture f;
     QPalette palette = f.sidebar.palette();
-    palette.setColor(QPalette::PlaceholderText, Qt::magenta);
+    palette.setColor(QPalette::WindowText, Qt::magenta);
     f.sidebar.setPalette(palette);
-    const QModelIndex index = f.sidebar.tableView->model()->index(2, 0);
-    QCOMPARE(index.data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::magenta));
+    QCOMPARE(f.virtualPlatform.appearance.symbolRequests.at(f.virtualPlatform.appearance.symbolRequests.size() - 2),
+             std::pair(QStringLiteral("info.circle"), secondaryLabelColor(palette)));
     QVERIFY(f.selected.isEmpty());
 }
 

@@ -17,13 +17,12 @@ std::optional<QUrl> QtOpenPanels::runModal(const OpenPanel &panel, QWidget *wind
     const QList<QUrl> usualPlaces = dialog->sidebarUrls();
     dialog->setSidebarUrls(usualPlaces + panel.folders);
     const bool accepted = dialog->exec() == QDialog::Accepted;
-    if (!dialog)
-        return {};
-    const QList<QUrl> chosen = dialog->selectedUrls();
-    // The dialog remembers its places for every program of this user, whom these would only puzzle elsewhere.
-    dialog->setSidebarUrls(usualPlaces);
+    const QList<QUrl> chosen = dialog && accepted ? dialog->selectedUrls() : QList<QUrl>();
+    // A dialog that goes leaves its places to every program of this user, whom these would only puzzle elsewhere.
+    if (dialog)
+        dialog->setSidebarUrls(usualPlaces);
+    else
+        QFileDialog().setSidebarUrls(usualPlaces);
     delete dialog;
-    if (!accepted || chosen.isEmpty())
-        return {};
-    return chosen.first();
+    return chosen.isEmpty() ? std::nullopt : std::optional(chosen.first());
 }

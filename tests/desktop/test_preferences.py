@@ -148,7 +148,7 @@ class PreferencesTest(DesktopTest):
         self.show_pane("About", "More from Orvane")
         self.app.click("More from Orvane")
         self.wait_for(visited.exists, "the browser opens")
-        self.wait_for(lambda: "ref=" in visited.read_text(), "it gets the maker's page")
+        self.wait_for(lambda: "ref=parklet" in visited.read_text(), "it gets the maker's page")
 
     def select_pane(self, title, landmark, role):
         """Selects a row of the sidebar as a screen reader does, and answers a widget of the pane."""
@@ -237,6 +237,40 @@ class PreferencesTest(DesktopTest):
         self.hand.click(*slider.center, button=5)
         self.wait_for(lambda: slider.frame.y < before, "the pane scrolls")
         stays(lambda: "shelfItemSize" not in self.app.read_settings(), "the wheel moved the slider", 0.5)
+
+    def test_settings_edited_by_hand_show_when_their_pane_is_built_again(self):
+        self.open_preferences(showDockIcon=False, dragMode=1)
+        self.show_pane("General", "Show Dock icon")
+        self.labelled("Drag mode", "combo box")
+        self.app.write_settings({"showDockIcon": True, "dragMode": 2, "shelfItemSize": 5000, "hidden": "kept",
+                                 "excludedBundleIDs": ["org.example.Gone"]})
+        self.assertFalse(self.app.find("Show Dock icon", "check box").has_state("checked"))
+        self.show_pane("Behavior", "org.example.Gone")
+        self.show_pane("General", "Show Dock icon")
+        self.assertTrue(self.app.find("Show Dock icon", "check box").has_state("checked"))
+        self.assertEqual(self.labelled("Drag mode", "combo box").name, "Create alias")
+        self.app.find("Remove items when dragged out", "check box").do("Toggle")
+        self.wait_for_setting("removeItemsWhenDraggedOut", False)
+        # What was edited beside is not lost by it.
+        self.assertEqual(self.app.read_settings(),
+                         {"showDockIcon": True, "dragMode": 2, "shelfItemSize": 5000, "hidden": "kept",
+                          "excludedBundleIDs": ["org.example.Gone"], "removeItemsWhenDraggedOut": False})
+        # The size that is out of range can be ended at the end that the slider shows for it.
+        self.show_pane("Appearance", "Shelf item size")
+        slider = self.app.find("Shelf item size", "slider")
+        self.assertEqual(slider.value, 120)
+        slider.value = 120
+        self.wait_for_setting("shelfItemSize", 120)
+
+    def test_a_list_of_5000_applications_scrolls_at_once(self):
+        self.open_preferences(excludedBundleIDs=[f"org.example.App{number}" for number in range(5000)])
+        # Nothing is looked for among the rows: a screen reader that asks for every one has all of them looked up.
+        self.show_pane("Behavior", "Automatically show the drop window")
+        self.hand.click(*self.app.find("The Parklet window in the following applications:", "list").center)
+        for key in ("End", "Tab", "Tab", "space"):
+            self.hand.key(key)
+        self.wait_for(lambda: len(self.app.read_settings()["excludedBundleIDs"]) == 4999, "the last one is removed")
+        self.assertEqual(self.app.read_settings()["excludedBundleIDs"][-1], "org.example.App4998")
 
     def test_a_settings_file_that_cannot_be_written_does_no_harm(self):
         self.open_preferences(dragMode="nonsense", shelfItemSize=9000)

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "preferences/ColorWell.h"
 
+#include "preferences/BasePane.h"
+#include "preferences/PreferencesWindowController.h"
+#include "tests/preferences/Fixture.h"
+
 #include <QTest>
 
 // The colour panel is a window of a fixed size, which needs a real desktop.
@@ -12,6 +16,7 @@ private slots:
     void the_colour_panel_opens_by_keyboard_with_the_shown_colour();
     void the_colour_panel_goes_with_its_window();
     void the_colour_panel_goes_with_its_well();
+    void the_colour_panel_goes_with_its_pane();
     void closing_the_panel_keeps_the_last_colour();
     void minimising_the_window_keeps_the_panel();
 };
@@ -81,6 +86,25 @@ void ColorPanelTest::the_colour_panel_goes_with_its_well()
     const QPointer<QColorDialog> panel = fixture->well.colorPanel();
     fixture.reset();
     QVERIFY(!panel);
+}
+
+void ColorPanelTest::the_colour_panel_goes_with_its_pane()
+{
+    Fixture f;
+    PreferencesWindowController controller(f.virtualPlatform.platform, f.settings, f.notifications);
+    controller.showWindow();
+    controller.showPane(PrefPane::appearance);
+    auto *well = controller.pane()->findChild<ColorWell *>();
+    well->click();
+    const QPointer<QColorDialog> panel = well->colorPanel();
+    QVERIFY(panel && panel->isVisible());
+    panel->setCurrentColor(QColor(1, 2, 3));
+    QCOMPARE(f.settings.tintColor(), QColor(1, 2, 3));
+    controller.showPane(PrefPane::general);
+    QVERIFY(!panel || !panel->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!panel);
+    QVERIFY(controller.isWindowVisible());
 }
 
 void ColorPanelTest::closing_the_panel_keeps_the_last_colour()

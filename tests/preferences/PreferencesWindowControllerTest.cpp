@@ -2,6 +2,7 @@
 #include "preferences/PreferencesWindowController.h"
 
 #include "preferences/AboutPane.h"
+#include "preferences/AppExclusionListView.h"
 #include "preferences/AppearancePane.h"
 #include "preferences/BehaviorPane.h"
 #include "preferences/GeneralPane.h"
@@ -34,9 +35,12 @@ private slots:
     void a_click_in_the_sidebar_shows_the_pane();
     void the_arrow_keys_in_the_sidebar_show_one_pane_after_the_other();
     void the_appearance_pane_is_announced_when_it_comes_and_when_it_goes();
+    void the_pane_and_its_row_are_there_when_it_is_announced();
     void panes_that_are_not_the_appearance_pane_announce_nothing();
     void closing_on_the_appearance_pane_announces_nothing_until_the_next_switch();
     void a_pane_reads_the_settings_when_it_is_shown();
+    void a_pane_that_goes_while_the_open_panel_is_up_adds_nothing();
+    void the_users_font_size_leaves_the_controls_as_they_are();
     void a_sidebar_that_outlives_the_controller_calls_nobody();
 };
 
@@ -319,6 +323,22 @@ void PreferencesWindowControllerTest::the_appearance_pane_is_announced_when_it_c
     QCOMPARE(f.announcements(), QStringLiteral("+-+"));
 }
 
+void PreferencesWindowControllerTest::the_pane_and_its_row_are_there_when_it_is_announced()
+{
+    WindowFixture f;
+    QStringList seen;
+    f.notifications.observe(Notifications::appearancePaneActive, &f.controller, [&](const QVariantMap &) {
+        seen.append(QStringLiteral("%1 %2 %3")
+                        .arg(f.selectedRow())
+                        .arg(QString::fromLatin1(f.controller.pane()->metaObject()->className()),
+                             QString::fromLatin1(f.splitter().widget(1)->metaObject()->className())));
+    });
+    f.controller.showPane(PrefPane::appearance);
+    f.controller.showPane(PrefPane::about);
+    QCOMPARE(seen,
+             QStringList({QStringLiteral("3 AppearancePane AppearancePane"), QStringLiteral("4 AboutPane AboutPane")}));
+}
+
 void PreferencesWindowControllerTest::panes_that_are_not_the_appearance_pane_announce_nothing()
 {
     WindowFixture f;
@@ -351,6 +371,51 @@ void PreferencesWindowControllerTest::a_pane_reads_the_settings_when_it_is_shown
     QVERIFY(isOn(SettingsKey::showMenuBarIcon));
     f.controller.showPane(PrefPane::general);
     QVERIFY(!isOn(SettingsKey::showMenuBarIcon));
+}
+
+void PreferencesWindowControllerTest::a_pane_that_goes_while_the_open_panel_is_up_adds_nothing()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.showPane(PrefPane::behavior);
+    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/x"));
+    f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.late"));
+    f.virtualPlatform.openPanels.choice = file;
+    f.virtualPlatform.openPanels.whileShown = [&f] {
+        f.controller.showPane(PrefPane::general);
+        runDeferredDeletes();
+    };
+    f.controller.pane()->findChild<AppExclusionListView *>()->addBtn->click();
+    QCoreApplication::processEvents();
+    QCOMPARE(f.virtualPlatform.openPanels.shown.size(), 1);
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
+    QVERIFY(qobject_cast<GeneralPane *>(f.controller.pane()));
+}
+
+void PreferencesWindowControllerTest::the_users_font_size_leaves_the_controls_as_they_are()
+{
+    const auto heights = [] {
+        WindowFixture f;
+        f.controller.showWindow();
+        QList<int> list;
+        for (const PrefPane pane : {PrefPane::general, PrefPane::behavior, PrefPane::appearance, PrefPane::about}) {
+            f.controller.showPane(pane);
+            for (const auto *control : f.controller.pane()->findChildren<QWidget *>()) {
+                if (qobject_cast<const QComboBox *>(control) || qobject_cast<const QAbstractButton *>(control))
+                    list.append(control->height());
+            }
+        }
+        return list;
+    };
+    const QFont before = QApplication::font();
+    const QList<int> usual = heights();
+    QFont large = before;
+    large.setPointSize(24);
+    QApplication::setFont(large);
+    const QList<int> withLarge = heights();
+    QApplication::setFont(before);
+    QVERIFY(usual.size() > 10);
+    QCOMPARE(withLarge, usual);
 }
 
 void PreferencesWindowControllerTest::a_sidebar_that_outlives_the_controller_calls_nobody()

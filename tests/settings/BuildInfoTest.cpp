@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QTest>
+#include <QUrlQuery>
 
 class BuildInfoTest : public QObject {
     Q_OBJECT
@@ -46,7 +47,7 @@ void BuildInfoTest::the_makers_page_is_a_web_address_that_names_this_application
     const QUrl url = BuildInfo::moreAppsURL();
     QVERIFY(url.isValid());
     QCOMPARE(url.scheme(), QStringLiteral("https"));
-    QVERIFY(url.query().contains(QLatin1String("ref=")));
+    QCOMPARE(QUrlQuery(url).queryItemValue(QStringLiteral("ref")), QStringLiteral("parklet"));
 }
 
 void BuildInfoTest::the_version_record_is_a_secure_web_address_of_a_json_file()

@@ -262,6 +262,21 @@ class PreferencesTest(DesktopTest):
         slider.value = 120
         self.wait_for_setting("shelfItemSize", 120)
 
+    def test_minimised_preferences_stay_where_they_are(self):
+        self.open_preferences()
+        box = self.select_pane("General", "Show Dock icon", "check box")
+        box.do("Toggle")
+        self.wait_for_setting("showDockIcon", True)
+        window = self.app.window("preferences")
+        self.wait_for(lambda: self.desktop.windows.active() == window.id, "a visible window is brought to the front")
+        self.desktop.windows.minimise(window)
+        self.wait_for(lambda: not self.app.window("preferences"), "the window is minimised")
+        box.do("Toggle")
+        self.wait_for_setting("showDockIcon", False)
+        stays(lambda: not self.app.window("preferences"), "the window came back by itself", 0.5)
+        self.app.choose("Preferences…")
+        self.wait_for(lambda: self.app.window("preferences"), "the window comes back when it is asked for")
+
     def test_a_list_of_5000_applications_scrolls_at_once(self):
         self.open_preferences(excludedBundleIDs=[f"org.example.App{number}" for number in range(5000)])
         # Nothing is looked for among the rows: a screen reader that asks for every one has all of them looked up.

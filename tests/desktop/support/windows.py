@@ -99,6 +99,10 @@ class Windows:
     def activate(self, window):
         self.ask(window, "_NET_ACTIVE_WINDOW", 2, X.CurrentTime, X.NONE)
 
+    def minimise(self, window):
+        iconic = 3
+        self.ask(window, "WM_CHANGE_STATE", iconic)
+
     def place(self, window, x, y, width, height):
         """Moves a window so that its contents, without borders, cover this frame."""
         static, all_four, from_pager = 10, 0xF << 8, 2 << 12

@@ -12,9 +12,10 @@
 // Makes small pictures of files, off the main thread.
 class ThumbnailGenerator {
 public:
-    // Called exactly once, on any thread: the picture, at most `size` x `scale` pixels with its aspect kept and its
-    // device pixel ratio 1, or nothing when none can be made. A picture smaller than that is not blown up. What is
-    // still open when the generator is destroyed is answered with nothing.
+    // Called on any thread: the picture, at most `size` x `scale` pixels with its aspect kept and its device pixel
+    // ratio 1, or nothing when none can be made. A picture smaller than that is not blown up. Called exactly once, but
+    // for a file that is still being written: then with what there is so far, and with the picture once it can be made.
+    // What is still open when the generator is destroyed is answered with nothing.
     using Completion = std::function<void(std::optional<QImage>)>;
 
     virtual ~ThumbnailGenerator() = default;

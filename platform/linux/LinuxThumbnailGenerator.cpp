@@ -11,7 +11,6 @@
 #include <QMimeDatabase>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <malloc.h>
 #include <sys/resource.h>
@@ -26,7 +25,10 @@ constexpr int kNiceness = 10;
 constexpr int kLastPriority = -1;
 // A file changed this lately may still be being written, and a second change may leave its date as it is.
 constexpr double kSettlingTime = 1.0;
-constexpr std::array<double, 5> kRetryDelays = {0.25, 0.5, 1.0, 2.0, 4.0};
+// One that cannot be read is waited for when it was changed within that time: its writer may be taking a rest.
+constexpr double kWritingTime = 60.0;
+// Of a file that is closed again and again and never whole.
+constexpr int kMostRetries = 100;
 // Smaller pictures are decoded again about as fast as their entry in the cache is read.
 constexpr qint64 kPixelsWorthKeeping = 262'144;
 constexpr qint64 kLargestSvg = 10'000'000;
@@ -54,7 +56,7 @@ bool isNamedLikeAnImage(const QString &name)
 } // namespace
 
 // One request, or several that ask for the same. It is answered with nothing when it is let go unanswered, wherever
-// that is.
+// that is. Once answered it may be answered with a better picture, and no more with nothing.
 struct LinuxThumbnailGenerator::Job {
     Job() = default;
     Job(const Job &) = delete;
@@ -63,7 +65,9 @@ struct LinuxThumbnailGenerator::Job {
 
     void answer(const std::optional<QImage> &image)
     {
-        for (const Completion &completion : std::exchange(completions, {}))
+        if (std::exchange(isAnswered, true) && !image)
+            return;
+        for (const Completion &completion : completions)
             completion(image);
     }
 
@@ -71,9 +75,9 @@ struct LinuxThumbnailGenerator::Job {
     QString name;
     QSize bound; // pixels
     std::vector<Completion> completions;
-    size_t retries = 0;
-    std::optional<FileState> tried; // the state that was last decoded in vain
-    QImage partial;                 // what came of it
+    bool isAnswered = false;
+    int retries = 0;
+    bool waits = false; // for its file's writer; main thread only
 };
 
 LinuxThumbnailGenerator::LinuxThumbnailGenerator(MainQueue &queue, const QByteArray &cacheFolder)
@@ -161,34 +165,27 @@ void LinuxThumbnailGenerator::work(const JobPointer &job)
     const auto header = readImageHeader(*file);
     if (header && canDecode(header->format))
         makeOfImage(job, *file, *header);
-    else if (header || !isNamedLikeAnImage(job->name) || !retryLater(job, *file))
+    else if (header || !isNamedLikeAnImage(job->name) || !awaitWriter(job, *file))
         makeOfOther(job, *file);
 }
 
 void LinuxThumbnailGenerator::makeOfImage(const JobPointer &job, const RegularFile &file, const ImageHeader &header)
 {
-    if (job->tried != file.state()) {
-        if (isSettled(file.state()) && cache.hasFailure(job->path, file.state()))
-            return;
-        const auto sizeClass = ThumbnailCache::sizeClassFor(job->bound);
-        const bool worthKeeping =
-            sizeClass && qint64(header.size.width()) * header.size.height() >= kPixelsWorthKeeping;
-        const QSize bound = worthKeeping ? QSize(sizeClass->pixels, sizeClass->pixels) : job->bound;
-        const Decoding decoding = decodeImage(file, header, bound, [this] { return stopping.load(); });
-        if (decoding.outcome == Decoding::Outcome::Complete) {
-            answer(job, decoding.image, file, worthKeeping);
-            return;
-        }
-        if (decoding.outcome == Decoding::Outcome::GivenUp)
-            return;
-        job->tried = file.state();
-        job->partial = decoding.image;
-    }
-    if (retryLater(job, file))
+    if (isSettled(file.state()) && cache.hasFailure(job->path, file.state()))
         return;
-    if (!job->partial.isNull())
-        answer(job, job->partial, file, false);
-    else
+    const auto sizeClass = ThumbnailCache::sizeClassFor(job->bound);
+    const bool worthKeeping = sizeClass && qint64(header.size.width()) * header.size.height() >= kPixelsWorthKeeping;
+    const QSize bound = worthKeeping ? QSize(sizeClass->pixels, sizeClass->pixels) : job->bound;
+    const Decoding decoding = decodeImage(file, header, bound, [this] { return stopping.load(); });
+    if (decoding.outcome == Decoding::Outcome::Complete) {
+        answer(job, decoding.image, file, worthKeeping);
+        return;
+    }
+    if (decoding.outcome == Decoding::Outcome::GivenUp)
+        return;
+    if (!decoding.image.isNull())
+        answer(job, decoding.image, file, false);
+    if (!awaitWriter(job, file) && decoding.image.isNull())
         cache.storeFailure(job->path, file.state());
 }
 
@@ -212,7 +209,7 @@ void LinuxThumbnailGenerator::makeOfOther(const JobPointer &job, const RegularFi
     if (const auto image = renderSvg(file.read(0, file.state().size), bound))
         answer(job, *image, file, worthKeeping);
     else
-        retryLater(job, file);
+        awaitWriter(job, file);
 }
 
 void LinuxThumbnailGenerator::askDesktop(const JobPointer &job, const QStringList &mimeTypes)
@@ -256,27 +253,39 @@ void LinuxThumbnailGenerator::answer(const JobPointer &job, const QImage &image,
         kLastPriority);
 }
 
-bool LinuxThumbnailGenerator::retryLater(const JobPointer &job, const RegularFile &file)
+bool LinuxThumbnailGenerator::awaitWriter(const JobPointer &job, const RegularFile &file)
 {
-    if (job->retries >= kRetryDelays.size() || (isSettled(file.currentState()) && file.currentState() == file.state()))
+    const FileState state = file.state();
+    if (job->retries >= kMostRetries || (age(state) >= kWritingTime && file.currentState() == state))
         return false;
-    mainQueue.async([this, job, stillThere = std::weak_ptr<bool>(alive)] {
+    ++job->retries;
+    job->answer({}); // so that there is something to see meanwhile
+    mainQueue.async([this, job, state, stillThere = std::weak_ptr<bool>(alive)] {
         if (stillThere.expired())
             return;
-        const quint64 id = ++lastWaiting;
-        waiting.insert(id, job);
-        mainQueue.after(kRetryDelays.at(job->retries++), [this, id, stillThere] {
-            if (stillThere.expired())
-                return;
-            run([this, waited = waiting.take(id)] { work(waited); });
-        });
+        job->waits = writes.await(job->path, [this, job] { resume(job); });
+        // It may have been finished before the watch began.
+        if (const auto now = RegularFile::open(job->path); now && now->state() != state)
+            resume(job);
     });
     return true;
 }
 
+void LinuxThumbnailGenerator::resume(const JobPointer &job)
+{
+    if (std::exchange(job->waits, false))
+        run([this, job] { work(job); });
+}
+
 bool LinuxThumbnailGenerator::isSettled(const FileState &state) const
+{
+    return age(state) >= kSettlingTime;
+}
+
+// Seconds from its last change, or to it where the clocks differ.
+double LinuxThumbnailGenerator::age(const FileState &state) const
 {
     constexpr double kMillisecondsPerSecond = 1000.0;
     const double now = double(mainQueue.currentDate().toMSecsSinceEpoch()) / kMillisecondsPerSecond;
-    return std::abs(now - state.modified()) >= kSettlingTime;
+    return std::abs(now - state.modified());
 }

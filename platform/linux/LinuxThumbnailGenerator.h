@@ -4,6 +4,7 @@
 #include "platform/MainQueue.h"
 #include "platform/ThumbnailGenerator.h"
 #include "platform/linux/ThumbnailCache.h"
+#include "platform/linux/WriteWatch.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -20,8 +21,8 @@ class RegularFile;
 struct ImageHeader;
 
 // Thumbnails from the desktop's shared cache, else decoded by this program's own threads, else made by the desktop's
-// thumbnailer service. The oldest request is served first. A file that was still being written when the generator was
-// destroyed may be answered only when the main queue next turns.
+// thumbnailer service. The oldest request is served first. A file that is still being written is tried again when its
+// writer closes it.
 class LinuxThumbnailGenerator : public ThumbnailGenerator {
 public:
     LinuxThumbnailGenerator(MainQueue &mainQueue, const QByteArray &cacheFolder);
@@ -40,8 +41,10 @@ private:
     void makeOfOther(const JobPointer &job, const RegularFile &file);
     void askDesktop(const JobPointer &job, const QStringList &mimeTypes);
     void answer(const JobPointer &job, const QImage &image, const RegularFile &file, bool worthKeeping);
-    bool retryLater(const JobPointer &job, const RegularFile &file);
+    bool awaitWriter(const JobPointer &job, const RegularFile &file);
+    void resume(const JobPointer &job);
     bool isSettled(const FileState &state) const;
+    double age(const FileState &state) const;
 
     MainQueue &mainQueue;
     ThumbnailCache cache;
@@ -54,8 +57,6 @@ private:
     QThread desktopThread;
     std::once_flag desktopStarted;
     DesktopThumbnailer *desktop = nullptr; // lives on desktopThread, which deletes it; null until first needed
-    // Files that are being written, until they are tried again. Main thread only.
-    QHash<quint64, JobPointer> waiting;
-    quint64 lastWaiting = 0;
+    WriteWatch writes;
     std::shared_ptr<bool> alive = std::make_shared<bool>(true); // what reaches the main thread late looks at it
 };

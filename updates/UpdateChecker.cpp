@@ -18,11 +18,13 @@ constexpr qint64 kLargestBody = 1 << 20; // bytes; a version record has a few hu
 constexpr int kMostRedirects = 20;
 constexpr double kMillisecondsPerSecond = 1000.0;
 
-// Whether the reply arrived whole. A status such as 404 or 500 is an error to Qt, but its body is there all the same.
+// Whether the reply arrived whole. A status such as 404, 407 or 500 is an error to Qt, but its body is there all the
+// same.
 bool isComplete(const QNetworkReply &reply)
 {
     switch (reply.error()) {
     case QNetworkReply::NoError:
+    case QNetworkReply::ProxyAuthenticationRequiredError:
     case QNetworkReply::ContentAccessDenied:
     case QNetworkReply::ContentOperationNotPermittedError:
     case QNetworkReply::ContentNotFoundError:
@@ -41,6 +43,13 @@ bool isComplete(const QNetworkReply &reply)
     }
 }
 
+// Whether a reply from one address may send us to the other: to another web server, and to none that is less safe.
+bool mayRedirect(const QUrl &from, const QUrl &to)
+{
+    const bool isSafe = to.scheme() == QLatin1String("https");
+    return to.isValid() && (isSafe || (to.scheme() == QLatin1String("http") && from.scheme() == to.scheme()));
+}
+
 } // namespace
 
 UpdateChecker::UpdateChecker(Platform &services, const QUrl &url, const QString &version, QObject *parent)
@@ -57,9 +66,15 @@ void UpdateChecker::check(bool silent)
 {
     if (!network)
         network = new QNetworkAccessManager(this);
-    QNetworkRequest request(versionURL);
+    fetch(versionURL, kMostRedirects, silent);
+}
+
+void UpdateChecker::fetch(const QUrl &url, int redirects, bool silent)
+{
+    QNetworkRequest request(url);
     request.setTransferTimeout(static_cast<int>(std::lround(timeout * kMillisecondsPerSecond)));
-    request.setMaximumRedirectsAllowed(kMostRedirects);
+    // Qt's own way drops the body of a redirect that leads nowhere, which may hold the record.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     QNetworkReply *reply = network->get(request);
     // More than that is not even received.
     reply->setReadBufferSize(kLargestBody + 1);
@@ -67,10 +82,19 @@ void UpdateChecker::check(bool silent)
         if (reply->bytesAvailable() > kLargestBody)
             reply->abort();
     });
-    connect(reply, &QNetworkReply::finished, this, [this, reply, silent] {
+    connect(reply, &QNetworkReply::finished, this, [this, reply, redirects, silent] {
         reply->deleteLater();
-        if (isComplete(*reply))
+        if (!isComplete(*reply))
+            return;
+        const QVariant target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute);
+        // Qt names a target whenever the status asks for one.
+        if (!target.isValid() || reply->rawHeader("Location").isEmpty()) {
             received(reply->readAll(), silent);
+            return;
+        }
+        const QUrl next = reply->url().resolved(target.toUrl());
+        if (redirects > 0 && mayRedirect(reply->url(), next))
+            fetch(next, redirects - 1, silent);
     });
 }
 

@@ -27,6 +27,7 @@ public:
     double timeout = 5.0;
 
 private:
+    void fetch(const QUrl &url, int redirects, bool silent);
     void received(const QByteArray &body, bool silent);
     void tell(const VersionRecord &record, bool silent);
 

@@ -23,7 +23,8 @@ QSet<QByteArray> screenshotNames(const QByteArray &folder)
     const std::unique_ptr<DIR, int (*)(DIR *)> directory(opendir(folder.constData()), closedir);
     if (!directory)
         return {};
-    QSet<QByteArray> names;
+    // Collected first: a set that grows name by name is made anew again and again.
+    QList<QByteArray> names;
     while (true) {
         errno = 0;
         const dirent *entry = readdir(directory.get());
@@ -31,9 +32,9 @@ QSet<QByteArray> screenshotNames(const QByteArray &folder)
             break;
         // Most files of a crowded Desktop are no screenshots: look at the name before making anything of it.
         if (isScreenshotName(entry->d_name))
-            names.insert(QByteArray(entry->d_name));
+            names.append(QByteArray(entry->d_name));
     }
-    return errno == 0 ? names : QSet<QByteArray>();
+    return errno == 0 ? QSet<QByteArray>(names.cbegin(), names.cend()) : QSet<QByteArray>();
 }
 
 QList<QByteArray> newNames(const QSet<QByteArray> &current, const QSet<QByteArray> &known)

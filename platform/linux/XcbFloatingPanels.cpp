@@ -6,6 +6,13 @@
 #include <algorithm>
 #include <utility>
 
+namespace {
+
+// How long a change of the stack waits for the end of a drag before it looks again, in milliseconds.
+constexpr int kButtonInterval = 100;
+
+} // namespace
+
 XcbFloatingPanels::XcbFloatingPanels(std::shared_ptr<XcbConnection> connection)
     : xcb(std::move(connection))
 {
@@ -105,9 +112,13 @@ void XcbFloatingPanels::setBlends(bool canBlend)
 
 void XcbFloatingPanels::reorder()
 {
-    // Never under the pointer of a drag: its source would lose the panel that it hovers over.
-    if (!anyVisible() || isButtonPressed())
+    if (!anyVisible())
         return;
+    // Never under the pointer of a drag: its source would lose the panel that it hovers over.
+    if (isButtonPressed()) {
+        reorderSoon.start(kButtonInterval);
+        return;
+    }
     const bool overrides = isActiveWindowFullScreen();
     for (const auto &panel : panels)
         panel->setOverridesManager(overrides);

@@ -99,6 +99,44 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(desktop(), std::vector<quint32>{0xffffffff}, kPatience);
     }
 
+    void a_panel_has_no_decorations()
+    {
+        showPanel();
+        const auto extents = [this] {
+            return xcb->values(window(), xcb->atom("_NET_FRAME_EXTENTS"), XCB_ATOM_CARDINAL);
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(extents(), std::vector<quint32>(4, 0), kPatience);
+        const xcb_atom_t motif = xcb->atom("_MOTIF_WM_HINTS");
+        const std::vector<quint32> hints = xcb->values(window(), motif, motif);
+        QVERIFY(hints.size() >= 3);
+        QVERIFY(hints[0] & 2); // the decorations are told
+        QCOMPARE(hints[2], 0u);
+    }
+
+    void the_opacity_is_told_to_the_compositor()
+    {
+        showPanel();
+        panels->setAlpha(*panel, 0.5);
+        QTRY_VERIFY_WITH_TIMEOUT(std::abs(opacity() - 0.5) < 0.001, kPatience);
+        panels->setAlpha(*panel, 1.0);
+        QTRY_VERIFY_WITH_TIMEOUT(opacity() > 0.999, kPatience);
+    }
+
+    void a_panel_that_is_to_fade_in_comes_up_transparent()
+    {
+        panels->setAlpha(*panel, 0);
+        panels->orderFront(*panel);
+        QVERIFY(QTest::qWaitForWindowExposed(panel.get()));
+        QCOMPARE(opacity(), 0.0);
+        // And when it is shown again.
+        panels->orderOut(*panel);
+        panels->setAlpha(*panel, 1.0);
+        panels->setAlpha(*panel, 0);
+        panels->orderFront(*panel);
+        QVERIFY(QTest::qWaitForWindowExposed(panel.get()));
+        QCOMPARE(opacity(), 0.0);
+    }
+
     void the_state_is_there_again_after_hiding()
     {
         showPanel();
@@ -360,6 +398,13 @@ private:
                        xcb_get_property(xcb->get(), 0, window(), xcb->atom(property), XCB_ATOM_STRING, 0, 100));
         return {static_cast<const char *>(xcb_get_property_value(reply.get())),
                 xcb_get_property_value_length(reply.get())};
+    }
+
+    // What the compositor is told, from 0 to 1; 1 as well when it is told nothing.
+    double opacity()
+    {
+        const auto values = xcb->values(window(), xcb->atom("_NET_WM_WINDOW_OPACITY"), XCB_ATOM_CARDINAL);
+        return values.empty() ? 1.0 : values.front() / double{0xffffffff};
     }
 
     QRect geometry()

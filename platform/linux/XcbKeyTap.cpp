@@ -50,6 +50,40 @@ std::vector<xcb_keycode_t> keyCodesOf(xkb_keymap *keymap, xkb_keysym_t symbol, x
     return codes;
 }
 
+bool isLevelLock(xkb_keysym_t symbol)
+{
+    return symbol == XKB_KEY_ISO_Level3_Lock || symbol == XKB_KEY_ISO_Level5_Lock;
+}
+
+// The modifier bits that stay set after the key was pressed at that level.
+quint16 lockedBits(xkb_keymap *keymap, xkb_keycode_t code, xkb_layout_index_t group, xkb_level_index_t level)
+{
+    xkb_mod_mask_t held = 0;
+    const std::unique_ptr<xkb_state, XkbUnref> state(xkb_state_new(keymap));
+    if (!state || xkb_keymap_key_get_mods_for_level(keymap, code, group, level, &held, 1) == 0)
+        return 0;
+    xkb_state_update_mask(state.get(), held, 0, 0, 0, 0, group);
+    xkb_state_update_key(state.get(), code, XKB_KEY_DOWN);
+    return static_cast<quint16>(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED) & kRealModifiers);
+}
+
+// The modifier bits of the locks of shift levels, whose keys need not be among those of a modifier.
+quint16 levelLockBits(xkb_keymap *keymap)
+{
+    quint16 bits = 0;
+    const xkb_keysym_t *symbols = nullptr;
+    for (xkb_keycode_t code = xkb_keymap_min_keycode(keymap); code <= xkb_keymap_max_keycode(keymap); ++code) {
+        for (xkb_layout_index_t group = 0; group < xkb_keymap_num_layouts_for_key(keymap, code); ++group) {
+            for (xkb_level_index_t level = 0; level < xkb_keymap_num_levels_for_key(keymap, code, group); ++level) {
+                if (xkb_keymap_key_get_syms_by_level(keymap, code, group, level, &symbols) > 0 &&
+                    isLevelLock(symbols[0]))
+                    bits = static_cast<quint16>(bits | lockedBits(keymap, code, group, level));
+            }
+        }
+    }
+    return bits;
+}
+
 } // namespace
 
 XcbKeyTap::XcbKeyTap(std::shared_ptr<XcbConnection> connection)
@@ -196,11 +230,11 @@ std::vector<xcb_keycode_t> keyCodesOfA(xkb_keymap *keymap, xkb_layout_index_t gr
 
 quint16 lockModifiers(xkb_keymap *keymap, const std::vector<std::vector<xcb_keycode_t>> &modifierKeys)
 {
-    quint16 bits = XCB_MOD_MASK_LOCK;
+    auto bits = static_cast<quint16>(XCB_MOD_MASK_LOCK | levelLockBits(keymap));
     for (std::size_t modifier = 0; modifier < modifierKeys.size(); ++modifier) {
         for (const xcb_keycode_t code : modifierKeys[modifier]) {
             const xkb_keysym_t symbol = code == 0 ? XKB_KEY_NoSymbol : plainSymbol(keymap, code, 0);
-            if (symbol == XKB_KEY_Num_Lock || symbol == XKB_KEY_Scroll_Lock)
+            if (symbol == XKB_KEY_Num_Lock || symbol == XKB_KEY_Scroll_Lock || symbol == XKB_KEY_Kana_Lock)
                 bits = static_cast<quint16>(bits | 1u << modifier);
         }
     }

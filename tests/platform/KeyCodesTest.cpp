@@ -11,6 +11,7 @@ constexpr xcb_keycode_t kQwertyA = 38;
 constexpr xcb_keycode_t kAzertyA = 24;
 constexpr xcb_keycode_t kNumLock = 77;
 constexpr xcb_keycode_t kScrollLock = 78;
+constexpr xcb_keycode_t kRightAlt = 108;
 
 class KeyCodesTest : public QObject {
     Q_OBJECT
@@ -53,6 +54,39 @@ private slots:
         keys[7] = {kScrollLock};
         QCOMPARE(lockModifiers(keymap, keys), quint16{XCB_MOD_MASK_LOCK | XCB_MOD_MASK_3 | XCB_MOD_MASK_5});
         xkb_keymap_unref(keymap);
+    }
+
+    void the_locks_of_shift_levels_are_looked_up_data()
+    {
+        QTest::addColumn<QByteArray>("layout");
+        QTest::addColumn<uint>("bits");
+        QTest::newRow("none, though keys shift levels") << QByteArray("de") << uint{XCB_MOD_MASK_LOCK};
+        QTest::newRow("the third level") << QByteArray("ie(ogam_is434)") << uint{XCB_MOD_MASK_LOCK | XCB_MOD_MASK_5};
+        QTest::newRow("the fifth level") << QByteArray("de(neo)") << uint{XCB_MOD_MASK_LOCK | XCB_MOD_MASK_3};
+        QTest::newRow("in the second layout")
+            << QByteArray("us,ie(ogam_is434)") << uint{XCB_MOD_MASK_LOCK | XCB_MOD_MASK_5};
+    }
+
+    void the_locks_of_shift_levels_are_looked_up()
+    {
+        QFETCH(QByteArray, layout);
+        QFETCH(uint, bits);
+        xkb_keymap *keymap = compile(layout);
+        QVERIFY(keymap);
+        const quint16 found = lockModifiers(keymap, std::vector<std::vector<xcb_keycode_t>>(8));
+        xkb_keymap_unref(keymap);
+        QCOMPARE(uint{found}, bits);
+    }
+
+    void the_kana_lock_key_is_a_lock_key()
+    {
+        xkb_keymap *keymap = compile("sun_vndr/jp");
+        QVERIFY(keymap);
+        std::vector<std::vector<xcb_keycode_t>> keys(8);
+        keys[5] = {kRightAlt};
+        const quint16 found = lockModifiers(keymap, keys);
+        xkb_keymap_unref(keymap);
+        QCOMPARE(found, quint16{XCB_MOD_MASK_LOCK | XCB_MOD_MASK_3});
     }
 
 private:

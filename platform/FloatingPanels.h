@@ -13,7 +13,7 @@ struct PanelStyle {
 
 // Windows that float above all others on every desktop, over full-screen windows too, are in no task list, and never
 // make their program the active one, not even when clicked. Where that is the same as having the focus, they never
-// have it.
+// have it. Where shadows, and animations of windows that come and go, are the compositor's business, so are theirs.
 class FloatingPanels {
 public:
     virtual ~FloatingPanels() = default;

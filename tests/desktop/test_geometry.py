@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The shelf's place and size on a real screen, measured from outside."""
 from support.case import DesktopTest
+from support.waiting import stays
 from support.windows import Frame
 
 
@@ -35,6 +36,16 @@ class GeometryTest(DesktopTest):
         self.parklet().hold(*self.files(12))
         frame = self.wait_for(self.app.frame, "the shelf is on screen")
         self.assertEqual((frame.x, frame.width, frame.height), (1160, 116, 800 - 8))
+
+    def test_dragging_its_background_moves_nothing(self):
+        app = self.parklet()
+        app.show()
+        frame = app.frame()
+        # Beside the label, and between two buttons.
+        for x, y in ((frame.x + 12, frame.y + frame.height - 20), (frame.x + 38, frame.y + 20)):
+            self.hand.drag((x, y), (x - 300, y - 60), linger=0)
+            stays(lambda: app.frame() == frame, "the shelf moved", 0.5)
+        self.assertEqual(app.names(), [])
 
 
 class HighScreenTest(DesktopTest):

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "shelf/ShelfPanel.h"
-#include "settings/AppSettings.h"
-#include "settings/Notifications.h"
 #include "shelf/DropViews.h"
 #include "shelf/ShelfGeometry.h"
 #include "shelf/ShelfItemView.h"
-#include "shelf/ShelfStackView.h"
+#include "shelf/ShelfScroller.h"
 #include "shelf/ShelfViews.h"
 #include "shelf/TileViews.h"
-#include "tests/support/VirtualPlatform.h"
+#include "tests/shelf/PanelFixture.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -16,9 +13,11 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <array>
+#include <cmath>
 #include <limits>
 
-// The panel as a window: its place, its views, how it shows and hides, its tint, timers and key tap.
+// The panel as a window: its place, its views, its tint and its key tap.
 class ShelfPanelTest : public QObject {
     Q_OBJECT
 
@@ -29,6 +28,8 @@ private slots:
     void the_gear_asks_for_the_preferences();
     void the_views_lie_above_each_other_in_their_order();
     void the_drop_label_stands_ten_points_below_the_middle();
+    void the_background_and_the_tint_have_corners_of_14_points();
+    void the_scroll_view_draws_no_background();
     // Frame
     void an_empty_shelf_stands_at_the_right_edge();
     void three_items_make_it_380_high();
@@ -39,34 +40,20 @@ private slots:
     void the_header_turns_with_the_edge();
     void tiles_stand_six_points_apart_and_centred();
     void an_eleventh_tile_scrolls();
-    // Show and hide
-    void showing_fades_in_over_0_22_seconds();
-    void showing_again_fades_in_again();
-    void hiding_fades_out_over_0_18_seconds_and_restores_the_opacity();
-    void hiding_a_hidden_panel_does_nothing();
-    void showing_during_the_fade_out_keeps_the_panel();
-    void without_animation_it_shows_and_hides_at_once();
-    void disabled_animations_show_and_hide_at_once_and_arm_no_timer();
+    void the_scroller_over_the_tiles_shows_from_the_eleventh_on();
+    void the_scroller_and_the_tiles_move_each_other();
     // Settings
     void a_new_item_size_changes_heights_and_thumbnails_but_not_widths();
     void hiding_names_changes_heights_and_no_thumbnail();
     void a_settings_change_tints_and_refreshes_tiles();
     void the_tint_follows_its_intensity_data();
     void the_tint_follows_its_intensity();
+    void the_tint_is_of_the_chosen_colour();
     void a_tint_that_is_switched_off_keeps_its_colour();
+    void a_settings_change_after_the_panel_has_gone_is_no_matter();
     void names_follow_the_settings_both_ways_they_are_announced();
     void an_absurd_item_size_is_survived();
     void a_row_scrolls_sideways_and_by_the_wheel();
-    void the_panel_is_transparent_before_it_comes_to_the_front();
-    // Empty shelf
-    void what_arrives_while_an_empty_shelf_fades_out_brings_it_back();
-    void no_timeout_arms_no_timer();
-    void a_timeout_hides_a_shelf_that_is_then_empty();
-    void a_timeout_leaves_a_shelf_that_holds_items();
-    void adding_an_item_arms_the_timeout_again();
-    void an_emptied_shelf_hides_after_1_5_seconds_whatever_the_timeout();
-    void arming_a_timer_ends_the_previous_one();
-    void hiding_ends_the_timer();
     // Command-A
     void the_tap_is_there_while_something_is_selected();
     void command_a_selects_all_later_and_is_swallowed();
@@ -78,34 +65,42 @@ private slots:
 
 namespace {
 
-QUrl file(int number)
+QImage drawn(QWidget &view)
 {
-    return QUrl::fromLocalFile(QStringLiteral("/files/%1.png").arg(number));
+    QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    view.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+    return image;
 }
 
-struct Fixture {
-    Fixture() { panel = std::make_unique<ShelfPanel>(virtualPlatform.platform, settings, notifications); }
-
-    void add(int count)
-    {
-        for (int i = 0; i < count; ++i)
-            panel->addItem(file(static_cast<int>(panel->items.size())));
+// The area that a picture of `full` opacity leaves free in each of its corners.
+QList<double> cornerAreas(const QImage &image, double full)
+{
+    constexpr int kReach = 20;
+    QList<double> areas(4, 0.0);
+    for (int y = 0; y < kReach; ++y) {
+        for (int x = 0; x < kReach; ++x) {
+            const int right = image.width() - 1 - x;
+            const int bottom = image.height() - 1 - y;
+            const std::array corners = {QPoint(x, y), QPoint(right, y), QPoint(x, bottom), QPoint(right, bottom)};
+            for (qsizetype i = 0; i < areas.size(); ++i)
+                areas[i] += 1 - std::min(1.0, image.pixelColor(corners[static_cast<std::size_t>(i)]).alphaF() / full);
+        }
     }
-    void set(const QString &key, const QVariant &value) { virtualPlatform.userDefaults.values.insert(key, value); }
-    void advance(double seconds) { virtualPlatform.mainQueue.advance(seconds); }
-    ShelfItemView *tile(qsizetype index) const { return panel->stackView->arrangedSubviews().at(index); }
+    return areas;
+}
 
-    VirtualPlatform virtualPlatform;
-    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
-    NotificationCenter notifications;
-    std::unique_ptr<ShelfPanel> panel;
-};
+// The scroller that is seen beside a column of tiles.
+ShelfScroller *columnScroller(const ShelfPanel &panel)
+{
+    return panel.scrollView->findChild<ShelfScroller *>(QString(), Qt::FindDirectChildrenOnly);
+}
 
 } // namespace
 
 void ShelfPanelTest::a_new_panel_is_a_hidden_floating_panel()
 {
-    Fixture f;
+    PanelFixture f;
     QVERIFY(!f.panel->isVisible());
     QCOMPARE(f.virtualPlatform.floatingPanels.panels.value(QStringLiteral("shelf")).data(),
              static_cast<QWidget *>(f.panel.get()));
@@ -122,7 +117,7 @@ void ShelfPanelTest::a_new_panel_is_a_hidden_floating_panel()
 
 void ShelfPanelTest::the_header_holds_three_buttons_with_their_labels()
 {
-    Fixture f;
+    PanelFixture f;
     QCOMPARE(f.panel->gearBtn->toolTip(), QStringLiteral("Preferences"));
     QCOMPARE(f.panel->selectAllBtn->toolTip(), QStringLiteral("Select all"));
     QCOMPARE(f.panel->trashBtn->toolTip(), QStringLiteral("Clear all"));
@@ -144,7 +139,7 @@ void ShelfPanelTest::the_header_holds_three_buttons_with_their_labels()
 
 void ShelfPanelTest::the_gear_asks_for_the_preferences()
 {
-    Fixture f;
+    PanelFixture f;
     int asked = 0;
     QObject observer;
     f.notifications.observe(Notifications::openPreferences, &observer, [&](const QVariantMap &userInfo) {
@@ -157,7 +152,7 @@ void ShelfPanelTest::the_gear_asks_for_the_preferences()
 
 void ShelfPanelTest::the_views_lie_above_each_other_in_their_order()
 {
-    Fixture f;
+    PanelFixture f;
     QList<QObject *> views;
     for (QObject *child : f.panel->container->children()) {
         if (child->isWidgetType())
@@ -172,16 +167,43 @@ void ShelfPanelTest::the_views_lie_above_each_other_in_their_order()
 
 void ShelfPanelTest::the_drop_label_stands_ten_points_below_the_middle()
 {
-    Fixture f;
+    PanelFixture f;
     f.panel->show(false);
     const QRect label = f.panel->dropLabel->geometry();
     QVERIFY(std::abs(label.center().y() - (164 / 2 + 10)) <= 1);
     QVERIFY(std::abs(label.center().x() - 116 / 2) <= 1);
 }
 
+void ShelfPanelTest::the_background_and_the_tint_have_corners_of_14_points()
+{
+    PanelFixture f;
+    f.set(SettingsKey::tintIntensity, 1.0);
+    f.notifications.post(Notifications::settingsChanged);
+    f.panel->show(false);
+    const double expected = (1 - M_PI / 4) * 14 * 14;
+    const double tolerance = 2; // how an edge is smoothed; one point of radius makes five
+    QList<double> areas = cornerAreas(drawn(*f.panel->tintOverlay), 0.6) + cornerAreas(drawn(*f.panel->visualFX), 0.84);
+    QCOMPARE(areas.size(), 8);
+    for (const double area : areas)
+        QVERIFY2(std::abs(area - expected) < tolerance, QByteArray::number(area - expected));
+}
+
+void ShelfPanelTest::the_scroll_view_draws_no_background()
+{
+    PanelFixture f;
+    f.settings.setTintColor(Qt::green);
+    f.set(SettingsKey::tintIntensity, 9.0);
+    f.notifications.post(Notifications::settingsChanged);
+    f.panel->show(false);
+    const QImage image = drawn(*f.panel);
+    const QPoint overTiles = f.panel->scrollView->geometry().bottomLeft() + QPoint(20, -20);
+    QVERIFY(f.panel->stackView->rect().contains(f.panel->stackView->mapFrom(f.panel.get(), overTiles)));
+    QCOMPARE(image.pixelColor(overTiles), QColor(Qt::green));
+}
+
 void ShelfPanelTest::an_empty_shelf_stands_at_the_right_edge()
 {
-    Fixture f;
+    PanelFixture f;
     f.panel->updateFrame();
     QCOMPARE(f.panel->geometry(), QRect(1160, 318, 116, 164));
     QVERIFY(!f.panel->isVisible());
@@ -189,7 +211,7 @@ void ShelfPanelTest::an_empty_shelf_stands_at_the_right_edge()
 
 void ShelfPanelTest::three_items_make_it_380_high()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(3);
     QCOMPARE(f.panel->geometry(), QRect(1160, 210, 116, 380));
     f.add(6);
@@ -201,7 +223,7 @@ void ShelfPanelTest::three_items_make_it_380_high()
 
 void ShelfPanelTest::eleven_items_on_a_high_screen_make_it_1136_high()
 {
-    Fixture f;
+    PanelFixture f;
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 2000), QRectF(0, 0, 1280, 2000), 1.0}};
     f.add(11);
     QCOMPARE(f.panel->geometry(), QRect(1160, 432, 116, 1136));
@@ -209,7 +231,7 @@ void ShelfPanelTest::eleven_items_on_a_high_screen_make_it_1136_high()
 
 void ShelfPanelTest::a_row_of_two_without_names_stands_at_the_bottom()
 {
-    Fixture f;
+    PanelFixture f;
     f.set(SettingsKey::windowEdge, 3.0);
     f.set(SettingsKey::windowAlignment, 0.0);
     f.set(SettingsKey::fileNameDisplay, 1.0);
@@ -221,7 +243,7 @@ void ShelfPanelTest::a_row_of_two_without_names_stands_at_the_bottom()
 
 void ShelfPanelTest::reserved_space_is_respected_and_y_is_turned_over()
 {
-    Fixture f;
+    PanelFixture f;
     // A bar at the top of the primary screen, a second screen below and to the right that has the focus.
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 800), QRectF(0, 30, 1280, 770), 1.0},
                                          Screen{QRectF(1280, 200, 1000, 900), QRectF(1280, 200, 1000, 860), 1.0}};
@@ -238,7 +260,7 @@ void ShelfPanelTest::reserved_space_is_respected_and_y_is_turned_over()
 
 void ShelfPanelTest::without_a_main_screen_the_frame_stays_and_tiles_are_refreshed()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(2);
     const QRect before = f.panel->geometry();
     f.virtualPlatform.screens.mainIndex = -1;
@@ -250,7 +272,7 @@ void ShelfPanelTest::without_a_main_screen_the_frame_stays_and_tiles_are_refresh
 
 void ShelfPanelTest::the_header_turns_with_the_edge()
 {
-    Fixture f;
+    PanelFixture f;
     f.panel->show(false);
     QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 8, 116, 24));
     QCOMPARE(f.panel->gearBtn->geometry(), QRect(8, 2, 20, 20));
@@ -276,7 +298,7 @@ void ShelfPanelTest::the_header_turns_with_the_edge()
 
 void ShelfPanelTest::tiles_stand_six_points_apart_and_centred()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(3);
     f.panel->show(false);
     QCOMPARE(f.panel->stackView->width(), f.panel->scrollView->width());
@@ -292,7 +314,7 @@ void ShelfPanelTest::tiles_stand_six_points_apart_and_centred()
 
 void ShelfPanelTest::an_eleventh_tile_scrolls()
 {
-    Fixture f;
+    PanelFixture f;
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 2000), QRectF(0, 0, 1280, 2000), 1.0}};
     f.add(10);
     f.panel->show(false);
@@ -305,99 +327,53 @@ void ShelfPanelTest::an_eleventh_tile_scrolls()
     QCOMPARE(f.panel->stackView->width(), 116);
 }
 
-void ShelfPanelTest::showing_fades_in_over_0_22_seconds()
+void ShelfPanelTest::the_scroller_over_the_tiles_shows_from_the_eleventh_on()
 {
-    Fixture f;
-    f.panel->show(true);
-    QVERIFY(f.panel->isVisible());
-    QCOMPARE(f.panel->alpha(), 0.0);
-    QCOMPARE(f.panel->geometry(), QRect(1160, 318, 116, 164));
-    QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 1);
-    f.advance(0.11);
-    // Ease-out: more than half way at half time.
-    QVERIFY(f.panel->alpha() > 0.6 && f.panel->alpha() < 1.0);
-    f.advance(0.10);
-    QVERIFY(f.panel->alpha() < 1.0);
-    QCOMPARE(f.virtualPlatform.floatingPanels.alphas.value(f.panel.get()), f.panel->alpha());
-    f.advance(0.01);
-    QCOMPARE(f.panel->alpha(), 1.0);
-    QCOMPARE(f.virtualPlatform.floatingPanels.alphas.value(f.panel.get()), 1.0);
-}
-
-void ShelfPanelTest::showing_again_fades_in_again()
-{
-    Fixture f;
-    f.panel->show(true);
-    f.advance(1);
-    f.panel->show(true);
-    QCOMPARE(f.panel->alpha(), 0.0);
-    QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 2);
-    f.advance(0.22);
-    QCOMPARE(f.panel->alpha(), 1.0);
-}
-
-void ShelfPanelTest::hiding_fades_out_over_0_18_seconds_and_restores_the_opacity()
-{
-    Fixture f;
+    PanelFixture f;
+    f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 2000, 2000), QRectF(0, 0, 2000, 2000), 1.0}};
+    f.add(10);
     f.panel->show(false);
-    f.panel->hide(true);
-    QCOMPARE(f.panel->alpha(), 1.0);
-    f.advance(0.17);
-    QVERIFY(f.panel->isVisible());
-    QVERIFY(f.panel->alpha() < 0.2);
-    f.advance(0.01);
-    QVERIFY(!f.panel->isVisible());
-    QCOMPARE(f.panel->alpha(), 1.0);
-    QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 1);
+    QApplication::processEvents();
+    const ShelfScroller *scroller = columnScroller(*f.panel);
+    QVERIFY(scroller);
+    QVERIFY(!scroller->isVisible());
+    f.add(1);
+    QApplication::processEvents();
+    QVERIFY(scroller->isVisible());
+    QCOMPARE(scroller->geometry().right(), f.panel->scrollView->rect().right());
+    QCOMPARE(scroller->height(), f.panel->scrollView->height());
+    // A row has one of its own below the tiles.
+    f.set(SettingsKey::windowEdge, 3.0);
+    f.panel->updateFrame();
+    QApplication::processEvents();
+    QVERIFY(!scroller->isVisible());
+    f.set(SettingsKey::windowEdge, 0.0);
+    f.panel->updateFrame();
+    QApplication::processEvents();
+    QVERIFY(scroller->isVisible());
 }
 
-void ShelfPanelTest::hiding_a_hidden_panel_does_nothing()
+void ShelfPanelTest::the_scroller_and_the_tiles_move_each_other()
 {
-    Fixture f;
-    f.panel->hide(true);
-    f.panel->hide(false);
-    f.advance(1);
-    QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 0);
-}
-
-void ShelfPanelTest::showing_during_the_fade_out_keeps_the_panel()
-{
-    Fixture f;
+    PanelFixture f;
+    f.add(20);
     f.panel->show(false);
-    f.panel->hide(true);
-    f.advance(0.1);
-    f.panel->show(true);
-    f.advance(1);
-    QVERIFY(f.panel->isVisible());
-    QCOMPARE(f.panel->alpha(), 1.0);
-}
-
-void ShelfPanelTest::without_animation_it_shows_and_hides_at_once()
-{
-    Fixture f;
-    f.panel->show(false);
-    QVERIFY(f.panel->isVisible());
-    QCOMPARE(f.panel->alpha(), 1.0);
-    f.panel->hide(false);
-    QVERIFY(!f.panel->isVisible());
-}
-
-void ShelfPanelTest::disabled_animations_show_and_hide_at_once_and_arm_no_timer()
-{
-    Fixture f;
-    f.set(SettingsKey::disableAnimations, true);
-    f.set(SettingsKey::autoHideTimeout, 3.0);
-    f.panel->show(true);
-    QVERIFY(f.panel->isVisible());
-    QCOMPARE(f.panel->alpha(), 1.0);
-    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
-    f.panel->hide(true);
-    QVERIFY(!f.panel->isVisible());
+    QApplication::processEvents();
+    ShelfScroller *scroller = columnScroller(*f.panel);
+    QScrollBar *bar = f.panel->scrollView->verticalScrollBar();
+    QVERIFY(bar->maximum() > 100);
+    QCOMPARE(scroller->maximum(), bar->maximum());
+    QCOMPARE(scroller->pageStep(), bar->pageStep());
+    scroller->setValue(70);
+    QCOMPARE(bar->value(), 70);
+    QCOMPARE(f.panel->stackView->y(), -70);
+    bar->setValue(30);
+    QCOMPARE(scroller->value(), 30);
 }
 
 void ShelfPanelTest::a_new_item_size_changes_heights_and_thumbnails_but_not_widths()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(1);
     f.panel->show(false);
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 1);
@@ -416,7 +392,7 @@ void ShelfPanelTest::a_new_item_size_changes_heights_and_thumbnails_but_not_widt
 
 void ShelfPanelTest::hiding_names_changes_heights_and_no_thumbnail()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(1);
     f.panel->show(false);
     f.set(SettingsKey::fileNameDisplay, 1.0);
@@ -430,7 +406,7 @@ void ShelfPanelTest::hiding_names_changes_heights_and_no_thumbnail()
 
 void ShelfPanelTest::a_settings_change_tints_and_refreshes_tiles()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(1);
     f.panel->show(false);
     const QRect before = f.panel->geometry();
@@ -464,7 +440,7 @@ void ShelfPanelTest::the_tint_follows_its_intensity()
     QFETCH(QVariant, intensity);
     QFETCH(bool, visible);
     QFETCH(double, alpha);
-    Fixture f;
+    PanelFixture f;
     f.virtualPlatform.appearance.accent = QColor(200, 10, 20);
     if (intensity.isValid())
         f.set(SettingsKey::tintIntensity, intensity);
@@ -476,9 +452,33 @@ void ShelfPanelTest::the_tint_follows_its_intensity()
     }
 }
 
+void ShelfPanelTest::the_tint_is_of_the_chosen_colour()
+{
+    PanelFixture f;
+    QColor green(Qt::green);
+    f.settings.setTintColor(green);
+    f.notifications.post(Notifications::settingsChanged);
+    green.setAlphaF(0.24F);
+    QCOMPARE(f.panel->tintOverlay->color(), green);
+    // A panel that is created later has it from the start.
+    const ShelfPanel later(f.virtualPlatform.platform, f.settings, f.notifications);
+    QCOMPARE(later.tintOverlay->color(), green);
+}
+
+void ShelfPanelTest::a_settings_change_after_the_panel_has_gone_is_no_matter()
+{
+    PanelFixture f;
+    f.add(1);
+    f.panel.reset();
+    f.set(SettingsKey::shelfItemSize, 100.0);
+    const int requests = f.virtualPlatform.thumbnailGenerator.requestCount;
+    f.notifications.post(Notifications::settingsChanged);
+    QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, requests);
+}
+
 void ShelfPanelTest::a_tint_that_is_switched_off_keeps_its_colour()
 {
-    Fixture f;
+    PanelFixture f;
     const QColor before = f.panel->tintOverlay->color();
     QVERIFY(!f.panel->tintOverlay->isHidden());
     f.set(SettingsKey::tintIntensity, 0.0);
@@ -490,7 +490,7 @@ void ShelfPanelTest::a_tint_that_is_switched_off_keeps_its_colour()
 void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
 {
     for (const bool posted : {false, true}) {
-        Fixture f;
+        PanelFixture f;
         f.add(1);
         f.panel->show(false);
         const auto announce = [&] {
@@ -520,7 +520,7 @@ void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
 void ShelfPanelTest::an_absurd_item_size_is_survived()
 {
     for (const double size : {1e300, -80.0, 0.0, std::numeric_limits<double>::infinity()}) {
-        Fixture f;
+        PanelFixture f;
         f.add(2);
         f.set(SettingsKey::shelfItemSize, size);
         f.panel->applySettings();
@@ -535,7 +535,7 @@ void ShelfPanelTest::an_absurd_item_size_is_survived()
 
 void ShelfPanelTest::a_row_scrolls_sideways_and_by_the_wheel()
 {
-    Fixture f;
+    PanelFixture f;
     f.set(SettingsKey::windowEdge, 3.0);
     f.add(11);
     f.panel->show(false);
@@ -557,129 +557,9 @@ void ShelfPanelTest::a_row_scrolls_sideways_and_by_the_wheel()
     QVERIFY(!bar->isVisible());
 }
 
-void ShelfPanelTest::the_panel_is_transparent_before_it_comes_to_the_front()
-{
-    Fixture f;
-    QList<double> atFront;
-    f.virtualPlatform.floatingPanels.whenOrderedFront = [&](QWidget &window) {
-        atFront.append(f.virtualPlatform.floatingPanels.alphas.value(&window, 1.0));
-    };
-    f.panel->show(true);
-    QCOMPARE(atFront, QList<double>{0.0});
-}
-
-void ShelfPanelTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_back()
-{
-    Fixture f;
-    f.set(SettingsKey::autoHideTimeout, 1.0);
-    f.panel->show(true);
-    f.advance(1.1);
-    QVERIFY(f.panel->isHiding());
-    f.add(1);
-    f.advance(5);
-    QVERIFY(f.panel->isVisible());
-    QVERIFY(!f.panel->isHiding());
-    QCOMPARE(f.panel->alpha(), 1.0);
-    // A shelf that the user hides goes, whatever is on it.
-    f.panel->hide(true);
-    f.add(1);
-    f.advance(1);
-    QVERIFY(!f.panel->isVisible());
-}
-
-void ShelfPanelTest::no_timeout_arms_no_timer()
-{
-    Fixture f;
-    f.panel->show(true);
-    f.advance(0.22);
-    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
-    f.advance(100);
-    QVERIFY(f.panel->isVisible());
-}
-
-void ShelfPanelTest::a_timeout_hides_a_shelf_that_is_then_empty()
-{
-    Fixture f;
-    f.set(SettingsKey::autoHideTimeout, 3.0);
-    f.panel->show(true);
-    f.advance(2.99);
-    QVERIFY(f.panel->isVisible());
-    QCOMPARE(f.panel->alpha(), 1.0);
-    f.advance(0.01 + 0.18);
-    QVERIFY(!f.panel->isVisible());
-}
-
-void ShelfPanelTest::a_timeout_leaves_a_shelf_that_holds_items()
-{
-    Fixture f;
-    f.set(SettingsKey::autoHideTimeout, 3.0);
-    f.add(1);
-    f.panel->show(true);
-    f.advance(10);
-    QVERIFY(f.panel->isVisible());
-}
-
-void ShelfPanelTest::adding_an_item_arms_the_timeout_again()
-{
-    Fixture f;
-    f.set(SettingsKey::autoHideTimeout, 3.0);
-    f.panel->show(true);
-    f.advance(2);
-    f.add(1);
-    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
-    f.advance(1.5);
-    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
-    f.advance(1.5);
-    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
-}
-
-void ShelfPanelTest::an_emptied_shelf_hides_after_1_5_seconds_whatever_the_timeout()
-{
-    for (const double timeout : {0.0, 60.0}) {
-        Fixture f;
-        f.add(1);
-        f.panel->show(true);
-        f.advance(1);
-        f.set(SettingsKey::autoHideTimeout, timeout);
-        f.panel->removeItem(file(0));
-        f.advance(0.18);
-        f.advance(1.49);
-        QVERIFY(f.panel->isVisible());
-        QCOMPARE(f.panel->alpha(), 1.0);
-        f.advance(0.01 + 0.18);
-        QVERIFY(!f.panel->isVisible());
-    }
-}
-
-void ShelfPanelTest::arming_a_timer_ends_the_previous_one()
-{
-    Fixture f;
-    f.set(SettingsKey::autoHideTimeout, 1.0);
-    f.panel->show(true);
-    f.panel->scheduleHideIfEmpty();
-    f.advance(1.4);
-    QVERIFY(f.panel->isVisible());
-    f.set(SettingsKey::autoHideTimeout, 0.0);
-    f.panel->restartAutoHideTimer();
-    f.advance(10);
-    QVERIFY(f.panel->isVisible());
-}
-
-void ShelfPanelTest::hiding_ends_the_timer()
-{
-    Fixture f;
-    f.set(SettingsKey::autoHideTimeout, 1.0);
-    f.panel->show(true);
-    f.panel->hide(false);
-    // A timer that went on would hide what is shown again without one.
-    f.panel->show(false);
-    f.advance(5);
-    QVERIFY(f.panel->isVisible());
-}
-
 void ShelfPanelTest::the_tap_is_there_while_something_is_selected()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(2);
     VirtualKeyTap &tap = f.virtualPlatform.keyTap;
     QVERIFY(!tap.handler);
@@ -697,7 +577,7 @@ void ShelfPanelTest::the_tap_is_there_while_something_is_selected()
 
 void ShelfPanelTest::command_a_selects_all_later_and_is_swallowed()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(3);
     f.tile(1)->onSelect();
     QCOMPARE(f.panel->selectedViews.size(), 1);
@@ -726,7 +606,7 @@ void ShelfPanelTest::other_keys_pass_through()
     QFETCH(int, key);
     QFETCH(int, modifiers);
     QFETCH(bool, swallowed);
-    Fixture f;
+    PanelFixture f;
     f.add(2);
     f.tile(0)->onSelect();
     QCOMPARE(f.virtualPlatform.keyTap.press(static_cast<Qt::Key>(key), Qt::KeyboardModifiers(modifiers)), swallowed);
@@ -736,7 +616,7 @@ void ShelfPanelTest::other_keys_pass_through()
 
 void ShelfPanelTest::a_refused_tap_is_no_matter()
 {
-    Fixture f;
+    PanelFixture f;
     f.virtualPlatform.keyTap.refuses = true;
     f.add(2);
     f.panel->selectAll();
@@ -748,7 +628,7 @@ void ShelfPanelTest::a_refused_tap_is_no_matter()
 
 void ShelfPanelTest::a_tap_that_outlives_the_panel_does_nothing()
 {
-    Fixture f;
+    PanelFixture f;
     f.add(1);
     f.panel->selectAll();
     QVERIFY(f.virtualPlatform.keyTap.press(Qt::Key_A, Qt::ControlModifier));

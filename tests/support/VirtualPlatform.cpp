@@ -340,6 +340,8 @@ void VirtualFloatingPanels::orderFront(QWidget &window)
 void VirtualFloatingPanels::orderOut(QWidget &window)
 {
     ++ordersOut;
+    if (whenOrderedOut)
+        whenOrderedOut(window);
     window.hide();
 }
 

@@ -258,6 +258,7 @@ public:
     QList<PanelStyle> styles;
     QMap<const QWidget *, double> alphas; // the last one of each window
     std::function<void(QWidget &window)> whenOrderedFront;
+    std::function<void(QWidget &window)> whenOrderedOut;
     int ordersFront = 0;
     int ordersOut = 0;
     bool blends = true;

@@ -1,0 +1,296 @@
+// SPDX-License-Identifier: MIT
+#include "tests/shelf/PanelFixture.h"
+
+#include <QTest>
+
+// How the panel comes and goes: its fades, and the timer that hides an empty shelf.
+class ShelfPanelFadesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    // Show and hide
+    void showing_fades_in_over_0_22_seconds();
+    void the_panel_is_transparent_before_it_comes_to_the_front();
+    void showing_again_fades_in_again();
+    void hiding_fades_out_over_0_18_seconds_and_restores_the_opacity();
+    void the_panel_is_still_transparent_as_it_is_ordered_out();
+    void hiding_a_hidden_panel_does_nothing();
+    void showing_during_the_fade_out_keeps_the_panel();
+    void without_animation_it_shows_and_hides_at_once();
+    void disabled_animations_show_and_hide_at_once_and_arm_no_timer();
+    // Empty shelf
+    void what_arrives_while_an_empty_shelf_fades_out_brings_it_back();
+    void no_timeout_arms_no_timer();
+    void a_timeout_hides_a_shelf_that_is_then_empty();
+    void a_timeout_leaves_a_shelf_that_holds_items();
+    void adding_an_item_arms_the_timeout_again();
+    void an_emptied_shelf_hides_after_1_5_seconds_whatever_the_timeout();
+    void arming_a_timer_ends_the_previous_one();
+    void hiding_ends_the_timer();
+    void fading_out_ends_the_timer();
+    void a_timer_that_outlives_the_panel_does_nothing();
+};
+
+void ShelfPanelFadesTest::showing_fades_in_over_0_22_seconds()
+{
+    PanelFixture f;
+    f.panel->show(true);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 0.0);
+    QCOMPARE(f.panel->geometry(), QRect(1160, 318, 116, 164));
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 1);
+    f.advance(0.10);
+    // Ease-out: not as fast as the standard curve, but more than half way at half time.
+    QVERIFY2(f.panel->alpha() < 0.7, QByteArray::number(f.panel->alpha()));
+    f.advance(0.01);
+    QVERIFY2(f.panel->alpha() > 0.6, QByteArray::number(f.panel->alpha()));
+    f.advance(0.10);
+    QVERIFY(f.panel->alpha() < 1.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.alphas.value(f.panel.get()), f.panel->alpha());
+    f.advance(0.01);
+    QCOMPARE(f.panel->alpha(), 1.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.alphas.value(f.panel.get()), 1.0);
+}
+
+void ShelfPanelFadesTest::the_panel_is_transparent_before_it_comes_to_the_front()
+{
+    PanelFixture f;
+    QList<double> atFront;
+    f.virtualPlatform.floatingPanels.whenOrderedFront = [&](QWidget &window) {
+        atFront.append(f.virtualPlatform.floatingPanels.alphas.value(&window, 1.0));
+    };
+    f.panel->show(true);
+    QCOMPARE(atFront, QList<double>{0.0});
+}
+
+void ShelfPanelFadesTest::showing_again_fades_in_again()
+{
+    PanelFixture f;
+    f.panel->show(true);
+    f.advance(1);
+    f.panel->show(true);
+    QCOMPARE(f.panel->alpha(), 0.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 2);
+    f.advance(0.22);
+    QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void ShelfPanelFadesTest::hiding_fades_out_over_0_18_seconds_and_restores_the_opacity()
+{
+    PanelFixture f;
+    f.panel->show(false);
+    f.panel->hide(true);
+    QCOMPARE(f.panel->alpha(), 1.0);
+    f.advance(0.10);
+    // The standard curve: the middle goes by fast.
+    QVERIFY2(f.panel->alpha() > 0 && f.panel->alpha() < 0.2, QByteArray::number(f.panel->alpha()));
+    f.advance(0.07);
+    QVERIFY(f.panel->isVisible());
+    QVERIFY(f.panel->alpha() > 0);
+    f.advance(0.01);
+    QVERIFY(!f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 1);
+}
+
+void ShelfPanelFadesTest::the_panel_is_still_transparent_as_it_is_ordered_out()
+{
+    PanelFixture f;
+    QList<double> atOut;
+    f.virtualPlatform.floatingPanels.whenOrderedOut = [&](QWidget &window) {
+        atOut.append(f.virtualPlatform.floatingPanels.alphas.value(&window, 1.0));
+    };
+    f.panel->show(true);
+    f.advance(1);
+    f.panel->hide(true);
+    f.advance(0.18);
+    QCOMPARE(atOut, QList<double>{0.0});
+    QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void ShelfPanelFadesTest::hiding_a_hidden_panel_does_nothing()
+{
+    PanelFixture f;
+    f.panel->hide(true);
+    f.panel->hide(false);
+    f.advance(1);
+    QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 0);
+}
+
+void ShelfPanelFadesTest::showing_during_the_fade_out_keeps_the_panel()
+{
+    PanelFixture f;
+    f.panel->show(false);
+    f.panel->hide(true);
+    f.advance(0.1);
+    f.panel->show(true);
+    f.advance(1);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void ShelfPanelFadesTest::without_animation_it_shows_and_hides_at_once()
+{
+    PanelFixture f;
+    f.panel->show(false);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    f.panel->hide(false);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::disabled_animations_show_and_hide_at_once_and_arm_no_timer()
+{
+    PanelFixture f;
+    f.set(SettingsKey::disableAnimations, true);
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.panel->show(true);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+    f.panel->hide(true);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_back()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.panel->show(true);
+    f.advance(1.1);
+    QVERIFY(f.panel->isHiding());
+    f.add(1);
+    f.advance(5);
+    QVERIFY(f.panel->isVisible());
+    QVERIFY(!f.panel->isHiding());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    // A shelf that the user hides goes, whatever is on it.
+    f.panel->hide(true);
+    f.add(1);
+    f.advance(1);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::no_timeout_arms_no_timer()
+{
+    PanelFixture f;
+    f.panel->show(true);
+    f.advance(0.22);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+    f.advance(100);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::a_timeout_hides_a_shelf_that_is_then_empty()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.panel->show(true);
+    f.advance(2.99);
+    QVERIFY(f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+    f.advance(0.01 + 0.18);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::a_timeout_leaves_a_shelf_that_holds_items()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.add(1);
+    f.panel->show(true);
+    f.advance(10);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::adding_an_item_arms_the_timeout_again()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.panel->show(true);
+    f.advance(2);
+    f.add(1);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
+    f.advance(1.5);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
+    f.advance(1.5);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+}
+
+void ShelfPanelFadesTest::an_emptied_shelf_hides_after_1_5_seconds_whatever_the_timeout()
+{
+    for (const double timeout : {0.0, 60.0}) {
+        PanelFixture f;
+        f.add(1);
+        f.panel->show(true);
+        f.advance(1);
+        f.set(SettingsKey::autoHideTimeout, timeout);
+        f.panel->removeItem(file(0));
+        f.advance(0.18);
+        f.advance(1.49);
+        QVERIFY(f.panel->isVisible());
+        QCOMPARE(f.panel->alpha(), 1.0);
+        f.advance(0.01 + 0.18);
+        QVERIFY(!f.panel->isVisible());
+    }
+}
+
+void ShelfPanelFadesTest::arming_a_timer_ends_the_previous_one()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.panel->show(true);
+    f.panel->scheduleHideIfEmpty();
+    f.advance(1.4);
+    QVERIFY(f.panel->isVisible());
+    f.set(SettingsKey::autoHideTimeout, 0.0);
+    f.panel->restartAutoHideTimer();
+    f.advance(10);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::hiding_ends_the_timer()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.panel->show(true);
+    f.panel->hide(false);
+    // A timer that went on would hide what is shown again without one.
+    f.panel->show(false);
+    f.advance(5);
+    QVERIFY(f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::fading_out_ends_the_timer()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.panel->show(true);
+    f.advance(1);
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
+    f.panel->hide(true);
+    f.advance(0.18);
+    QVERIFY(!f.panel->isVisible());
+    QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+}
+
+void ShelfPanelFadesTest::a_timer_that_outlives_the_panel_does_nothing()
+{
+    for (const bool emptied : {false, true}) {
+        PanelFixture f;
+        f.set(SettingsKey::autoHideTimeout, 1.0);
+        f.panel->show(false);
+        if (emptied)
+            f.panel->scheduleHideIfEmpty();
+        else
+            f.panel->restartAutoHideTimer();
+        QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
+        f.panel.reset();
+        f.advance(5);
+        QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 0);
+        QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
+    }
+}
+
+QTEST_MAIN(ShelfPanelFadesTest)
+#include "ShelfPanelFadesTest.moc"

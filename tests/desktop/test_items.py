@@ -34,6 +34,23 @@ class ItemsTest(DesktopTest):
         self.rest_hand()
         self.wait_for(lambda: self.selected() == [], "no tile is selected")
 
+    def tool_tip(self):
+        """The frame of the program's tool tip, if one is on screen."""
+        kind = self.desktop.windows.atom("_NET_WM_WINDOW_TYPE_TOOLTIP")
+        return next((self.desktop.windows.frame(window) for window in self.desktop.windows.find(instance="parklet")
+                     if kind in self.desktop.windows.numbers(window, "_NET_WM_WINDOW_TYPE")), None)
+
+    def test_a_hand_that_rests_on_a_button_is_told_what_it_does(self):
+        app = self.parklet()
+        app.show()
+        self.assertIsNone(self.tool_tip())
+        self.hand.move_to(*app.button("Preferences").center)
+        frame = self.wait_for(self.tool_tip, "a tool tip comes up")
+        self.assertTrue(app.find("Preferences", "tool tip"))
+        self.assertLess(abs(frame.y - self.hand.position()[1]), 60)
+        self.rest_hand()
+        self.wait_for(lambda: not self.tool_tip(), "the tool tip goes")
+
     def test_the_remove_button_removes_its_item(self):
         app = self.parklet()
         paths = self.files(2)

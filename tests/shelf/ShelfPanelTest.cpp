@@ -127,6 +127,8 @@ void ShelfPanelTest::the_header_holds_three_buttons_with_their_labels()
         QVERIFY(!button->icon().isNull());
         QCOMPARE(button->focusPolicy(), Qt::NoFocus);
     }
+    // The panel is never the active window.
+    QVERIFY(f.panel->testAttribute(Qt::WA_AlwaysShowToolTips));
     const QColor tint = QColor::fromRgbF(1, 1, 1, 0.65F);
     QCOMPARE(f.virtualPlatform.appearance.symbolRequests, (decltype(f.virtualPlatform.appearance.symbolRequests){
                                                               {QStringLiteral("gearshape"), tint},

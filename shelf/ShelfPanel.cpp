@@ -46,6 +46,7 @@ ShelfPanel::ShelfPanel(Platform &services, AppSettings &appSettings, Notificatio
           *services.mainQueue, [this](double value) { platform.floatingPanels->setAlpha(*this, value); }, 1.0)
 {
     setWindowTitle(QStringLiteral("Parklet"));
+    setGeometry(0, 0, 0, 0);
     // Else only the windows of the active program have tool tips, and a panel never makes its program that one.
     setAttribute(Qt::WA_AlwaysShowToolTips);
     platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("shelf"), VisualEffectView::kCornerRadius});

@@ -102,6 +102,7 @@ void ShelfPanelTest::a_new_panel_is_a_hidden_floating_panel()
 {
     PanelFixture f;
     QVERIFY(!f.panel->isVisible());
+    QCOMPARE(f.panel->geometry(), QRect(0, 0, 0, 0));
     QCOMPARE(f.virtualPlatform.floatingPanels.panels.value(QStringLiteral("shelf")).data(),
              static_cast<QWidget *>(f.panel.get()));
     QCOMPARE(f.virtualPlatform.floatingPanels.styles.first().cornerRadius, 14.0);

@@ -60,8 +60,15 @@ HeaderButton *ShelfPanel::makeHeaderButton(const QString &symbol, const QString 
 
 void ShelfPanel::buildInterface()
 {
-    const auto drop = [this](const QList<QUrl> &urls) { handleDrop(urls); };
-    const auto highlightDrop = [this](bool on) { highlight(on); };
+    const QPointer<ShelfPanel> self(this);
+    const auto drop = [self](const QList<QUrl> &urls) {
+        if (self)
+            self->handleDrop(urls);
+    };
+    const auto highlightDrop = [self](bool on) {
+        if (self)
+            self->highlight(on);
+    };
 
     container = new DroppableView(this);
     container->onDrop = drop;

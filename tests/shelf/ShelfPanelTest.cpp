@@ -30,6 +30,7 @@ private slots:
     void the_drop_label_stands_ten_points_below_the_middle();
     void the_background_and_the_tint_have_corners_of_14_points();
     void the_scroll_view_draws_no_background();
+    void drop_targets_that_outlive_the_panel_do_nothing();
     // Frame
     void an_empty_shelf_stands_at_the_right_edge();
     void three_items_make_it_380_high();
@@ -202,6 +203,28 @@ void ShelfPanelTest::the_scroll_view_draws_no_background()
     const QPoint overTiles = f.panel->scrollView->geometry().bottomLeft() + QPoint(20, -20);
     QVERIFY(f.panel->stackView->rect().contains(f.panel->stackView->mapFrom(f.panel.get(), overTiles)));
     QCOMPARE(image.pixelColor(overTiles), QColor(Qt::green));
+}
+
+void ShelfPanelTest::drop_targets_that_outlive_the_panel_do_nothing()
+{
+    PanelFixture f;
+    int received = 0;
+    f.panel->onDropReceived = [&] { ++received; };
+    QList<std::function<void(const QList<QUrl> &)>> drops;
+    QList<std::function<void(bool)>> highlights;
+    for (const DropTarget *target :
+         {static_cast<DropTarget *>(f.panel->container), static_cast<DropTarget *>(f.panel->scrollView)}) {
+        drops.append(target->onDrop);
+        highlights.append(target->onHighlight);
+    }
+    drops.first()({file(0)});
+    QCOMPARE(received, 1);
+    f.panel.reset();
+    for (const auto &drop : drops)
+        drop({file(1)});
+    for (const auto &highlight : highlights)
+        highlight(true);
+    QCOMPARE(received, 1);
 }
 
 void ShelfPanelTest::an_empty_shelf_stands_at_the_right_edge()

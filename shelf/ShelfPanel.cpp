@@ -179,17 +179,18 @@ void ShelfPanel::hide(bool animated)
         return;
     if (autoHideTimer)
         autoHideTimer->invalidate();
-    if (animated && !settings.defaults.boolean(SettingsKey::disableAnimations))
-        fadeOut([] { return true; });
-    else
+    hidesOnlyEmpty = false;
+    if (!animated || settings.defaults.boolean(SettingsKey::disableAnimations))
         vanish();
+    else if (!hiding)
+        fadeOut();
 }
 
-void ShelfPanel::fadeOut(std::function<bool()> mayGo)
+void ShelfPanel::fadeOut()
 {
     hiding = true;
-    fader.fade(0.0, kFadeOut, FadeCurve::Standard, [this, mayGo = std::move(mayGo)] {
-        if (mayGo()) {
+    fader.fade(0.0, kFadeOut, FadeCurve::Standard, [this] {
+        if (!hidesOnlyEmpty || items.isEmpty()) {
             vanish();
             return;
         }
@@ -267,12 +268,11 @@ void ShelfPanel::scheduleHideIfEmpty()
 
 void ShelfPanel::hideIfEmpty()
 {
-    if (!items.isEmpty())
+    if (!items.isEmpty() || hiding)
         return;
     hide(true);
     // What arrives while an empty shelf fades out brings it back.
-    if (hiding)
-        fadeOut([this] { return items.isEmpty(); });
+    hidesOnlyEmpty = hiding;
 }
 
 void ShelfPanel::installCmdATap()

@@ -44,7 +44,7 @@ public:
     // it is already visible. `disableAnimations` turns the fade off.
     void show(bool animated);
 
-    // Hides the panel if it is visible; animated, it fades out over 0.18 s first.
+    // Hides the panel if it is visible; animated, it fades out over 0.18 s first. A fade-out under way goes on.
     void hide(bool animated);
 
     // Gives the panel the frame for the current settings and number of items, whether it is visible or not. Without a
@@ -109,7 +109,7 @@ private:
     void applyTint();
     void settingsDidChange();
     void hideIfEmpty();
-    void fadeOut(std::function<bool()> mayGo);
+    void fadeOut();
     void vanish();
     void layoutViews();
 
@@ -132,6 +132,7 @@ private:
     QRectF currentFrame;
     bool isTapInstalled = false;
     bool hiding = false;
+    bool hidesOnlyEmpty = false; // the fade-out under way is that of an empty shelf, and of one that is still so
     // The selection with which each tile's last multi-file drag began; its end may come after the selection changed.
     QHash<const ShelfItemView *, QList<QUrl>> draggedSelections;
     std::shared_ptr<Timer> autoHideTimer;

@@ -14,12 +14,15 @@ private slots:
     void showing_again_fades_in_again();
     void hiding_fades_out_over_0_18_seconds_and_restores_the_opacity();
     void the_panel_is_still_transparent_as_it_is_ordered_out();
+    void hiding_again_lets_the_fade_out_go_on();
     void hiding_a_hidden_panel_does_nothing();
     void showing_during_the_fade_out_keeps_the_panel();
     void without_animation_it_shows_and_hides_at_once();
     void disabled_animations_show_and_hide_at_once_and_arm_no_timer();
     // Empty shelf
     void what_arrives_while_an_empty_shelf_fades_out_brings_it_back();
+    void hiding_takes_an_empty_shelf_that_fades_out_whatever_arrives();
+    void a_shelf_that_the_user_hides_goes_though_its_time_is_up();
     void no_timeout_arms_no_timer();
     void a_timeout_hides_a_shelf_that_is_then_empty();
     void a_timeout_leaves_a_shelf_that_holds_items();
@@ -108,6 +111,27 @@ void ShelfPanelFadesTest::the_panel_is_still_transparent_as_it_is_ordered_out()
     QCOMPARE(f.panel->alpha(), 1.0);
 }
 
+void ShelfPanelFadesTest::hiding_again_lets_the_fade_out_go_on()
+{
+    PanelFixture f;
+    f.panel->show(false);
+    f.panel->hide(true);
+    f.advance(0.1);
+    f.panel->hide(true);
+    f.advance(0.07);
+    QVERIFY(f.panel->isVisible());
+    f.advance(0.01);
+    QVERIFY(!f.panel->isVisible());
+    QVERIFY(!f.panel->isHiding());
+    // One that shall go at once does.
+    f.panel->show(false);
+    f.panel->hide(true);
+    f.advance(0.1);
+    f.panel->hide(false);
+    QVERIFY(!f.panel->isVisible());
+    QCOMPARE(f.panel->alpha(), 1.0);
+}
+
 void ShelfPanelFadesTest::hiding_a_hidden_panel_does_nothing()
 {
     PanelFixture f;
@@ -168,6 +192,36 @@ void ShelfPanelFadesTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_
     f.panel->hide(true);
     f.add(1);
     f.advance(1);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::hiding_takes_an_empty_shelf_that_fades_out_whatever_arrives()
+{
+    PanelFixture f;
+    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.panel->show(true);
+    f.advance(1.1);
+    QVERIFY(f.panel->isHiding());
+    f.panel->hide(true);
+    f.add(1);
+    f.advance(0.07);
+    QVERIFY(f.panel->isVisible());
+    f.advance(0.01);
+    QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelFadesTest::a_shelf_that_the_user_hides_goes_though_its_time_is_up()
+{
+    PanelFixture f;
+    f.panel->show(false);
+    f.panel->hide(true);
+    f.set(SettingsKey::autoHideTimeout, 0.05);
+    f.panel->restartAutoHideTimer();
+    f.advance(0.06);
+    f.add(1);
+    f.advance(0.11);
+    QVERIFY(f.panel->isVisible());
+    f.advance(0.01);
     QVERIFY(!f.panel->isVisible());
 }
 

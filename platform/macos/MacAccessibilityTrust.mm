@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "platform/macos/MacAccessibilityTrust.h"
+
+#include <QtGlobal>
+
+#import <AppKit/AppKit.h>
+#import <ApplicationServices/ApplicationServices.h>
+
+namespace {
+
+NSString *const kSettingsPage = @"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
+
+} // namespace
+
+bool MacAccessibilityTrust::isProcessTrusted() const
+{
+    return AXIsProcessTrusted();
+}
+
+void MacAccessibilityTrust::openAccessibilitySettings()
+{
+    NSURL *page = [NSURL URLWithString:kSettingsPage];
+    if (!page)
+        qFatal("The address of the accessibility settings is malformed");
+    [NSWorkspace.sharedWorkspace openURL:page];
+}

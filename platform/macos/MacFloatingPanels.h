@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/FloatingPanels.h"
+
+#include <memory>
+#include <vector>
+
+class MacPanel;
+
+// Nonactivating panels on the system's own translucent material.
+class MacFloatingPanels : public FloatingPanels {
+public:
+    MacFloatingPanels();
+    ~MacFloatingPanels() override;
+
+    void make(QWidget &window, const PanelStyle &style) override;
+    void orderFront(QWidget &window) override;
+    void orderOut(QWidget &window) override;
+    bool canBlend() const override { return true; }
+    bool drawsBackground() const override { return true; }
+
+private:
+    std::vector<std::unique_ptr<MacPanel>> panels;
+};

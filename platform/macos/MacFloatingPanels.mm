@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "platform/macos/MacFloatingPanels.h"
+
+#include "platform/macos/MacPanel.h"
+
+#include <algorithm>
+
+MacFloatingPanels::MacFloatingPanels() = default;
+
+MacFloatingPanels::~MacFloatingPanels() = default;
+
+void MacFloatingPanels::make(QWidget &window, const PanelStyle &style)
+{
+    std::erase_if(panels, [](const auto &panel) { return !panel->widget(); });
+    panels.push_back(std::make_unique<MacPanel>(window, style));
+}
+
+void MacFloatingPanels::orderFront(QWidget &window)
+{
+    const auto panel =
+        std::find_if(panels.begin(), panels.end(), [&](const auto &each) { return each->widget() == &window; });
+    if (panel != panels.end())
+        (*panel)->orderFront();
+}
+
+void MacFloatingPanels::orderOut(QWidget &window)
+{
+    window.hide();
+}

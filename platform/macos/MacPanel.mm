@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include "platform/macos/MacPanel.h"
+
+#include <QEvent>
+
+#import <AppKit/AppKit.h>
+#import <QuartzCore/QuartzCore.h>
+#import <objc/runtime.h>
+
+namespace {
+
+constexpr NSWindowStyleMask kStyleMask =
+    NSWindowStyleMaskBorderless | NSWindowStyleMaskNonactivatingPanel | NSWindowStyleMaskFullSizeContentView;
+static_assert(kStyleMask == 0x8080);
+
+constexpr NSWindowCollectionBehavior kCollectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces |
+                                                           NSWindowCollectionBehaviorStationary |
+                                                           NSWindowCollectionBehaviorFullScreenAuxiliary;
+static_assert(kCollectionBehavior == 0x111);
+
+// While this lives, every panel is made nonactivating. The window server learns from a panel's initialiser alone
+// whether a click on it activates the application, and Qt has no window flag for that.
+class NonactivatingCreation {
+public:
+    NonactivatingCreation()
+    {
+        const auto initialize = reinterpret_cast<Initializer>(original);
+        const SEL selector = method_getName(method);
+        replacement = imp_implementationWithBlock(^id(id panel, NSRect frame, NSWindowStyleMask mask,
+                                                      NSBackingStoreType backing, BOOL defer, NSScreen *screen) {
+            return initialize(panel, selector, frame, mask | NSWindowStyleMaskNonactivatingPanel, backing, defer,
+                              screen);
+        });
+        method_setImplementation(method, replacement);
+    }
+    Q_DISABLE_COPY_MOVE(NonactivatingCreation)
+    ~NonactivatingCreation()
+    {
+        method_setImplementation(method, original);
+        imp_removeBlock(replacement);
+    }
+
+private:
+    using Initializer = id (*)(id, SEL, NSRect, NSWindowStyleMask, NSBackingStoreType, BOOL, NSScreen *);
+
+    const Method method =
+        class_getInstanceMethod([NSPanel class], @selector(initWithContentRect:styleMask:backing:defer:screen:));
+    const IMP original = method_getImplementation(method);
+    IMP replacement = nullptr;
+};
+
+// A block holds what is passed by value.
+id observe(NSNotificationName name, std::function<void()> changed)
+{
+    return [NSNotificationCenter.defaultCenter addObserverForName:name
+                                                           object:nil
+                                                            queue:nil
+                                                       usingBlock:^(NSNotification *) {
+                                                           changed();
+                                                       }];
+}
+
+Qt::WindowFlags flagsOf(const PanelStyle &style)
+{
+    Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint;
+    // The shelf answers keys once it has been clicked, which leaves the active application as it is.
+    flags.setFlag(Qt::WindowDoesNotAcceptFocus, style.role != QLatin1String("shelf"));
+    return flags;
+}
+
+} // namespace
+
+struct MacPanel::Native {
+    explicit Native(const std::function<void()> &activationChanged)
+        : resigned(observe(NSApplicationDidResignActiveNotification, activationChanged))
+        , activated(observe(NSApplicationDidBecomeActiveNotification, activationChanged))
+    {
+    }
+    Q_DISABLE_COPY_MOVE(Native)
+    ~Native()
+    {
+        [NSNotificationCenter.defaultCenter removeObserver:resigned];
+        [NSNotificationCenter.defaultCenter removeObserver:activated];
+    }
+
+    id resigned;
+    id activated;
+    __weak NSPanel *panel = nil;
+    __weak NSVisualEffectView *background = nil;
+};
+
+MacPanel::MacPanel(QWidget &panelWindow, const PanelStyle &panelStyle)
+    : window(&panelWindow)
+    , style(panelStyle)
+    , native(std::make_unique<Native>([this] { applyProperties(); }))
+{
+    panelWindow.setAttribute(Qt::WA_TranslucentBackground);
+    panelWindow.setAttribute(Qt::WA_ShowWithoutActivating);
+    panelWindow.setWindowRole(style.role);
+    panelWindow.setWindowFlags(flagsOf(style));
+    adopt();
+    panelWindow.installEventFilter(this);
+}
+
+MacPanel::~MacPanel() = default;
+
+void MacPanel::orderFront()
+{
+    if (!window)
+        return;
+    window->show();
+    applyProperties();
+    [native->panel orderFrontRegardless];
+}
+
+bool MacPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == window && event->type() == QEvent::WinIdChange && window->internalWinId())
+        adopt();
+    return QObject::eventFilter(watched, event);
+}
+
+void MacPanel::adopt()
+{
+    WId id = 0;
+    {
+        const NonactivatingCreation creation;
+        id = window->winId();
+    }
+    NSView *contents = (__bridge NSView *)reinterpret_cast<void *>(id);
+    if (![contents.window isKindOfClass:[NSPanel class]])
+        return;
+    native->panel = static_cast<NSPanel *>(contents.window);
+    applyProperties();
+
+    // Beside Qt's view and under it: inside it would be drawn over.
+    NSVisualEffectView *background = [[NSVisualEffectView alloc] initWithFrame:contents.frame];
+    background.material = NSVisualEffectMaterialHUDWindow;
+    background.blendingMode = NSVisualEffectBlendingModeBehindWindow;
+    background.state = NSVisualEffectStateActive;
+    background.wantsLayer = YES;
+    background.layer.cornerRadius = style.cornerRadius;
+    background.layer.masksToBounds = YES;
+    background.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
+    [native->background removeFromSuperview];
+    [contents.superview addSubview:background positioned:NSWindowBelow relativeTo:contents];
+    native->background = background;
+}
+
+void MacPanel::applyProperties()
+{
+    NSPanel *panel = native->panel;
+    if (panel.styleMask != kStyleMask)
+        panel.styleMask = kStyleMask;
+    panel.floatingPanel = YES;
+    panel.level = NSFloatingWindowLevel;
+    panel.collectionBehavior = kCollectionBehavior;
+    panel.movableByWindowBackground = NO;
+    panel.hidesOnDeactivate = NO;
+    panel.backgroundColor = NSColor.clearColor;
+    panel.hasShadow = YES;
+    panel.animationBehavior = NSWindowAnimationBehaviorNone;
+}

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/StatusBar.h"
+
+// The system's status bar, right in the menu bar.
+class MacStatusBar : public StatusBar {
+public:
+    std::unique_ptr<StatusItem> createItem() override;
+};

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "platform/macos/MacThumbnailGenerator.h"
+
+#include "platform/FileURLs.h"
+#include "platform/macos/MacConversions.h"
+
+#include <map>
+#include <mutex>
+#include <utility>
+
+#import <Foundation/Foundation.h>
+#import <ImageIO/ImageIO.h>
+#import <QuickLookThumbnailing/QuickLookThumbnailing.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+bool isRegularFile(const QUrl &file)
+{
+    struct stat status {};
+    return ::stat(fileSystemPath(file).constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// A number of an image's properties.
+std::optional<int> numberIn(NSDictionary *properties, CFStringRef key)
+{
+    id number = properties[(__bridge NSString *)key];
+    if (![number isKindOfClass:[NSNumber class]])
+        return {};
+    return [number intValue];
+}
+
+QSize pixelsOf(const QSizeF &size, double scale)
+{
+    return (size * scale).toSize().expandedTo(QSize(1, 1));
+}
+
+} // namespace
+
+// The requests that have not been answered, so that each is answered exactly once.
+struct MacThumbnailGenerator::OpenJobs {
+    quint64 add(Completion completion)
+    {
+        const std::lock_guard lock(mutex);
+        jobs.emplace(++last, std::move(completion));
+        return last;
+    }
+
+    void answer(quint64 id, std::optional<QImage> image)
+    {
+        std::unique_lock lock(mutex);
+        auto job = jobs.extract(id);
+        lock.unlock();
+        if (job)
+            job.mapped()(std::move(image));
+    }
+
+    void answerAll()
+    {
+        std::unique_lock lock(mutex);
+        const auto left = std::exchange(jobs, {});
+        lock.unlock();
+        for (const auto &[id, completion] : left)
+            completion({});
+    }
+
+private:
+    std::mutex mutex;
+    std::map<quint64, Completion> jobs;
+    quint64 last = 0;
+};
+
+MacThumbnailGenerator::MacThumbnailGenerator()
+    : open(std::make_shared<OpenJobs>())
+{
+}
+
+MacThumbnailGenerator::~MacThumbnailGenerator()
+{
+    open->answerAll();
+}
+
+std::optional<QSize> MacThumbnailGenerator::imagePixelSize(const QUrl &file) const
+{
+    if (!isRegularFile(file))
+        return {};
+    const CFRef<CGImageSourceRef> source(CGImageSourceCreateWithURL((__bridge CFURLRef)toNSURL(file), nullptr));
+    if (!source)
+        return {};
+    NSDictionary *properties = CFBridgingRelease(CGImageSourceCopyPropertiesAtIndex(source.get(), 0, nullptr));
+    const auto width = numberIn(properties, kCGImagePropertyPixelWidth);
+    const auto height = numberIn(properties, kCGImagePropertyPixelHeight);
+    if (!width || !height)
+        return {};
+    return QSize(*width, *height);
+}
+
+void MacThumbnailGenerator::generate(const QUrl &file, const QSizeF &size, double scale, Completion completion)
+{
+    const quint64 id = open->add(std::move(completion));
+    const std::shared_ptr<OpenJobs> jobs = open;
+    const QSize bound = pixelsOf(size, scale);
+    QLThumbnailGenerationRequest *request = [[QLThumbnailGenerationRequest alloc]
+          initWithFileAtURL:toNSURL(file)
+                       size:size.toCGSize()
+                      scale:scale
+        representationTypes:QLThumbnailGenerationRequestRepresentationTypeThumbnail];
+    [QLThumbnailGenerator.sharedGenerator
+        generateBestRepresentationForRequest:request
+                           completionHandler:^(QLThumbnailRepresentation *thumbnail, NSError *) {
+                               const QImage image = fromCGImage(thumbnail.CGImage, bound);
+                               jobs->answer(id, image.isNull() ? std::nullopt : std::optional(image));
+                           }];
+}

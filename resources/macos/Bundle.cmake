@@ -1,0 +1,46 @@
+# The program as an application bundle: its property list, its icon, Qt deployed into it, and a disk image of that.
+set(folder ${PROJECT_SOURCE_DIR}/resources/macos)
+set(drawing ${PROJECT_SOURCE_DIR}/resources/icons/com.orvane.Parklet.svg)
+set(iconSet ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.iconset)
+set(icon ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.icns)
+
+# The same drawing as on Linux, at every size that the system asks for.
+add_executable(render-icon ${PROJECT_SOURCE_DIR}/resources/RenderIcon.cpp)
+target_link_libraries(render-icon PRIVATE Qt6::Svg)
+set(renderings "")
+foreach(points 16 32 128 256 512)
+  math(EXPR double "2 * ${points}")
+  list(APPEND renderings
+    COMMAND render-icon ${drawing} ${points} ${iconSet}/icon_${points}x${points}.png
+    COMMAND render-icon ${drawing} ${double} ${iconSet}/icon_${points}x${points}@2x.png)
+endforeach()
+add_custom_command(OUTPUT ${icon}
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${iconSet}
+  ${renderings}
+  COMMAND iconutil --convert icns --output ${icon} ${iconSet}
+  DEPENDS render-icon ${drawing}
+  VERBATIM)
+
+target_sources(parklet PRIVATE ${icon})
+set_source_files_properties(${icon} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
+set_target_properties(parklet PROPERTIES
+  MACOSX_BUNDLE ON
+  MACOSX_BUNDLE_INFO_PLIST ${folder}/Info.plist.in
+  OUTPUT_NAME Parklet)
+
+# Qt's tool copies the frameworks and plugins into the bundle and signs it for this machine.
+get_target_property(qmake Qt6::qmake IMPORTED_LOCATION)
+get_filename_component(qtTools "${qmake}" DIRECTORY)
+find_program(MACDEPLOYQT macdeployqt HINTS ${qtTools})
+install(TARGETS parklet BUNDLE DESTINATION .)
+install(CODE "
+  execute_process(
+    COMMAND \"${MACDEPLOYQT}\" \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/Parklet.app\" -codesign=-
+    COMMAND_ERROR_IS_FATAL ANY)")
+
+set(CPACK_GENERATOR DragNDrop)
+set(CPACK_PACKAGE_NAME Parklet)
+set(CPACK_PACKAGE_VENDOR Orvane)
+set(CPACK_PACKAGE_FILE_NAME Parklet-${PROJECT_VERSION})
+set(CPACK_DMG_VOLUME_NAME Parklet)
+include(CPack)

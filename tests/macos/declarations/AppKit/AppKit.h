@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <ApplicationServices/ApplicationServices.h>
+#include <Foundation/Foundation.h>
+
+#pragma clang assume_nonnull begin
+
+@class CALayer, NSColor, NSImage, NSMenu, NSScreen, NSView, NSWindow;
+
+// Events.
+typedef NS_OPTIONS(unsigned long long, NSEventMask) {
+    NSEventMaskLeftMouseUp = 1ULL << 2,
+    NSEventMaskLeftMouseDragged = 1ULL << 6,
+};
+@interface NSEvent : NSObject
+@property(class, readonly) NSPoint mouseLocation;
++ (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask
+                                             handler:(void (^)(NSEvent *event))block API_AVAILABLE(macos(10.6));
++ (void)removeMonitor:(id)eventMonitor API_AVAILABLE(macos(10.6));
+@end
+
+// Pasteboards.
+typedef NSString *NSPasteboardName;
+typedef NSString *NSPasteboardReadingOptionKey;
+extern "C" NSPasteboardName const NSPasteboardNameDrag API_AVAILABLE(macos(10.13));
+extern "C" NSPasteboardReadingOptionKey const NSPasteboardURLReadingFileURLsOnlyKey API_AVAILABLE(macos(10.6));
+@interface NSPasteboard : NSObject
++ (NSPasteboard *)pasteboardWithName:(NSPasteboardName)name;
+@property(readonly) NSInteger changeCount;
+- (nullable NSArray *)readObjectsForClasses:(NSArray<Class> *)classArray
+                                    options:(nullable NSDictionary<NSPasteboardReadingOptionKey, id> *)options
+    API_AVAILABLE(macos(10.6));
+@end
+
+// The workspace.
+API_AVAILABLE(macos(10.6))
+@interface NSRunningApplication : NSObject
+@property(nullable, readonly, copy) NSString *bundleIdentifier;
+@end
+@interface NSWorkspace : NSObject
+@property(class, readonly, strong) NSWorkspace *sharedWorkspace;
+@property(nullable, readonly, strong) NSRunningApplication *frontmostApplication API_AVAILABLE(macos(10.7));
+- (BOOL)openURL:(NSURL *)url;
+- (NSImage *)iconForFile:(NSString *)fullPath;
+- (nullable NSURL *)URLForApplicationWithBundleIdentifier:(NSString *)bundleIdentifier API_AVAILABLE(macos(10.6));
+@end
+
+// Colours.
+@interface NSColorSpace : NSObject <NSSecureCoding>
+@property(class, strong, readonly) NSColorSpace *sRGBColorSpace API_AVAILABLE(macos(10.5));
+@property(class, strong, readonly) NSColorSpace *extendedSRGBColorSpace API_AVAILABLE(macos(10.12));
+@end
+@interface NSColor : NSObject <NSCopying, NSSecureCoding>
++ (NSColor *)colorWithColorSpace:(NSColorSpace *)space
+                      components:(const CGFloat *)components
+                           count:(NSInteger)numberOfComponents;
+@property(class, strong, readonly) NSColor *clearColor;
+@property(class, strong, readonly) NSColor *controlAccentColor API_AVAILABLE(macos(10.14));
+- (nullable NSColor *)colorUsingColorSpace:(NSColorSpace *)space;
+@property(readonly) CGFloat redComponent;
+@property(readonly) CGFloat greenComponent;
+@property(readonly) CGFloat blueComponent;
+@property(readonly) CGFloat alphaComponent;
+@end
+
+// Pictures.
+typedef CGFloat NSFontWeight;
+extern "C" const NSFontWeight NSFontWeightLight API_AVAILABLE(macos(10.11));
+extern "C" const NSFontWeight NSFontWeightBold API_AVAILABLE(macos(10.11));
+typedef NSString *NSImageName;
+typedef NS_ENUM(NSUInteger, NSCompositingOperation) { NSCompositingOperationSourceOver = 2 };
+@interface NSGraphicsContext : NSObject
++ (NSGraphicsContext *)graphicsContextWithCGContext:(CGContextRef)graphicsPort
+                                            flipped:(BOOL)initialFlippedState API_AVAILABLE(macos(10.10));
+@property(class, nullable, strong) NSGraphicsContext *currentContext;
++ (void)saveGraphicsState;
++ (void)restoreGraphicsState;
+@end
+API_AVAILABLE(macos(11.0))
+@interface NSImageSymbolConfiguration : NSObject <NSCopying, NSSecureCoding>
++ (instancetype)configurationWithPointSize:(CGFloat)pointSize weight:(NSFontWeight)weight;
+@end
+@interface NSImage : NSObject <NSCopying, NSSecureCoding>
++ (nullable NSImage *)imageNamed:(NSImageName)name;
++ (nullable instancetype)imageWithSystemSymbolName:(NSString *)name
+                          accessibilityDescription:(nullable NSString *)description API_AVAILABLE(macos(11.0));
+- (nullable NSImage *)imageWithSymbolConfiguration:(NSImageSymbolConfiguration *)configuration
+    API_AVAILABLE(macos(11.0));
+@property NSSize size;
+- (void)drawInRect:(NSRect)rect fromRect:(NSRect)fromRect operation:(NSCompositingOperation)op fraction:(CGFloat)delta;
+@end
+
+// Views.
+typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
+    NSViewWidthSizable = 2,
+    NSViewHeightSizable = 16,
+};
+typedef NS_ENUM(NSInteger, NSWindowOrderingMode) { NSWindowAbove = 1, NSWindowBelow = -1, NSWindowOut = 0 };
+@interface NSView : NSObject
+- (instancetype)initWithFrame:(NSRect)frameRect;
+@property(nullable, readonly, unsafe_unretained) NSWindow *window;
+@property(nullable, readonly, unsafe_unretained) NSView *superview;
+@property NSRect frame;
+@property NSAutoresizingMaskOptions autoresizingMask;
+@property BOOL wantsLayer API_AVAILABLE(macos(10.5));
+@property(nullable, strong) CALayer *layer API_AVAILABLE(macos(10.5));
+- (void)addSubview:(NSView *)view positioned:(NSWindowOrderingMode)place relativeTo:(nullable NSView *)otherView;
+- (void)removeFromSuperview;
+@end
+typedef NS_ENUM(NSInteger, NSVisualEffectMaterial) {
+    NSVisualEffectMaterialHUDWindow API_AVAILABLE(macos(10.14)) = 13,
+};
+typedef NS_ENUM(NSInteger, NSVisualEffectBlendingMode) {
+    NSVisualEffectBlendingModeBehindWindow,
+    NSVisualEffectBlendingModeWithinWindow,
+};
+typedef NS_ENUM(NSInteger, NSVisualEffectState) {
+    NSVisualEffectStateFollowsWindowActiveState,
+    NSVisualEffectStateActive,
+    NSVisualEffectStateInactive,
+};
+API_AVAILABLE(macos(10.10))
+@interface NSVisualEffectView : NSView
+@property NSVisualEffectMaterial material;
+@property NSVisualEffectBlendingMode blendingMode;
+@property NSVisualEffectState state;
+@end
+@interface NSButton : NSView
+@property(nullable, strong) NSImage *image;
+@end
+
+// Windows.
+typedef NSInteger NSWindowLevel;
+extern "C" const NSWindowLevel NSFloatingWindowLevel;
+typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
+    NSWindowStyleMaskBorderless = 0,
+    NSWindowStyleMaskNonactivatingPanel = 1 << 7,
+    NSWindowStyleMaskFullSizeContentView API_AVAILABLE(macos(10.10)) = 1 << 15,
+};
+typedef NS_OPTIONS(NSUInteger, NSWindowCollectionBehavior) {
+    NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
+    NSWindowCollectionBehaviorStationary API_AVAILABLE(macos(10.6)) = 1 << 4,
+    NSWindowCollectionBehaviorFullScreenAuxiliary API_AVAILABLE(macos(10.7)) = 1 << 8,
+};
+typedef NS_ENUM(NSUInteger, NSBackingStoreType) { NSBackingStoreBuffered = 2 };
+typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
+    NSWindowAnimationBehaviorDefault = 0,
+    NSWindowAnimationBehaviorNone = 2,
+};
+@interface NSWindow : NSObject
+- (instancetype)initWithContentRect:(NSRect)contentRect
+                          styleMask:(NSWindowStyleMask)style
+                            backing:(NSBackingStoreType)backingStoreType
+                              defer:(BOOL)flag
+                             screen:(nullable NSScreen *)screen;
+@property NSWindowStyleMask styleMask;
+@property NSWindowLevel level;
+@property NSWindowCollectionBehavior collectionBehavior API_AVAILABLE(macos(10.5));
+@property(getter=isMovableByWindowBackground) BOOL movableByWindowBackground;
+@property BOOL hidesOnDeactivate;
+@property(null_resettable, copy) NSColor *backgroundColor;
+@property BOOL hasShadow;
+@property NSWindowAnimationBehavior animationBehavior API_AVAILABLE(macos(10.7));
+- (void)orderFrontRegardless;
+@end
+@interface NSPanel : NSWindow
+@property(getter=isFloatingPanel) BOOL floatingPanel;
+@end
+typedef NSInteger NSModalResponse;
+enum : NSModalResponse { NSModalResponseOK API_AVAILABLE(macos(10.9)) = 1 };
+@interface NSSavePanel : NSPanel
+@property(nullable, readonly, copy) NSURL *URL;
+@property(nullable, copy) NSURL *directoryURL API_AVAILABLE(macos(10.6));
+@property(null_resettable, copy) NSString *title;
+@property(null_resettable, copy) NSString *prompt;
+@property BOOL treatsFilePackagesAsDirectories;
+- (NSModalResponse)runModal;
+@end
+@interface NSOpenPanel : NSSavePanel
++ (NSOpenPanel *)openPanel;
+@property BOOL canChooseFiles;
+@property BOOL canChooseDirectories;
+@property BOOL allowsMultipleSelection;
+@end
+
+// Screens.
+@interface NSScreen : NSObject
+@property(class, readonly, copy) NSArray<NSScreen *> *screens;
+@property(class, readonly, nullable, strong) NSScreen *mainScreen;
+@property(readonly) NSRect frame;
+@property(readonly) NSRect visibleFrame;
+@property(readonly) CGFloat backingScaleFactor API_AVAILABLE(macos(10.7));
+@end
+
+// The status bar.
+static const CGFloat NSSquareStatusItemLength = -2.0;
+API_AVAILABLE(macos(10.10))
+@interface NSStatusBarButton : NSButton
+@end
+@interface NSStatusItem : NSObject
+@property(nullable, readonly, strong) NSStatusBarButton *button API_AVAILABLE(macos(10.10));
+@property(nullable, strong) NSMenu *menu;
+@end
+@interface NSStatusBar : NSObject
+@property(class, readonly, strong) NSStatusBar *systemStatusBar;
+- (NSStatusItem *)statusItemWithLength:(CGFloat)length;
+- (void)removeStatusItem:(NSStatusItem *)item;
+@end
+
+// The application.
+typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
+    NSApplicationActivationPolicyRegular,
+    NSApplicationActivationPolicyAccessory,
+    NSApplicationActivationPolicyProhibited,
+};
+extern "C" NSNotificationName const NSApplicationDidBecomeActiveNotification;
+extern "C" NSNotificationName const NSApplicationDidResignActiveNotification;
+extern "C" NSNotificationName const NSApplicationDidFinishLaunchingNotification;
+extern "C" NSNotificationName const NSApplicationDidChangeScreenParametersNotification;
+@interface NSApplication : NSObject
+@property(class, readonly, strong) __kindof NSApplication *sharedApplication;
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy API_AVAILABLE(macos(10.6));
+- (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
+@property(nullable, strong) NSMenu *mainMenu;
+@property(null_resettable, strong) NSImage *applicationIconImage;
+@end
+
+#pragma clang assume_nonnull end

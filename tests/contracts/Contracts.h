@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+class World;
+
+// One suite a service. Each states what its header promises, for every platform alike.
+std::unique_ptr<QObject> activationPolicyContract(World &world);
+std::unique_ptr<QObject> colorArchiveContract(World &world);
+std::unique_ptr<QObject> dragPasteboardContract(World &world);
+std::unique_ptr<QObject> eventMonitorsContract(World &world);
+std::unique_ptr<QObject> fileEventStreamsContract(World &world);
+std::unique_ptr<QObject> floatingPanelsContract(World &world);
+std::unique_ptr<QObject> keyTapContract(World &world);
+std::unique_ptr<QObject> loginItemContract(World &world);
+std::unique_ptr<QObject> mainQueueContract(World &world);
+std::unique_ptr<QObject> pasteboardContract(World &world);
+std::unique_ptr<QObject> screensContract(World &world);
+std::unique_ptr<QObject> statusBarContract(World &world);
+std::unique_ptr<QObject> systemAppearanceContract(World &world);
+std::unique_ptr<QObject> thumbnailGeneratorContract(World &world);
+std::unique_ptr<QObject> userDefaultsContract(World &world);
+std::unique_ptr<QObject> workspaceContract(World &world);
+
+// Runs every suite; the number of faults.
+int runContracts(World &world, int argc, char *argv[]);

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "tests/contracts/Contracts.h"
+#include "tests/contracts/World.h"
+
+#include <QMutex>
+#include <QTest>
+
+class ThumbnailGeneratorContract : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ThumbnailGeneratorContract(World &tested)
+        : world(tested)
+    {
+    }
+
+private slots:
+    void every_request_is_answered_once();
+    void what_is_no_image_has_no_size();
+
+private:
+    ThumbnailGenerator &thumbnailGenerator() const { return *world.platform().thumbnailGenerator; }
+
+    World &world;
+};
+
+void ThumbnailGeneratorContract::every_request_is_answered_once()
+{
+    QMutex mutex;
+    int answers = 0;
+    const auto count = [&](const std::optional<QImage> &) {
+        const QMutexLocker lock(&mutex);
+        ++answers;
+    };
+    const auto answered = [&](int wanted) {
+        const QMutexLocker lock(&mutex);
+        return answers >= wanted;
+    };
+    const QUrl words = world.makeFile(QStringLiteral("words.txt"), "words");
+    const QUrl nothing = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("nothing.png")));
+    thumbnailGenerator().generate(words, QSizeF(72, 72), 1.0, count);
+    thumbnailGenerator().generate(nothing, QSizeF(72, 72), 1.0, count);
+    QVERIFY(world.waitFor([&] { return answered(2); }));
+    thumbnailGenerator().generate(nothing, QSizeF(72, 72), 1.0, count);
+    QVERIFY(world.waitFor([&] { return answered(3); }));
+    const QMutexLocker lock(&mutex);
+    QCOMPARE(answers, 3);
+}
+
+void ThumbnailGeneratorContract::what_is_no_image_has_no_size()
+{
+    QVERIFY(!thumbnailGenerator().imagePixelSize(world.makeFile(QStringLiteral("letters.txt"), "letters")));
+    QVERIFY(!thumbnailGenerator().imagePixelSize(QUrl::fromLocalFile(world.folder.path())));
+    const QUrl nothing = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("nothing.png")));
+    QVERIFY(!thumbnailGenerator().imagePixelSize(nothing));
+}
+
+std::unique_ptr<QObject> thumbnailGeneratorContract(World &world)
+{
+    return std::make_unique<ThumbnailGeneratorContract>(world);
+}
+
+#include "ThumbnailGeneratorContract.moc"

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "tests/contracts/Contracts.h"
+#include "tests/contracts/World.h"
+
+#include <QTest>
+
+class UserDefaultsContract : public QObject {
+    Q_OBJECT
+
+public:
+    explicit UserDefaultsContract(World &tested)
+        : world(tested)
+    {
+    }
+
+private slots:
+    void cleanup();
+    void a_key_that_was_never_written_is_absent();
+    void what_was_set_is_read_data();
+    void what_was_set_is_read();
+    void an_integer_is_read_as_a_number();
+    void a_number_reads_as_its_truth_value_and_back();
+    void only_a_list_of_nothing_but_strings_is_one();
+    void an_invalid_value_removes_the_key();
+
+private:
+    UserDefaults &userDefaults() const { return *world.platform().userDefaults; }
+
+    World &world;
+};
+
+void UserDefaultsContract::cleanup()
+{
+    userDefaults().remove(QStringLiteral("contractTest"));
+}
+
+void UserDefaultsContract::a_key_that_was_never_written_is_absent()
+{
+    const QString key = QStringLiteral("contractTest");
+    QVERIFY(!userDefaults().object(key).isValid());
+    QCOMPARE(userDefaults().boolean(key), false);
+    QCOMPARE(userDefaults().integer(key), 0);
+    QCOMPARE(userDefaults().number(key), 0.0);
+    QVERIFY(userDefaults().data(key).isEmpty());
+    QVERIFY(userDefaults().stringArray(key).isEmpty());
+}
+
+void UserDefaultsContract::what_was_set_is_read_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("bool") << QVariant(true);
+    QTest::newRow("double") << QVariant(0.4);
+    QTest::newRow("string") << QVariant(QStringLiteral("Größe 雪"));
+    QTest::newRow("data") << QVariant(QByteArray("\0\x01\xff", 3));
+    QTest::newRow("list") << QVariant(QVariantList{QStringLiteral("a"), QStringLiteral("b")});
+    QTest::newRow("empty list") << QVariant(QVariantList());
+}
+
+void UserDefaultsContract::what_was_set_is_read()
+{
+    QFETCH(QVariant, value);
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), value));
+    const QVariant read = userDefaults().object(QStringLiteral("contractTest"));
+    QCOMPARE(read.typeId(), value.typeId());
+    QCOMPARE(read, value);
+}
+
+void UserDefaultsContract::an_integer_is_read_as_a_number()
+{
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), 3));
+    QCOMPARE(userDefaults().integer(QStringLiteral("contractTest")), 3);
+    QCOMPARE(userDefaults().number(QStringLiteral("contractTest")), 3.0);
+    QCOMPARE(userDefaults().object(QStringLiteral("contractTest")).toDouble(), 3.0);
+}
+
+void UserDefaultsContract::a_number_reads_as_its_truth_value_and_back()
+{
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), 2.0));
+    QCOMPARE(userDefaults().boolean(QStringLiteral("contractTest")), true);
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), true));
+    QCOMPARE(userDefaults().integer(QStringLiteral("contractTest")), 1);
+}
+
+void UserDefaultsContract::only_a_list_of_nothing_but_strings_is_one()
+{
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), QVariantList{QStringLiteral("a"), 1.0}));
+    QVERIFY(userDefaults().stringArray(QStringLiteral("contractTest")).isEmpty());
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), QVariantList{QStringLiteral("a"), QStringLiteral("b")}));
+    const QStringList strings = {QStringLiteral("a"), QStringLiteral("b")};
+    QCOMPARE(userDefaults().stringArray(QStringLiteral("contractTest")), strings);
+}
+
+void UserDefaultsContract::an_invalid_value_removes_the_key()
+{
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), true));
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), QVariant()));
+    QVERIFY(!userDefaults().object(QStringLiteral("contractTest")).isValid());
+}
+
+std::unique_ptr<QObject> userDefaultsContract(World &world)
+{
+    return std::make_unique<UserDefaultsContract>(world);
+}
+
+#include "UserDefaultsContract.moc"

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "tests/contracts/Contracts.h"
+#include "tests/contracts/World.h"
+
+#include <QTest>
+
+class WorkspaceContract : public QObject {
+    Q_OBJECT
+
+public:
+    explicit WorkspaceContract(World &tested)
+        : world(tested)
+    {
+    }
+
+private slots:
+    void every_file_has_an_icon();
+    void an_application_that_is_not_installed_is_not_found();
+    void a_file_that_is_no_application_has_no_identifier();
+    void there_is_a_folder_of_applications();
+
+private:
+    Workspace &workspace() const { return *world.platform().workspace; }
+
+    World &world;
+};
+
+void WorkspaceContract::every_file_has_an_icon()
+{
+    QVERIFY(!workspace().icon(world.makeFile(QStringLiteral("words.txt"), "words")).isNull());
+    QVERIFY(!workspace().icon(QUrl::fromLocalFile(world.folder.path())).isNull());
+    const QUrl gone = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("gone.png")));
+    QVERIFY(!workspace().icon(gone).isNull());
+}
+
+void WorkspaceContract::an_application_that_is_not_installed_is_not_found()
+{
+    QVERIFY(!workspace().application(QStringLiteral("com.orvane.nosuchapplication")));
+    QVERIFY(!workspace().application(QString()));
+}
+
+void WorkspaceContract::a_file_that_is_no_application_has_no_identifier()
+{
+    QVERIFY(!workspace().bundleIdentifier(world.makeFile(QStringLiteral("letters.txt"), "letters")));
+    QVERIFY(!workspace().bundleIdentifier(QUrl(QStringLiteral("https://orvane.example/"))));
+}
+
+void WorkspaceContract::there_is_a_folder_of_applications()
+{
+    QVERIFY(!workspace().applicationsFolders().isEmpty());
+    for (const QUrl &folder : workspace().applicationsFolders())
+        QVERIFY(folder.isLocalFile());
+}
+
+std::unique_ptr<QObject> workspaceContract(World &world)
+{
+    return std::make_unique<WorkspaceContract>(world);
+}
+
+#include "WorkspaceContract.moc"

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <QTemporaryDir>
+
+// What the suites are run against: the services of one platform, and a hand that does to them what a user would.
+class World {
+public:
+    virtual ~World() = default;
+
+    virtual Platform &platform() = 0;
+
+    // Lets time pass until `condition` holds. False when it never does.
+    virtual bool waitFor(const std::function<bool()> &condition) = 0;
+
+    // Puts files, or words, where the user's copies go.
+    virtual void copy(const QList<QUrl> &files) = 0;
+    virtual void copy(const QString &words) = 0;
+
+    // Makes a file in a folder that is watched.
+    virtual void addFile(const QString &folder, const QString &name) = 0;
+
+    // The address of a new file of that name with these contents.
+    QUrl makeFile(const QString &name, const QByteArray &contents) const;
+
+    const QTemporaryDir folder;
+};

@@ -8,28 +8,36 @@
 
 namespace {
 
+// Where a copy is not on offer, Qt would answer with what is: told of a move, the source deletes its file, which the
+// shelf only refers to. Our own drags delete nothing, whatever they offer.
+bool offersCopy(const QDropEvent &event)
+{
+    return event.possibleActions().testFlag(Qt::CopyAction) || event.source() != nullptr;
+}
+
 // Copy is said outright: taking over what the source proposes could mean a move, and the shelf never moves a file.
-void acceptCopy(QDropEvent *event)
+void answerCopy(QDropEvent *event)
 {
     event->setDropAction(Qt::CopyAction);
-    event->accept();
+    event->setAccepted(offersCopy(*event));
 }
 
 } // namespace
 
 void DropTarget::draggingEntered(QDragEnterEvent *event)
 {
-    if (!event->mimeData()->hasUrls()) {
+    if (!event->mimeData()->hasUrls() || !offersCopy(*event)) {
         event->ignore();
         return;
     }
     highlight(true);
-    acceptCopy(event);
+    answerCopy(event);
 }
 
 void DropTarget::draggingUpdated(QDragMoveEvent *event)
 {
-    acceptCopy(event);
+    // A key that is pressed on the way may change what is on offer.
+    answerCopy(event);
 }
 
 void DropTarget::draggingExited(QDragLeaveEvent *event)
@@ -42,13 +50,13 @@ void DropTarget::performDragOperation(QDropEvent *event)
 {
     highlight(false);
     const QList<QUrl> urls = fileURLs(event->mimeData());
-    if (urls.isEmpty()) {
+    if (urls.isEmpty() || !offersCopy(*event)) {
         event->ignore();
         return;
     }
     if (onDrop)
         onDrop(urls);
-    acceptCopy(event);
+    answerCopy(event);
 }
 
 void DropTarget::highlight(bool on)

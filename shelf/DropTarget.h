@@ -12,7 +12,7 @@ class QDragMoveEvent;
 class QDropEvent;
 
 // What the shelf's views that take file drops have in common. A view forwards its drag events to these. Drags that
-// carry no URLs at all pass by; every other one is answered with copy, and the drop decides.
+// carry no URLs at all, or may not be copied, pass by; every other one is answered with copy, and the drop decides.
 class DropTarget {
 public:
     // Receives the files of a drop, never an empty list.

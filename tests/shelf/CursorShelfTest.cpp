@@ -34,6 +34,7 @@ private slots:
     void entering_and_leaving_turns_the_accent_border_on_and_off();
     void dropping_two_files_hands_both_over_at_once_and_in_order();
     void a_drop_is_a_copy_and_does_not_hide_the_panel();
+    void what_may_not_be_copied_passes_by();
     void dropping_text_is_refused_and_turns_the_highlight_off();
     void dropping_anything_that_is_no_file_is_refused_as_a_whole();
     void a_drop_without_a_receiver_is_still_taken();
@@ -389,6 +390,20 @@ void CursorShelfTest::a_drop_is_a_copy_and_does_not_hide_the_panel()
     f.queue.advance(10);
     QVERIFY(f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void CursorShelfTest::what_may_not_be_copied_passes_by()
+{
+    Fixture f;
+    f.showFully();
+    QMimeData data;
+    data.setUrls({file("/a")});
+    QVERIFY(!sendDragEnter(f.zone, data, nullptr, Qt::MoveAction));
+    QCOMPARE(f.zone.visualFX->borderWidth(), 0.0);
+    // The key that made it a move may be pressed later, too.
+    QVERIFY(sendDragEnter(f.zone, data));
+    QVERIFY(!sendDrop(f.zone, data, nullptr, Qt::MoveAction));
+    QVERIFY(f.drops.isEmpty());
 }
 
 void CursorShelfTest::dropping_text_is_refused_and_turns_the_highlight_off()

@@ -15,6 +15,10 @@ private slots:
     void a_drop_hands_over_all_files_in_their_order();
     void a_drop_with_anything_else_on_it_is_refused_as_a_whole_data() { targets(); }
     void a_drop_with_anything_else_on_it_is_refused_as_a_whole();
+    void what_may_not_be_copied_passes_by_data() { targets(); }
+    void what_may_not_be_copied_passes_by();
+    void a_copy_that_is_taken_back_on_the_way_is_refused_data() { targets(); }
+    void a_copy_that_is_taken_back_on_the_way_is_refused();
     void a_drag_of_text_passes_by_data() { targets(); }
     void a_drag_of_text_passes_by();
     void without_callbacks_nothing_happens_data() { targets(); }
@@ -131,6 +135,35 @@ void DropTargetTest::a_drop_with_anything_else_on_it_is_refused_as_a_whole()
     QVERIFY(sendDragEnter(*t.widget, empty));
     QVERIFY(!sendDrop(*t.widget, empty));
     QVERIFY(!t.calls.contains(QStringLiteral("drop")));
+}
+
+void DropTargetTest::what_may_not_be_copied_passes_by()
+{
+    QFETCH(bool, scrolls);
+    QMimeData data;
+    data.setUrls({file("/a")});
+    for (const auto possible : {Qt::DropActions(Qt::MoveAction), Qt::DropActions(Qt::LinkAction),
+                                Qt::MoveAction | Qt::LinkAction, Qt::DropActions(Qt::IgnoreAction)}) {
+        Target t(scrolls);
+        t.listen();
+        QVERIFY(!sendDragEnter(*t.widget, data, nullptr, possible));
+        QVERIFY(!sendDrop(*t.widget, data, nullptr, possible));
+        QVERIFY(t.calls.isEmpty());
+    }
+}
+
+void DropTargetTest::a_copy_that_is_taken_back_on_the_way_is_refused()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    t.listen();
+    QMimeData data;
+    data.setUrls({file("/a")});
+    QVERIFY(sendDragEnter(*t.widget, data));
+    QVERIFY(!sendDragMove(*t.widget, data, nullptr, Qt::MoveAction));
+    QVERIFY(sendDragMove(*t.widget, data));
+    QVERIFY(!sendDrop(*t.widget, data, nullptr, Qt::MoveAction));
+    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off")}));
 }
 
 void DropTargetTest::a_drag_of_text_passes_by()

@@ -21,10 +21,10 @@ inline bool sendDragEnter(QWidget &target, const QMimeData &data, Qt::DropAction
     return event.isAccepted();
 }
 
-inline bool sendDragMove(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr)
+inline bool sendDragMove(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr,
+                         Qt::DropActions possible = Qt::CopyAction | Qt::MoveAction)
 {
-    QDragMoveEvent event(target.rect().center(), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
-                         Qt::NoModifier);
+    QDragMoveEvent event(target.rect().center(), possible, &data, Qt::LeftButton, Qt::NoModifier);
     event.setDropAction(Qt::MoveAction);
     event.ignore();
     QApplication::sendEvent(&target, &event);
@@ -39,9 +39,10 @@ inline void sendDragLeave(QWidget &target)
     QApplication::sendEvent(&target, &event);
 }
 
-inline bool sendDrop(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr)
+inline bool sendDrop(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr,
+                     Qt::DropActions possible = Qt::CopyAction | Qt::MoveAction)
 {
-    QDropEvent event(target.rect().center(), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent event(target.rect().center(), possible, &data, Qt::LeftButton, Qt::NoModifier);
     event.setDropAction(Qt::MoveAction);
     event.ignore();
     QApplication::sendEvent(&target, &event);

@@ -75,11 +75,11 @@ void TileImageView::paintEvent(QPaintEvent *)
     clip.addRoundedRect(rect(), kImageCornerRadius, kImageCornerRadius);
     painter.setClipPath(clip);
     const QRectF target = fittedRect(size, rect());
-    if (icon.isNull())
-        // A picture of other proportions than it was asked for, a page or a turned photo, is not stretched to them.
-        painter.drawPixmap(fittedRect(pixmap.size(), target), pixmap, QRectF(pixmap.rect()));
-    else
-        icon.paint(&painter, target.toAlignedRect());
+    // An icon answers a pixmap no larger than it has one.
+    const QPixmap shown =
+        icon.isNull() ? pixmap : icon.pixmap(target.toAlignedRect().size(), painter.device()->devicePixelRatioF());
+    // A picture of other proportions than it was asked for, a page or a turned photo, is not stretched to them.
+    painter.drawPixmap(fittedRect(shown.size(), target), shown, QRectF(shown.rect()));
 }
 
 TileLabel::TileLabel(QWidget *parent)

@@ -13,6 +13,7 @@ class TileViewsTest : public QObject {
 
 private slots:
     void the_image_is_clipped_to_corners_of_6_points();
+    void a_small_icon_is_drawn_as_large_as_it_goes_at_the_top();
     void the_name_is_white_11_points_high_and_of_medium_weight();
     void the_remove_button_is_a_red_circle_with_a_symbol_of_8_points();
     void the_remove_button_fades_as_a_whole();
@@ -68,6 +69,25 @@ void TileViewsTest::the_image_is_clipped_to_corners_of_6_points()
     QVERIFY(std::abs(coveredArea(image) - roundedArea(size, 6)) < kTolerance);
     QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
     QCOMPARE(image.pixelColor(30, 0), QColor(Qt::red));
+}
+
+void TileViewsTest::a_small_icon_is_drawn_as_large_as_it_goes_at_the_top()
+{
+    TileImageView view(nullptr);
+    view.setImage(plainIcon(Qt::red));
+    const QImage image = shown(view, QSize(80, 67));
+    // A square as high as the view, in its middle: from 6.5 to 73.5.
+    for (const int y : {0, 33, 66}) {
+        for (const int x : {0, 5, 74, 79})
+            QCOMPARE(image.pixelColor(x, y).alpha(), 0);
+        for (const int x : {7, 40, 72})
+            QCOMPARE(image.pixelColor(x, y), QColor(Qt::red));
+    }
+    // Where less than the square fits, it is as wide as the view.
+    const QImage narrow = shown(view, QSize(40, 67));
+    QCOMPARE(narrow.pixelColor(20, 0), QColor(Qt::red));
+    QCOMPARE(narrow.pixelColor(20, 39), QColor(Qt::red));
+    QCOMPARE(narrow.pixelColor(20, 40).alpha(), 0);
 }
 
 void TileViewsTest::the_name_is_white_11_points_high_and_of_medium_weight()

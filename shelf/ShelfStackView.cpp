@@ -3,6 +3,7 @@
 
 #include "shelf/ShelfGeometry.h"
 #include "shelf/ShelfItemView.h"
+#include "shelf/TileViews.h"
 
 namespace {
 
@@ -32,6 +33,9 @@ void ShelfStackView::removeArrangedSubview(ShelfItemView *tile)
         return;
     sizes.remove(tile);
     tile->hide();
+    // It hangs out of the tile and is no child of it.
+    if (tile->nameLabel)
+        tile->nameLabel->hide();
     tile->deleteLater();
     arrange();
 }

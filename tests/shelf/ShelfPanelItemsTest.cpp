@@ -6,6 +6,7 @@
 #include "shelf/ShelfPanel.h"
 #include "shelf/ShelfStackView.h"
 #include "shelf/ShelfViews.h"
+#include "shelf/TileViews.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QAccessible>
@@ -60,6 +61,7 @@ private slots:
     void cancelling_keeps_everything_and_stores_nothing();
     void the_question_can_be_switched_off();
     void clearing_shows_the_label_hides_the_button_and_then_the_shelf();
+    void cleared_tiles_take_their_names_along();
     void an_alert_that_is_closed_clears_nothing();
     void a_screen_reader_meets_the_tiles_as_a_list();
     // Announcing
@@ -640,6 +642,19 @@ void ShelfPanelItemsTest::clearing_shows_the_label_hides_the_button_and_then_the
     QVERIFY(f.panel->isVisible());
     f.advance(0.01 + 0.18);
     QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelItemsTest::cleared_tiles_take_their_names_along()
+{
+    Fixture f;
+    f.add(2);
+    f.panel->show(false);
+    const QPointer<TileLabel> name = f.tile(0)->nameLabel;
+    QVERIFY(name->isVisible());
+    f.virtualPlatform.alerts.answers = {AlertAnswer{0, false}};
+    f.panel->clearAll();
+    // The tile is deleted later, its name would hang there until then.
+    QVERIFY(name && !name->isVisible());
 }
 
 void ShelfPanelItemsTest::an_alert_that_is_closed_clears_nothing()

@@ -86,6 +86,12 @@ void ShelfItemView::fadeOut(double seconds, std::function<void()> completion)
     tileFader.fade(0.0, seconds, FadeCurve::Standard, std::move(completion));
 }
 
+QRectF ShelfItemView::draggingFrame() const
+{
+    const double itemSize = settings.shelfItemSize();
+    return flipped(QRectF(0, 0, itemSize, itemSize), height());
+}
+
 void ShelfItemView::loadThumbnail()
 {
     const double itemSize = settings.shelfItemSize();
@@ -286,7 +292,6 @@ void ShelfItemView::mouseDragged()
     if (onDragStarted)
         onDragStarted();
 
-    const double itemSize = settings.shelfItemSize();
     const auto items = getDragItems ? getDragItems() : std::nullopt;
     if (items && !items->isEmpty()) {
         isDraggingMultiple = true;
@@ -296,7 +301,7 @@ void ShelfItemView::mouseDragged()
     isDraggingMultiple = false;
     if (!imageView->hasImage())
         return;
-    beginDraggingSession({DraggingItem{fileURL, QRectF(0, 0, itemSize, itemSize), imageView->image(itemSize)}});
+    beginDraggingSession({DraggingItem{fileURL, draggingFrame(), imageView->image(settings.shelfItemSize())}});
 }
 
 void ShelfItemView::beginDraggingSession(const QList<DraggingItem> &items)

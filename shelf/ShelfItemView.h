@@ -59,6 +59,10 @@ public:
     // White at this alpha lies over the tile while the pointer is on it.
     double hoverBackgroundAlpha() const { return hoverAlpha; }
 
+    // Where the picture of a drag out of this tile starts from, in the tile's coordinates as Qt has them: the item size
+    // square at the bottom left.
+    QRectF draggingFrame() const;
+
     // Requests a new thumbnail of the current item size. Requests under way go on; the last to complete is shown.
     void loadThumbnail();
 

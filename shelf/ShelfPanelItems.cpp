@@ -169,8 +169,7 @@ std::optional<QList<DraggingItem>> ShelfPanel::dragItems(ShelfItemView *tile)
     for (const ShelfItemView *selected : selectedViews) {
         urls.append(selected->fileURL);
         if (selected->imageView->hasImage())
-            dragged.append(DraggingItem{selected->fileURL, QRectF(0, 0, itemSize, itemSize),
-                                        selected->imageView->image(itemSize)});
+            dragged.append(DraggingItem{selected->fileURL, tile->draggingFrame(), selected->imageView->image(itemSize)});
     }
     return dragged;
 }

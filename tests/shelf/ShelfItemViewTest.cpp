@@ -661,7 +661,8 @@ void ShelfItemViewTest::a_drag_carries_the_file_with_its_picture()
     QCOMPARE(session.source.data(), static_cast<QWidget *>(f.tile.get()));
     QCOMPARE(session.items.size(), 1);
     QCOMPARE(session.items.first().fileURL, f.url);
-    QCOMPARE(session.items.first().frame, QRectF(0, 0, 72, 72));
+    // At the bottom left of the tile, which is 102 high.
+    QCOMPARE(session.items.first().frame, QRectF(0, 30, 72, 72));
     QVERIFY(!session.items.first().contents.isNull());
     // Without a thumbnail the icon goes along, at the item's size.
     Fixture icon;

@@ -476,7 +476,9 @@ void ShelfPanelItemsTest::the_selection_is_dragged_in_selection_order_with_its_p
     QCOMPARE(dragged->size(), 2);
     QCOMPARE(dragged->at(0).fileURL, file(0));
     QCOMPARE(dragged->at(1).fileURL, file(1));
-    QCOMPARE(dragged->at(0).frame, QRectF(0, 0, 60, 60));
+    // At the bottom left of the tile under the pointer, which is 90 high.
+    QCOMPARE(dragged->at(0).frame, QRectF(0, 30, 60, 60));
+    QCOMPARE(dragged->at(1).frame, QRectF(0, 30, 60, 60));
     QVERIFY(!dragged->at(0).contents.isNull());
     // A selection of one is a list of one, and one without its picture an empty list.
     f.tile(1)->onSelect();

@@ -80,10 +80,10 @@ void ShelfItemView::setBorderWidth(double width)
     update();
 }
 
-void ShelfItemView::fadeOut(double seconds, std::function<void()> completion)
+void ShelfItemView::fadeOut(double seconds)
 {
     fadesOut = true;
-    tileFader.fade(0.0, seconds, FadeCurve::Standard, std::move(completion));
+    tileFader.fade(0.0, seconds, FadeCurve::Standard);
 }
 
 QRectF ShelfItemView::draggingFrame() const

@@ -53,7 +53,7 @@ public:
 
     // The opacity of the whole tile, its name included.
     double alpha() const { return tileFader.alpha(); }
-    void fadeOut(double seconds, std::function<void()> completion);
+    void fadeOut(double seconds);
     bool isFadingOut() const { return fadesOut; }
 
     // White at this alpha lies over the tile while the pointer is on it.

@@ -121,6 +121,7 @@ private:
     std::optional<QList<DraggingItem>> dragItems(ShelfItemView *tile);
     void didDragOut(const QUrl &url);
     void didDragOutSelection(const ShelfItemView *dragged);
+    void tileDidFadeOut(ShelfItemView *tile);
     void removeAllItems();
     void itemsDidChange();
     void updateHeader();

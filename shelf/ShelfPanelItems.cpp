@@ -145,17 +145,24 @@ void ShelfPanel::removeItem(const QUrl &url)
     ShelfItemView *tile = *found;
     // The tap stays, also when nothing is selected any more.
     selectedViews.removeAll(tile);
-    tile->fadeOut(kRemovalFade, [panel = QPointer<ShelfPanel>(this), weakTile = QPointer<ShelfItemView>(tile)] {
-        if (!panel)
-            return;
-        if (weakTile) {
-            // A select-all during the fade may have taken the tile up again.
-            panel->selectedViews.removeAll(weakTile);
-            panel->draggedSelections.remove(weakTile);
-            panel->stackView->removeArrangedSubview(weakTile);
-        }
-        panel->itemsDidChange();
-    });
+    tile->fadeOut(kRemovalFade);
+    // The removal ends then also when the tile is cleared away during its fade.
+    platform.mainQueue->after(kRemovalFade,
+                              [panel = QPointer<ShelfPanel>(this), weakTile = QPointer<ShelfItemView>(tile)] {
+                                  if (panel)
+                                      panel->tileDidFadeOut(weakTile);
+                              });
+}
+
+void ShelfPanel::tileDidFadeOut(ShelfItemView *tile)
+{
+    if (tile) {
+        // A select-all during the fade may have taken the tile up again.
+        selectedViews.removeAll(tile);
+        draggedSelections.remove(tile);
+        stackView->removeArrangedSubview(tile);
+    }
+    itemsDidChange();
 }
 
 std::optional<QList<DraggingItem>> ShelfPanel::dragItems(ShelfItemView *tile)

@@ -61,6 +61,7 @@ private slots:
     void cancelling_keeps_everything_and_stores_nothing();
     void the_question_can_be_switched_off();
     void clearing_shows_the_label_hides_the_button_and_then_the_shelf();
+    void a_removal_ends_after_its_fade_also_when_all_was_cleared_meanwhile();
     void cleared_tiles_take_their_names_along();
     void an_alert_that_is_closed_clears_nothing();
     void a_screen_reader_meets_the_tiles_as_a_list();
@@ -644,6 +645,30 @@ void ShelfPanelItemsTest::clearing_shows_the_label_hides_the_button_and_then_the
     QVERIFY(f.panel->isVisible());
     f.advance(0.01 + 0.18);
     QVERIFY(!f.panel->isVisible());
+}
+
+void ShelfPanelItemsTest::a_removal_ends_after_its_fade_also_when_all_was_cleared_meanwhile()
+{
+    Fixture f;
+    f.set(SettingsKey::skipClearAllConfirmation, true);
+    f.add(3);
+    f.panel->show(true);
+    f.advance(1);
+    f.changes = 0;
+    f.panel->removeItem(file(0));
+    f.advance(0.1);
+    f.panel->clearAll();
+    QCOMPARE(f.changes, 1);
+    QCOMPARE(f.tileCount(), 0);
+    f.advance(0.07);
+    QCOMPARE(f.changes, 1);
+    f.advance(0.01);
+    QCOMPARE(f.changes, 2);
+    // With it the wait for the empty shelf to hide begins anew.
+    f.advance(1.49);
+    QVERIFY(!f.panel->isHiding());
+    f.advance(0.01);
+    QVERIFY(f.panel->isHiding());
 }
 
 void ShelfPanelItemsTest::cleared_tiles_take_their_names_along()

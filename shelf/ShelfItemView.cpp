@@ -309,23 +309,15 @@ void ShelfItemView::beginDraggingSession(const QList<DraggingItem> &items)
     // The session takes the pointer; the release that ends it does not reach the tile.
     isPressed = false;
     const DragOperation operation = sourceOperation(settings.defaults.integer(SettingsKey::dragMode));
-    // A destination may answer after the next drag has begun, so each session remembers what it carries.
-    platform.dragSessions->begin(
-        *this, items, operation,
-        [tile = QPointer<ShelfItemView>(this), multiple = isDraggingMultiple](DragOperation done) {
-            if (tile)
-                tile->draggingSessionEnded(done, multiple);
-        });
-}
-
-void ShelfItemView::draggingSessionEnded(DragOperation operation, bool multiple)
-{
-    isDraggingMultiple = false;
-    if (operation == DragOperation::None || !settings.removeItemsWhenDraggedOut())
-        return;
-    const auto report = multiple ? onMultiDragOut : onDragOut;
-    if (report)
-        report();
+    // A destination may answer after the next drag has begun, or the tile has gone: each session has its own report.
+    const auto report = isDraggingMultiple ? onMultiDragOut : onDragOut;
+    platform.dragSessions->begin(*this, items, operation,
+                                 [tile = QPointer<ShelfItemView>(this), report, &store = settings](DragOperation done) {
+                                     if (tile)
+                                         tile->isDraggingMultiple = false;
+                                     if (done != DragOperation::None && store.removeItemsWhenDraggedOut() && report)
+                                         report();
+                                 });
 }
 
 DragOperation ShelfItemView::sourceOperation(qint64 dragMode)

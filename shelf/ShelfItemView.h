@@ -97,7 +97,6 @@ private:
     void mouseDragged();
     bool continuesDoubleClick(const QMouseEvent &event) const;
     void beginDraggingSession(const QList<DraggingItem> &items);
-    void draggingSessionEnded(DragOperation operation, bool multiple);
     void didTapRemove();
     void placeNameLabel();
 

@@ -4,8 +4,8 @@
 #include "platform/DragSessions.h"
 #include "shelf/Fader.h"
 
-#include <QHash>
 #include <QList>
+#include <QSet>
 #include <QUrl>
 #include <QWidget>
 
@@ -120,7 +120,9 @@ private:
     void select(ShelfItemView *tile);
     std::optional<QList<DraggingItem>> dragItems(ShelfItemView *tile);
     void didDragOut(const QUrl &url);
-    void didDragOutSelection(const ShelfItemView *dragged);
+    void didDragOutSelection(const QList<QUrl> &selection, const QList<QUrl> &carried);
+    bool cameBack(const QUrl &url) const;
+    void forgetDrop();
     void tileDidFadeOut(ShelfItemView *tile);
     void removeAllItems();
     void itemsDidChange();
@@ -134,7 +136,6 @@ private:
     bool isTapInstalled = false;
     bool hiding = false;
     bool hidesOnlyEmpty = false; // the fade-out under way is that of an empty shelf, and of one that is still so
-    // The selection with which each tile's last multi-file drag began; its end may come after the selection changed.
-    QHash<const ShelfItemView *, QList<QUrl>> draggedSelections;
+    QSet<QUrl> droppedURLs; // on the panel while droppedBackOnSelf is true
     std::shared_ptr<Timer> autoHideTimer;
 };

@@ -15,6 +15,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -53,16 +54,12 @@ void ShelfPanel::addItem(const QUrl &url)
     };
     tile->onDragStarted = [panel] {
         if (panel)
-            panel->droppedBackOnSelf = false;
+            panel->forgetDrop();
     };
     tile->getDragItems = [panel, weakTile]() -> std::optional<QList<DraggingItem>> {
         if (!panel || !weakTile)
             return {};
         return panel->dragItems(weakTile);
-    };
-    tile->onMultiDragOut = [panel, tile] {
-        if (panel)
-            panel->didDragOutSelection(tile);
     };
     stackView->addArrangedSubview(
         tile, tileSize(settings.shelfItemSize(), settings.defaults.integer(SettingsKey::fileNameDisplay)));
@@ -76,6 +73,7 @@ void ShelfPanel::addItem(const QUrl &url)
 void ShelfPanel::handleDrop(const QList<QUrl> &urls)
 {
     droppedBackOnSelf = true;
+    droppedURLs.unite(QSet<QUrl>(urls.begin(), urls.end()));
     if (onDropReceived)
         onDropReceived();
     for (const QUrl &url : urls)
@@ -159,7 +157,6 @@ void ShelfPanel::tileDidFadeOut(ShelfItemView *tile)
     if (tile) {
         // A select-all during the fade may have taken the tile up again.
         selectedViews.removeAll(tile);
-        draggedSelections.remove(tile);
         stackView->removeArrangedSubview(tile);
     }
     itemsDidChange();
@@ -171,37 +168,57 @@ std::optional<QList<DraggingItem>> ShelfPanel::dragItems(ShelfItemView *tile)
         return {};
     const double itemSize = settings.shelfItemSize();
     QList<DraggingItem> dragged;
-    QList<QUrl> &urls = draggedSelections[tile];
-    urls.clear();
+    QList<QUrl> selection;
+    QList<QUrl> carried;
     for (const ShelfItemView *selected : selectedViews) {
-        urls.append(selected->fileURL);
-        if (selected->imageView->hasImage())
-            dragged.append(DraggingItem{selected->fileURL, tile->draggingFrame(), selected->imageView->image(itemSize)});
+        selection.append(selected->fileURL);
+        if (!selected->imageView->hasImage())
+            continue;
+        carried.append(selected->fileURL);
+        dragged.append(DraggingItem{selected->fileURL, tile->draggingFrame(), selected->imageView->image(itemSize)});
     }
+    // The end of this drag may come after the selection has changed, another drag has begun or the tile has gone.
+    tile->onMultiDragOut = [panel = QPointer<ShelfPanel>(this), selection, carried] {
+        if (panel)
+            panel->didDragOutSelection(selection, carried);
+    };
     return dragged;
+}
+
+bool ShelfPanel::cameBack(const QUrl &url) const
+{
+    return droppedBackOnSelf && droppedURLs.contains(url);
+}
+
+void ShelfPanel::forgetDrop()
+{
+    droppedBackOnSelf = false;
+    droppedURLs.clear();
 }
 
 void ShelfPanel::didDragOut(const QUrl &url)
 {
-    if (!droppedBackOnSelf)
+    // Other files may have been dropped while the destination took its time.
+    if (!cameBack(url))
         removeItem(url);
-    droppedBackOnSelf = false;
+    forgetDrop();
 }
 
-void ShelfPanel::didDragOutSelection(const ShelfItemView *dragged)
+void ShelfPanel::didDragOutSelection(const QList<QUrl> &selection, const QList<QUrl> &carried)
 {
-    const QList<QUrl> urls = draggedSelections.take(dragged);
-    if (droppedBackOnSelf) {
-        droppedBackOnSelf = false;
+    QList<QUrl> gone;
+    // When the whole drag came back, so did those of the selection that it could not carry.
+    if (!droppedBackOnSelf || !std::ranges::all_of(carried, [this](const QUrl &url) { return cameBack(url); }))
+        std::ranges::copy_if(selection, std::back_inserter(gone), [this](const QUrl &url) { return !cameBack(url); });
+    forgetDrop();
+    if (gone.isEmpty())
         return;
-    }
     // The tiles keep their selected look; they are about to go.
-    selectedViews.removeIf([&urls](const ShelfItemView *tile) { return urls.contains(tile->fileURL); });
+    selectedViews.removeIf([&gone](const ShelfItemView *tile) { return gone.contains(tile->fileURL); });
     if (selectedViews.isEmpty())
         removeCmdATap();
-    for (const QUrl &url : urls)
+    for (const QUrl &url : gone)
         removeItem(url);
-    droppedBackOnSelf = false;
 }
 
 void ShelfPanel::clearAll()
@@ -226,7 +243,6 @@ void ShelfPanel::removeAllItems()
 {
     items.clear();
     selectedViews.clear();
-    draggedSelections.clear();
     removeCmdATap();
     const auto tiles = stackView->arrangedSubviews();
     for (ShelfItemView *tile : tiles)

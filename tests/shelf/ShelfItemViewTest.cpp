@@ -65,6 +65,8 @@ private slots:
     void the_end_of_a_drag_is_reported_when_it_did_something_data();
     void the_end_of_a_drag_is_reported_when_it_did_something();
     void without_callbacks_nothing_happens();
+    void a_drag_that_ends_after_its_tile_has_gone_is_reported();
+    void each_drag_of_a_tile_has_its_own_report();
 
 private:
     static QImage picture();
@@ -780,10 +782,45 @@ void ShelfItemViewTest::without_callbacks_nothing_happens()
     f.press();
     f.release();
     QTest::mouseClick(f.tile->removeBtn, Qt::LeftButton);
-    // A session that ends after its tile has gone ends in nothing.
     f.drag();
     f.tile.reset();
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+}
+
+void ShelfItemViewTest::a_drag_that_ends_after_its_tile_has_gone_is_reported()
+{
+    for (const bool multiple : {false, true}) {
+        Fixture f;
+        ShelfItemView &tile = f.make();
+        f.completeThumbnail(picture());
+        if (multiple) {
+            tile.getDragItems = [&f] {
+                return std::optional<QList<DraggingItem>>({DraggingItem{f.url, QRectF(0, 0, 72, 72), QPixmap(2, 2)}});
+            };
+        }
+        f.drag();
+        f.calls.clear();
+        f.tile.reset();
+        f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+        QCOMPARE(f.calls, QStringList{multiple ? QStringLiteral("multiDragOut") : QStringLiteral("dragOut")});
+    }
+}
+
+void ShelfItemViewTest::each_drag_of_a_tile_has_its_own_report()
+{
+    Fixture f;
+    ShelfItemView &tile = f.make();
+    f.completeThumbnail(picture());
+    const auto dragAs = [&](const QString &name) {
+        tile.onDragOut = [&f, name] { f.calls.append(name); };
+        f.drag();
+    };
+    dragAs(QStringLiteral("first"));
+    dragAs(QStringLiteral("second"));
+    f.calls.clear();
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.calls, (QStringList{QStringLiteral("first"), QStringLiteral("second")}));
 }
 
 QTEST_MAIN(ShelfItemViewTest)

@@ -12,6 +12,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QTest>
 
 // The panel's content: what is on it, how it comes, is selected, and goes.
@@ -54,6 +55,11 @@ private slots:
     void a_selection_dragged_out_is_removed_as_a_whole();
     void a_selection_dropped_back_stays();
     void a_late_end_of_a_drag_removes_what_was_dragged_and_not_what_is_selected_by_then();
+    void two_drags_of_one_tile_end_with_the_files_of_each();
+    void a_drag_whose_tile_is_removed_meanwhile_removes_the_other_files();
+    void a_drop_of_other_files_meanwhile_keeps_no_dragged_item();
+    void of_a_dragged_selection_stays_what_came_back();
+    void a_selection_that_came_back_stays_with_those_it_could_not_carry();
     // Clearing
     void a_single_item_is_cleared_at_once();
     void an_empty_shelf_is_cleared_without_a_question();
@@ -108,6 +114,15 @@ struct Fixture {
         image.fill(Qt::red);
         virtualPlatform.thumbnailGenerator.completeAll(image);
         virtualPlatform.mainQueue.runPending();
+    }
+    // The left button goes down on a tile and moves on.
+    void dragTile(qsizetype index) const
+    {
+        ShelfItemView *source = tile(index);
+        QTest::mousePress(source, Qt::LeftButton, {}, QPoint(40, 40));
+        QMouseEvent move(QEvent::MouseMove, QPointF(80, 80), source->mapToGlobal(QPointF(80, 80)), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(source, &move);
     }
     void drop(const QList<QUrl> &urls) { panel->container->onDrop(urls); }
     void set(const QString &key, const QVariant &value) { virtualPlatform.userDefaults.values.insert(key, value); }
@@ -556,6 +571,107 @@ void ShelfPanelItemsTest::a_late_end_of_a_drag_removes_what_was_dragged_and_not_
     QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
 }
 
+void ShelfPanelItemsTest::two_drags_of_one_tile_end_with_the_files_of_each()
+{
+    Fixture f;
+    f.add(3);
+    f.showImages();
+    f.panel->selectAll();
+    f.panel->removeItem(file(2));
+    f.advance(1);
+    f.dragTile(0);
+    f.panel->addItem(file(2));
+    f.tile(0)->onSelect();
+    f.dragTile(0);
+    // Both destinations take their time; the first was given two files, the second one of them.
+    QCOMPARE(f.virtualPlatform.dragSessions.sessions.size(), 2);
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.panel->items, QList<QUrl>{file(2)});
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.panel->items, QList<QUrl>{file(2)});
+}
+
+void ShelfPanelItemsTest::a_drag_whose_tile_is_removed_meanwhile_removes_the_other_files()
+{
+    Fixture f;
+    f.add(3);
+    f.showImages();
+    f.panel->selectAll();
+    f.dragTile(1);
+    f.panel->removeItem(file(1));
+    f.advance(1);
+    QCOMPARE(f.tileCount(), 2);
+    f.virtualPlatform.dragSessions.end(DragOperation::Move);
+    QVERIFY(f.panel->items.isEmpty());
+    // A panel that has gone with its tiles hears nothing.
+    f.add(2);
+    f.showImages();
+    f.panel->selectAll();
+    f.dragTile(0);
+    f.panel.reset();
+    f.virtualPlatform.dragSessions.end(DragOperation::Move);
+}
+
+void ShelfPanelItemsTest::a_drop_of_other_files_meanwhile_keeps_no_dragged_item()
+{
+    Fixture f;
+    f.add(2);
+    f.showImages();
+    f.dragTile(0);
+    f.drop({file(7)});
+    QVERIFY(f.panel->droppedBackOnSelf);
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.panel->items, (QList<QUrl>{file(1), file(7)}));
+    QVERIFY(!f.panel->droppedBackOnSelf);
+    // Its own file among others is another matter.
+    f.dragTile(1);
+    f.drop({file(8)});
+    f.drop({file(9), file(1)});
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.panel->items, (QList<QUrl>{file(1), file(7), file(8), file(9)}));
+    // What came back from an earlier drag says nothing of the next one.
+    f.advance(1);
+    f.dragTile(0);
+    f.drop({file(7)});
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.panel->items, (QList<QUrl>{file(7), file(8), file(9)}));
+}
+
+void ShelfPanelItemsTest::of_a_dragged_selection_stays_what_came_back()
+{
+    Fixture f;
+    f.add(3);
+    f.showImages();
+    f.panel->selectAll();
+    f.dragTile(0);
+    f.drop({file(1), file(7)});
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.panel->items, (QList<QUrl>{file(1), file(7)}));
+    QCOMPARE(f.panel->selectedViews.size(), 1);
+    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
+    QVERIFY(!f.panel->droppedBackOnSelf);
+}
+
+void ShelfPanelItemsTest::a_selection_that_came_back_stays_with_those_it_could_not_carry()
+{
+    Fixture f;
+    f.add(2);
+    f.showImages();
+    f.add(1);
+    f.panel->selectAll();
+    f.dragTile(0);
+    QCOMPARE(f.virtualPlatform.dragSessions.sessions.first().items.size(), 2);
+    f.drop(files(0, 2));
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QCOMPARE(f.panel->items, files(0, 3));
+    QCOMPARE(f.panel->selectedViews.size(), 3);
+    // One that went elsewhere takes them along.
+    f.dragTile(0);
+    f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+    QVERIFY(f.panel->items.isEmpty());
+    QVERIFY(f.panel->selectedViews.isEmpty());
+}
+
 void ShelfPanelItemsTest::a_single_item_is_cleared_at_once()
 {
     Fixture f;
@@ -737,6 +853,8 @@ void ShelfPanelItemsTest::callbacks_that_outlive_the_panel_do_nothing()
     const auto onSelectAll = tile->onSelectAll;
     const auto onDragStarted = tile->onDragStarted;
     const auto getDragItems = tile->getDragItems;
+    f.tile(0)->onSelect();
+    getDragItems();
     const auto onMultiDragOut = tile->onMultiDragOut;
     f.panel->removeItem(file(1));
     f.panel.reset();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/ImageHeader.h"
 
+#include "platform/linux/BoxedImageHeader.h"
+
 #include <QtEndian>
 
 #include <limits>
@@ -179,5 +181,5 @@ std::optional<ImageHeader> readImageHeader(const RegularFile &file)
         return tiffHeader(file, first);
     if (first.startsWith(QByteArray("\0\0\1\0", 4)))
         return iconHeader(first);
-    return {};
+    return readBoxedImageHeader(file, first);
 }

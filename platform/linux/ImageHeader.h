@@ -15,6 +15,6 @@ struct ImageHeader {
     bool streamed = false; // its pixels come row by row, so that it can be made small without ever being whole
 };
 
-// Nothing for what is no PNG, JPEG, GIF, BMP, WebP, TIFF or icon file, or states no size. Costs a few small reads,
-// however large the file is.
+// Nothing for what is no PNG, JPEG, GIF, BMP, WebP, TIFF, HEIF, JPEG 2000 or icon file, or states no size. Costs a few
+// small reads, however large the file is.
 std::optional<ImageHeader> readImageHeader(const RegularFile &file);

@@ -137,6 +137,28 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{reported}, kPatience);
     }
 
+    void only_one_operation_is_offered_data()
+    {
+        QTest::addColumn<DragOperation>("offer");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("copy") << DragOperation::Copy << "XdndActionCopy";
+        QTest::newRow("move") << DragOperation::Move << "XdndActionMove";
+        QTest::newRow("link") << DragOperation::Link << "XdndActionLink";
+    }
+
+    void only_one_operation_is_offered()
+    {
+        QFETCH(DragOperation, offer);
+        QFETCH(QString, name);
+        offered = offer;
+        startDestination({});
+        dragTo(kOnDestination);
+        QTRY_COMPARE_WITH_TIMEOUT(results, QList{offer}, kPatience);
+        QCOMPARE(destination->lines.filter(QStringLiteral("offers ")), QStringList{QStringLiteral("offers ") + name});
+        QCOMPARE(destination->lines.filter(QStringLiteral("proposes ")),
+                 QStringList{QStringLiteral("proposes ") + name});
+    }
+
     void an_operation_is_reported_only_when_the_destination_has_finished()
     {
         startDestination({QStringLiteral("--delay"), QStringLiteral("500")});

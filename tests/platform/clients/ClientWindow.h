@@ -11,6 +11,8 @@
 #include <cstring>
 #include <initializer_list>
 #include <memory>
+#include <string>
+#include <vector>
 
 // The X connection of a test client and its one window, placed by --x, --y, --width and --height.
 class ClientWindow {
@@ -45,6 +47,31 @@ public:
         const xcb_atom_t value = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
         std::free(reply);
         return value;
+    }
+
+    std::string name(xcb_atom_t atom)
+    {
+        xcb_get_atom_name_reply_t *reply =
+            xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, atom), nullptr);
+        std::string text;
+        if (reply)
+            text.assign(xcb_get_atom_name_name(reply), static_cast<std::size_t>(xcb_get_atom_name_name_length(reply)));
+        std::free(reply);
+        return text;
+    }
+
+    // What a window's property names.
+    std::vector<xcb_atom_t> atoms(xcb_window_t of, xcb_atom_t property)
+    {
+        xcb_get_property_reply_t *reply = xcb_get_property_reply(
+            connection, xcb_get_property(connection, 0, of, property, XCB_ATOM_ATOM, 0, 64), nullptr);
+        std::vector<xcb_atom_t> values;
+        if (reply && reply->format == 32) {
+            const auto *first = static_cast<const xcb_atom_t *>(xcb_get_property_value(reply));
+            values.assign(first, first + reply->value_len);
+        }
+        std::free(reply);
+        return values;
     }
 
     void send(xcb_window_t to, xcb_atom_t type, std::initializer_list<uint32_t> data)

@@ -8,7 +8,8 @@
 //   --action offered|Copy|Move|Link|Private|none   the operation it says it performed
 //   --out FILE                         gets what was dropped
 //   --die never|enter|drop             ends the program at that moment
-// It tells what happens on its standard output, a word a line.
+// It tells what happens on its standard output, a word a line; the operations that a drag offers as "offers NAME" each,
+// and the one that it proposes, when that changes, as "proposes NAME".
 #include "ClientWindow.h"
 
 #include <chrono>
@@ -28,6 +29,7 @@ int main(int argc, char **argv)
     const xcb_atom_t drop = client.atom("XdndDrop");
     const xcb_atom_t finished = client.atom("XdndFinished");
     const xcb_atom_t selection = client.atom("XdndSelection");
+    const xcb_atom_t actionList = client.atom("XdndActionList");
     const xcb_atom_t uriList = client.atom("text/uri-list");
     const xcb_atom_t data = client.atom("DROPPED");
 
@@ -75,9 +77,13 @@ int main(int argc, char **argv)
         if (message.type == enter) {
             source = message.data.data32[0];
             client.say("enter");
+            for (const xcb_atom_t each : client.atoms(source, actionList))
+                client.say(("offers " + client.name(each)).c_str());
             if (die == "enter")
                 return 0;
         } else if (message.type == position) {
+            if (offered != message.data.data32[4])
+                client.say(("proposes " + client.name(message.data.data32[4])).c_str());
             offered = message.data.data32[4];
             if (answer != "never")
                 client.send(source, status, {client.window, answer == "accept" ? 1u : 0u, 0, 0, offered});

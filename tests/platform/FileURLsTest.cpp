@@ -11,6 +11,8 @@ private slots:
     void the_url_of_a_path_is_the_one_that_qt_makes();
     void every_spelling_of_a_path_is_the_same_url_data();
     void every_spelling_of_a_path_is_the_same_url();
+    void the_name_of_a_file_is_its_last_component_data();
+    void the_name_of_a_file_is_its_last_component();
     void a_link_is_the_file_on_its_first_line_data();
     void a_link_is_the_file_on_its_first_line();
 };
@@ -48,6 +50,24 @@ void FileURLsTest::every_spelling_of_a_path_is_the_same_url()
 {
     QFETCH(const QByteArray, line);
     QCOMPARE(fileURLs(line), QList<QUrl>{fileURL("/home/A ;(1)[2]'!~.png")});
+}
+
+void FileURLsTest::the_name_of_a_file_is_its_last_component_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("plain") << QByteArray("/home/a.txt") << QStringLiteral("a.txt");
+    QTest::newRow("percent") << QByteArray("/home/100% %41.txt") << QStringLiteral("100% %41.txt");
+    QTest::newRow("hash") << QByteArray("/home/#1.txt") << QStringLiteral("#1.txt");
+    QTest::newRow("question mark") << QByteArray("/home/?x=1.txt") << QStringLiteral("?x=1.txt");
+    QTest::newRow("no text") << QByteArray("/home/\xff\xfe.txt") << QStringLiteral("\ufffd\ufffd.txt");
+    QTest::newRow("folder") << QByteArray("/home/a#b/") << QStringLiteral("a#b");
+}
+
+void FileURLsTest::the_name_of_a_file_is_its_last_component()
+{
+    QFETCH(const QByteArray, path);
+    QTEST(lastPathComponent(fileURL(path)), "name");
 }
 
 void FileURLsTest::a_link_is_the_file_on_its_first_line_data()

@@ -132,6 +132,14 @@ void ImageHeaderTest::each_format_states_its_size_data()
     row("avif by another brand", avif.whole(), "avif", {70, 40});
     row("avif as it is written", kAvif, "avif", {300, 200});
     row("jpeg 2000", jpeg2000(kIhdr), "jp2", {70, 40});
+    row("icon of two pictures",
+        bytes("00000100 0200 20 10 00 00 0100 2000 00000000 26000000"
+              "40 40 00 00 0100 2000 00000000 26000000"),
+        "ico", {32, 16});
+    row("tiff of two pages",
+        "II" + bytes("2a00 08000000 0200 0001 0300 01000000 46000000 0101 0400 01000000 28000000 26000000"
+                     "0200 0001 0300 01000000 07000000 0101 0400 01000000 04000000 00000000"),
+        "tiff", {70, 40});
     row("large icon", bytes("00000100 0100 00 00 00 00 0100 2000 00000000 16000000"), "ico", {256, 256});
 }
 

@@ -27,6 +27,8 @@ class BadInputTest(DesktopTest):
         target = self.folder("target")
         window = Thunar(self.desktop).open(target).place(20, 60, 560, 300)
         app.hold(*paths)
+        # What is no text is shown as characters that stand for it.
+        self.assertEqual(app.names(), [os.fsencode(name).decode(errors="replace") for name in ODD_NAMES])
         app.click("Select all")
         frame = app.tiles()[0].frame
         self.hand.drag((frame.x + frame.width // 2, frame.y + 30), window.empty_place())

@@ -1,9 +1,68 @@
 # SPDX-License-Identifier: MIT
 """Files dragged from a real file manager onto the shelf, and out of it into a real folder window."""
+import os
 import unittest
 
 from support import filemanagers
 from support.case import DesktopTest
+from support.waiting import stays
+
+
+class DragModeTest(DesktopTest):
+    """What a drag out of the shelf does to the file is the destination's business, by what it is offered."""
+
+    def drag_out(self, **settings):
+        self.words = self.file("words.txt")
+        app = self.parklet(**settings)
+        target = self.folder("target")
+        window = filemanagers.Thunar(self.desktop).open(target).place(20, 420, 560, 300)
+        app.hold(self.words)
+        self.hand.drag(app.grip("words.txt"), window.empty_place())
+        landed = target / "words.txt"
+        self.wait_for(lambda: os.path.lexists(landed), "the file lands in the other folder")
+        self.wait_for(lambda: app.names() == [], "the file has left the shelf")
+        return landed
+
+    def test_a_file_is_moved(self):
+        landed = self.drag_out(dragMode=1)
+        self.wait_for(lambda: not self.words.exists(), "the original is gone")
+        self.assertEqual(landed.read_text(), "some words\n")
+        self.assertFalse(landed.is_symlink())
+
+    def test_a_file_is_linked(self):
+        landed = self.drag_out(dragMode=2)
+        self.assertTrue(landed.is_symlink())
+        self.assertEqual(landed.resolve(), self.words)
+        self.assertEqual(self.words.read_text(), "some words\n")
+
+    def test_a_file_is_copied(self):
+        landed = self.drag_out(dragMode=0)
+        self.assertFalse(landed.is_symlink())
+        self.assertTrue(self.words.exists())
+
+
+class DropOverATileTest(DesktopTest):
+    def test_a_drop_over_a_tile_lands_on_the_shelf(self):
+        held = self.file("held.txt")
+        self.file("new.txt")
+        app = self.parklet()
+        source = filemanagers.Thunar(self.desktop).open(self.desktop.home / "things").place(20, 60, 560, 300)
+        app.hold(held)
+        self.hand.drag(source.item("new.txt"), app.grip("held.txt"))
+        self.wait_for(lambda: app.names() == ["held.txt", "new.txt"], "both files are on the shelf")
+
+    def test_a_drop_that_may_only_be_moved_is_refused(self):
+        moved = self.file("moved.txt")
+        app = self.parklet()
+        source = filemanagers.Thunar(self.desktop).open(self.desktop.home / "things").place(20, 60, 560, 300)
+        app.show()
+        self.hand.pick_up(*source.item("moved.txt"))
+        # With this key a drag out of Thunar is a move and nothing else.
+        with self.hand.holding("Shift_L"):
+            self.hand.carry_to(*app.center())
+            self.hand.release()
+        stays(lambda: app.names() == [], "the shelf took the file", 1.0)
+        self.assertTrue(moved.exists())
 
 
 class Drags:

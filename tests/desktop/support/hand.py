@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """A hand on the mouse and the keyboard: what it does comes from the X server's test devices, as from real ones."""
+import contextlib
 import time
 
 from Xlib import XK, X
@@ -79,6 +80,18 @@ class Hand:
         self.pick_up(*start)
         self.carry_to(*target, linger=linger)
         self.release()
+
+    @contextlib.contextmanager
+    def holding(self, name):
+        """Keeps a key down meanwhile."""
+        code = self.display.keysym_to_keycode(XK.string_to_keysym(name))
+        xtest.fake_input(self.display, X.KeyPress, code)
+        self.display.sync()
+        try:
+            yield
+        finally:
+            xtest.fake_input(self.display, X.KeyRelease, code)
+            self.display.sync()
 
     def key(self, name, *modifiers):
         """Presses and releases a key, while others are held: key("a", "Control_L")."""

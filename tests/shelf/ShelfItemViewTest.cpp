@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/ShelfItemView.h"
+#include "platform/FileURLs.h"
 #include "settings/AppSettings.h"
 #include "shelf/TileViews.h"
+#include "tests/support/Corners.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QApplication>
@@ -18,6 +20,8 @@ private slots:
     // Creation
     void a_new_tile_is_unselected_and_has_asked_for_its_thumbnail();
     void the_border_keeps_the_accent_colour_of_the_tiles_creation();
+    void the_border_has_corners_of_8_points_and_goes_with_the_hover_background();
+    void the_whole_tile_fades();
     // Thumbnail
     void the_thumbnail_is_requested_at_the_fitted_size_and_the_screens_scale();
     void without_a_screen_the_scale_is_two();
@@ -34,6 +38,8 @@ private slots:
     void a_hidden_name_keeps_its_text();
     void the_extension_is_hidden_by_the_setting_data();
     void the_extension_is_hidden_by_the_setting();
+    void odd_names_are_shown_as_they_are_data();
+    void odd_names_are_shown_as_they_are();
     void a_long_name_takes_two_lines_and_loses_its_middle();
     void a_line_break_in_a_name_takes_no_line();
     // Layout and hover
@@ -47,6 +53,7 @@ private slots:
     void a_press_selects_an_unselected_tile_at_once();
     void a_press_on_a_selected_tile_selects_it_on_release();
     void a_drag_from_a_selected_tile_selects_nothing();
+    void a_drag_that_cannot_begin_selects_nothing_either();
     void a_double_click_selects_all_unless_it_opens();
     void the_second_click_of_a_double_click_does_not_select_on_release();
     void a_third_click_in_a_row_is_one_of_several();
@@ -147,6 +154,20 @@ struct Fixture {
     std::unique_ptr<ShelfItemView> tile;
 };
 
+// How much `view` itself covers, in pixels of full opacity.
+double opacity(QWidget &view)
+{
+    QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    view.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
+    double sum = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            sum += image.pixelColor(x, y).alphaF();
+    }
+    return sum;
+}
+
 } // namespace
 
 QImage ShelfItemViewTest::picture()
@@ -170,6 +191,58 @@ void ShelfItemViewTest::a_new_tile_is_unselected_and_has_asked_for_its_thumbnail
     QCOMPARE(tile.accessibleName(), QStringLiteral("picture.png"));
     QCOMPARE(tile.removeBtn->alpha(), 0.0);
     QCOMPARE(tile.removeBtn->accessibleName(), QStringLiteral("Remove"));
+    QVERIFY(f.virtualPlatform.appearance.symbolRequests.contains({QStringLiteral("xmark"), QColor(Qt::white)}));
+}
+
+void ShelfItemViewTest::the_whole_tile_fades()
+{
+    Fixture f;
+    f.set(SettingsKey::disableAnimations, true);
+    ShelfItemView &tile = f.make();
+    f.completeThumbnail(picture());
+    f.enter();
+    tile.setBorderWidth(2);
+    f.virtualPlatform.mainQueue.advance(0.15);
+    const QList<QWidget *> parts = {&tile, tile.imageView, tile.nameLabel, tile.removeBtn};
+    QList<double> full;
+    for (QWidget *part : parts) {
+        full.append(opacity(*part));
+        QVERIFY(full.last() > 0);
+    }
+    tile.fadeOut(0.18);
+    QVERIFY(tile.isFadingOut());
+    f.virtualPlatform.mainQueue.advance(0.09);
+    QVERIFY(tile.alpha() > 0.1 && tile.alpha() < 0.9);
+    for (qsizetype i = 0; i < parts.size(); ++i) {
+        const double share = opacity(*parts.at(i)) / full.at(i);
+        // Where a part is drawn in layers, as the name over its shadow, more of it is left.
+        QVERIFY2(share > tile.alpha() - 0.03 && share < tile.alpha() + 0.12, QByteArray::number(share).constData());
+    }
+    f.virtualPlatform.mainQueue.advance(0.09);
+    for (QWidget *part : parts)
+        QCOMPARE(opacity(*part), 0.0);
+}
+
+void ShelfItemViewTest::the_border_has_corners_of_8_points_and_goes_with_the_hover_background()
+{
+    Fixture f;
+    f.virtualPlatform.appearance.accent = Qt::green;
+    ShelfItemView &tile = f.make();
+    tile.setBorderWidth(2);
+    QImage shown(tile.size(), QImage::Format_ARGB32_Premultiplied);
+    shown.fill(Qt::transparent);
+    tile.render(&shown, QPoint(), QRegion(), QWidget::RenderFlags());
+    const double outside = areaOutsideCorner(shown, 8);
+    QVERIFY2(std::abs(outside - (1 - M_PI / 4) * 8 * 8) < 1.5, QByteArray::number(outside).constData());
+
+    f.enter();
+    f.virtualPlatform.mainQueue.advance(0.15);
+    shown.fill(Qt::transparent);
+    tile.render(&shown, QPoint(), QRegion(), QWidget::RenderFlags());
+    QCOMPARE(shown.pixelColor(44, 0), QColor(Qt::green));
+    QCOMPARE(shown.pixelColor(1, 51), QColor(Qt::green));
+    QCOMPARE(shown.pixelColor(44, 3).red(), 255);
+    QVERIFY(std::abs(shown.pixelColor(44, 3).alpha() - 31) <= 1);
 }
 
 void ShelfItemViewTest::the_border_keeps_the_accent_colour_of_the_tiles_creation()
@@ -345,6 +418,10 @@ void ShelfItemViewTest::a_hidden_name_keeps_its_text()
     tile.updateNameLabel();
     QVERIFY(tile.nameLabel->isHidden());
     QCOMPARE(tile.nameLabel->text(), QStringLiteral("a"));
+    // One that was hidden from the beginning has none.
+    Fixture hidden;
+    hidden.set(SettingsKey::fileNameDisplay, 1.0);
+    QCOMPARE(hidden.make().nameLabel->text(), QString());
 }
 
 void ShelfItemViewTest::the_extension_is_hidden_by_the_setting_data()
@@ -370,6 +447,31 @@ void ShelfItemViewTest::the_extension_is_hidden_by_the_setting()
     f.set(SettingsKey::hideFileExtensions, true);
     QCOMPARE(f.make().nameLabel->text(), shown);
     QCOMPARE(ShelfItemView::displayName(file(name), false), name.section(QLatin1Char('/'), -1));
+}
+
+void ShelfItemViewTest::odd_names_are_shown_as_they_are_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<QString>("whole");
+    QTest::addColumn<QString>("withoutExtension");
+    const auto row = [](const char *path, const char *whole, const char *withoutExtension) {
+        QTest::newRow(whole) << QByteArray(path) << QString::fromUtf8(whole) << QString::fromUtf8(withoutExtension);
+    };
+    row("/a/100% sure.txt", "100% sure.txt", "100% sure");
+    row("/a/percent%20sign.txt", "percent%20sign.txt", "percent%20sign");
+    row("/a/#1.txt", "#1.txt", "#1");
+    row("/a/what?x=1.txt", "what?x=1.txt", "what?x=1");
+    row("/a/no \xff\xfe text.txt", "no \xef\xbf\xbd\xef\xbf\xbd text.txt", "no \xef\xbf\xbd\xef\xbf\xbd text");
+    row("/a/folder.d/", "folder.d", "folder");
+}
+
+void ShelfItemViewTest::odd_names_are_shown_as_they_are()
+{
+    QFETCH(QByteArray, path);
+    QFETCH(QString, whole);
+    QFETCH(QString, withoutExtension);
+    QCOMPARE(ShelfItemView::displayName(fileURL(path), false), whole);
+    QCOMPARE(ShelfItemView::displayName(fileURL(path), true), withoutExtension);
 }
 
 void ShelfItemViewTest::a_long_name_takes_two_lines_and_loses_its_middle()
@@ -535,6 +637,16 @@ void ShelfItemViewTest::a_drag_from_a_selected_tile_selects_nothing()
     QCOMPARE(f.calls, QStringList{QStringLiteral("dragStarted")});
 }
 
+void ShelfItemViewTest::a_drag_that_cannot_begin_selects_nothing_either()
+{
+    Fixture f;
+    f.make().isSelected = true;
+    f.drag();
+    QCOMPARE(f.virtualPlatform.dragSessions.begun, 0);
+    f.release();
+    QCOMPARE(f.calls, QStringList{QStringLiteral("dragStarted")});
+}
+
 void ShelfItemViewTest::a_double_click_selects_all_unless_it_opens()
 {
     for (const QVariant &action : {QVariant(), QVariant(1.0), QVariant(5.0)}) {
@@ -550,9 +662,12 @@ void ShelfItemViewTest::a_double_click_selects_all_unless_it_opens()
     opens.set(SettingsKey::doubleClickAction, 0.0);
     opens.virtualPlatform.workspace.openSucceeds = false;
     opens.make();
+    opens.press();
+    opens.release();
     QTest::mouseDClick(opens.tile.get(), Qt::LeftButton, {}, QPoint(40, 40));
     QCOMPARE(opens.virtualPlatform.workspace.opened, QList<QUrl>{opens.url});
-    QVERIFY(!opens.calls.contains(QStringLiteral("selectAll")));
+    // The first click has selected it.
+    QCOMPARE(opens.calls, QStringList{QStringLiteral("select")});
 }
 
 void ShelfItemViewTest::the_second_click_of_a_double_click_does_not_select_on_release()
@@ -666,6 +781,10 @@ void ShelfItemViewTest::a_drag_carries_the_file_with_its_picture()
     // At the bottom left of the tile, which is 102 high.
     QCOMPARE(session.items.first().frame, QRectF(0, 30, 72, 72));
     QVERIFY(!session.items.first().contents.isNull());
+    // At the size that items have as the drag begins, not as the tile was made.
+    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.drag();
+    QCOMPARE(f.virtualPlatform.dragSessions.sessions.last().items.first().frame, QRectF(0, 2, 100, 100));
     // Without a thumbnail the icon goes along, at the item's size.
     Fixture icon;
     icon.make();

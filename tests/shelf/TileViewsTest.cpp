@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/TileViews.h"
 #include "shelf/ShelfViews.h"
+#include "tests/support/Corners.h"
+#include "tests/support/VirtualPlatform.h"
 
 #include <QPainter>
 #include <QTest>
@@ -18,6 +20,7 @@ private slots:
     void the_remove_button_is_a_red_circle_with_a_symbol_of_8_points();
     void the_remove_button_fades_as_a_whole();
     void the_colour_over_the_panel_has_its_corners();
+    void the_border_of_the_panel_follows_its_corners();
 };
 
 namespace {
@@ -155,6 +158,22 @@ void TileViewsTest::the_colour_over_the_panel_has_its_corners()
     const double area = coveredArea(image, 128 / 255.0);
     QVERIFY2(std::abs(area - roundedArea(size, 14)) < kTolerance, QByteArray::number(area - roundedArea(size, 14)));
     QCOMPARE(image.pixelColor(58, 0).alpha(), 128);
+}
+
+void TileViewsTest::the_border_of_the_panel_follows_its_corners()
+{
+    VirtualFloatingPanels panels;
+    panels.hasMaterial = true;
+    VisualEffectView view(panels, nullptr);
+    view.setBorder(2, Qt::green);
+    const QSize size(116, 164);
+    const QImage image = shown(view, size);
+    const double outside = areaOutsideCorner(image, 14);
+    QVERIFY2(std::abs(outside - (1 - M_PI / 4) * 14 * 14) < 2.5, QByteArray::number(outside).constData());
+    QCOMPARE(image.pixelColor(58, 0), QColor(Qt::green));
+    QCOMPARE(image.pixelColor(58, 1), QColor(Qt::green));
+    QCOMPARE(image.pixelColor(58, 3).alpha(), 0);
+    QCOMPARE(image.pixelColor(2, 2).alpha(), 0);
 }
 
 QTEST_MAIN(TileViewsTest)

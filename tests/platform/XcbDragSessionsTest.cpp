@@ -2,6 +2,7 @@
 #include "ClientProcess.h"
 
 #include "platform/linux/XcbDragSessions.h"
+#include "shelf/DropViews.h"
 #include "tests/support/Hand.h"
 
 #include <QDrag>
@@ -272,6 +273,25 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(returned, 1, kPatience);
         QCOMPARE(own.dropped, QList{items.first().fileURL});
         QCOMPARE(results, QList{DragOperation::Move});
+    }
+
+    void the_shelf_takes_back_its_own_files_whatever_may_be_done_with_them()
+    {
+        for (const DragOperation operation : {DragOperation::Move, DragOperation::Link}) {
+            DroppableView shelf;
+            shelf.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
+            shelf.setGeometry(QRect(kOnOwnWindow - QPoint(60, 60), QSize(120, 120)));
+            QList<QUrl> dropped;
+            shelf.onDrop = [&dropped](const QList<QUrl> &urls) { dropped = urls; };
+            shelf.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&shelf));
+            results.clear();
+            offered = operation;
+            dragTo(kOnOwnWindow);
+            QTRY_COMPARE_WITH_TIMEOUT(results, QList{operation}, kPatience);
+            QCOMPARE(dropped, QList{items.first().fileURL});
+            QTRY_VERIFY_WITH_TIMEOUT(hand.isIdle(), kPatience);
+        }
     }
 
     void our_own_window_may_refuse()

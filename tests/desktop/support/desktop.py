@@ -185,6 +185,21 @@ class Desktop:
         how = ("-cover", wallpaper) if wallpaper else ("-solid", "#38567a")
         self.run("hsetroot", *how)
 
+    def resize(self, width, height):
+        """Gives the screen another size, as a user does who turns it or unplugs a part of it."""
+        self.run("xrandr", "--fb", f"{width}x{height}")
+        self.width, self.height = width, height
+
+    def split(self, x):
+        """Makes two monitors of the one, side by side with the border at x."""
+        for name, left, width, output in (("left", 0, x, "screen"), ("right", x, self.width - x, "none")):
+            self.run("xrandr", "--setmonitor", name, f"{width}/150x{self.height}/200+{left}+0", output)
+
+    def join(self):
+        """Takes the monitors of split() away again."""
+        for name in ("left", "right"):
+            self.run("xrandr", "--delmonitor", name)
+
     def screenshot(self, path):
         """Writes a picture of the screen and the pointer, as PNG."""
         cursor = self.windows.cursor()

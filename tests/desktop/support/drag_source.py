@@ -1,8 +1,11 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""A window from which the addresses in a file are dragged, one a line: drag_source.py FILE"""
+"""A window from which the addresses in a file are dragged, one a line, and which takes its time to tell them:
+drag_source.py FILE [SECONDS]
+"""
 import pathlib
 import sys
+import time
 
 import gi
 
@@ -12,12 +15,18 @@ from gi.repository import Gdk, Gtk  # noqa: E402
 
 def main():
     addresses = pathlib.Path(sys.argv[1]).read_text().split()
+    delay = float(sys.argv[2]) if len(sys.argv) > 2 else 0
+
+    def tell(_widget, _context, data, _info, _time):
+        time.sleep(delay)
+        data.set_uris(addresses)
+
     window = Gtk.Window(title="drag source", default_width=240, default_height=120)
     surface = Gtk.EventBox()
     surface.add(Gtk.Label(label=f"{len(addresses)} addresses"))
     surface.drag_source_set(Gdk.ModifierType.BUTTON1_MASK, None, Gdk.DragAction.COPY)
     surface.drag_source_add_uri_targets()
-    surface.connect("drag-data-get", lambda _widget, _context, data, _info, _time: data.set_uris(addresses))
+    surface.connect("drag-data-get", tell)
     window.add(surface)
     window.connect("destroy", Gtk.main_quit)
     window.show_all()

@@ -169,6 +169,21 @@ class PCManFM(FileManager):
         return frame.x + frame.width // 2, frame.y + 24
 
 
+class PCManFMDesktop:
+    """The desktop with icons that PCManFM draws behind all windows."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        write(desktop.home / ".config/pcmanfm/default/desktop-items-0.conf", "[*]\nwallpaper_mode=color\ndesktop_bg=#38567a\n")
+        desktop.start("pcmanfm-desktop", "pcmanfm", "--desktop")
+        kind = desktop.windows.atom("_NET_WM_WINDOW_TYPE_DESKTOP")
+        wait_for(lambda: any(kind in desktop.windows.numbers(window, "_NET_WM_WINDOW_TYPE")
+                             for window in desktop.windows.find(instance="pcmanfm")), "PCManFM draws the desktop")
+
+    def empty_place(self):
+        return self.desktop.width // 2 + 160, self.desktop.height - 120
+
+
 class PCManFMQt(FileManager):
     """Qt 5."""
 

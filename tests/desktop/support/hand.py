@@ -21,6 +21,10 @@ class Hand:
         pointer = self.root.query_pointer()
         return pointer.root_x, pointer.root_y
 
+    def holds(self):
+        """Whether the left button is down."""
+        return bool(self.root.query_pointer().mask & X.Button1Mask)
+
     def nudge(self, dx, dy):
         xtest.fake_input(self.display, X.MotionNotify, detail=True, x=dx, y=dy)
         self.display.sync()

@@ -1,0 +1,41 @@
+# SPDX-License-Identifier: MIT
+"""Follows where the focus goes, event by event: nothing that happens between two looks is missed."""
+from Xlib import X
+from Xlib import display as xdisplay
+
+# The focus does not go away for these: a keyboard grab, as a drag's source takes one, and a window within.
+GRABS = (X.NotifyGrab, X.NotifyUngrab)
+
+
+class FocusWatch:
+    """Watches the window that is the active one now, and which window the manager calls so."""
+
+    def __init__(self, desktop):
+        self.display = xdisplay.Display(desktop.environment["DISPLAY"])
+        self.root = self.display.screen().root
+        self.property = self.display.intern_atom("_NET_ACTIVE_WINDOW")
+        self.active = self.active_window()
+        self.root.change_attributes(event_mask=X.PropertyChangeMask)
+        # Programs move the focus between this window and one within.
+        self.display.create_resource_object("window", self.active).change_attributes(event_mask=X.FocusChangeMask)
+        self.display.sync()
+        self.found = []
+
+    def active_window(self):
+        value = self.root.get_full_property(self.property, X.AnyPropertyType)
+        return value.value[0] if value else X.NONE
+
+    def losses(self):
+        """A line for each time that the focus went away or another window became the active one."""
+        self.display.sync()
+        while self.display.pending_events():
+            event = self.display.next_event()
+            if event.type == X.FocusOut and event.mode not in GRABS and event.detail != X.NotifyInferior:
+                self.found.append(f"the window lost the focus, mode {event.mode}, detail {event.detail}")
+            elif event.type == X.PropertyNotify and event.atom == self.property:
+                active = self.active_window()
+                self.found.append(f"the active window was named anew: {active:#x}, it was {self.active:#x}")
+        return self.found
+
+    def close(self):
+        self.display.close()

@@ -17,7 +17,7 @@ class DisturbedDragTest(ForeignDragTest):
         source = self.source_window()
         self.pick_up(source)
         self.shelf_comes(app)
-        self.restart_window_manager()
+        self.desktop.restart_window_manager()
         self.drop_on_shelf(app)
         self.wait_for(lambda: app.names() == ["words.txt"], "the shelf has a tile of the file")
         self.assertEqual(app.frame(), Frame(1160, 318, 116, 164))
@@ -28,7 +28,7 @@ class DisturbedDragTest(ForeignDragTest):
         app = self.parklet(autoShowTrigger=2)
         source = self.source_window()
         self.pick_up(source)
-        self.restart_window_manager()
+        self.desktop.restart_window_manager()
         self.assert_stays_hidden(app)
         self.hand.move_to(1100, 400)
         self.wait_for(app.window, "the shelf comes up when the pointer is near")
@@ -104,12 +104,6 @@ class DisturbedDragTest(ForeignDragTest):
         self.assert_stays_hidden(app)
         self.hand.release()
         self.assert_next_drag_works(app, self.source_window())
-
-    def restart_window_manager(self):
-        """Has it end and begin anew, and answers when it holds all windows again."""
-        check = self.desktop.windows.manager()
-        self.desktop.run("openbox", "--restart")
-        self.dragging(lambda: self.desktop.windows.manager() not in (None, check), "the window manager is back")
 
 
 class TwoScreensTest(ForeignDragTest):

@@ -159,8 +159,13 @@ class Desktop:
         self.accessibility = Accessibility(self.environment["DBUS_SESSION_BUS_ADDRESS"])
 
     def start_window_manager(self):
-        self.start("openbox", "openbox", "--sm-disable")
+        self.manager = self.start("openbox", "openbox", "--sm-disable")
         wait_for(self.windows.manager_runs, "the window manager starts")
+
+    def restart_window_manager(self):
+        self.processes.end(self.manager)
+        wait_for(lambda: not self.windows.manager_runs(), "the window manager ends")
+        self.start_window_manager()
 
     def start_compositor(self):
         settings = self.folder / "picom.conf"
@@ -187,7 +192,10 @@ class Desktop:
 
     def resize(self, width, height):
         """Gives the screen another size, as a user does who turns it or unplugs a part of it."""
-        self.run("xrandr", "--fb", f"{width}x{height}")
+        mode = f"{width} by {height}"
+        self.run("xrandr", "--newmode", mode, "0", *[str(width)] * 4, *[str(height)] * 4)
+        self.run("xrandr", "--addmode", "screen", mode)
+        self.run("xrandr", "--output", "screen", "--mode", mode)
         self.width, self.height = width, height
 
     def split(self, x):

@@ -17,21 +17,16 @@ class Windows:
     def atom(self, name):
         return self.display.intern_atom(name)
 
-    def manager(self):
-        """The window by which the window manager says that it runs, or None."""
-        named = self.root.get_full_property(self.atom("_NET_SUPPORTING_WM_CHECK"), Xatom.WINDOW)
-        window = named and self.display.create_resource_object("window", named.value[0])
-        return named.value[0] if window and self.exists(window) else None
-
-    def exists(self, window):
+    def manager_runs(self):
+        check = self.root.get_full_property(self.atom("_NET_SUPPORTING_WM_CHECK"), Xatom.WINDOW)
+        if check is None:
+            return False
         try:
-            window.get_attributes()
+            # One that has ended leaves its mark on the root window, but not the window that it names.
+            self.display.create_resource_object("window", check.value[0]).get_attributes()
             return True
         except (error.BadWindow, error.BadDrawable):
             return False
-
-    def manager_runs(self):
-        return self.manager() is not None
 
     def compositor_runs(self):
         return self.display.get_selection_owner(self.atom("_NET_WM_CM_S0")) != X.NONE

@@ -167,7 +167,8 @@ void ForeignDragWatcher::selectionAnswered(const xcb_selection_notify_event_t &e
     const bool isCurrent = asked.question != 0 && event.time == asked.time &&
                            (event.property == asked.property || event.property == XCB_ATOM_NONE);
     if (!isCurrent) {
-        if (event.property != XCB_ATOM_NONE)
+        // What is put where the current answer belongs may be that answer already.
+        if (event.property != XCB_ATOM_NONE && event.property != asked.property)
             xcb_delete_property(connection->get(), requestor, event.property);
         return;
     }

@@ -228,6 +228,58 @@ private slots:
         QCOMPARE(pasteboard->changeCount(), 1);
     }
 
+    void answers_that_come_all_at_once_are_told_apart()
+    {
+        // A press on this window without a movement; the drags are announced by hand.
+        startSource({});
+        hand.moveTo(kOnSource).press();
+        QTRY_VERIFY_WITH_TIMEOUT(hand.isIdle(), kPatience);
+        const auto other = XcbConnection::open(nullptr);
+        const auto window = xcb_generate_id(other->get());
+        xcb_create_window(other->get(), 0, window, other->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                          XCB_COPY_FROM_PARENT, 0, nullptr);
+        std::vector<xcb_selection_request_event_t> requests;
+        const auto listening = other->listen([&requests](const xcb_generic_event_t &event) {
+            if ((event.response_type & 0x7f) == XCB_SELECTION_REQUEST)
+                requests.push_back(reinterpret_cast<const xcb_selection_request_event_t &>(event));
+        });
+        // More than there are places for answers.
+        constexpr int kDrags = 9;
+        const auto announce = [&](xcb_window_t owner) {
+            xcb_set_selection_owner(other->get(), owner, other->atom("XdndSelection"), XCB_CURRENT_TIME);
+            other->flush();
+        };
+        for (int i = 1; i <= kDrags; ++i) {
+            announce(window);
+            QTRY_COMPARE_WITH_TIMEOUT(int(requests.size()), i, kPatience);
+            if (i < kDrags) {
+                announce(XCB_NONE);
+                QTRY_COMPARE_WITH_TIMEOUT(up, i, kPatience);
+            }
+        }
+        happened.clear();
+        for (const auto &request : requests) {
+            const bool isLast = &request == &requests.back();
+            const QByteArray list = (isLast ? urls(2) : urls(1)).last().toEncoded();
+            xcb_change_property(other->get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                                request.target, 8, quint32(list.size()), list.constData());
+            xcb_selection_notify_event_t notify = {};
+            notify.response_type = XCB_SELECTION_NOTIFY;
+            notify.time = request.time;
+            notify.requestor = request.requestor;
+            notify.selection = request.selection;
+            notify.target = request.target;
+            notify.property = request.property;
+            xcb_send_event(other->get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
+                           reinterpret_cast<const char *>(&notify));
+        }
+        other->flush();
+        QTRY_COMPARE_WITH_TIMEOUT(happened, Reports{{urls(2).last()}}, kPatience);
+        hand.release();
+        QTRY_COMPARE_WITH_TIMEOUT(up, kDrags, kPatience);
+        nextDragWorks();
+    }
+
     void a_drag_out_of_our_own_window_is_not_told_of()
     {
         class Own : public QWidget {

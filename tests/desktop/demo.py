@@ -11,6 +11,7 @@ from support.filemanagers import Thunar
 from support.parklet import SETTLED, Parklet
 from support.waiting import wait_for
 
+STEPS = 5  # of a fade, after which it is about half done
 FILES = ["Letter.txt", "Mountains.jpg", "Recipes"]
 
 
@@ -21,12 +22,15 @@ class Demo:
         self.desktop = Desktop(panel="bar", decorate=scenery.decorate)
         self.hand = self.desktop.hand
 
-    def done(self, what, picture):
-        """A step has happened: a line on the terminal, a picture in the folder."""
+    def done(self, what, picture, moment=None):
+        """A step has happened: a line on the terminal, a picture in the folder, of a moment that has gone or of now."""
         self.number += 1
-        path = self.pictures / f"{self.number}-{picture}.png"
-        self.desktop.screenshot(path)
-        print(f"{self.number}  {what:58} {os.path.relpath(path)}", flush=True)
+        path = self.pictures / f"{self.number:02}-{picture}.png"
+        if moment:
+            self.desktop.write_moment(moment, path)
+        else:
+            self.desktop.screenshot(path)
+        print(f"{self.number:2}  {what:58} {os.path.relpath(path)}", flush=True)
 
     def play(self):
         source, target = scenery.fill(self.desktop.home)
@@ -41,7 +45,6 @@ class Demo:
         self.play_screenshot()
 
     def play_by_hand(self, source, target, from_window, to_window):
-
         self.app.open_menu()
         self.done("A click on its icon opens the menu", "menu")
 
@@ -99,16 +102,26 @@ class Demo:
         self.settle()
         self.done("Dropped and let go, the letter waits on the shelf", "kept")
 
-        self.hand.drag(self.app.grip(letter), to_window.middle())
+        tile = self.app.tile(letter).frame
+        self.hand.pick_up(*self.app.grip(letter))
+        self.hand.carry_to(*to_window.middle())
+        self.done("Later it is dragged out to another folder", "drag-on")
+
+        shelf = self.app.frame()
+        tile_fades = self.fading(tile, self.hand.release)
+        wait_for(lambda: not self.app.tiles(), "the tile has gone")
+        shelf_hides = self.fading(shelf)
         wait_for((target / letter).exists, "the letter lands in the other folder")
         wait_for(self.app.hidden, "the emptied shelf hides")
+        self.done("Where it was dropped it is, and its tile fades", "tile-fades", tile_fades)
+        self.done("The empty shelf fades away", "shelf-hides", shelf_hides)
 
         self.pick_up(from_window, letter)
         self.hand.carry_to(760, 260)
         self.hand.release()
         wait_for(self.app.hidden, "the shelf that was not wanted goes")
         self.settle()
-        self.done("Dragged out it is there; not wanted, the shelf goes again", "gone")
+        self.done("Brought by a drag and not wanted, the shelf goes again", "gone")
 
     def play_near_the_pointer(self, from_window):
         self.app.write_settings({**SETTLED, "autoShowTrigger": 1})
@@ -139,6 +152,20 @@ class Demo:
             return self.app.window()
 
         self.app.opaque(wait_for(shown, "the shelf comes while a file is dragged"))
+
+    def fading(self, frame, act=lambda: None):
+        """Acts, and answers the screen in the midst of what then changes step by step in that part of it."""
+        looks = [self.desktop.windows.look(frame)]
+        act()
+
+        def half_gone():
+            look = self.desktop.windows.look(frame)
+            if look != looks[-1]:
+                looks.append(look)
+            return len(looks) > STEPS
+
+        wait_for(half_gone, "something fades", pause=0)
+        return self.desktop.moment()
 
     def play_screenshot(self):
         self.hand.move_to(640, 420)

@@ -211,9 +211,23 @@ class Desktop:
     def screenshot(self, path):
         """Writes a picture of the screen and the pointer, as PNG."""
         cursor = self.windows.cursor()
+        self.run("import", "-silent", "-window", "root", path)
+        self.draw_cursor(cursor, path)
+
+    def moment(self):
+        """What the screen shows right now, to be written at leisure by write_moment()."""
+        return self.windows.look((0, 0, self.width, self.height)), self.windows.cursor()
+
+    def write_moment(self, moment, path):
+        pixels, cursor = moment
+        raw = self.folder / "screen.bgra"
+        raw.write_bytes(pixels)
+        self.run("convert", "-size", f"{self.width}x{self.height}", "-depth", "8", f"bgra:{raw}", "-alpha", "off", path)
+        self.draw_cursor(cursor, path)
+
+    def draw_cursor(self, cursor, path):
         pixels = self.folder / "cursor.rgba"
         pixels.write_bytes(cursor.pixels)
-        self.run("import", "-silent", "-window", "root", path)
         self.run("convert", path, "-size", f"{cursor.width}x{cursor.height}", "-depth", "8", f"rgba:{pixels}",
                  "-geometry", f"{cursor.x:+}{cursor.y:+}", "-composite", path)
 

@@ -137,7 +137,7 @@ class Announcements:
     def count(self):
         self.display.sync()
         while self.display.pending_events():
-            if self.display.next_event().owner != X.NONE:
+            if getattr(self.display.next_event(), "owner", X.NONE) != X.NONE:
                 self.seen += 1
         return self.seen
 

@@ -10,7 +10,7 @@ class TimedOut(AssertionError):
     pass
 
 
-def wait_for(condition, message, patience=PATIENCE):
+def wait_for(condition, message, patience=PATIENCE, pause=PAUSE):
     """Answers the first true value of condition(); fails with the message when none comes."""
     end = time.monotonic() + patience
     while True:
@@ -19,7 +19,7 @@ def wait_for(condition, message, patience=PATIENCE):
             return value
         if time.monotonic() > end:
             raise TimedOut(f"waited {patience:g} s in vain: {message}")
-        time.sleep(PAUSE)
+        time.sleep(pause)
 
 
 def stays(condition, message, seconds):

@@ -135,7 +135,7 @@ class Windows:
 
     def look(self, frame):
         """The pixels of a part of the screen, four bytes each, row by row."""
-        return self.root.get_image(frame.x, frame.y, frame.width, frame.height, X.ZPixmap, 0xFFFFFFFF).data
+        return self.root.get_image(*frame, X.ZPixmap, 0xFFFFFFFF).data
 
     def painted(self, frame, color):
         """The smallest frame around all pixels of a colour, or None."""

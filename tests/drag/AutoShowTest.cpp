@@ -87,11 +87,11 @@ void AutoShowTest::near_is_within_120_points_on_every_side_data()
     QTest::newRow("inside") << QPointF(1050, 400) << true;
     QTest::newRow("left, 120 away") << QPointF(880, 400) << true;
     QTest::newRow("left, 121 away") << QPointF(879, 400) << false;
-    QTest::newRow("right, 119 away") << QPointF(1235, 400) << true;
+    QTest::newRow("right, 120 away") << QPointF(1236, 400) << true;
     QTest::newRow("right, 121 away") << QPointF(1237, 400) << false;
     QTest::newRow("below, 120 away") << QPointF(1050, 180) << true;
     QTest::newRow("below, 121 away") << QPointF(1050, 179) << false;
-    QTest::newRow("above, 119 away") << QPointF(1050, 583) << true;
+    QTest::newRow("above, 120 away") << QPointF(1050, 584) << true;
     QTest::newRow("above, 121 away") << QPointF(1050, 585) << false;
     // The margin is a rectangle, not a distance: its corners count.
     QTest::newRow("corner") << QPointF(881, 181) << true;

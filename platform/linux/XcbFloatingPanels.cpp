@@ -4,12 +4,18 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace {
 
-// How long a change of the stack waits for the end of a drag before it looks again, in milliseconds.
-constexpr int kButtonInterval = 100;
+// How long a change of the stack waits for the end of a drag before it looks again.
+constexpr auto kButtonInterval = 100ms;
+
+// The program has long started by then, and hardly anybody has dragged anything yet.
+constexpr auto kPreparation = 1s;
 
 } // namespace
 
@@ -39,6 +45,7 @@ void XcbFloatingPanels::make(QWidget &window, const PanelStyle &style)
     std::erase_if(panels, [](const auto &panel) { return !panel->widget(); });
     panels.push_back(std::make_unique<XcbPanel>(window, style, xcb));
     panels.back()->setBlends(blends);
+    QTimer::singleShot(kPreparation, panels.back().get(), [panel = panels.back().get()] { panel->prepare(); });
 }
 
 void XcbFloatingPanels::orderFront(QWidget &window)

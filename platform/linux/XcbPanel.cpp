@@ -60,6 +60,14 @@ XcbPanel::XcbPanel(QWidget &panelWindow, const PanelStyle &panelStyle, std::shar
     connect(&withdrawalLimit, &QTimer::timeout, this, [this] { finishWithdrawal(); });
 }
 
+void XcbPanel::prepare()
+{
+    if (!window || window->isVisible() || nativeWindow() != XCB_NONE)
+        return;
+    window->winId();
+    window->grab();
+}
+
 void XcbPanel::orderFront(bool overridesManager, bool isDragInProgress)
 {
     if (!window)

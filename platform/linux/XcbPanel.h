@@ -20,6 +20,9 @@ public:
 
     QWidget *widget() const { return window; }
 
+    // Does once what else the first drag would wait for: makes the window, and loads its letters and symbols.
+    void prepare();
+
     // Shows the panel above all others. One that comes up while something is dragged overrides the window manager until
     // it is ordered out: some sources, Chromium among them, never see a window that gets its frame during their drag.
     void orderFront(bool overridesManager, bool isDragInProgress);

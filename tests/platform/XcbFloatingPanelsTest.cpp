@@ -21,10 +21,12 @@ public:
     Panel() { setAcceptDrops(true); }
 
     int clicks = 0;
+    int drawings = 0;
 
 protected:
     void paintEvent(QPaintEvent *) override
     {
+        ++drawings;
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
@@ -58,6 +60,16 @@ private slots:
         panel.reset();
         panels.reset();
         foreign.reset();
+    }
+
+    void a_panel_is_made_and_drawn_once_before_it_is_needed()
+    {
+        QCOMPARE(panel->internalWinId(), WId(0));
+        QTRY_VERIFY_WITH_TIMEOUT(panel->internalWinId() != 0, kPatience);
+        QTRY_COMPARE_WITH_TIMEOUT(panel->drawings, 1, kPatience);
+        QVERIFY(!panel->isVisible());
+        QCOMPARE(screenColor(kFrame.center()), QColor(Qt::green));
+        other_programs_read_what_a_panel_is();
     }
 
     void a_panel_is_shown_above_and_takes_no_focus()

@@ -40,12 +40,13 @@ def main():
     build = pathlib.Path(sys.argv[1]).resolve()
     os.environ["PARKLET_PROGRAM"] = str(build / "parklet")
     sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests/desktop"))
+    import drag_rows
     import whole_program
 
     table = [TITLES]
     sources = [program_rows(program) for program in sorted((build / "benchmarks/rows").glob("*"))
                if os.access(program, os.X_OK) and program.is_file()]
-    for source in (*sources, whole_program.rows(build)):
+    for source in (*sources, drag_rows.rows(build), whole_program.rows(build)):
         for name, value, unit, floor, ratio, bound in source:
             print(f"  {name}", file=sys.stderr)
             table.append((name, shown(value, unit), shown(floor, unit), shown(ratio), bound))

@@ -136,6 +136,6 @@ private:
     bool isTapInstalled = false;
     bool hiding = false;
     bool hidesOnlyEmpty = false; // the fade-out under way is that of an empty shelf, and of one that is still so
-    QSet<QUrl> droppedURLs; // on the panel while droppedBackOnSelf is true
+    QSet<QUrl> droppedURLs;      // on the panel while droppedBackOnSelf is true
     std::shared_ptr<Timer> autoHideTimer;
 };

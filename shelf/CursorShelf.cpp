@@ -106,6 +106,7 @@ void CursorShelf::showNearCursor()
     const double flip = platform.screens->flipHeight();
     const QRectF frame = cursorShelfFrame(flipped(pointer, flip), flipped(screen->visibleFrame, flip));
     setGeometry(wholePoints(flipped(frame, flip)));
+    hiding = false;
     fader.setAlpha(0);
     platform.floatingPanels->orderFront(*this);
     fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
@@ -113,9 +114,11 @@ void CursorShelf::showNearCursor()
 
 void CursorShelf::hide()
 {
-    if (!isVisible())
+    if (!isVisible() || hiding)
         return;
+    hiding = true;
     fader.fade(0.0, kFadeOut, FadeCurve::Standard, [this] {
+        hiding = false;
         platform.floatingPanels->orderOut(*this);
         fader.setAlpha(1.0);
     });

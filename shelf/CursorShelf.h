@@ -54,4 +54,5 @@ protected:
 private:
     Platform &platform;
     Fader fader;
+    bool hiding = false; // a fade-out is under way
 };

@@ -22,12 +22,14 @@ private slots:
     void the_symbol_is_described_and_there_is_no_text();
     void the_panel_is_placed_beside_the_pointer_data();
     void the_panel_is_placed_beside_the_pointer();
+    void the_panel_comes_to_the_front_in_its_place_and_transparent();
     void a_panel_shown_again_is_placed_anew();
     void without_any_screen_the_program_stops();
     void showing_fades_in_over_015_seconds_and_eases_out();
     void showing_a_visible_panel_fades_it_in_from_nothing_again();
     void hiding_fades_out_over_012_seconds();
     void hiding_a_fading_in_panel_starts_from_where_it_stands();
+    void hiding_again_does_not_put_the_end_off();
     void a_panel_shown_while_it_fades_out_stays();
     void hiding_a_hidden_panel_does_nothing();
     void a_background_that_the_desktop_draws_is_not_drawn_again();
@@ -177,6 +179,27 @@ void CursorShelfTest::the_panel_is_placed_beside_the_pointer()
     QVERIFY(f.panel->isVisible());
 }
 
+void CursorShelfTest::the_panel_comes_to_the_front_in_its_place_and_transparent()
+{
+    Fixture f;
+    f.screens.pointerPosition = QPointF(100, 100);
+    QList<double> alphas;
+    QList<QRect> frames;
+    f.panels.whenOrderedFront = [&](QWidget &window) {
+        alphas.append(f.panels.alphas.value(&window, 1.0));
+        frames.append(window.geometry());
+    };
+    f.panels.whenOrderedOut = [&](QWidget &window) { alphas.append(f.panels.alphas.value(&window, 1.0)); };
+    f.panel->showNearCursor();
+    QCOMPARE(alphas, QList<double>{0.0});
+    QCOMPARE(frames, QList<QRect>{QRect(124, 116, 88, 88)});
+    // And it goes before it is opaque again.
+    f.queue.advance(1);
+    f.panel->hide();
+    f.queue.advance(1);
+    QCOMPARE(alphas, (QList<double>{0.0, 0.0}));
+}
+
 void CursorShelfTest::a_panel_shown_again_is_placed_anew()
 {
     Fixture f;
@@ -282,6 +305,24 @@ void CursorShelfTest::hiding_a_fading_in_panel_starts_from_where_it_stands()
     f.queue.advance(0.07);
     QVERIFY(!f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
+}
+
+void CursorShelfTest::hiding_again_does_not_put_the_end_off()
+{
+    Fixture f;
+    f.showFully();
+    f.panel->hide();
+    f.queue.advance(0.06);
+    f.panel->hide();
+    f.queue.advance(0.06);
+    QVERIFY(!f.panel->isVisible());
+    // The next fade-out is a whole one again.
+    f.showFully();
+    f.panel->hide();
+    f.queue.advance(0.11);
+    QVERIFY(f.panel->isVisible());
+    f.queue.advance(0.01);
+    QVERIFY(!f.panel->isVisible());
 }
 
 void CursorShelfTest::a_panel_shown_while_it_fades_out_stays()

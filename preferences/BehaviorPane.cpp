@@ -174,7 +174,8 @@ bool BehaviorPane::event(QEvent *event)
 void BehaviorPane::autoShowChanged(QCheckBox *sender)
 {
     s.setAutoShowDropWindow(sender->isChecked());
-    triggerPop->setEnabled(sender->isChecked());
+    if (triggerPop)
+        triggerPop->setEnabled(sender->isChecked());
 }
 
 void BehaviorPane::triggerChanged(QComboBox *sender)

@@ -25,6 +25,7 @@ private slots:
     void the_pop_ups_store_their_index_and_post_once_data();
     void the_pop_ups_store_their_index_and_post_once();
     void bottom_is_stored_as_3();
+    void choosing_the_item_shown_stores_and_posts_it();
     void hiding_extensions_is_stored_and_posted();
     void a_slider_reports_each_move_of_a_drag();
     void the_sliders_store_doubles_and_move_by_keyboard();
@@ -231,6 +232,7 @@ void AppearancePaneTest::the_pop_ups_store_their_index_and_post_once()
         QTest::keyClick(&f.popUp(key), Qt::Key_Down);
         QCOMPARE(f.stored(key), QVariant(i));
         QCOMPARE(f.settingsChangedPosts(), i);
+        QCOMPARE(f.storedAtLastPost(key), QVariant(i));
     }
     QCOMPARE(f.values.size(), 1);
 }
@@ -245,6 +247,18 @@ void AppearancePaneTest::bottom_is_stored_as_3()
     QCOMPARE(f.settingsChangedPosts(), 1);
 }
 
+void AppearancePaneTest::choosing_the_item_shown_stores_and_posts_it()
+{
+    PaneFixture f;
+    f.load();
+    // The file was edited while the pane was open.
+    f.values.insert(SettingsKey::windowAlignment, 2);
+    QComboBox &popUp = f.popUp(SettingsKey::windowAlignment);
+    emit popUp.activated(popUp.currentIndex());
+    QCOMPARE(f.stored(SettingsKey::windowAlignment), QVariant(popUp.currentIndex()));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+}
+
 void AppearancePaneTest::hiding_extensions_is_stored_and_posted()
 {
     PaneFixture f;
@@ -252,6 +266,7 @@ void AppearancePaneTest::hiding_extensions_is_stored_and_posted()
     f.hideExtensions().click();
     QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(true));
     QCOMPARE(f.settingsChangedPosts(), 1);
+    QCOMPARE(f.storedAtLastPost(SettingsKey::hideFileExtensions), QVariant(true));
     f.hideExtensions().click();
     QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(false));
     QCOMPARE(f.settingsChangedPosts(), 2);

@@ -20,6 +20,7 @@ private slots:
     void a_fresh_installation_shows_the_defaults();
     void the_controls_show_what_is_stored();
     void the_check_box_stores_and_enables_the_trigger_at_once();
+    void the_check_box_stores_before_the_pane_is_built();
     void a_trigger_is_built_disabled_while_the_shelf_does_not_show_by_itself();
     void the_pop_ups_store_their_index_data();
     void the_pop_ups_store_their_index();
@@ -225,6 +226,16 @@ void BehaviorPaneTest::the_check_box_stores_and_enables_the_trigger_at_once()
     f.autoShow().click();
     QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(true));
     QVERIFY(f.popUp(SettingsKey::autoShowTrigger).isEnabled());
+}
+
+void BehaviorPaneTest::the_check_box_stores_before_the_pane_is_built()
+{
+    PaneFixture f;
+    BehaviorPane pane(f.settings, f.virtualPlatform.platform);
+    QCheckBox box;
+    box.setChecked(false);
+    pane.autoShowChanged(&box);
+    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(false));
 }
 
 void BehaviorPaneTest::a_trigger_is_built_disabled_while_the_shelf_does_not_show_by_itself()

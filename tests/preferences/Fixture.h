@@ -18,13 +18,14 @@ struct Fixture {
     struct Posted {
         QString name;
         QVariantMap userInfo;
+        QMap<QString, QVariant> values; // what was stored at that moment
     };
 
     Fixture()
     {
         QObject::connect(&notifications, &NotificationCenter::posted, &notifications,
                          [this](const QString &name, const QVariantMap &userInfo) {
-                             posts.append({name, userInfo});
+                             posts.append({name, userInfo, values});
                          });
     }
 
@@ -36,6 +37,12 @@ struct Fixture {
                 return -1;
         }
         return static_cast<int>(posts.size());
+    }
+
+    // What an observer of the last notification could read.
+    QVariant storedAtLastPost(const QString &key) const
+    {
+        return posts.isEmpty() ? QVariant() : posts.last().values.value(key);
     }
 
     QVariant stored(const QString &key) const { return virtualPlatform.userDefaults.values.value(key); }

@@ -170,6 +170,7 @@ void GeneralPaneTest::a_toggle_is_stored_at_once()
     QCOMPARE(f.stored(key).typeId(), static_cast<int>(QMetaType::Bool));
     QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{key});
     QCOMPARE(f.settingsChangedPosts(), posts);
+    QVERIFY(posts == 0 || f.storedAtLastPost(key) == QVariant(!was));
 
     f.box(key)->click();
     QCOMPARE(f.stored(key), QVariant(was));

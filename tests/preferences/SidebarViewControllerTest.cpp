@@ -145,6 +145,11 @@ void SidebarViewControllerTest::a_silent_selection_calls_nobody_back_and_selects
     QVERIFY(f.selected.isEmpty());
     QCOMPARE(f.selectedRows().size(), 1);
     QCOMPARE(f.selectedRows().first().row(), 2);
+    // A pane without a row leaves the selection as it is.
+    f.sidebar.selectSilently(static_cast<PrefPane>(99));
+    QCOMPARE(f.selectedRows().size(), 1);
+    QCOMPARE(f.selectedRows().first().row(), 2);
+    QVERIFY(f.selected.isEmpty());
     f.select(4);
     QCOMPARE(f.selected, QList<PrefPane>{PrefPane::about});
 }

@@ -63,9 +63,12 @@ void NewScreenshotsTest::a_listing_is_shallow_and_holds_hidden_names()
     create(folder, ".hidden.png");
     create(folder, "b.PNG");
     create(folder, "c.jpg");
-    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("inner")));
-    create(folder, "inner/d.png");
-    QCOMPARE(screenshotNames(folder.path().toLocal8Bit()), (QSet<QByteArray>{"a.png", ".hidden.png"}));
+    // Of whatever kind an entry is.
+    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("inner.png")));
+    create(folder, "inner.png/d.png");
+    QVERIFY(QFile::link(QStringLiteral("nowhere"), folder.filePath(QStringLiteral("link.png"))));
+    QCOMPARE(screenshotNames(folder.path().toLocal8Bit()),
+             (QSet<QByteArray>{"a.png", ".hidden.png", "inner.png", "link.png"}));
 }
 
 void NewScreenshotsTest::a_listing_keeps_names_that_are_no_utf_8()

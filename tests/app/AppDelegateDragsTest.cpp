@@ -57,6 +57,8 @@ private slots:
     void an_approach_leaves_the_flag_until_the_shelf_appears();
     void a_refused_monitor_brings_no_shelf();
     void a_changed_screen_moves_the_place_that_is_approached();
+    void the_trigger_is_read_anew_for_each_drag();
+    void the_end_of_a_drag_tidies_up_whatever_the_settings_say_by_then();
     void an_approach_to_a_delegate_that_has_gone_does_nothing();
 
 private:
@@ -731,6 +733,44 @@ void AppDelegateDragsTest::a_changed_screen_moves_the_place_that_is_approached()
     QCOMPARE(f.shelf.frame(), QRectF(880, 218, 116, 164));
     f.dragTo(QPointF(800, 300));
     QVERIFY(f.shelf.isVisible());
+}
+
+void AppDelegateDragsTest::the_trigger_is_read_anew_for_each_drag()
+{
+    Fixture f(kAtOnce);
+    f.startDrag();
+    QVERIFY(f.shelf.isVisible());
+    f.release();
+    f.queue.advance(1);
+    f.values.insert(SettingsKey::autoShowTrigger, kNearCursor);
+    f.startDrag();
+    QVERIFY(f.cursorShelf.isVisible());
+    f.release();
+    f.queue.advance(1);
+    f.values.insert(SettingsKey::autoShowTrigger, kWhenNear);
+    f.virtualPlatform.screens.pointerPosition = kFarAway;
+    f.startDrag();
+    QVERIFY(!f.shelf.isVisible());
+    QCOMPARE(f.proximityMonitors(), 1);
+}
+
+void AppDelegateDragsTest::the_end_of_a_drag_tidies_up_whatever_the_settings_say_by_then()
+{
+    for (const int trigger : {kNearCursor, kWhenNear}) {
+        Fixture f(trigger);
+        f.virtualPlatform.screens.pointerPosition = kFarAway;
+        f.startDrag();
+        f.dragTo(kNearby);
+        QVERIFY(f.shelf.isVisible());
+        f.values.insert(SettingsKey::autoShowDropWindow, false);
+        f.values.insert(SettingsKey::autoShowTrigger, kAtOnce);
+        f.values.insert(SettingsKey::excludeMode, 1);
+        f.release();
+        f.queue.advance(0.15 + 0.18);
+        QVERIFY(!f.cursorShelf.isVisible());
+        QCOMPARE(f.proximityMonitors(), 0);
+        QVERIFY(!f.shelf.isVisible());
+    }
 }
 
 void AppDelegateDragsTest::an_approach_to_a_delegate_that_has_gone_does_nothing()

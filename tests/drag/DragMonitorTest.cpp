@@ -216,6 +216,8 @@ void DragMonitorTest::a_new_drag_is_recognised_only_after_the_change_count_moved
     f.drag();
     f.release();
     QCOMPARE(f.delegate.calls, kStartAndEnd);
+    // The files are not even read while the count stands.
+    QCOMPARE(f.pasteboard.reads, 1);
     f.write({file("/b.txt")});
     f.drag();
     QCOMPARE(f.delegate.calls, kStartAndEnd + kStart);

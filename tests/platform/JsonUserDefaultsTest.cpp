@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/JsonUserDefaults.h"
 
+#include "tests/support/OrdinaryUser.h"
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QTemporaryDir>
@@ -59,29 +61,6 @@ private:
 namespace {
 
 const QString kKey = QStringLiteral("windowEdge");
-
-// Without the rights of root, which no permission stops.
-class OrdinaryUser {
-public:
-    explicit OrdinaryUser(const QString &folder)
-    {
-        if (::geteuid() != 0)
-            return;
-        constexpr uid_t kNobody = 65534;
-        if (::chown(QFile::encodeName(folder).constData(), kNobody, kNobody) == 0)
-            changed = ::seteuid(kNobody) == 0;
-    }
-    ~OrdinaryUser()
-    {
-        if (changed && ::seteuid(0) != 0)
-            qFatal("could not become root again");
-    }
-    OrdinaryUser(const OrdinaryUser &) = delete;
-    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
-
-private:
-    bool changed = false;
-};
 
 } // namespace
 

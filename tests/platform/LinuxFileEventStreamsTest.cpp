@@ -2,6 +2,7 @@
 #include "platform/linux/LinuxFileEventStreams.h"
 
 #include "platform/FileURLs.h"
+#include "tests/support/OrdinaryUser.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QAbstractEventDispatcher>
@@ -156,30 +157,6 @@ private:
 };
 
 const QString kDesktop = QStringLiteral("Desktop");
-
-// A user whom permissions bind, for as long as it lives; the super-user may read everything.
-class OrdinaryUser {
-public:
-    explicit OrdinaryUser(const QString &folder)
-    {
-        if (wasSuperUser) {
-            constexpr uid_t kNobody = 65'534;
-            QCOMPARE(chown(QFile::encodeName(folder).constData(), kNobody, gid_t(-1)), 0);
-            QCOMPARE(seteuid(kNobody), 0);
-        }
-    }
-    ~OrdinaryUser()
-    {
-        if (wasSuperUser && seteuid(0) != 0)
-            qFatal("The super-user did not come back.");
-    }
-
-    OrdinaryUser(const OrdinaryUser &) = delete;
-    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
-
-private:
-    const bool wasSuperUser = geteuid() == 0;
-};
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "preferences/BasePane.h"
 #include "preferences/PreferencesWindowController.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/preferences/WellFixture.h"
 
 #include <QTest>
 
@@ -20,25 +21,6 @@ private slots:
     void closing_the_panel_keeps_the_last_colour();
     void minimising_the_window_keeps_the_panel();
 };
-
-namespace {
-
-struct WellFixture {
-    WellFixture()
-    {
-        well.setAccessibleName(QStringLiteral("Tint colour"));
-        well.setColor(QColor(20, 40, 60));
-        well.onChange = [this] { chosen.append(well.color()); };
-        window.resize(100, 100);
-        window.show();
-    }
-
-    QWidget window;
-    ColorWell well{&window};
-    QList<QColor> chosen;
-};
-
-} // namespace
 
 void ColorPanelTest::a_colour_well_opens_one_panel_with_alpha_and_without_buttons()
 {

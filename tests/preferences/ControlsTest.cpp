@@ -3,6 +3,7 @@
 
 #include "preferences/ColorWell.h"
 #include "preferences/DoubleSlider.h"
+#include "tests/preferences/WellFixture.h"
 
 #include <QAccessible>
 #include <QPainter>
@@ -77,21 +78,6 @@ double contrast(const QColor &text, const QColor &background)
     const double other = luminance(background) + 0.05;
     return std::max(one, other) / std::min(one, other);
 }
-
-struct WellFixture {
-    WellFixture()
-    {
-        well.setAccessibleName(QStringLiteral("Tint colour"));
-        well.setColor(QColor(20, 40, 60));
-        well.onChange = [this] { chosen.append(well.color()); };
-        window.resize(100, 100);
-        window.show();
-    }
-
-    QWidget window;
-    ColorWell well{&window};
-    QList<QColor> chosen;
-};
 
 } // namespace
 

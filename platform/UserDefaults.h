@@ -26,6 +26,23 @@ public:
     // comes, or has been refused by the disk. A store that writes at once has nothing to wait for.
     virtual void synchronize() {}
 
+    // While one lives, a read need not look for edits from outside that an earlier read did not see: many reads for the
+    // price of one, and all of one moment. What this program sets is answered by the next read all the same.
+    class ReadsOfOneMoment {
+    public:
+        explicit ReadsOfOneMoment(const UserDefaults &store)
+            : defaults(store)
+        {
+            defaults.beginMoment();
+        }
+        ~ReadsOfOneMoment() { defaults.endMoment(); }
+        ReadsOfOneMoment(const ReadsOfOneMoment &) = delete;
+        ReadsOfOneMoment &operator=(const ReadsOfOneMoment &) = delete;
+
+    private:
+        const UserDefaults &defaults;
+    };
+
     // Whether a read takes `value` for a number; a bool is one.
     static bool isNumber(const QVariant &value);
 
@@ -37,4 +54,9 @@ public:
     virtual QByteArray data(const QString &key) const;
     // Empty unless the value is an array of nothing but strings.
     virtual QStringList stringArray(const QString &key) const;
+
+protected:
+    // Moments nest. A store whose reads are cheap anyway has nothing to do.
+    virtual void beginMoment() const {}
+    virtual void endMoment() const {}
 };

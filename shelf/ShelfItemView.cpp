@@ -138,6 +138,7 @@ void ShelfItemView::layoutTile()
     const TileLayout layout = tileLayout(size(), settings.defaults.integer(SettingsKey::fileNameDisplay));
     imageView->setGeometry(wholePoints(flipped(layout.imageView, height())));
     removeBtn->setGeometry(wholePoints(flipped(layout.removeBtn, height())));
+    nameLabelFrame = wholePoints(flipped(layout.nameLabel, height()));
     placeNameLabel();
 }
 
@@ -145,11 +146,7 @@ void ShelfItemView::placeNameLabel()
 {
     if (!nameLabel)
         return;
-    const TileLayout layout = tileLayout(size(), settings.defaults.integer(SettingsKey::fileNameDisplay));
-    QRect frame = wholePoints(flipped(layout.nameLabel, height()));
-    if (nameLabel->parentWidget() != this)
-        frame.translate(pos());
-    nameLabel->setGeometry(frame);
+    nameLabel->setGeometry(nameLabel->parentWidget() == this ? nameLabelFrame : nameLabelFrame.translated(pos()));
 }
 
 bool ShelfItemView::event(QEvent *event)

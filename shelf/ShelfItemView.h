@@ -104,6 +104,7 @@ private:
     AppSettings &settings;
     QColor borderColor; // the accent colour when the tile was made
     double layerBorderWidth = 0;
+    QRect nameLabelFrame; // in the tile's coordinates as Qt has them
     double hoverAlpha = 0;
     Fader tileFader;
     Fader removeFader;

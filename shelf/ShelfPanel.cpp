@@ -208,20 +208,22 @@ void ShelfPanel::vanish()
 
 void ShelfPanel::applySettings()
 {
+    const UserDefaults::ReadsOfOneMoment moment(settings.defaults);
     const double itemSize = settings.shelfItemSize();
     const double reserve = labelReserve(settings.defaults.integer(SettingsKey::fileNameDisplay));
     for (ShelfItemView *tile : stackView->arrangedSubviews()) {
         tile->updateNameLabel();
         if (tile->lastLoadedSize != itemSize)
             tile->loadThumbnail();
-        stackView->setTileHeight(tile, itemSize + reserve);
         tile->layoutTile();
     }
+    stackView->setTileHeight(itemSize + reserve);
     updateFrame();
 }
 
 void ShelfPanel::settingsDidChange()
 {
+    const UserDefaults::ReadsOfOneMoment moment(settings.defaults);
     applyTint();
     const double itemSize = settings.shelfItemSize();
     for (ShelfItemView *tile : stackView->arrangedSubviews()) {

@@ -40,12 +40,10 @@ void ShelfStackView::removeArrangedSubview(ShelfItemView *tile)
     arrange();
 }
 
-void ShelfStackView::setTileHeight(ShelfItemView *tile, double height)
+void ShelfStackView::setTileHeight(double height)
 {
-    const auto size = sizes.find(tile);
-    if (size == sizes.end() || qFuzzyCompare(size->height(), height))
-        return;
-    size->setHeight(height);
+    for (QSizeF &size : sizes)
+        size.setHeight(height);
     arrange();
 }
 

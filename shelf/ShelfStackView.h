@@ -24,8 +24,8 @@ public:
     // Takes the tile out and deletes it in a later turn of the main loop.
     void removeArrangedSubview(ShelfItemView *tile);
 
-    // Changes a tile's height and leaves its width.
-    void setTileHeight(ShelfItemView *tile, double height);
+    // Changes the height of every tile and leaves their widths.
+    void setTileHeight(double height);
 
     bool isHorizontal() const { return horizontal; }
     void setHorizontal(bool value);

@@ -22,6 +22,9 @@ QVariant BackgroundUserDefaults::object(const QString &key) const
         if (const auto value = pending->constFind(key); value != pending->constEnd())
             return *value;
     }
+    if (isFresh)
+        return reader.lastObject(key);
+    isFresh = moments > 0;
     return reader.object(key);
 }
 
@@ -53,6 +56,19 @@ void BackgroundUserDefaults::synchronize()
     thread.waitForDone();
 }
 
+void BackgroundUserDefaults::beginMoment() const
+{
+    const QMutexLocker locker(&mutex);
+    ++moments;
+}
+
+void BackgroundUserDefaults::endMoment() const
+{
+    const QMutexLocker locker(&mutex);
+    --moments;
+    isFresh = isFresh && moments > 0;
+}
+
 // A write that fails is forgotten, and the next read answers what the file still holds.
 void BackgroundUserDefaults::write()
 {
@@ -63,6 +79,7 @@ void BackgroundUserDefaults::write()
         writer.set(written);
         locker.relock();
         written.clear();
+        isFresh = false;
     }
     isWriting = false;
 }

@@ -161,6 +161,11 @@ JsonUserDefaults::JsonUserDefaults(const QString &file)
 QVariant JsonUserDefaults::object(const QString &key) const
 {
     refresh();
+    return lastObject(key);
+}
+
+QVariant JsonUserDefaults::lastObject(const QString &key) const
+{
     return fromJson(values.value(key));
 }
 

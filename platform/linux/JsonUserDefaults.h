@@ -19,6 +19,8 @@ public:
     explicit JsonUserDefaults(const QString &path = defaultPath());
 
     QVariant object(const QString &key) const override;
+    // The same as of the last read or write, without a look at the file.
+    QVariant lastObject(const QString &key) const;
     // Durable when it returns true; false when the file could not be written, which leaves it as it was.
     bool set(const QString &key, const QVariant &value) override;
     bool remove(const QString &key) override;

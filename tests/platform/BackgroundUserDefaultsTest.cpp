@@ -28,6 +28,9 @@ private slots:
     void a_refused_write_is_forgotten();
     void the_end_waits_for_the_last_write();
     void an_edit_from_outside_is_seen_by_the_next_read();
+    void reads_of_one_moment_answer_alike();
+    void a_write_is_seen_within_the_moment();
+    void a_write_that_was_refused_is_forgotten_within_the_moment();
 
 private:
     QByteArray contents() const;
@@ -186,6 +189,50 @@ void BackgroundUserDefaultsTest::an_edit_from_outside_is_seen_by_the_next_read()
     defaults.synchronize();
     QVERIFY(JsonUserDefaults(path).set(kKey, 3));
     QCOMPARE(defaults.integer(kKey), 3);
+}
+
+void BackgroundUserDefaultsTest::reads_of_one_moment_answer_alike()
+{
+    BackgroundUserDefaults defaults(path);
+    QVERIFY(JsonUserDefaults(path).set(kKey, 2));
+    {
+        const UserDefaults::ReadsOfOneMoment moment(defaults);
+        QCOMPARE(defaults.integer(kKey), 2);
+        QVERIFY(JsonUserDefaults(path).set(kKey, 3));
+        QVERIFY(JsonUserDefaults(path).set(QStringLiteral("size"), 4));
+        {
+            const UserDefaults::ReadsOfOneMoment inner(defaults);
+            QCOMPARE(defaults.integer(kKey), 2);
+        }
+        QCOMPARE(defaults.integer(kKey), 2);
+        QVERIFY(!defaults.object(QStringLiteral("size")).isValid());
+    }
+    QCOMPARE(defaults.integer(kKey), 3);
+    QVERIFY(JsonUserDefaults(path).set(kKey, 5));
+    const UserDefaults::ReadsOfOneMoment next(defaults);
+    QCOMPARE(defaults.integer(kKey), 5);
+}
+
+void BackgroundUserDefaultsTest::a_write_is_seen_within_the_moment()
+{
+    BackgroundUserDefaults defaults(path);
+    const UserDefaults::ReadsOfOneMoment moment(defaults);
+    QCOMPARE(defaults.integer(kKey), 1);
+    QVERIFY(defaults.set(kKey, 2));
+    QCOMPARE(defaults.integer(kKey), 2);
+    defaults.synchronize();
+    QCOMPARE(defaults.integer(kKey), 2);
+}
+
+void BackgroundUserDefaultsTest::a_write_that_was_refused_is_forgotten_within_the_moment()
+{
+    QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0444), 0);
+    BackgroundUserDefaults defaults(path);
+    const UserDefaults::ReadsOfOneMoment moment(defaults);
+    QVERIFY(defaults.set(kKey, 2));
+    QCOMPARE(defaults.integer(kKey), 2);
+    defaults.synchronize();
+    QCOMPARE(defaults.integer(kKey), 1);
 }
 
 QTEST_GUILESS_MAIN(BackgroundUserDefaultsTest)

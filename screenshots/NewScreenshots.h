@@ -16,8 +16,9 @@ bool isScreenshotName(std::string_view name);
 // The names in `folder` (a path) that can be screenshots, hidden ones included; empty when it cannot be read.
 QSet<QByteArray> screenshotNames(const QByteArray &folder);
 
-// The names of `current` that are not in `known`, in no particular order.
-QList<QByteArray> newNames(const QSet<QByteArray> &current, const QSet<QByteArray> &known);
+// Makes `known` the names that `screenshotNames` answers now, and returns those that it did not hold before, in no
+// particular order.
+QList<QByteArray> refreshNames(QSet<QByteArray> &known, const QByteArray &folder);
 
 // Whether a file created then was made just now: less than 10 seconds ago, or at a date still to come.
 bool isRecent(const QDateTime &creationDate, const QDateTime &now);

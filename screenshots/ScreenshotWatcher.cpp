@@ -68,9 +68,7 @@ void ScreenshotWatcher::checkForNewScreenshots()
             (*watcher)->checked = false;
     });
 
-    const QSet<QByteArray> current = screenshotNames(fileSystemPath(desktopURL));
-    const QList<QByteArray> names = newNames(current, knownFiles);
-    knownFiles = current;
+    const QList<QByteArray> names = refreshNames(knownFiles, fileSystemPath(desktopURL));
     for (const QByteArray &name : names)
         report(name);
 }

@@ -97,6 +97,7 @@ void TileLabel::setText(const QString &text)
     if (content == text)
         return;
     content = text;
+    broken.clear();
     update();
 }
 
@@ -139,6 +140,18 @@ QStringList TileLabel::lines(const QString &text, const QFont &font, double widt
     return broken;
 }
 
+void TileLabel::resizeEvent(QResizeEvent *)
+{
+    broken.clear();
+}
+
+void TileLabel::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange)
+        broken.clear();
+    QWidget::changeEvent(event);
+}
+
 void TileLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -152,7 +165,9 @@ void TileLabel::paintEvent(QPaintEvent *)
         painter.drawText(QRectF(0, baseline - metrics.ascent(), width(), metrics.height()).translated(offset),
                          Qt::AlignHCenter | Qt::AlignTop | Qt::TextSingleLine, line);
     };
-    for (const QString &line : lines(content, font(), width())) {
+    if (broken.isEmpty())
+        broken = lines(content, font(), width());
+    for (const QString &line : std::as_const(broken)) {
         drawLine(line, QPointF(0, 1), QColor::fromRgbF(0, 0, 0, kNameShadowAlpha));
         drawLine(line, QPointF(), Qt::white);
         baseline += lineHeight;

@@ -62,9 +62,12 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     QString content;
+    QStringList broken; // the content's lines; none before they are needed
     double alpha = 1;
 };
 

@@ -34,7 +34,7 @@ private:
     QHash<QString, QVariant> waiting; // not handed to the thread yet; an invalid value removes its key
     QHash<QString, QVariant> written; // being written now
     bool isWriting = false;
-    mutable int moments = 0;       // how many are under way, one within the other
+    mutable int moments = 0;      // how many are under way, one within the other
     mutable bool isFresh = false; // the file has been read in this moment, and not been written since
     QThreadPool thread;
 };

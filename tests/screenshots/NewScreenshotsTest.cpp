@@ -19,6 +19,7 @@ private slots:
     void a_folder_that_cannot_be_read_lists_as_empty();
     void a_folder_of_twenty_thousand_files_is_listed_whole();
     void new_names_are_those_not_known();
+    void names_of_a_folder_that_cannot_be_read_are_forgotten();
     void a_file_is_recent_for_less_than_ten_seconds_data();
     void a_file_is_recent_for_less_than_ten_seconds();
 };
@@ -107,13 +108,42 @@ void NewScreenshotsTest::a_folder_of_twenty_thousand_files_is_listed_whole()
 
 void NewScreenshotsTest::new_names_are_those_not_known()
 {
-    QVERIFY(newNames({}, {}).isEmpty());
-    QVERIFY(newNames({}, {"a"}).isEmpty());
-    QVERIFY(newNames({"a", "b"}, {"b", "a"}).isEmpty());
-    QCOMPARE(newNames({"a", "b"}, {"b", "c"}), QList<QByteArray>{"a"});
-    const QList<QByteArray> all = newNames({"a", "b"}, {});
-    QCOMPARE(QSet<QByteArray>(all.begin(), all.end()), (QSet<QByteArray>{"a", "b"}));
+    const QTemporaryDir folder;
+    const QByteArray path = folder.path().toLocal8Bit();
+    QSet<QByteArray> known;
+    QVERIFY(refreshNames(known, path).isEmpty());
+    QVERIFY(known.isEmpty());
+
+    create(folder, "a.png");
+    create(folder, "b.png");
+    const QList<QByteArray> all = refreshNames(known, path);
+    QCOMPARE(QSet<QByteArray>(all.begin(), all.end()), (QSet<QByteArray>{"a.png", "b.png"}));
     QCOMPARE(all.size(), 2);
+    QCOMPARE(known, (QSet<QByteArray>{"a.png", "b.png"}));
+
+    QVERIFY(refreshNames(known, path).isEmpty());
+    QCOMPARE(known, (QSet<QByteArray>{"a.png", "b.png"}));
+
+    // As many as before, and yet others.
+    QVERIFY(QFile::remove(folder.filePath(QStringLiteral("a.png"))));
+    create(folder, "c.png");
+    QCOMPARE(refreshNames(known, path), QList<QByteArray>{"c.png"});
+    QCOMPARE(known, (QSet<QByteArray>{"b.png", "c.png"}));
+
+    QVERIFY(QFile::remove(folder.filePath(QStringLiteral("b.png"))));
+    QVERIFY(refreshNames(known, path).isEmpty());
+    QCOMPARE(known, QSet<QByteArray>{"c.png"});
+
+    // One that went and came back between two looks is new again only if a look missed it.
+    create(folder, "b.png");
+    QCOMPARE(refreshNames(known, path), QList<QByteArray>{"b.png"});
+}
+
+void NewScreenshotsTest::names_of_a_folder_that_cannot_be_read_are_forgotten()
+{
+    QSet<QByteArray> known{"a.png"};
+    QVERIFY(refreshNames(known, "/nowhere/at/all").isEmpty());
+    QVERIFY(known.isEmpty());
 }
 
 void NewScreenshotsTest::a_file_is_recent_for_less_than_ten_seconds_data()

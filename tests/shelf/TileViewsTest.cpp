@@ -17,6 +17,7 @@ private slots:
     void the_image_is_clipped_to_corners_of_6_points();
     void a_small_icon_is_drawn_as_large_as_it_goes_at_the_top();
     void the_name_is_white_11_points_high_and_of_medium_weight();
+    void the_name_is_broken_anew_when_it_or_its_room_changes();
     void the_remove_button_is_a_red_circle_with_a_symbol_of_8_points();
     void the_remove_button_fades_as_a_whole();
     void the_colour_over_the_panel_has_its_corners();
@@ -112,6 +113,29 @@ void TileViewsTest::the_name_is_white_11_points_high_and_of_medium_weight()
     QVERIFY(white > 4);
     // In the middle, to the pixel that centring may round away.
     QVERIFY2(std::abs(left - right) < (left + right) / 4, qPrintable(QStringLiteral("%1 %2").arg(left).arg(right)));
+}
+
+void TileViewsTest::the_name_is_broken_anew_when_it_or_its_room_changes()
+{
+    const auto fresh = [](const QString &text, const QSize &size, const QFont &font) {
+        TileLabel label(nullptr);
+        label.setFont(font);
+        label.setText(text);
+        return shown(label, size);
+    };
+    TileLabel label(nullptr);
+    const QString first = QStringLiteral("a rather long name of a file.txt");
+    const QString second = QStringLiteral("another one, and just as long.txt");
+    label.setText(first);
+    QCOMPARE(shown(label, QSize(84, 26)), fresh(first, QSize(84, 26), label.font()));
+    QCOMPARE(shown(label, QSize(60, 26)), fresh(first, QSize(60, 26), label.font()));
+    label.setText(second);
+    QCOMPARE(shown(label, QSize(60, 26)), fresh(second, QSize(60, 26), label.font()));
+    QFont bold = label.font();
+    bold.setBold(true);
+    label.setFont(bold);
+    QCOMPARE(shown(label, QSize(60, 26)), fresh(second, QSize(60, 26), bold));
+    QVERIFY(fresh(second, QSize(60, 26), bold) != fresh(second, QSize(84, 26), bold));
 }
 
 void TileViewsTest::the_remove_button_is_a_red_circle_with_a_symbol_of_8_points()

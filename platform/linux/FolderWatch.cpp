@@ -64,7 +64,7 @@ bool isDirectory(const QByteArray &path)
 }
 
 // Empty for what is no link.
-QByteArray linkTarget(const QByteArray &link)
+QByteArray readLink(const QByteArray &link)
 {
     std::array<char, PATH_MAX> buffer;
     const ssize_t size = readlink(link.constData(), buffer.data(), buffer.size());
@@ -175,15 +175,15 @@ FolderWatch::Outcome FolderWatch::followSteps(QList<QByteArray> names)
             directory = next;
             continue;
         }
-        if (linkTarget(next).isEmpty()) {
+        if (readLink(next).isEmpty()) {
             const Outcome outcome = followMissing(directory, name);
             // It may have come before the watch, so the second look counts.
-            return isDirectory(next) || !linkTarget(next).isEmpty() ? Outcome::Gone : outcome;
+            return isDirectory(next) || !readLink(next).isEmpty() ? Outcome::Gone : outcome;
         }
         if (const Outcome outcome = add(next, kLink, {""}); outcome != Outcome::Followed)
             return outcome == Outcome::Unreadable ? Outcome::Refused : outcome;
         // What it says after the watch began is what counts.
-        const QByteArray target = linkTarget(next);
+        const QByteArray target = readLink(next);
         if (target.isEmpty())
             return Outcome::Gone;
         if (++links > kMostLinks)

@@ -3,9 +3,14 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCoreApplication>
 #include <QMetaMethod>
 
 namespace {
+
+struct MainMenu {
+    Q_DECLARE_TR_FUNCTIONS(MainMenu)
+};
 
 // Invokes the slot `action` of the first object, from the view with the focus outwards, that has one.
 void sendAction(const char *action)
@@ -34,13 +39,14 @@ void addItem(QMenu *menu, const QString &title, const char *action, const QKeySe
 std::unique_ptr<QMenu> buildMainMenu()
 {
     auto mainMenu = std::make_unique<QMenu>();
-    QMenu *edit = mainMenu->addMenu(QMenu::tr("Edit"));
-    addItem(edit, QMenu::tr("Undo"), "undo", Qt::CTRL | Qt::Key_Z);
-    addItem(edit, QMenu::tr("Redo"), "redo", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    //: This menu is shown on macOS only, so please use Apple's words in it.
+    QMenu *edit = mainMenu->addMenu(MainMenu::tr("Edit"));
+    addItem(edit, MainMenu::tr("Undo"), "undo", Qt::CTRL | Qt::Key_Z);
+    addItem(edit, MainMenu::tr("Redo"), "redo", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     edit->addSeparator();
-    addItem(edit, QMenu::tr("Cut"), "cut", Qt::CTRL | Qt::Key_X);
-    addItem(edit, QMenu::tr("Copy"), "copy", Qt::CTRL | Qt::Key_C);
-    addItem(edit, QMenu::tr("Paste"), "paste", Qt::CTRL | Qt::Key_V);
-    addItem(edit, QMenu::tr("Select All"), "selectAll", Qt::CTRL | Qt::Key_A);
+    addItem(edit, MainMenu::tr("Cut"), "cut", Qt::CTRL | Qt::Key_X);
+    addItem(edit, MainMenu::tr("Copy"), "copy", Qt::CTRL | Qt::Key_C);
+    addItem(edit, MainMenu::tr("Paste"), "paste", Qt::CTRL | Qt::Key_V);
+    addItem(edit, MainMenu::tr("Select All"), "selectAll", Qt::CTRL | Qt::Key_A);
     return mainMenu;
 }

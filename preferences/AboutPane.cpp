@@ -35,7 +35,7 @@ void AboutPane::loadView()
     auto *name = fieldLabel(QStringLiteral("Parklet ") + BuildInfo::runningVersion(), this, kNameSize);
     auto *maker = secondaryLabel(BuildInfo::makerLine(), this, kMakerSize);
 
-    moreApps = new QPushButton(QStringLiteral("More from Orvane"), this);
+    moreApps = new QPushButton(tr("More from Orvane"), this);
     moreApps->setFlat(true);
     tint();
     connect(moreApps, &QPushButton::clicked, this, &AboutPane::openMoreApps);

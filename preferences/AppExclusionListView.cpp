@@ -36,8 +36,8 @@ AppExclusionListView::AppExclusionListView(const QStringList &initialIds, OnChan
     , ids(initialIds)
     , onChange(std::move(changeCallback))
     , tableView(new QListView(this))
-    , addBtn(squareButton(QStringLiteral("+"), QStringLiteral("Add application"), this))
-    , removeBtn(squareButton(QStringLiteral("\u2212"), QStringLiteral("Remove application"), this))
+    , addBtn(squareButton(QStringLiteral("+"), tr("Add application"), this))
+    , removeBtn(squareButton(QStringLiteral("\u2212"), tr("Remove application"), this))
     , platform(services)
     , model(new AppExclusionModel(*platform.workspace, *platform.appearance, this))
 {
@@ -74,10 +74,9 @@ void AppExclusionListView::addApp()
         return;
     isChoosing = true;
     const QPointer<AppExclusionListView> self = this;
-    const auto chosen = platform.openPanels->runModal({.title = QStringLiteral("Add application"),
-                                                       .prompt = QStringLiteral("Add"),
-                                                       .folders = platform.workspace->applicationsFolders()},
-                                                      window());
+    const auto chosen = platform.openPanels->runModal(
+        {.title = tr("Add application"), .prompt = tr("Add"), .folders = platform.workspace->applicationsFolders()},
+        window());
     if (!self)
         return;
     isChoosing = false;

@@ -97,35 +97,34 @@ QWidget *AppearancePane::makeStack()
         addTitled(title, slider, {});
     };
 
-    stack->addWidget(fieldLabel(QStringLiteral("Appearance"), view), 0, Qt::AlignLeft);
+    stack->addWidget(fieldLabel(tr("Appearance"), view), 0, Qt::AlignLeft);
     addSeparator();
 
     auto *well = new ColorWell(view);
     well->setObjectName(SettingsKey::tintColorData);
     well->setColor(s.tintColor());
     well->onChange = [this, well] { colorChanged(well); };
-    addTitled(QStringLiteral("Tint colour"), well, Qt::AlignLeft);
-    addSlider(QStringLiteral("Tint intensity"), new DoubleSlider(0.0, 1.0, kIntensitySteps, view), s.tintIntensity(),
+    addTitled(tr("Tint colour"), well, Qt::AlignLeft);
+    addSlider(tr("Tint intensity"), new DoubleSlider(0.0, 1.0, kIntensitySteps, view), s.tintIntensity(),
               SettingsKey::tintIntensity, &AppearancePane::intensityChanged);
     addSeparator();
 
-    addSlider(QStringLiteral("Shelf item size"), new DoubleSlider(kSmallestItem, kLargestItem, kSizeSteps, view),
-              s.shelfItemSize(), SettingsKey::shelfItemSize, &AppearancePane::sizeChanged);
+    addSlider(tr("Shelf item size"), new DoubleSlider(kSmallestItem, kLargestItem, kSizeSteps, view), s.shelfItemSize(),
+              SettingsKey::shelfItemSize, &AppearancePane::sizeChanged);
     addSeparator();
 
-    addPopUp(QStringLiteral("Window edge"),
-             {QStringLiteral("Left"), QStringLiteral("Right"), QStringLiteral("Top"), QStringLiteral("Bottom")},
-             s.windowEdge(), SettingsKey::windowEdge, &AppearancePane::edgeChanged);
-    addPopUp(QStringLiteral("Alignment"), {QStringLiteral("Start"), QStringLiteral("Center"), QStringLiteral("End")},
-             s.windowAlignment(), SettingsKey::windowAlignment, &AppearancePane::alignChanged);
+    addPopUp(tr("Window edge"), {tr("Left"), tr("Right"), tr("Top"), tr("Bottom")}, s.windowEdge(),
+             SettingsKey::windowEdge, &AppearancePane::edgeChanged);
+    //: Along the edge of the screen: its upper or left end, its middle, its lower or right end.
+    addPopUp(tr("Alignment"), {tr("Start"), tr("Center"), tr("End")}, s.windowAlignment(), SettingsKey::windowAlignment,
+             &AppearancePane::alignChanged);
     addSeparator();
 
-    addPopUp(QStringLiteral("File names"),
-             {QStringLiteral("Show under icon"), QStringLiteral("Hide"), QStringLiteral("Show on hover")},
+    addPopUp(tr("File names"), {tr("Show under icon"), tr("Hide"), tr("Show on hover")},
              s.defaults.integer(SettingsKey::fileNameDisplay), SettingsKey::fileNameDisplay,
              &AppearancePane::nameDisplayChanged);
     QCheckBox *hideExtensions =
-        checkBox(QStringLiteral("Hide file extensions"), s.defaults.boolean(SettingsKey::hideFileExtensions), view);
+        checkBox(tr("Hide file extensions"), s.defaults.boolean(SettingsKey::hideFileExtensions), view);
     hideExtensions->setObjectName(SettingsKey::hideFileExtensions);
     connect(hideExtensions, &QCheckBox::toggled, this, [this, hideExtensions] { hideExtChanged(hideExtensions); });
     stack->addWidget(hideExtensions, 0, Qt::AlignLeft);

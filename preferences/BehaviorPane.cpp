@@ -78,37 +78,36 @@ void BehaviorPane::loadView()
 {
     BasePane::loadView();
 
-    autoShowLabel = fieldLabel(QStringLiteral("Automatically show the drop window"), this);
+    autoShowLabel = fieldLabel(tr("Automatically show the drop window"), this);
     autoShowBox = checkBox(QString(), s.autoShowDropWindow(), this);
     autoShowBox->setObjectName(SettingsKey::autoShowDropWindow);
     setLabel(*autoShowLabel, *autoShowBox);
     connect(autoShowBox, &QCheckBox::toggled, this, [this] { autoShowChanged(autoShowBox); });
 
     separatorA = new Separator(this);
-    triggerPop = popUp({QStringLiteral("When you start dragging"),
-                        QStringLiteral("Near cursor position when you start dragging"),
-                        QStringLiteral("When dragging towards Parklet's location")},
+    triggerPop = popUp({tr("When you start dragging"), tr("Near cursor position when you start dragging"),
+                        tr("When dragging towards Parklet's location")},
                        s.defaults.integer(SettingsKey::autoShowTrigger), this);
     triggerPop->setObjectName(SettingsKey::autoShowTrigger);
     triggerPop->setEnabled(s.autoShowDropWindow());
-    setSpokenLabel(QStringLiteral("When to show the drop window"), *triggerPop);
+    setSpokenLabel(tr("When to show the drop window"), *triggerPop);
     connect(triggerPop, &QComboBox::activated, this, [this] { triggerChanged(triggerPop); });
 
     separatorB = new Separator(this);
-    doubleClickLabel = fieldLabel(QStringLiteral("When double-clicking a shelf file:"), this);
-    doubleClickPop = popUp({QStringLiteral("Open file"), QStringLiteral("Select all")}, s.doubleClickAction(), this);
+    doubleClickLabel = fieldLabel(tr("When double-clicking a shelf file:"), this);
+    doubleClickPop = popUp({tr("Open file"), tr("Select all")}, s.doubleClickAction(), this);
     doubleClickPop->setObjectName(SettingsKey::doubleClickAction);
     setLabel(*doubleClickLabel, *doubleClickPop);
     connect(doubleClickPop, &QComboBox::activated, this, [this] { doubleClickChanged(doubleClickPop); });
 
     separatorC = new Separator(this);
-    excludeModePop = popUp({QStringLiteral("Hide"), QStringLiteral("Show only in")},
-                           s.defaults.integer(SettingsKey::excludeMode), this);
+    //: Each of these two goes on with "The Parklet window in the following applications:".
+    excludeModePop = popUp({tr("Hide"), tr("Show only in")}, s.defaults.integer(SettingsKey::excludeMode), this);
     excludeModePop->setObjectName(SettingsKey::excludeMode);
     excludeModePop->setAttribute(Qt::WA_MacSmallSize);
     excludeModePop->setFont(systemFont(kSmallControlSize));
     connect(excludeModePop, &QComboBox::activated, this, [this] { excludeModeChanged(excludeModePop); });
-    excludeLabel = fieldLabel(QStringLiteral("The Parklet window in the following applications:"), this);
+    excludeLabel = fieldLabel(tr("The Parklet window in the following applications:"), this);
     excludeLabel->setWordWrap(true);
     setLabel(*excludeLabel, *excludeModePop);
 

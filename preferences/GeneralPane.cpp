@@ -14,17 +14,19 @@ namespace {
 constexpr int kMargin = 24;
 constexpr int kSpacing = 10;
 
-const GeneralPane::Setting kLaunchAtLogin{SettingsKey::launchAtLogin, QStringLiteral("Start at login"),
+const GeneralPane::Setting kLaunchAtLogin{SettingsKey::launchAtLogin,
+                                          QT_TRANSLATE_NOOP("GeneralPane", "Start at login"),
                                           &AppSettings::launchAtLogin, &AppSettings::setLaunchAtLogin};
-const GeneralPane::Setting kShowMenuBarIcon{SettingsKey::showMenuBarIcon, QStringLiteral("Show menu bar icon"),
+const GeneralPane::Setting kShowMenuBarIcon{SettingsKey::showMenuBarIcon,
+                                            QT_TRANSLATE_NOOP("GeneralPane", "Show menu bar icon"),
                                             &AppSettings::showMenuBarIcon, &AppSettings::setShowMenuBarIcon};
-const GeneralPane::Setting kShowDockIcon{SettingsKey::showDockIcon, QStringLiteral("Show Dock icon"),
+const GeneralPane::Setting kShowDockIcon{SettingsKey::showDockIcon, QT_TRANSLATE_NOOP("GeneralPane", "Show Dock icon"),
                                          &AppSettings::showDockIcon, &AppSettings::setShowDockIcon};
 const GeneralPane::Setting kRemoveItemsWhenDraggedOut{
-    SettingsKey::removeItemsWhenDraggedOut, QStringLiteral("Remove items when dragged out"),
+    SettingsKey::removeItemsWhenDraggedOut, QT_TRANSLATE_NOOP("GeneralPane", "Remove items when dragged out"),
     &AppSettings::removeItemsWhenDraggedOut, &AppSettings::setRemoveItemsWhenDraggedOut};
 const GeneralPane::Setting kAutoAddScreenshots{SettingsKey::autoAddScreenshots,
-                                               QStringLiteral("Automatically add new screenshots"),
+                                               QT_TRANSLATE_NOOP("GeneralPane", "Automatically add new screenshots"),
                                                &AppSettings::autoAddScreenshots, &AppSettings::setAutoAddScreenshots};
 
 } // namespace
@@ -45,15 +47,15 @@ void GeneralPane::loadView()
     stack->setContentsMargins(kMargin, kMargin, kMargin, 0);
     stack->setSpacing(kSpacing);
 
-    stack->addWidget(fieldLabel(QStringLiteral("General"), this), 0, Qt::AlignLeft);
+    stack->addWidget(fieldLabel(tr("General"), this), 0, Qt::AlignLeft);
     stack->addWidget(new Separator(this));
     for (const Setting &setting : {kLaunchAtLogin, kShowMenuBarIcon, kShowDockIcon})
         stack->addWidget(boundCheckBox(setting), 0, Qt::AlignLeft);
 
     stack->addWidget(new Separator(this));
     stack->addWidget(boundCheckBox(kRemoveItemsWhenDraggedOut), 0, Qt::AlignLeft);
-    auto *dragModeLabel = fieldLabel(QStringLiteral("Drag mode"), this);
-    auto *dragMode = popUp({QStringLiteral("Copy files"), QStringLiteral("Move files"), QStringLiteral("Create alias")},
+    auto *dragModeLabel = fieldLabel(tr("Drag mode"), this);
+    auto *dragMode = popUp({tr("Copy files"), tr("Move files"), tr("Create alias")},
                            s.defaults.integer(SettingsKey::dragMode), this);
     dragMode->setObjectName(SettingsKey::dragMode);
     setLabel(*dragModeLabel, *dragMode);
@@ -68,7 +70,7 @@ void GeneralPane::loadView()
 
 QCheckBox *GeneralPane::boundCheckBox(const Setting &setting)
 {
-    QCheckBox *box = checkBox(setting.title, (s.*setting.read)(), this);
+    QCheckBox *box = checkBox(tr(setting.title), (s.*setting.read)(), this);
     box->setObjectName(setting.key);
     bindings.insert(box, setting);
     connect(box, &QCheckBox::toggled, this, [this, box] { toggleChanged(box); });

@@ -19,7 +19,7 @@ public:
     // A setting that a check box is bound to.
     struct Setting {
         QString key;
-        QString title;
+        const char *title; // in the sources' language
         bool (AppSettings::*read)() const;
         void (AppSettings::*write)(bool);
     };

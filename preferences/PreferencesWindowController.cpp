@@ -101,7 +101,7 @@ QWidget &PreferencesWindowController::keyWindow() const
 
 void PreferencesWindowController::setUpWindow()
 {
-    preferencesWindow->setWindowTitle(QStringLiteral("Parklet Preferences"));
+    preferencesWindow->setWindowTitle(tr("Parklet Preferences"));
     preferencesWindow->setWindowIcon(platform.appearance->applicationIcon());
     preferencesWindow->setWindowRole(QStringLiteral("preferences"));
     preferencesWindow->setObjectName(QStringLiteral("preferences"));

@@ -20,11 +20,12 @@ constexpr float kBackgroundAlpha = 0.045F; // of the text's colour
 const QList<SidebarViewController::Row> &SidebarViewController::rows()
 {
     static const QList<Row> kRows = {
-        {QStringLiteral("Welcome"), QStringLiteral("hand.wave"), PrefPane::welcome},
-        {QStringLiteral("General"), QStringLiteral("gearshape"), PrefPane::general},
-        {QStringLiteral("Behavior"), QStringLiteral("rectangle.on.rectangle"), PrefPane::behavior},
-        {QStringLiteral("Appearance"), QStringLiteral("paintpalette"), PrefPane::appearance},
-        {QStringLiteral("About"), QStringLiteral("info.circle"), PrefPane::about},
+        //: The rows of the sidebar have room for about 18 letters.
+        {QT_TR_NOOP("Welcome"), QStringLiteral("hand.wave"), PrefPane::welcome},
+        {QT_TR_NOOP("General"), QStringLiteral("gearshape"), PrefPane::general},
+        {QT_TR_NOOP("Behavior"), QStringLiteral("rectangle.on.rectangle"), PrefPane::behavior},
+        {QT_TR_NOOP("Appearance"), QStringLiteral("paintpalette"), PrefPane::appearance},
+        {QT_TR_NOOP("About"), QStringLiteral("info.circle"), PrefPane::about},
     };
     return kRows;
 }
@@ -48,7 +49,7 @@ SidebarViewController::SidebarViewController(const SystemAppearance &systemAppea
     tableView->setFrameShape(QFrame::NoFrame);
     tableView->viewport()->setAutoFillBackground(false);
     tableView->setFont(systemFont(kLabelSize));
-    tableView->setAccessibleName(QStringLiteral("Panes"));
+    tableView->setAccessibleName(tr("Panes"));
     reload();
     selectSilently(PrefPane::welcome);
     connect(tableView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -66,7 +67,7 @@ void SidebarViewController::reload()
             item = new QStandardItem;
             model->setItem(i, item);
         }
-        item->setText(row.title);
+        item->setText(tr(row.title));
         item->setIcon(appearance.symbol(row.icon, normal));
         item->setData(appearance.symbol(row.icon, selected), SidebarCell::kSelectedSymbolRole);
     }

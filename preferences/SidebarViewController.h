@@ -17,8 +17,8 @@ class SidebarViewController : public QWidget {
 
 public:
     struct Row {
-        QString title;
-        QString icon; // a symbol's name
+        const char *title; // in the sources' language
+        QString icon;      // a symbol's name
         PrefPane pane;
     };
 

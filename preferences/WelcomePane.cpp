@@ -43,12 +43,12 @@ void WelcomePane::loadView()
     view->setMaximumWidth(kMaximumWidth);
     auto *icon = new ImageView(appearance.applicationIcon(), kIconSize, view);
     auto *name = fieldLabel(QStringLiteral("Parklet"), view, kNameSize);
-    auto *tagline = secondaryLabel(QStringLiteral("Lightweight drag & drop file shelf for macOS"), view);
+    auto *tagline = secondaryLabel(tr("Lightweight drag & drop file shelf for macOS"), view);
     wrap(*tagline);
-    auto *description = secondaryLabel(
-        QStringLiteral("Drop files onto the floating shelf panel to temporarily\nstore them, then drag to their "
-                       "destination whenever\nyou're ready."),
-        view, kDescriptionSize);
+    auto *description =
+        secondaryLabel(tr("Drop files onto the floating shelf panel to temporarily\nstore them, then drag to their "
+                          "destination whenever\nyou're ready."),
+                       view, kDescriptionSize);
     wrap(*description);
     description->setMaximumHeight(kDescriptionLines * description->fontMetrics().lineSpacing());
 

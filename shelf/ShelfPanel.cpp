@@ -93,6 +93,7 @@ void ShelfPanel::buildInterface()
     sepLine = new ColorView(0, container);
     sepLine->setColor(white(kSeparatorAlpha));
 
+    //: The shelf may be as narrow as 92 points: please use two short words or three.
     dropLabel = new QLabel(tr("Drop files here"), container);
     dropLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     dropLabel->setAlignment(Qt::AlignCenter);

@@ -226,7 +226,9 @@ void ShelfPanel::clearAll()
     if (items.size() >= kConfirmFrom && !settings.defaults.boolean(SettingsKey::skipClearAllConfirmation)) {
         Alert alert;
         alert.messageText = tr("Clear all files?");
-        alert.informativeText = tr("This will remove all %1 files from the shelf.").arg(items.size());
+        //: Asked of two files or more.
+        alert.informativeText =
+            tr("This will remove all %n files from the shelf.", nullptr, static_cast<int>(items.size()));
         alert.buttons = {tr("Clear All"), tr("Cancel")};
         alert.checkboxTitle = tr("Don't show this message again");
         alert.dark = true;

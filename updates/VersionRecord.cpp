@@ -3,8 +3,17 @@
 
 #include "platform/Alerts.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(UpdateChecker)
+};
+
+} // namespace
 
 std::optional<VersionRecord> parseVersionRecord(const QByteArray &body)
 {
@@ -24,19 +33,21 @@ std::optional<VersionRecord> parseVersionRecord(const QByteArray &body)
 Alert updateAlert(const VersionRecord &record)
 {
     Alert alert;
-    alert.messageText = QStringLiteral("Parklet update available");
-    alert.informativeText = QStringLiteral("Version ") + record.version + QStringLiteral(" is available.");
-    if (!record.notes.isEmpty())
-        alert.informativeText += QStringLiteral("\n\nRelease notes: ") + record.notes;
-    alert.buttons = {QStringLiteral("Download Update"), QStringLiteral("Later")};
+    alert.messageText = Text::tr("Parklet update available");
+    // Both values come from outside and may hold markers themselves, so they are filled in together.
+    alert.informativeText =
+        record.notes.isEmpty()
+            ? Text::tr("Version %1 is available.").arg(record.version)
+            : Text::tr("Version %1 is available.\n\nRelease notes: %2").arg(record.version, record.notes);
+    alert.buttons = {Text::tr("Download Update"), Text::tr("Later")};
     return alert;
 }
 
 Alert upToDateAlert()
 {
     Alert alert;
-    alert.messageText = QStringLiteral("Parklet is up to date");
-    alert.informativeText = QStringLiteral("You're running the latest version.");
-    alert.buttons = {QStringLiteral("OK")};
+    alert.messageText = Text::tr("Parklet is up to date");
+    alert.informativeText = Text::tr("You're running the latest version.");
+    alert.buttons = {Text::tr("OK")};
     return alert;
 }

@@ -103,7 +103,7 @@ void SidebarViewControllerTest::the_rows_stand_in_order_with_their_titles_and_sy
     QCOMPARE(model.rowCount(), static_cast<int>(expected.size()));
     for (int i = 0; i < expected.size(); ++i) {
         const SidebarViewController::Row &row = SidebarViewController::rows().at(i);
-        QCOMPARE(row.title, expected.at(i).title);
+        QCOMPARE(QString::fromUtf8(row.title), expected.at(i).title);
         QCOMPARE(row.icon, expected.at(i).icon);
         QCOMPARE(row.pane, expected.at(i).pane);
         QCOMPARE(model.index(i, 0).data().toString(), expected.at(i).title);

@@ -17,5 +17,9 @@ struct CommandLineAnswer {
 // Nothing when the program is to start. `arguments` are those after the program's name.
 std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string> &arguments);
 
+// The answer of a program that cannot start: `reason` in the sources' language, translated in `context`, with `detail`
+// in the place of its %1.
+CommandLineAnswer cannotStart(const char *context, const char *reason, const std::string &detail);
+
 // Prints the answer, and returns the exit code: also 1 when it could not be printed.
 int give(const CommandLineAnswer &answer);

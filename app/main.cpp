@@ -2,6 +2,7 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
 #include "app/SharedInstances.h"
+#include "app/Translations.h"
 #include "platform/Platform.h"
 #include "platform/SessionInstance.h"
 #include "settings/BuildInfo.h"
@@ -10,13 +11,27 @@
 #include <QSessionManager>
 
 #include <algorithm>
+#include <functional>
+
+namespace {
+
+// Answers on the terminal, in the user's language. Translations need an application; this one needs no display.
+int tell(int argc, char *argv[], const std::function<CommandLineAnswer()> &answer)
+{
+    const QCoreApplication terminal(argc, argv);
+    const Translations translations;
+    return give(answer());
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
-    if (const auto answer = answerCommandLine({argv + std::min(argc, 1), argv + argc}))
-        return give(*answer);
-    if (const std::string obstacle = preparePlatform(); !obstacle.empty())
-        return give({{}, "parklet: " + obstacle + "\n", 1});
+    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    if (answerCommandLine(arguments))
+        return tell(argc, argv, [&arguments] { return *answerCommandLine(arguments); });
+    if (const auto obstacle = preparePlatform())
+        return tell(argc, argv, [&obstacle] { return cannotStart("Obstacle", obstacle->text, obstacle->detail); });
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Parklet"));
@@ -32,6 +47,7 @@ int main(int argc, char *argv[])
     if (!instance->claim())
         return 0;
 
+    const Translations translations;
     const auto platform = createPlatform();
     SharedInstances shared(*platform);
     AppDelegate delegate(shared);

@@ -24,6 +24,7 @@
 #include "platform/Workspace.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 // Every service that the application needs beyond Qt. Made once in main and handed down; tests hand down a virtual one.
@@ -51,8 +52,15 @@ struct Platform {
     std::unique_ptr<OpenPanels> openPanels;
 };
 
-// Settles what the platform needs before the QApplication is made. Empty, or why the program cannot run here.
-std::string preparePlatform();
+// Why the program cannot run here: a text in the sources' language, to be translated in the context "Obstacle", and
+// what takes the place of its %1.
+struct Obstacle {
+    const char *text;
+    std::string detail;
+};
+
+// Settles what the platform needs before the QApplication is made.
+std::optional<Obstacle> preparePlatform();
 
 // The services of the desktop this is built for. Needs the QApplication to exist.
 std::unique_ptr<Platform> createPlatform();

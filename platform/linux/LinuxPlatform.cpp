@@ -42,21 +42,25 @@ void settleHome()
         qputenv("HOME", user->pw_dir);
 }
 
-// Qt ends the program itself, with a core dump, where it finds no X server. Empty when there is one.
-std::string whyThereIsNoServer()
+// Qt ends the program itself, with a core dump, where it finds no X server.
+std::optional<Obstacle> whyThereIsNoServer()
 {
     const std::string display = qgetenv("DISPLAY").toStdString();
     if (display.empty())
-        return "DISPLAY is not set; Parklet needs an X server, or XWayland in a Wayland session";
+        return Obstacle{QT_TRANSLATE_NOOP("Obstacle", "DISPLAY is not set; Parklet needs an X server, or XWayland in a "
+                                                      "Wayland session"),
+                        {}};
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
     const bool fails = xcb_connection_has_error(connection) != 0;
     xcb_disconnect(connection);
-    return fails ? "cannot connect to the X server \"" + display + "\" that DISPLAY names" : std::string();
+    if (!fails)
+        return {};
+    return Obstacle{QT_TRANSLATE_NOOP("Obstacle", "cannot connect to the X server \"%1\" that DISPLAY names"), display};
 }
 
 } // namespace
 
-std::string preparePlatform()
+std::optional<Obstacle> preparePlatform()
 {
     settleHome();
     // Only X11 lets a program follow other programs' drags and place its own windows, so under Wayland the X server

@@ -22,7 +22,7 @@
 #include "platform/macos/MacUserDefaults.h"
 #include "platform/macos/MacWorkspace.h"
 
-std::string preparePlatform()
+std::optional<Obstacle> preparePlatform()
 {
     // Otherwise Qt gives the program a place in the Dock and the focus, as soon as it starts.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");

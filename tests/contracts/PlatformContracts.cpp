@@ -41,8 +41,8 @@ private:
 
 int main(int argc, char *argv[])
 {
-    if (const std::string obstacle = preparePlatform(); !obstacle.empty())
-        qFatal("%s", obstacle.c_str());
+    if (const auto obstacle = preparePlatform())
+        qFatal("%s", obstacle->text);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("parklet-contracts"));
     QApplication::setQuitOnLastWindowClosed(false);

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "app/Translations.h"
+
+#include "app/CommandLine.h"
+#include "platform/Alerts.h"
+#include "shelf/ShelfPanel.h"
+#include "updates/VersionRecord.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+#include <QXmlStreamReader>
+
+namespace {
+
+const QString kFolder = QStringLiteral(PARKLET_TRANSLATIONS_FOLDER);
+
+QString showShelf()
+{
+    return QCoreApplication::translate("AppDelegate", "Show Shelf");
+}
+
+// The arguments that a text takes, with %L1 as another writing of %1.
+QStringList markers(const QString &text)
+{
+    static const QRegularExpression marker(QStringLiteral("%L?(\\d{1,2}|n)"));
+    QStringList found;
+    for (auto matches = marker.globalMatch(text); matches.hasNext();)
+        found.append(matches.next().captured(1));
+    found.sort();
+    return found;
+}
+
+} // namespace
+
+class TranslationsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_first_language_that_there_is_speaks_data();
+    void the_first_language_that_there_is_speaks();
+    void it_speaks_as_long_as_it_lives();
+    void numbers_and_values_take_their_places();
+    void the_terminal_is_told_in_the_same_language();
+    void every_translation_is_in_the_program_data();
+    void every_translation_is_in_the_program();
+    void every_translated_text_takes_the_same_arguments_data();
+    void every_translated_text_takes_the_same_arguments();
+};
+
+void TranslationsTest::the_first_language_that_there_is_speaks_data()
+{
+    const QString english = QStringLiteral("Show Shelf");
+    const QString german = QStringLiteral("Ablage anzeigen");
+    QTest::addColumn<QString>("languages");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("German") << "de-DE de-Latn-DE de" << german;
+    QTest::newRow("German in Austria") << "de-AT de-Latn-AT" << german;
+    QTest::newRow("an English text, though there is a German one") << "en-GB en-Latn-GB de" << english;
+    QTest::newRow("German before English") << "de en-US" << german;
+    QTest::newRow("a language without a translation, then German") << "is de en" << german;
+    QTest::newRow("a language without a translation, then English") << "is en de" << english;
+    QTest::newRow("a language without a translation") << "is" << english;
+    QTest::newRow("a language that does not exist") << "xx-YY C" << english;
+    QTest::newRow("a language that does not exist, then German") << "xx-YY C de" << german;
+    QTest::newRow("no language") << "C" << english;
+    QTest::newRow("nothing") << "" << english;
+    QTest::newRow("nonsense") << "../de %1 \n" << english;
+}
+
+void TranslationsTest::the_first_language_that_there_is_speaks()
+{
+    QFETCH(QString, languages);
+    const Translations translations(languages.split(QLatin1Char(' ')));
+    QTEST(showShelf(), "expected");
+}
+
+void TranslationsTest::it_speaks_as_long_as_it_lives()
+{
+    {
+        const Translations translations({QStringLiteral("de")});
+        QCOMPARE(showShelf(), QStringLiteral("Ablage anzeigen"));
+    }
+    QCOMPARE(showShelf(), QStringLiteral("Show Shelf"));
+}
+
+void TranslationsTest::numbers_and_values_take_their_places()
+{
+    const auto question = [](int count) {
+        return ShelfPanel::tr("This will remove all %n files from the shelf.", nullptr, count);
+    };
+    QCOMPARE(question(2), QStringLiteral("This will remove all 2 files from the shelf."));
+    const VersionRecord record{QStringLiteral("2.0 %2"), {}, QStringLiteral("100 %1 better")};
+    QCOMPARE(updateAlert(record).informativeText,
+             QStringLiteral("Version 2.0 %2 is available.\n\nRelease notes: 100 %1 better"));
+
+    const Translations translations({QStringLiteral("de")});
+    QCOMPARE(question(50), QStringLiteral("Damit werden alle 50 Dateien aus der Ablage entfernt."));
+    QCOMPARE(updateAlert(record).informativeText,
+             QStringLiteral("Version 2.0 %2 ist verfügbar.\n\nVersionshinweise: 100 %1 better"));
+}
+
+void TranslationsTest::the_terminal_is_told_in_the_same_language()
+{
+    const Translations translations({QStringLiteral("de")});
+    // What was typed comes back as it was, though it is no text in any encoding.
+    QCOMPARE(answerCommandLine({"-\xff%1"})->error,
+             std::string("parklet: unbekannte Option „-\xff%1“\nMehr dazu mit „parklet --help“.\n"));
+    QVERIFY(answerCommandLine({"--help"})->output.starts_with("Aufruf: parklet [OPTION]\n"));
+    QCOMPARE(cannotStart("Obstacle", "cannot connect to the X server \"%1\" that DISPLAY names", ":7").error,
+             std::string("parklet: keine Verbindung zum X-Server „:7“, den DISPLAY nennt\n"));
+}
+
+void TranslationsTest::every_translation_is_in_the_program_data()
+{
+    QTest::addColumn<QString>("name");
+    const QStringList files = QDir(kFolder).entryList({QStringLiteral("*.ts")});
+    QVERIFY(!files.isEmpty());
+    for (const QString &file : files)
+        QTest::newRow(qPrintable(file)) << file;
+}
+
+void TranslationsTest::every_translation_is_in_the_program()
+{
+    QFETCH(QString, name);
+    const QString base = name.chopped(3);
+    QVERIFY(QFile::exists(QStringLiteral(":/i18n/") + base + QStringLiteral(".qm")));
+    const QString language = base.mid(base.indexOf(QLatin1Char('_')) + 1);
+    QVERIFY(QLocale(language).language() != QLocale::C);
+    const Translations translations({QLocale(language).bcp47Name()});
+    QVERIFY(showShelf() != QStringLiteral("Show Shelf"));
+}
+
+void TranslationsTest::every_translated_text_takes_the_same_arguments_data()
+{
+    every_translation_is_in_the_program_data();
+}
+
+void TranslationsTest::every_translated_text_takes_the_same_arguments()
+{
+    QFETCH(QString, name);
+    QFile file(kFolder + QLatin1Char('/') + name);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QXmlStreamReader reader(&file);
+    QString source;
+    bool isPlural = false;
+    int texts = 0;
+    while (!reader.atEnd()) {
+        if (reader.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (reader.name() == QLatin1String("message")) {
+            isPlural = reader.attributes().hasAttribute(QLatin1String("numerus"));
+        } else if (reader.name() == QLatin1String("source")) {
+            source = reader.readElementText();
+        } else if (reader.name() == (isPlural ? QLatin1String("numerusform") : QLatin1String("translation"))) {
+            const QString text = reader.readElementText();
+            ++texts;
+            QVERIFY2(!text.isEmpty(), qPrintable(source));
+            QVERIFY2(markers(text) == markers(source), qPrintable(source + QStringLiteral(" -> ") + text));
+        }
+    }
+    QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
+    QVERIFY(texts > 50);
+}
+
+QTEST_GUILESS_MAIN(TranslationsTest)
+#include "TranslationsTest.moc"

@@ -52,6 +52,21 @@ QString escapedString(QString text)
     return text;
 }
 
+// What the entry in the menu says of the program, in every language.
+QString descriptions()
+{
+    QFile entry(QStringLiteral(":/com.orvane.Parklet.desktop"));
+    QString lines;
+    if (!entry.open(QIODevice::ReadOnly))
+        return lines;
+    const QStringList all = QString::fromUtf8(entry.readAll()).split(QLatin1Char('\n'));
+    for (const QString &line : all) {
+        if (line.startsWith(QLatin1String("Comment")))
+            lines += line + QLatin1Char('\n');
+    }
+    return lines;
+}
+
 bool exists(const QByteArray &path)
 {
     struct stat status {};
@@ -138,16 +153,16 @@ bool AutostartLoginItem::enable()
     const QString text = QStringLiteral("[Desktop Entry]\n"
                                         "Type=Application\n"
                                         "Name=Parklet\n"
-                                        "Comment=A floating shelf for files\n"
+                                        "%1"
                                         "Icon=com.orvane.Parklet\n"
-                                        "Exec=%1\n"
-                                        "TryExec=%2\n"
+                                        "Exec=%2\n"
+                                        "TryExec=%3\n"
                                         "Terminal=false\n"
                                         "StartupNotify=false\n"
                                         "Hidden=false\n"
                                         "X-GNOME-Autostart-enabled=true\n"
                                         "X-LXQt-Need-Tray=true\n")
-                             .arg(execLine(program), escapedString(program));
+                             .arg(descriptions(), execLine(program), escapedString(program));
     return replaceFile(entry, text.toUtf8());
 }
 

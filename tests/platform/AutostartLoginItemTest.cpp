@@ -90,6 +90,9 @@ void AutostartLoginItemTest::enabling_writes_an_entry_that_reads_as_on()
     for (const char *line : {"Type=Application", "Name=Parklet", "Exec=\"/bin/true\"", "TryExec=/bin/true",
                              "X-GNOME-Autostart-enabled=true", "Hidden=false", "Terminal=false"})
         QVERIFY2(lines.contains(line), line);
+    // As the entry in the menu says it: in English, and in the languages that there are.
+    QCOMPARE(entry().count("\nComment="), 1);
+    QCOMPARE(entry().count("\nComment[de]="), 1);
 }
 
 void AutostartLoginItemTest::disabling_removes_the_entry()

@@ -23,6 +23,13 @@ add_custom_command(OUTPUT ${icon}
 
 target_sources(parklet PRIVATE ${icon})
 set_source_files_properties(${icon} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
+# The texts of the property list in other languages; those of the program itself are in its resources.
+file(GLOB localizations CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.lproj/InfoPlist.strings)
+foreach(localization ${localizations})
+  get_filename_component(language ${localization} DIRECTORY)
+  target_sources(parklet PRIVATE ${folder}/${localization})
+  set_source_files_properties(${folder}/${localization} PROPERTIES MACOSX_PACKAGE_LOCATION Resources/${language})
+endforeach()
 set_target_properties(parklet PROPERTIES
   MACOSX_BUNDLE ON
   MACOSX_BUNDLE_INFO_PLIST ${folder}/Info.plist.in

@@ -8,10 +8,13 @@
 #include "settings/AppSettings.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace {
 
 constexpr double kLatency = 0.5; // seconds
+// Two changes within a tick of the file system's clock leave the same date; no clock in use ticks more slowly.
+constexpr qint64 kClockTick = 20; // milliseconds
 
 } // namespace
 
@@ -57,20 +60,29 @@ void ScreenshotWatcher::checkForNewScreenshots()
 {
     if (!settings.autoAddScreenshots())
         return;
-    // Each start leaves a stream behind, and all of them call for the same change, one after the other. One look is
-    // enough; a change that comes after it makes them call again.
-    if (checked)
+    // Each start leaves a stream behind, a dragged slider hundreds, and all of them call for the same change, one after
+    // the other. Listing a folder that stayed as it was would tell nothing new, and of a crowded one takes long.
+    const QDateTime change = QFileInfo(desktopURL.toLocalFile()).metadataChangeTime();
+    if (seenChange.isValid() && change == seenChange)
         return;
-    checked = true;
-    const std::weak_ptr<ScreenshotWatcher *> weak = self;
-    mainQueue.async([weak] {
-        if (const auto watcher = weak.lock())
-            (*watcher)->checked = false;
-    });
+    rememberChange(change);
 
     const QList<QByteArray> names = refreshNames(knownFiles, fileSystemPath(desktopURL));
     for (const QByteArray &name : names)
         report(name);
+}
+
+void ScreenshotWatcher::rememberChange(const QDateTime &change)
+{
+    seenChange = change.msecsTo(mainQueue.currentDate()) > kClockTick ? change : QDateTime();
+    if (!seenChange.isValid())
+        return;
+    // For the calls of this turn only: some file systems know the time of a change to the second.
+    const std::weak_ptr<ScreenshotWatcher *> weak = self;
+    mainQueue.async([weak] {
+        if (const auto watcher = weak.lock())
+            (*watcher)->seenChange = {};
+    });
 }
 
 void ScreenshotWatcher::report(const QByteArray &name)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QSet>
 #include <QUrl>
 
@@ -34,6 +35,7 @@ public:
 
 private:
     void checkForNewScreenshots();
+    void rememberChange(const QDateTime &change);
     void report(const QByteArray &name);
 
     std::shared_ptr<FileEventStream> eventStream;
@@ -43,6 +45,6 @@ private:
     AppSettings &settings;
     FileEventStreams &streams;
     MainQueue &mainQueue;
-    bool checked = false;                            // in this turn of the main loop
+    QDateTime seenChange; // the folder's last one before the last look, if a later one cannot bear the same date
     const std::shared_ptr<ScreenshotWatcher *> self; // what deferred work holds weakly
 };

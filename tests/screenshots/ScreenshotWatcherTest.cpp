@@ -3,10 +3,12 @@
 
 #include "platform/FileURLs.h"
 #include "settings/AppSettings.h"
+#include "tests/support/NoDescriptors.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -35,6 +37,10 @@ private slots:
     void two_hundred_files_at_once_are_each_reported_once();
     void a_second_start_adds_a_second_stream_and_reports_nothing_twice();
     void a_second_start_takes_a_fresh_look();
+    void a_change_between_two_calls_of_one_turn_is_found_data();
+    void a_change_between_two_calls_of_one_turn_is_found();
+    void a_call_within_a_look_reports_nothing_twice();
+    void a_folder_that_stays_as_it_is_is_looked_at_once_a_turn();
     void a_stop_ends_the_stream_of_the_last_start_only();
     void a_stop_without_a_stream_does_nothing();
     void a_stop_keeps_what_is_known_for_a_stream_still_running();
@@ -79,6 +85,18 @@ struct Fixture {
     {
         streams.send();
         queue.runPending();
+    }
+
+    // Waits until the next change of the folder bears a date of its own.
+    void awaitClockTick() const
+    {
+        const QString probe = root.filePath(QStringLiteral("probe"));
+        const auto changeOf = [](const QString &path) { return QFileInfo(path).metadataChangeTime(); };
+        const auto isLater = [&] {
+            QFile::remove(probe);
+            return QFile(probe).open(QFile::WriteOnly) && changeOf(probe) > changeOf(desktop);
+        };
+        QTRY_VERIFY(isLater());
     }
 
     QStringList takeReported() { return std::exchange(reported, {}); }
@@ -302,6 +320,80 @@ void ScreenshotWatcherTest::a_second_start_takes_a_fresh_look()
     f.watcher->start();
     f.change();
     QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::a_change_between_two_calls_of_one_turn_is_found_data()
+{
+    QTest::addColumn<bool>("settled");
+    QTest::addColumn<bool>("starts");
+    QTest::newRow("at once") << false << false;
+    QTest::newRow("at once, after a start") << false << true;
+    QTest::newRow("long after the change before") << true << false;
+    QTest::newRow("long after the change before, after a start") << true << true;
+}
+
+void ScreenshotWatcherTest::a_change_between_two_calls_of_one_turn_is_found()
+{
+    QFETCH(const bool, settled);
+    QFETCH(const bool, starts);
+    Fixture f;
+    const QStringList names = {QStringLiteral("a.png"), QStringLiteral("b.png")};
+    f.watcher->start();
+    f.watcher->start();
+    f.create(names.first());
+    if (settled) {
+        f.awaitClockTick();
+        f.queue.startDate = QDateTime::currentDateTime().addSecs(60);
+        f.setAge(names.first(), 0);
+    }
+    f.streams.streams.first()->handler();
+    if (starts)
+        f.watcher->start();
+    f.create(names.last());
+    f.streams.streams.last()->handler();
+    f.queue.runPending();
+    QCOMPARE(f.reported, names);
+}
+
+void ScreenshotWatcherTest::a_call_within_a_look_reports_nothing_twice()
+{
+    Fixture f;
+    const QString second = QStringLiteral("shot too.png");
+    f.watcher->start();
+    f.streams.whenAsked = [&] {
+        f.streams.whenAsked = nullptr;
+        f.create(second);
+        f.streams.send();
+    };
+    f.create(kShot);
+    f.change();
+    f.reported.sort();
+    QCOMPARE(f.reported, (QStringList{second, kShot}));
+}
+
+void ScreenshotWatcherTest::a_folder_that_stays_as_it_is_is_looked_at_once_a_turn()
+{
+    Fixture f;
+    f.queue.startDate = QDateTime::currentDateTime().addSecs(60); // the folder's last change is long past
+    f.watcher->start();
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.streams.first()->handler();
+    {
+        // A second look would see an empty folder now, and the next one the file coming back.
+        const NoDescriptors noDescriptors;
+        f.streams.streams.last()->handler();
+    }
+    f.change();
+    QCOMPARE(f.takeReported(), QStringList{kShot});
+
+    // The next turn looks again, as not every file system dates each change.
+    {
+        const NoDescriptors noDescriptors;
+        f.change();
+    }
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
 }
 
 void ScreenshotWatcherTest::a_stop_ends_the_stream_of_the_last_start_only()

@@ -282,6 +282,9 @@ std::shared_ptr<FileEventStream> VirtualFileEventStreams::create(const QString &
 
 std::optional<QDateTime> VirtualFileEventStreams::creationDate(const QUrl &file) const
 {
+    // It may replace itself.
+    if (const auto callback = whenAsked)
+        callback();
     if (!creationDates.contains(file))
         return {};
     return creationDates.value(file);

@@ -210,6 +210,7 @@ public:
     bool refuses = false;
     CallLog *log = nullptr;
     QMap<QUrl, QDateTime> creationDates;
+    std::function<void()> whenAsked; // runs before a creation date is answered
 };
 
 struct VirtualFileEventStreams::Stream : FileEventStream {

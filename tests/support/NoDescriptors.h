@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGlobal>
+
+#include <sys/resource.h>
+
+// For as long as it lives nothing more can be opened, and no watch is granted.
+class NoDescriptors {
+public:
+    NoDescriptors()
+    {
+        if (::getrlimit(RLIMIT_NOFILE, &before) != 0)
+            qFatal("The limit is not known.");
+        set({0, before.rlim_max});
+    }
+    ~NoDescriptors() { set(before); }
+    Q_DISABLE_COPY_MOVE(NoDescriptors)
+
+private:
+    static void set(const rlimit &limit)
+    {
+        if (::setrlimit(RLIMIT_NOFILE, &limit) != 0)
+            qFatal("The limit could not be set.");
+    }
+
+    rlimit before = {};
+};

@@ -264,9 +264,11 @@ bool LinuxThumbnailGenerator::awaitWriter(const JobPointer &job, const RegularFi
         if (stillThere.expired())
             return;
         job->waits = writes.await(job->path, [this, job] { resume(job); });
-        // It may have been finished before the watch began.
-        if (const auto now = RegularFile::open(job->path); now && now->state() != state)
+        // It may have been finished before the watch began, or without one.
+        if (const auto now = RegularFile::open(job->path); now && now->state() != state) {
+            job->waits = true;
             resume(job);
+        }
     });
     return true;
 }

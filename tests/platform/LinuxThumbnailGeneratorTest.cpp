@@ -7,13 +7,32 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopedValueRollback>
 #include <QSet>
 #include <QTest>
 
+#include <cerrno>
 #include <mutex>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
+
+namespace {
+
+bool grantsWatches = true;
+
+} // namespace
+
+// Stands before the system's own, which refuses only once all programs of the user have used up their number.
+extern "C" int inotify_init1(int flags) noexcept
+{
+    if (grantsWatches)
+        return static_cast<int>(::syscall(SYS_inotify_init1, flags));
+    errno = EMFILE;
+    return -1;
+}
 
 class LinuxThumbnailGeneratorTest : public QObject {
     Q_OBJECT
@@ -38,6 +57,7 @@ private slots:
     void an_empty_file_named_like_an_image_comes_when_it_is_written();
     void a_file_still_being_written_comes_when_another_takes_its_place();
     void a_link_to_a_file_still_being_written_comes_when_that_is_closed();
+    void a_file_that_was_finished_before_the_watch_comes_too_data();
     void a_file_that_was_finished_before_the_watch_comes_too();
     void a_writer_may_rest_for_a_minute_data();
     void a_writer_may_rest_for_a_minute();
@@ -429,9 +449,18 @@ void LinuxThumbnailGeneratorTest::a_link_to_a_file_still_being_written_comes_whe
     QVERIFY(f.answers.last());
 }
 
+void LinuxThumbnailGeneratorTest::a_file_that_was_finished_before_the_watch_comes_too_data()
+{
+    QTest::addColumn<bool>("isGranted");
+    QTest::newRow("with a watch") << true;
+    QTest::newRow("without one") << false;
+}
+
 void LinuxThumbnailGeneratorTest::a_file_that_was_finished_before_the_watch_comes_too()
 {
+    QFETCH(const bool, isGranted);
     Fixture f;
+    const QScopedValueRollback watches(grantsWatches, isGranted);
     const QByteArray path = f.samples.file("a.png", "");
     f.changeNow(path);
     f.request(path);

@@ -2,12 +2,14 @@
 #include "platform/linux/LinuxFileEventStreams.h"
 
 #include "platform/FileURLs.h"
+#include "tests/support/NoDescriptors.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -16,7 +18,6 @@
 #include <optional>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -66,6 +67,7 @@ private slots:
     void a_handle_may_outlive_the_service();
     void a_relative_folder_is_refused();
     void a_new_file_has_a_creation_date();
+    void a_file_keeps_its_creation_date_wherever_it_is_moved();
     void a_creation_date_is_as_the_file_states_it_whatever_the_clock_says();
     void a_missing_file_has_no_creation_date();
     void a_file_system_without_birth_times_has_no_creation_date();
@@ -304,13 +306,11 @@ void LinuxFileEventStreamsTest::a_call_waits_for_the_end_of_a_loop_inside_the_ma
     QFETCH(const bool, isGranted);
     Fixture f;
     f.makeFolder(kDesktop);
-    rlimit before = {};
-    QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
-    const rlimit none = {0, before.rlim_max};
+    std::optional<NoDescriptors> noDescriptors;
     if (!isGranted)
-        QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+        noDescriptors.emplace();
     f.follow(kDesktop);
-    QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
+    noDescriptors.reset();
 
     f.inLoopWithin([&f] {
         QVERIFY(QDir().mkdir(f.path(QStringLiteral("Desktop/folder"))));
@@ -614,10 +614,7 @@ void LinuxFileEventStreamsTest::without_a_watch_from_the_system_the_folder_is_lo
 {
     Fixture f;
     f.makeFolder(kDesktop);
-    rlimit before = {};
-    QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
-    const rlimit none = {0, before.rlim_max};
-    QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+    std::optional<NoDescriptors> noDescriptors(std::in_place);
     f.follow(kDesktop);
     QCOMPARE(f.queue.timerCount(), 1);
 
@@ -633,7 +630,7 @@ void LinuxFileEventStreamsTest::without_a_watch_from_the_system_the_folder_is_lo
 
     // Once the system grants a watch there is no more looking.
     QVERIFY(QDir().mkdir(f.path(QStringLiteral("Desktop/second"))));
-    QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
+    noDescriptors.reset();
     f.queue.advance(5);
     QCOMPARE(f.calls, 2);
     QCOMPARE(f.queue.timerCount(), 0);
@@ -788,6 +785,25 @@ void LinuxFileEventStreamsTest::a_new_file_has_a_creation_date()
     QVERIFY(file.open(QFile::Append));
     QVERIFY(file.setFileTime(QDateTime::fromSecsSinceEpoch(1'000'000), QFile::FileModificationTime));
     QCOMPARE(f.streams->creationDate(QUrl::fromLocalFile(file.fileName())), date);
+}
+
+void LinuxFileEventStreamsTest::a_file_keeps_its_creation_date_wherever_it_is_moved()
+{
+    constexpr qint64 kLater = 20; // milliseconds
+    Fixture f;
+    f.makeFolder(kDesktop);
+    f.makeFile(QStringLiteral("file"));
+    const QString first = f.path(QStringLiteral("file"));
+    const auto date = f.streams->creationDate(QUrl::fromLocalFile(first));
+    if (!date)
+        QSKIP("The file system of the temporary folder keeps no birth times.");
+    const auto wasChangedLater = [&first, &date] {
+        return QFile::setPermissions(first, QFile::ReadOwner) &&
+               date->msecsTo(QFileInfo(first).metadataChangeTime()) > kLater;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(wasChangedLater(), kPatience);
+    f.rename(QStringLiteral("file"), QStringLiteral("Desktop/file.png"));
+    QCOMPARE(f.streams->creationDate(QUrl::fromLocalFile(f.path(QStringLiteral("Desktop/file.png")))), date);
 }
 
 void LinuxFileEventStreamsTest::a_creation_date_is_as_the_file_states_it_whatever_the_clock_says()

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -22,14 +23,18 @@ class ScreenshotWatcherTest : public QObject {
 
 private slots:
     void it_watches_the_folder_desktop_in_the_home_directory();
+    void where_the_desktop_environment_has_its_desktop_does_not_matter();
     void construction_starts_nothing();
     void a_start_follows_the_folder_with_half_a_second_of_latency();
     void a_new_file_is_reported_in_a_later_turn_of_the_main_loop();
     void a_file_that_was_there_at_the_start_is_never_reported();
+    void a_file_that_comes_after_the_snapshot_is_new_even_before_the_stream();
+    void a_start_without_a_stream_takes_its_snapshot_all_the_same();
     void a_file_is_reported_once_however_often_the_folder_changes();
     void an_old_file_is_taken_in_and_never_reported();
     void the_age_limit_is_ten_seconds_at_the_moment_of_the_look();
     void a_file_without_a_creation_date_is_skipped_and_not_tried_again();
+    void no_file_keeps_the_others_from_being_looked_at();
     void other_kinds_of_files_are_not_reported();
     void a_name_that_is_no_utf_8_is_reported_with_its_own_bytes();
     void a_file_that_comes_back_is_new_again();
@@ -37,21 +42,29 @@ private slots:
     void two_hundred_files_at_once_are_each_reported_once();
     void a_second_start_adds_a_second_stream_and_reports_nothing_twice();
     void a_second_start_takes_a_fresh_look();
+    void a_start_forgets_what_an_earlier_one_knew_data();
+    void a_start_forgets_what_an_earlier_one_knew();
     void a_change_between_two_calls_of_one_turn_is_found_data();
     void a_change_between_two_calls_of_one_turn_is_found();
     void a_call_within_a_look_reports_nothing_twice();
     void a_folder_that_stays_as_it_is_is_looked_at_once_a_turn();
     void a_stop_ends_the_stream_of_the_last_start_only();
     void a_stop_without_a_stream_does_nothing();
+    void a_second_stop_leaves_the_stream_of_an_earlier_start();
     void a_stop_keeps_what_is_known_for_a_stream_still_running();
     void a_refused_stream_leaves_the_running_one_in_place();
     void with_the_setting_off_a_change_is_not_even_looked_at();
+    void a_start_does_not_look_at_the_setting();
+    void what_was_seen_is_reported_whatever_happens_meanwhile_data();
+    void what_was_seen_is_reported_whatever_happens_meanwhile();
     void a_folder_that_cannot_be_read_at_the_start_knows_nothing();
     void a_folder_that_goes_and_comes_back_is_examined_afresh();
     void a_change_right_after_the_look_is_found_at_the_next_call();
     void a_callback_that_is_not_set_is_skipped();
     void a_callback_is_looked_up_when_the_report_runs();
     void a_callback_may_replace_itself();
+    void each_report_looks_for_the_watcher_and_its_callback_data();
+    void each_report_looks_for_the_watcher_and_its_callback();
     void a_watcher_that_is_gone_reports_nothing_and_its_stream_calls_in_vain();
 };
 
@@ -86,6 +99,8 @@ struct Fixture {
         streams.send();
         queue.runPending();
     }
+
+    void remove(const QString &name) const { QVERIFY(QFile::remove(url(name).toLocalFile())); }
 
     // Waits until the next change of the folder bears a date of its own.
     void awaitClockTick() const
@@ -127,6 +142,27 @@ void ScreenshotWatcherTest::it_watches_the_folder_desktop_in_the_home_directory(
     QCOMPARE(virtualPlatform.fileEventStreams.streams.first()->folder, QDir::homePath() + QStringLiteral("/Desktop"));
 }
 
+void ScreenshotWatcherTest::where_the_desktop_environment_has_its_desktop_does_not_matter()
+{
+    const QByteArray home = qgetenv("HOME");
+    const QByteArray config = qgetenv("XDG_CONFIG_HOME");
+    const auto restore = qScopeGuard([&] {
+        qputenv("HOME", home);
+        qputenv("XDG_CONFIG_HOME", config);
+    });
+    const QTemporaryDir root;
+    qputenv("HOME", root.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", root.filePath(QStringLiteral(".config")).toLocal8Bit());
+    QVERIFY(QDir(root.path()).mkdir(QStringLiteral(".config")));
+    QFile folders(root.filePath(QStringLiteral(".config/user-dirs.dirs")));
+    QVERIFY(folders.open(QFile::WriteOnly));
+    folders.write("XDG_DESKTOP_DIR=\"$HOME/Elsewhere\"\n");
+    folders.close();
+    QCOMPARE(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
+             root.filePath(QStringLiteral("Elsewhere")));
+    QCOMPARE(homeDesktop(), QUrl::fromLocalFile(root.filePath(QStringLiteral("Desktop"))));
+}
+
 void ScreenshotWatcherTest::construction_starts_nothing()
 {
     const Fixture f;
@@ -163,6 +199,29 @@ void ScreenshotWatcherTest::a_file_that_was_there_at_the_start_is_never_reported
 {
     Fixture f;
     f.create(kShot);
+    f.watcher->start();
+    f.change();
+    QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::a_file_that_comes_after_the_snapshot_is_new_even_before_the_stream()
+{
+    Fixture f;
+    f.virtualPlatform.log.onCall = [&f](const QString &call) {
+        QCOMPARE(call, QStringLiteral("openStream"));
+        f.create(kShot);
+    };
+    f.watcher->start();
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_start_without_a_stream_takes_its_snapshot_all_the_same()
+{
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.refuses = true;
     f.watcher->start();
     f.change();
     QVERIFY(f.reported.isEmpty());
@@ -218,6 +277,21 @@ void ScreenshotWatcherTest::a_file_without_a_creation_date_is_skipped_and_not_tr
     f.setAge(kShot, 0);
     f.change();
     QVERIFY(f.reported.isEmpty());
+}
+
+void ScreenshotWatcherTest::no_file_keeps_the_others_from_being_looked_at()
+{
+    Fixture f;
+    f.watcher->start();
+    for (int i = 0; i < 20; ++i) {
+        const QString undated = QStringLiteral("undated %1.png").arg(i);
+        f.create(undated);
+        f.streams.creationDates.remove(f.url(undated));
+        f.create(QStringLiteral("old %1.png").arg(i), 3600);
+    }
+    f.create(kShot);
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
 }
 
 void ScreenshotWatcherTest::other_kinds_of_files_are_not_reported()
@@ -322,6 +396,28 @@ void ScreenshotWatcherTest::a_second_start_takes_a_fresh_look()
     QVERIFY(f.reported.isEmpty());
 }
 
+void ScreenshotWatcherTest::a_start_forgets_what_an_earlier_one_knew_data()
+{
+    QTest::addColumn<bool>("stops");
+    QTest::newRow("two streams") << false;
+    QTest::newRow("one after the other") << true;
+}
+
+void ScreenshotWatcherTest::a_start_forgets_what_an_earlier_one_knew()
+{
+    QFETCH(const bool, stops);
+    Fixture f;
+    f.create(kShot);
+    f.watcher->start();
+    f.remove(kShot);
+    if (stops)
+        f.watcher->stop();
+    f.watcher->start();
+    f.create(kShot);
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
 void ScreenshotWatcherTest::a_change_between_two_calls_of_one_turn_is_found_data()
 {
     QTest::addColumn<bool>("settled");
@@ -421,15 +517,30 @@ void ScreenshotWatcherTest::a_stop_without_a_stream_does_nothing()
     QCOMPARE(f.streams.streams.first().use_count(), 1);
 }
 
-void ScreenshotWatcherTest::a_stop_keeps_what_is_known_for_a_stream_still_running()
+void ScreenshotWatcherTest::a_second_stop_leaves_the_stream_of_an_earlier_start()
 {
     Fixture f;
-    f.create(kShot);
     f.watcher->start();
     f.watcher->start();
     f.watcher->stop();
+    f.watcher->stop();
+    QVERIFY(f.streams.streams.first()->isRunning());
+    f.create(kShot);
     f.change();
-    QVERIFY(f.reported.isEmpty());
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_stop_keeps_what_is_known_for_a_stream_still_running()
+{
+    Fixture f;
+    const QString second = QStringLiteral("shot too.png");
+    f.create(kShot);
+    f.watcher->start();
+    f.watcher->start();
+    f.create(second);
+    f.watcher->stop();
+    f.change();
+    QCOMPARE(f.reported, QStringList{second});
 }
 
 void ScreenshotWatcherTest::a_refused_stream_leaves_the_running_one_in_place()
@@ -457,6 +568,42 @@ void ScreenshotWatcherTest::with_the_setting_off_a_change_is_not_even_looked_at(
     QVERIFY(f.reported.isEmpty());
     f.settings.setAutoAddScreenshots(true);
     f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::a_start_does_not_look_at_the_setting()
+{
+    Fixture f;
+    f.settings.setAutoAddScreenshots(false);
+    f.watcher->start();
+    QCOMPARE(f.streams.streams.size(), 1);
+    f.settings.setAutoAddScreenshots(true);
+    f.create(kShot);
+    f.change();
+    QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::what_was_seen_is_reported_whatever_happens_meanwhile_data()
+{
+    QTest::addColumn<QString>("event");
+    for (const char *event : {"setting off", "stop", "file removed"})
+        QTest::newRow(event) << QString::fromLatin1(event);
+}
+
+void ScreenshotWatcherTest::what_was_seen_is_reported_whatever_happens_meanwhile()
+{
+    QFETCH(const QString, event);
+    Fixture f;
+    f.watcher->start();
+    f.create(kShot);
+    f.streams.send();
+    if (event == QStringLiteral("setting off"))
+        f.settings.setAutoAddScreenshots(false);
+    else if (event == QStringLiteral("stop"))
+        f.watcher->stop();
+    else
+        f.remove(kShot);
+    f.queue.runPending();
     QCOMPARE(f.reported, QStringList{kShot});
 }
 
@@ -536,6 +683,31 @@ void ScreenshotWatcherTest::a_callback_may_replace_itself()
     f.create(kShot);
     f.change();
     QCOMPARE(f.reported, QStringList{kShot});
+}
+
+void ScreenshotWatcherTest::each_report_looks_for_the_watcher_and_its_callback_data()
+{
+    QTest::addColumn<bool>("ends");
+    QTest::newRow("the callback goes") << false;
+    QTest::newRow("the watcher goes") << true;
+}
+
+void ScreenshotWatcherTest::each_report_looks_for_the_watcher_and_its_callback()
+{
+    QFETCH(const bool, ends);
+    Fixture f;
+    f.watcher->onNewScreenshot = [&f, ends](const QUrl &file) {
+        f.reported.append(file.fileName());
+        if (ends)
+            f.watcher.reset();
+        else
+            f.watcher->onNewScreenshot = nullptr;
+    };
+    f.watcher->start();
+    f.create(kShot);
+    f.create(QStringLiteral("shot too.png"));
+    f.change();
+    QCOMPARE(f.reported.size(), 1);
 }
 
 void ScreenshotWatcherTest::a_watcher_that_is_gone_reports_nothing_and_its_stream_calls_in_vain()

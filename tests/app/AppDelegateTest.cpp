@@ -49,6 +49,8 @@ private slots:
 
     void a_new_screenshot_is_added_and_shows_the_shelf();
     void a_new_screenshot_brings_back_a_shelf_that_fades_out();
+    void a_new_screenshot_shows_a_full_shelf();
+    void a_screenshot_made_again_under_its_name_shows_the_shelf();
     void a_screenshot_while_the_setting_is_off_is_ignored_at_once();
     void turning_screenshots_on_takes_effect_with_the_next_settings_change();
 
@@ -498,6 +500,34 @@ void AppDelegateTest::a_new_screenshot_brings_back_a_shelf_that_fades_out()
     f.queue.runPending();
     QCOMPARE(f.shelf.items.size(), 1);
     QVERIFY(f.comesBack());
+}
+
+void AppDelegateTest::a_new_screenshot_shows_a_full_shelf()
+{
+    Fixture f;
+    for (int i = 0; i < 50; ++i)
+        f.shelf.addItem(QUrl::fromLocalFile(QStringLiteral("/%1.txt").arg(i)));
+    QVERIFY(!f.shelf.isVisible());
+    f.saveScreenshot(QStringLiteral("one.png"));
+    f.queue.runPending();
+    QVERIFY(f.shelf.isVisible());
+    QCOMPARE(f.shelf.items.size(), 50);
+}
+
+void AppDelegateTest::a_screenshot_made_again_under_its_name_shows_the_shelf()
+{
+    Fixture f;
+    const QUrl one = f.saveScreenshot(QStringLiteral("one.png"));
+    f.queue.advance(1);
+    f.delegate->toggleShelf();
+    f.queue.advance(1);
+    QVERIFY(!f.shelf.isVisible());
+    QVERIFY(QFile::remove(one.toLocalFile()));
+    f.virtualPlatform.fileEventStreams.send();
+    f.saveScreenshot(QStringLiteral("one.png"));
+    f.queue.runPending();
+    QVERIFY(f.shelf.isVisible());
+    QCOMPARE(f.shelf.items, QList{one});
 }
 
 void AppDelegateTest::a_screenshot_while_the_setting_is_off_is_ignored_at_once()

@@ -14,6 +14,8 @@ class AppDelegateLaunchTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void cleanup() { QCoreApplication::setApplicationVersion(QString()); }
+
     void before_the_launch_nothing_is_shown_or_asked();
     void a_launch_with_the_permission_goes_in_its_order();
     void a_first_launch_without_the_permission_goes_in_its_order();
@@ -48,6 +50,8 @@ private slots:
     void an_automatic_check_is_made_at_launch_only_when_wanted();
     void an_automatic_check_is_silent_when_nothing_is_newer();
     void an_automatic_check_tells_of_a_newer_version();
+    void a_check_compares_with_the_version_that_the_application_runs_as_data();
+    void a_check_compares_with_the_version_that_the_application_runs_as();
     void the_answer_to_the_first_run_decides_on_this_launch_too();
 
     void the_login_item_is_brought_in_step_data();
@@ -571,6 +575,32 @@ void AppDelegateLaunchTest::an_automatic_check_tells_of_a_newer_version()
     f.finish();
     QCOMPARE(f.alerts.shown.size(), 1);
     QCOMPARE(f.alerts.shown.first().messageText, QStringLiteral("Parklet update available"));
+}
+
+void AppDelegateLaunchTest::a_check_compares_with_the_version_that_the_application_runs_as_data()
+{
+    QTest::addColumn<QString>("running");
+    QTest::addColumn<QByteArray>("published");
+    QTest::addColumn<QString>("told");
+    const QString update = QStringLiteral("Parklet update available");
+    const QString upToDate = QStringLiteral("Parklet is up to date");
+    QTest::newRow("older") << QStringLiteral("7.0") << QByteArray("6.9") << upToDate;
+    QTest::newRow("newer") << QStringLiteral("7.0") << QByteArray("7.1") << update;
+    QTest::newRow("without a version, the same as 1.0") << QString() << QByteArray("1.0") << upToDate;
+    QTest::newRow("without a version, newer than 1.0") << QString() << QByteArray("1.0.1") << update;
+}
+
+void AppDelegateLaunchTest::a_check_compares_with_the_version_that_the_application_runs_as()
+{
+    QFETCH(const QString, running);
+    QFETCH(const QByteArray, published);
+    QCoreApplication::setApplicationVersion(running);
+    UpdateFixture f(published);
+    f.launch();
+    f.delegate->checkForUpdates();
+    f.finish();
+    QCOMPARE(f.alerts.shown.size(), 1);
+    QTEST(f.alerts.shown.first().messageText, "told");
 }
 
 void AppDelegateLaunchTest::the_answer_to_the_first_run_decides_on_this_launch_too()

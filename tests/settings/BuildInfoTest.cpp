@@ -56,6 +56,7 @@ void BuildInfoTest::the_version_record_is_a_secure_web_address_of_a_json_file()
     QVERIFY(url.isValid());
     QCOMPARE(url.scheme(), QStringLiteral("https"));
     QVERIFY(url.path().endsWith(QLatin1String("/version.json")));
+    QCOMPARE(url, QUrl(QStringLiteral(EXPECTED_VERSION_URL)));
 }
 
 void BuildInfoTest::the_makers_line_is_one_line()

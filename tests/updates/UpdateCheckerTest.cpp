@@ -32,6 +32,7 @@ private slots:
     void the_same_or_an_older_version_is_told_to_the_user_only_data();
     void the_same_or_an_older_version_is_told_to_the_user_only();
     void every_check_asks_the_server();
+    void nothing_is_remembered();
     void the_status_of_the_answer_does_not_matter_data();
     void the_status_of_the_answer_does_not_matter();
     void an_answer_that_is_no_record_ends_in_silence_data();
@@ -39,7 +40,9 @@ private slots:
     void a_server_that_is_not_there_ends_in_silence();
     void a_server_that_never_answers_is_given_up();
     void a_server_that_stops_within_the_answer_is_given_up();
+    void a_redirect_to_where_nobody_answers_is_given_up();
     void the_time_without_data_is_five_seconds();
+    void the_request_keeps_the_default_cache_policy();
     void a_slow_answer_is_waited_for_while_it_goes_on();
     void an_answer_that_was_cut_short_ends_in_silence();
     void an_answer_of_a_megabyte_is_read_and_not_a_byte_more_data();
@@ -240,6 +243,7 @@ void UpdateCheckerTest::the_same_or_an_older_version_is_told_to_the_user_only_da
     QTest::newRow("the same") << QByteArray("1.9");
     QTest::newRow("the same, spelled otherwise") << QByteArray("1.09");
     QTest::newRow("older") << QByteArray("1.8.99");
+    QTest::newRow("older, as a blank comes before a digit") << QByteArray(" 2.0");
     QTest::newRow("empty") << QByteArray();
 }
 
@@ -263,6 +267,16 @@ void UpdateCheckerTest::every_check_asks_the_server()
     f.check();
     QCOMPARE(f.server.requestLines, (QList<QByteArray>(2, "GET /version.json HTTP/1.1")));
     QCOMPARE(f.messages(), kUpToDate + kUpToDate);
+}
+
+void UpdateCheckerTest::nothing_is_remembered()
+{
+    Fixture f;
+    f.alerts.answers = {AlertAnswer{0, false}, AlertAnswer{1, false}};
+    f.check(true);
+    f.check();
+    QCOMPARE(f.check(), kUpdate + kUpdate + kUpdate);
+    QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
 }
 
 void UpdateCheckerTest::the_status_of_the_answer_does_not_matter_data()
@@ -371,12 +385,33 @@ void UpdateCheckerTest::a_server_that_stops_within_the_answer_is_given_up()
     QCOMPARE(f.check(), QStringList());
 }
 
+void UpdateCheckerTest::a_redirect_to_where_nobody_answers_is_given_up()
+{
+    Fixture f;
+    f.server.onRequest = [](QTcpSocket &socket, const QByteArray &line) {
+        if (line.contains("version.json"))
+            LoopbackServer::reply(socket, "302 Found", {}, "Location: /elsewhere\r\n");
+    };
+    f.checker().timeout = 0.2;
+    QCOMPARE(f.check(), QStringList());
+    QCOMPARE(f.server.requestLines.size(), 2);
+}
+
 void UpdateCheckerTest::the_time_without_data_is_five_seconds()
 {
     Fixture f;
     f.server.onRequest = nullptr;
     f.checker().check(false);
     QCOMPARE(f.checker().findChild<QNetworkReply *>()->request().transferTimeout(), 5'000);
+}
+
+void UpdateCheckerTest::the_request_keeps_the_default_cache_policy()
+{
+    Fixture f;
+    f.checker().check(false);
+    const auto *reply = f.checker().findChild<QNetworkReply *>();
+    QVERIFY(!reply->request().attribute(QNetworkRequest::CacheLoadControlAttribute).isValid());
+    QVERIFY(!reply->manager()->cache());
 }
 
 void UpdateCheckerTest::a_slow_answer_is_waited_for_while_it_goes_on()

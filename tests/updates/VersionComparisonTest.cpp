@@ -45,6 +45,7 @@ void VersionComparisonTest::versions_are_ordered_by_the_value_of_their_numbers_d
     row("1.0", "", Newer);
     row("a", "", Newer);
     row("0", "", Newer);
+    row(" 2.0", "1.9", Older);
 
     row("1.02", "1.2", Same);
     row("1.002", "1.10", Older);

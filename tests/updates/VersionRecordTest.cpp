@@ -13,6 +13,9 @@ private slots:
     void notes_are_empty_unless_they_are_a_string_data();
     void notes_are_empty_unless_they_are_a_string();
     void an_empty_version_is_a_version();
+    void a_url_that_parses_is_enough_data();
+    void a_url_that_parses_is_enough();
+    void blanks_stay_as_they_are();
     void what_is_no_record_is_nothing_data();
     void what_is_no_record_is_nothing();
     void the_update_alert_tells_the_version_and_the_notes();
@@ -54,6 +57,30 @@ void VersionRecordTest::an_empty_version_is_a_version()
     const auto record = parseVersionRecord("{\"version\": \"\", \"url\": \"https://example.com/\"}");
     QVERIFY(record);
     QCOMPARE(record->version, QString());
+}
+
+void VersionRecordTest::a_url_that_parses_is_enough_data()
+{
+    QTest::addColumn<QString>("address");
+    for (const char *address : {"get", "mailto:a@example.com"})
+        QTest::newRow(address) << QString::fromLatin1(address);
+}
+
+void VersionRecordTest::a_url_that_parses_is_enough()
+{
+    QFETCH(const QString, address);
+    const auto record = parseVersionRecord("{\"version\": \"2.0\", \"url\": \"" + address.toUtf8() + "\"}");
+    QVERIFY(record);
+    QCOMPARE(record->url, QUrl(address));
+}
+
+void VersionRecordTest::blanks_stay_as_they_are()
+{
+    const auto record =
+        parseVersionRecord("{\"version\": \" 2.0\", \"url\": \"https://example.com/\", \"notes\": \" \"}");
+    QVERIFY(record);
+    QCOMPARE(record->version, QStringLiteral(" 2.0"));
+    QCOMPARE(updateAlert(*record).informativeText, QStringLiteral("Version  2.0 is available.\n\nRelease notes:  "));
 }
 
 void VersionRecordTest::what_is_no_record_is_nothing_data()
@@ -116,6 +143,8 @@ void VersionRecordTest::the_up_to_date_alert_has_one_button()
     QCOMPARE(alert.messageText, QStringLiteral("Parklet is up to date"));
     QCOMPARE(alert.informativeText, QStringLiteral("You're running the latest version."));
     QCOMPARE(alert.buttons, QStringList{QStringLiteral("OK")});
+    QVERIFY(alert.checkboxTitle.isEmpty());
+    QVERIFY(!alert.dark);
     QVERIFY(alert.icon.isNull());
     QVERIFY(alert.activates);
 }

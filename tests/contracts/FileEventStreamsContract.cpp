@@ -4,6 +4,13 @@
 
 #include <QTest>
 
+namespace {
+
+constexpr double kLatency = 0.2; // seconds
+constexpr double kBusy = 2.0;    // that a busy machine may add
+
+} // namespace
+
 class FileEventStreamsContract : public QObject {
     Q_OBJECT
 
@@ -15,13 +22,27 @@ public:
 
 private slots:
     void a_change_is_reported_once_the_stream_is_started();
+    void a_burst_of_changes_is_reported_once();
+    void a_change_is_reported_at_most_the_latency_later();
+    void what_changed_before_the_start_is_not_reported();
     void a_stopped_stream_is_silent();
+    void an_invalidated_stream_is_silent_for_good();
     void a_stream_runs_on_without_its_handle();
     void a_stream_may_be_ended_from_its_own_handler();
+    void a_new_file_was_created_just_now();
     void a_file_that_is_not_there_has_no_creation_date();
 
 private:
     FileEventStreams &fileEventStreams() const { return *world.platform().fileEventStreams; }
+    void change(const char *name) const { world.addFile(world.folder.path(), QString::fromLatin1(name)); }
+
+    // Lets more time pass than a stream takes to report.
+    void settle() const
+    {
+        bool isOver = false;
+        world.platform().mainQueue->after(3 * kLatency, [&isOver] { isOver = true; });
+        QVERIFY(world.waitFor([&isOver] { return isOver; }));
+    }
 
     World &world;
 };
@@ -36,6 +57,45 @@ void FileEventStreamsContract::a_change_is_reported_once_the_stream_is_started()
     QVERIFY(world.waitFor([&calls] { return calls > 0; }));
     stream->stop();
     stream->invalidate();
+}
+
+void FileEventStreamsContract::a_burst_of_changes_is_reported_once()
+{
+    int calls = 0;
+    const auto stream = fileEventStreams().create(world.folder.path(), kLatency, [&calls] { ++calls; });
+    stream->start();
+    for (const char *name : {"burst 1", "burst 2", "burst 3", "burst 4", "burst 5"})
+        change(name);
+    settle();
+    stream->stop();
+    stream->invalidate();
+    QCOMPARE(calls, 1);
+}
+
+void FileEventStreamsContract::a_change_is_reported_at_most_the_latency_later()
+{
+    int calls = 0;
+    const auto stream = fileEventStreams().create(world.folder.path(), kLatency, [&calls] { ++calls; });
+    stream->start();
+    const double start = world.platform().mainQueue->now();
+    change("in time");
+    QVERIFY(world.waitFor([&calls] { return calls > 0; }));
+    const double end = world.platform().mainQueue->now();
+    stream->stop();
+    stream->invalidate();
+    QVERIFY(end - start < kLatency + kBusy);
+}
+
+void FileEventStreamsContract::what_changed_before_the_start_is_not_reported()
+{
+    int calls = 0;
+    const auto stream = fileEventStreams().create(world.folder.path(), kLatency, [&calls] { ++calls; });
+    change("early");
+    stream->start();
+    settle();
+    stream->stop();
+    stream->invalidate();
+    QCOMPARE(calls, 0);
 }
 
 void FileEventStreamsContract::a_stopped_stream_is_silent()
@@ -53,6 +113,20 @@ void FileEventStreamsContract::a_stopped_stream_is_silent()
     running->stop();
     running->invalidate();
     stopped->invalidate();
+}
+
+void FileEventStreamsContract::an_invalidated_stream_is_silent_for_good()
+{
+    const auto calls = std::make_shared<int>(0);
+    const auto stream = fileEventStreams().create(world.folder.path(), kLatency, [calls] { ++*calls; });
+    stream->start();
+    stream->invalidate();
+    change("after the end");
+    settle();
+    stream->start();
+    change("after another start");
+    settle();
+    QCOMPARE(*calls, 0);
 }
 
 void FileEventStreamsContract::a_stream_runs_on_without_its_handle()
@@ -86,6 +160,16 @@ void FileEventStreamsContract::a_stream_may_be_ended_from_its_own_handler()
     world.addFile(world.folder.path(), QStringLiteral("four"));
     QVERIFY(world.waitFor([&calls] { return calls > 0; }));
     QCOMPARE(calls, 1);
+}
+
+void FileEventStreamsContract::a_new_file_was_created_just_now()
+{
+    constexpr qint64 kMoment = 60; // seconds; more than two clocks may be apart
+    change("new");
+    const QUrl file = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("new")));
+    const auto date = fileEventStreams().creationDate(file);
+    QVERIFY(date);
+    QVERIFY(qAbs(date->secsTo(world.platform().mainQueue->currentDate())) < kMoment);
 }
 
 void FileEventStreamsContract::a_file_that_is_not_there_has_no_creation_date()

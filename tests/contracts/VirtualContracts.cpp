@@ -4,6 +4,7 @@
 #include "tests/support/VirtualPlatform.h"
 
 #include <QApplication>
+#include <QSet>
 
 namespace {
 
@@ -31,10 +32,26 @@ public:
 
     void copy(const QString &) override { virtualPlatform.generalPasteboard.urls.clear(); }
 
-    void addFile(const QString &, const QString &) override { virtualPlatform.fileEventStreams.send(); }
+    void addFile(const QString &watched, const QString &name) override
+    {
+        VirtualFileEventStreams &streams = virtualPlatform.fileEventStreams;
+        streams.creationDates.insert(QUrl::fromLocalFile(watched + QLatin1Char('/') + name),
+                                     virtualPlatform.mainQueue.currentDate());
+        for (const auto &stream : streams.streams) {
+            if (!stream->isRunning() || changed.contains(stream.get()))
+                continue;
+            changed.insert(stream.get());
+            virtualPlatform.mainQueue.after(stream->latency, [this, stream] {
+                changed.remove(stream.get());
+                if (stream->isRunning())
+                    stream->handler();
+            });
+        }
+    }
 
 private:
     VirtualPlatform virtualPlatform;
+    QSet<const FileEventStream *> changed; // since their last call
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Screenshots taken into the Desktop folder come to the shelf by themselves."""
+import os
 import shutil
 import threading
 import time
@@ -11,6 +12,7 @@ RED, GREEN, BACKGROUND = (200, 30, 40), (30, 160, 60), (56, 86, 122)
 BARE = (640, 700)  # a place on the screen that nothing covers
 SAME = 8  # levels a colour may differ by: some screenshot programs state a colour space
 SETTLED = 1.2  # seconds; more than the time within which a change of the folder is told
+OLD = 10.5  # seconds; what is that old is no new screenshot
 
 
 class ScreenshotsTest(DesktopTest):
@@ -75,10 +77,57 @@ class ScreenshotsTest(DesktopTest):
         self.scrot("last.png")
         self.wait_for_names("last.png")
 
+    def test_an_old_file_does_not_come_however_it_is_moved(self):
+        old = self.desktop.home / "old.png"
+        self.desktop.run("scrot", old)
+        made = time.time()
+        app = self.parklet()
+        self.wait_for(lambda: time.time() - made > OLD, "the file is old")
+        old.touch()  # its date of creation is what counts
+        for name in ("moved.png", "renamed.png"):
+            old = old.rename(self.folder / name)
+            stays(app.hidden, f"the shelf came up with {name}", SETTLED)
+        self.scrot("last.png")
+        self.wait_for_names("last.png")
+
+    def test_a_new_file_with_old_dates_comes_when_it_is_moved_in(self):
+        new = self.desktop.home / "new.png"
+        self.parklet()
+        self.desktop.run("scrot", new)
+        os.utime(new, (10**9, 10**9))
+        new.rename(self.folder / "new.png")
+        self.wait_for_names("new.png")
+
+    def test_where_the_desktop_environment_has_its_desktop_does_not_matter(self):
+        elsewhere = self.desktop.home / "Elsewhere"
+        elsewhere.mkdir()
+        (self.desktop.home / ".config/user-dirs.dirs").write_text('XDG_DESKTOP_DIR="$HOME/Elsewhere"\n')
+        app = self.parklet()
+        self.desktop.run("scrot", elsewhere / "elsewhere.png")
+        stays(app.hidden, "the shelf came up", SETTLED)
+        self.scrot("shot.png")
+        self.wait_for_names("shot.png")
+
     def test_with_the_setting_off_no_screenshot_comes(self):
         app = self.parklet(autoAddScreenshots=False)
         self.scrot("shot.png")
         stays(app.hidden, "the shelf came up", SETTLED)
+
+    def test_the_setting_takes_effect_at_once(self):
+        app = self.parklet()
+        app.choose("Preferences…")
+        self.hand.click(*self.wait_for(lambda: app.find("General", "list item"), "the preferences open").center)
+        self.switch(False)
+        self.scrot("while off.png")
+        stays(app.hidden, "the shelf came up", SETTLED)
+        self.switch(True)
+        self.scrot("while on.png")
+        # The other one comes with it while it is recent.
+        self.wait_for(lambda: "while on.png" in app.names(), "screenshots come again")
+
+    def switch(self, wanted):
+        self.app.click("Automatically add new screenshots")
+        self.wait_for(lambda: self.app.read_settings().get("autoAddScreenshots") == wanted, "the setting is stored")
 
     def test_a_folder_that_comes_later_and_is_replaced_is_watched(self):
         shutil.rmtree(self.folder)

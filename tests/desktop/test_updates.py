@@ -305,6 +305,23 @@ class UpdatesTest(DesktopTest):
         self.dismiss(UP_TO_DATE)
         self.assertTrue(app.runs())
 
+    def test_quitting_at_an_alert_opens_nothing_and_waits_for_no_answer(self):
+        opened = self.fake_browser()
+        app = self.start(None)
+        self.server.answer = self.server.held(reply(NEWER))
+        self.check()
+        self.wait_for(lambda: self.server.requests == 1, "the program asks")
+        self.wait_for(lambda: not app.menu_window(), "the menu closes")
+        self.server.answer = reply(NEWER)
+        self.check()
+        app.button("Version 2.0 is available.")
+        # The tray menu stays closed while there is an alert; the launcher's does not.
+        self.desktop.run("gdbus", "call", "--session", "--dest", "com.orvane.Parklet", "--object-path",
+                         "/com/orvane/Parklet", "--method", "org.freedesktop.Application.ActivateAction", "quit", "[]",
+                         "{}")
+        self.assertEqual(app.process.wait(20), 0)
+        stays(lambda: not opened.exists(), "the browser was asked for a page", 0.5)
+
     def test_quitting_does_not_wait_for_an_answer(self):
         app = self.start(None)
         self.server.answer = self.server.never

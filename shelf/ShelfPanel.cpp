@@ -118,6 +118,14 @@ void ShelfPanel::resizeEvent(QResizeEvent *)
     layoutViews();
 }
 
+void ShelfPanel::changeEvent(QEvent *event)
+{
+    // Without a stored tint the shelf has the accent colour, which may have changed.
+    if (event->type() == QEvent::PaletteChange && tintOverlay)
+        applyTint();
+    QWidget::changeEvent(event);
+}
+
 void ShelfPanel::layoutViews()
 {
     const ShelfLayout layout = shelfLayout(size(), stackView->isHorizontal());

@@ -78,7 +78,7 @@ public:
     bool isHiding() const { return hiding; }
 
     VisualEffectView *visualFX;
-    ColorView *tintOverlay;
+    ColorView *tintOverlay = nullptr;
     ShelfStackView *stackView;
     ShelfScrollView *scrollView;
     QWidget *headerBar;
@@ -101,6 +101,7 @@ public slots:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     HeaderButton *makeHeaderButton(const QString &symbol, const QString &label);

@@ -15,6 +15,7 @@
 #include "platform/linux/LinuxStatusBar.h"
 #include "platform/linux/LinuxThumbnailGenerator.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/PortalColors.h"
 #include "platform/linux/XInputTrust.h"
 #include "platform/linux/XcbConnection.h"
 #include "platform/linux/XcbDragPasteboard.h"
@@ -23,6 +24,8 @@
 #include "platform/linux/XcbFloatingPanels.h"
 #include "platform/linux/XcbKeyTap.h"
 #include "platform/linux/XcbScreens.h"
+
+#include <QCoreApplication>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -84,6 +87,7 @@ std::unique_ptr<Platform> createPlatform()
     platform->userDefaults = std::make_unique<BackgroundUserDefaults>();
     platform->colorArchive = std::make_unique<LinuxColorArchive>();
     platform->appearance = std::make_unique<LinuxAppearance>();
+    new PortalColors(QDBusConnection::sessionBus(), QCoreApplication::instance());
     platform->generalPasteboard = std::make_unique<QtPasteboard>();
     platform->fileEventStreams = std::make_unique<LinuxFileEventStreams>(*platform->mainQueue);
     platform->openPanels = std::make_unique<QtOpenPanels>();

@@ -50,6 +50,7 @@ private slots:
     void the_tint_follows_its_intensity_data();
     void the_tint_follows_its_intensity();
     void the_tint_is_of_the_chosen_colour();
+    void without_a_chosen_colour_the_tint_follows_the_accent_colour();
     void a_tint_that_is_switched_off_keeps_its_colour();
     void a_settings_change_after_the_panel_has_gone_is_no_matter();
     void names_follow_the_settings_both_ways_they_are_announced();
@@ -489,6 +490,18 @@ void ShelfPanelTest::the_tint_is_of_the_chosen_colour()
     // A panel that is created later has it from the start.
     const ShelfPanel later(f.virtualPlatform.platform, f.settings, f.notifications);
     QCOMPARE(later.tintOverlay->color(), green);
+}
+
+void ShelfPanelTest::without_a_chosen_colour_the_tint_follows_the_accent_colour()
+{
+    PanelFixture f;
+    QColor accent(200, 10, 20);
+    f.virtualPlatform.appearance.accent = accent;
+    QPalette palette = f.panel->palette();
+    palette.setColor(QPalette::Highlight, accent);
+    f.panel->setPalette(palette);
+    accent.setAlphaF(0.24F);
+    QCOMPARE(f.panel->tintOverlay->color(), accent);
 }
 
 void ShelfPanelTest::a_settings_change_after_the_panel_has_gone_is_no_matter()

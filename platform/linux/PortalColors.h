@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/linux/DesktopColors.h"
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QObject>
+
+// Gives the application the light or dark palette and the accent colour that the desktop's settings portal tells, now
+// and whenever they change. Qt's own themes know this from Qt 6.5 on, and some of it only later. Nothing changes where
+// there is no portal, or where a theme speaks for the desktop: that of KDE, or one the user has chosen.
+class PortalColors : public QObject {
+    Q_OBJECT
+
+public:
+    // `sessionBus` is where the portal is.
+    PortalColors(const QDBusConnection &sessionBus, QObject *parent);
+
+    // Whether a theme speaks for the desktop.
+    static bool themeKnowsColors();
+
+private slots:
+    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+
+private:
+    void read();
+    void update(const QVariantMap &changed);
+
+    QDBusConnection bus;
+    DesktopColors colors;
+};

@@ -94,8 +94,13 @@ void AppExclusionListView::removeApp()
     const QModelIndexList selected = tableView->selectionModel()->selectedRows();
     if (selected.isEmpty())
         return;
-    ids.removeAt(selected.first().row());
+    const int row = selected.first().row();
+    ids.removeAt(row);
     changed();
+    // The selection stays at its place in the list and goes on to no other: pressed once more, the button would take
+    // away what the user never chose.
+    if (row >= ids.size())
+        tableView->clearSelection();
 }
 
 void AppExclusionListView::changed()

@@ -26,7 +26,7 @@ public:
     // that is in the list, nor while he is picking already.
     void addApp();
 
-    // Removes the selected application; nothing when none is selected.
+    // Removes the selected application; nothing when none is selected. The next one is then selected, if there is one.
     void removeApp();
 
     QStringList ids; // bundle identifiers

@@ -17,6 +17,9 @@ private slots:
     void the_list_fills_the_view_above_two_small_buttons();
     void rows_are_26_points_high_with_icon_name_and_line_in_their_places();
     void a_row_is_mirrored_where_the_language_begins_at_the_right();
+    void a_long_name_ends_4_points_before_the_row_does();
+    void the_line_below_a_row_is_in_the_lists_separator_colour();
+    void a_name_is_in_the_lists_text_colour_and_on_the_selection_in_its_own();
     void the_row_that_the_keyboard_acts_on_is_marked();
     void an_installed_application_shows_its_own_name_and_icon();
     void an_unknown_application_shows_its_identifier_and_a_question_mark();
@@ -26,6 +29,8 @@ private slots:
     void a_press_of_the_button_is_over_before_the_open_panel_comes();
     void a_second_press_opens_no_second_panel();
     void adding_appends_and_calls_back_once();
+    void adding_leaves_the_selection_where_it_is();
+    void the_callback_comes_before_the_list_shows_the_change();
     void adding_the_same_application_twice_leaves_one();
     void identifiers_are_compared_exactly();
     void a_cancelled_panel_adds_nothing();
@@ -35,6 +40,8 @@ private slots:
     void removing_without_a_selection_does_nothing();
     void removing_the_last_entry_calls_back_with_an_empty_list();
     void after_a_removal_the_next_row_is_selected();
+    void after_the_last_row_is_removed_none_is_selected();
+    void one_row_is_selected_at_a_time();
     void stored_duplicates_stay_until_they_are_removed();
     void without_a_callback_changes_are_harmless();
     void a_list_of_5000_applications_looks_up_only_what_is_seen();
@@ -75,6 +82,14 @@ struct ListFixture : Fixture {
 
     void select(int row) { view->tableView->setCurrentIndex(view->tableView->model()->index(row, 0)); }
 
+    QList<int> selectedRows() const
+    {
+        QList<int> rows;
+        for (const QModelIndex &index : view->tableView->selectionModel()->selectedRows())
+            rows.append(index.row());
+        return rows;
+    }
+
     QStringList names() const
     {
         QStringList list;
@@ -98,19 +113,30 @@ QIcon square(const QColor &color)
     return QIcon(pixmap);
 }
 
-// What is drawn for the first row, 300 points wide.
-QImage drawnRow(const AppExclusionListView &view, QStyle::State state, Qt::LayoutDirection direction = Qt::LeftToRight)
+// How a row is drawn, apart from its state.
+struct Look {
+    Qt::LayoutDirection direction = Qt::LeftToRight;
+    int width = 300;
+    QColor text = Qt::black;
+    QColor windowText = Qt::black;
+    QColor highlightedText = Qt::white;
+};
+
+// What is drawn for the first row.
+QImage drawnRow(const AppExclusionListView &view, QStyle::State state, const Look &look = {})
 {
-    QImage image(300, 26, QImage::Format_ARGB32_Premultiplied);
+    QImage image(look.width, 26, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
     QPainter painter(&image);
     QStyleOptionViewItem option;
     option.initFrom(view.tableView);
     option.state = state;
-    option.direction = direction;
+    option.direction = look.direction;
     option.font = view.tableView->font();
     option.fontMetrics = QFontMetrics(option.font);
-    option.palette.setColor(QPalette::Text, Qt::black);
+    option.palette.setColor(QPalette::Text, look.text);
+    option.palette.setColor(QPalette::WindowText, look.windowText);
+    option.palette.setColor(QPalette::HighlightedText, look.highlightedText);
     option.rect = image.rect();
     view.tableView->itemDelegate()->paint(&painter, option, view.tableView->model()->index(0, 0));
     return image;
@@ -153,6 +179,8 @@ void AppExclusionListViewTest::the_list_fills_the_view_above_two_small_buttons()
     QCOMPARE(add.width(), add.height());
     QCOMPARE(view.addBtn->text(), QStringLiteral("+"));
     QCOMPARE(view.removeBtn->text(), QString(QChar(0x2212)));
+    QCOMPARE(view.addBtn->accessibleDescription(), QStringLiteral("Add application"));
+    QCOMPARE(view.removeBtn->accessibleDescription(), QStringLiteral("Remove application"));
     QVERIFY(view.tableView->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
     QVERIFY(view.tableView->frameShape() != QFrame::NoFrame);
 }
@@ -183,10 +211,63 @@ void AppExclusionListViewTest::a_row_is_mirrored_where_the_language_begins_at_th
     ListFixture f;
     f.virtualPlatform.workspace.applications.insert(kFirst,
                                                     Application{kFirst, QStringLiteral("HHH"), square(Qt::red)});
-    const auto [icon, name] = inkOf(drawnRow(f.load({kFirst}), QStyle::State_Enabled, Qt::RightToLeft));
+    const auto [icon, name] = inkOf(drawnRow(f.load({kFirst}), QStyle::State_Enabled, {.direction = Qt::RightToLeft}));
     QCOMPARE(icon, QRect(300 - 4 - 18, 4, 18, 18));
     QVERIFY(name.right() < 300 - 28 && name.right() >= 300 - 31);
     QVERIFY(name.x() >= 4);
+}
+
+void AppExclusionListViewTest::a_long_name_ends_4_points_before_the_row_does()
+{
+    ListFixture f;
+    f.virtualPlatform.workspace.applications.insert(
+        kFirst, Application{kFirst, QStringLiteral("An application with a very long name"), square(Qt::red)});
+    const AppExclusionListView &view = f.load({kFirst});
+    // Where the text is cut varies with the width; over a few points it comes close to its limit.
+    int nearest = 0;
+    int nearestMirrored = 0;
+    for (int width = 120; width <= 160; ++width) {
+        const QRect name = inkOf(drawnRow(view, QStyle::State_Enabled, {.width = width})).second;
+        QVERIFY2(name.right() <= width - 5, qPrintable(QString::number(width)));
+        nearest += name.right() >= width - 8;
+        const QRect mirrored =
+            inkOf(drawnRow(view, QStyle::State_Enabled, {.direction = Qt::RightToLeft, .width = width})).second;
+        QVERIFY2(mirrored.x() >= 4, qPrintable(QString::number(width)));
+        nearestMirrored += mirrored.x() <= 7;
+    }
+    QVERIFY(nearest > 0);
+    QVERIFY(nearestMirrored > 0);
+}
+
+void AppExclusionListViewTest::the_line_below_a_row_is_in_the_lists_separator_colour()
+{
+    ListFixture f;
+    const QImage image =
+        drawnRow(f.load({kFirst}), QStyle::State_Enabled, {.text = Qt::blue, .windowText = Qt::darkGreen});
+    QPalette palette;
+    palette.setColor(QPalette::Text, Qt::blue);
+    QImage expected(1, 1, image.format());
+    expected.fill(Qt::white);
+    QPainter painter(&expected);
+    painter.fillRect(expected.rect(), separatorColor(palette, QPalette::Text));
+    painter.end();
+    for (int x = 0; x < image.width(); ++x)
+        QCOMPARE(image.pixelColor(x, 25), expected.pixelColor(0, 0));
+    QCOMPARE(image.pixelColor(299, 24), QColor(Qt::white));
+}
+
+void AppExclusionListViewTest::a_name_is_in_the_lists_text_colour_and_on_the_selection_in_its_own()
+{
+    ListFixture f;
+    // A letter that fills its place.
+    f.virtualPlatform.workspace.applications.insert(kFirst,
+                                                    Application{kFirst, QString(QChar(0x2588)), square(Qt::red)});
+    const Look look{.text = Qt::blue, .windowText = Qt::darkGreen, .highlightedText = Qt::magenta};
+    const AppExclusionListView &view = f.load({kFirst});
+    const QPoint letter(31, 13);
+    QCOMPARE(drawnRow(view, QStyle::State_Enabled, look).pixelColor(letter), QColor(Qt::blue));
+    QCOMPARE(drawnRow(view, QStyle::State_Enabled | QStyle::State_Selected, look).pixelColor(letter),
+             QColor(Qt::magenta));
 }
 
 void AppExclusionListViewTest::the_row_that_the_keyboard_acts_on_is_marked()
@@ -251,6 +332,7 @@ void AppExclusionListViewTest::the_open_panel_starts_where_the_applications_are(
     QCOMPARE(panel.title, QStringLiteral("Add application"));
     QCOMPARE(panel.prompt, QStringLiteral("Add"));
     QCOMPARE(panel.folders, f.virtualPlatform.workspace.folders);
+    QCOMPARE(f.virtualPlatform.openPanels.windows.first().data(), f.window.get());
 }
 
 void AppExclusionListViewTest::a_press_of_the_button_is_over_before_the_open_panel_comes()
@@ -283,6 +365,37 @@ void AppExclusionListViewTest::adding_appends_and_calls_back_once()
     QCOMPARE(f.changes, QList<QStringList>({{kFirst, kSecond}}));
     QCOMPARE(f.view->ids, QStringList({kFirst, kSecond}));
     QCOMPARE(f.names(), QStringList({kFirst, kSecond}));
+}
+
+void AppExclusionListViewTest::adding_leaves_the_selection_where_it_is()
+{
+    ListFixture f;
+    f.load({kFirst, kSecond});
+    f.select(0);
+    f.pick(kThird);
+    QCOMPARE(f.selectedRows(), QList<int>{0});
+    f.view->removeBtn->click();
+    QCOMPARE(f.view->ids, QStringList({kSecond, kThird}));
+
+    ListFixture without;
+    without.load({kFirst});
+    without.pick(kSecond);
+    QCOMPARE(without.selectedRows(), QList<int>());
+}
+
+void AppExclusionListViewTest::the_callback_comes_before_the_list_shows_the_change()
+{
+    ListFixture f;
+    f.load({kFirst});
+    QList<std::pair<int, int>> seen; // rows in the list, and how many it is to have
+    f.view->onChange = [&](const QStringList &) {
+        seen.append({f.view->tableView->model()->rowCount(), static_cast<int>(f.view->ids.size())});
+    };
+    f.pick(kSecond);
+    f.select(0);
+    f.view->removeBtn->click();
+    QCOMPARE(seen, (QList<std::pair<int, int>>{{1, 2}, {2, 1}}));
+    QCOMPARE(f.names(), QStringList{kSecond});
 }
 
 void AppExclusionListViewTest::adding_the_same_application_twice_leaves_one()
@@ -374,8 +487,38 @@ void AppExclusionListViewTest::after_a_removal_the_next_row_is_selected()
     f.load({kFirst, kSecond, kThird});
     f.select(1);
     f.view->removeBtn->click();
+    QCOMPARE(f.selectedRows(), QList<int>{1});
     f.view->removeBtn->click();
     QCOMPARE(f.view->ids, QStringList{kFirst});
+}
+
+void AppExclusionListViewTest::after_the_last_row_is_removed_none_is_selected()
+{
+    ListFixture f;
+    f.load({kFirst, kSecond, kThird});
+    f.select(2);
+    f.view->removeBtn->click();
+    QCOMPARE(f.view->ids, QStringList({kFirst, kSecond}));
+    QCOMPARE(f.selectedRows(), QList<int>());
+    f.view->removeBtn->click();
+    QCOMPARE(f.view->ids, QStringList({kFirst, kSecond}));
+    QCOMPARE(f.changes.size(), 1);
+    // The keyboard goes on from there.
+    QTest::keyClick(f.view->tableView, Qt::Key_Up);
+    QCOMPARE(f.selectedRows(), QList<int>{0});
+}
+
+void AppExclusionListViewTest::one_row_is_selected_at_a_time()
+{
+    ListFixture f;
+    const QListView &list = *f.load({kFirst, kSecond, kThird}).tableView;
+    const auto click = [&list](int row, Qt::KeyboardModifiers modifiers) {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, modifiers,
+                          list.visualRect(list.model()->index(row, 0)).center());
+    };
+    click(0, {});
+    click(2, Qt::ShiftModifier);
+    QCOMPARE(f.selectedRows().size(), 1);
 }
 
 void AppExclusionListViewTest::stored_duplicates_stay_until_they_are_removed()

@@ -420,9 +420,10 @@ AlertAnswer VirtualAlerts::runModal(const Alert &alert)
     return AlertAnswer{static_cast<int>(alert.buttons.size()) - 1, false};
 }
 
-std::optional<QUrl> VirtualOpenPanels::runModal(const OpenPanel &panel, QWidget *)
+std::optional<QUrl> VirtualOpenPanels::runModal(const OpenPanel &panel, QWidget *window)
 {
     shown.append(panel);
+    windows.append(window);
     if (whileShown)
         whileShown();
     return choice;

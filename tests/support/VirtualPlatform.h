@@ -353,6 +353,7 @@ public:
     std::optional<QUrl> runModal(const OpenPanel &panel, QWidget *window) override;
 
     QList<OpenPanel> shown;
+    QList<QPointer<QWidget>> windows; // over which each was shown
     std::optional<QUrl> choice;       // nothing: the user cancels
     std::function<void()> whileShown; // runs while a panel is on screen
 };

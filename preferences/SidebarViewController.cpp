@@ -94,12 +94,14 @@ void SidebarViewController::selectionChanged()
     onSelect(rows().at(selected.first().row()).pane);
 }
 
-void SidebarViewController::changeEvent(QEvent *event)
+bool SidebarViewController::event(QEvent *event)
 {
-    QWidget::changeEvent(event);
-    // The symbols are drawn in the palette's colours.
-    if (event->type() == QEvent::PaletteChange)
+    const bool handled = QWidget::event(event);
+    // The symbols are drawn in the palette's colours, of which an active window may have others.
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::WindowActivate ||
+        event->type() == QEvent::WindowDeactivate)
         reload();
+    return handled;
 }
 
 void SidebarViewController::paintEvent(QPaintEvent *)

@@ -16,16 +16,24 @@ private slots:
     void welcome_is_selected_at_first();
     void selecting_a_row_calls_back_with_its_pane();
     void the_arrow_keys_select();
+    void one_row_is_selected_at_a_time();
+    void a_screen_reader_is_told_what_the_list_is();
     void a_silent_selection_calls_nobody_back_and_selects_exactly_one_row();
     void losing_the_selection_calls_nobody_back();
     void without_a_callback_a_selection_is_harmless();
     void reloading_keeps_the_selection_and_calls_nobody_back();
     void a_row_is_38_points_high_with_its_symbol_and_title_in_their_frames();
+    void a_title_is_in_the_middle_of_its_frame_and_cut_to_its_width_data();
+    void a_title_is_in_the_middle_of_its_frame_and_cut_to_its_width();
     void a_row_is_mirrored_where_the_language_begins_at_the_right();
+    void a_title_is_in_the_windows_text_colour_and_on_the_selection_in_its_own();
     void the_row_that_the_keyboard_acts_on_is_marked();
     void the_symbols_are_in_the_secondary_colour_and_on_the_selection_in_its_own();
     void the_symbols_follow_the_palette();
+    void the_symbols_follow_the_windows_activity();
     void the_list_does_not_scroll_and_shows_what_is_behind_it();
+    void the_sidebar_is_a_shade_apart_from_the_panes_data();
+    void the_sidebar_is_a_shade_apart_from_the_panes();
     void rows_cannot_be_edited();
     void a_missing_symbol_leaves_the_title();
 };
@@ -49,8 +57,16 @@ struct Fixture {
     QList<PrefPane> selected;
 };
 
+// How a row is drawn, apart from its state.
+struct Look {
+    Qt::LayoutDirection direction = Qt::LeftToRight;
+    QColor windowText = Qt::black;
+    QColor text = Qt::black;
+    QColor highlightedText = Qt::black;
+};
+
 // What the cell draws for row 1 without any selection, 180 points wide.
-QImage drawnRow(const Fixture &f, QStyle::State state, Qt::LayoutDirection direction = Qt::LeftToRight)
+QImage drawnRow(const Fixture &f, QStyle::State state, const Look &look = {})
 {
     QImage image(180, 38, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
@@ -58,11 +74,12 @@ QImage drawnRow(const Fixture &f, QStyle::State state, Qt::LayoutDirection direc
     QStyleOptionViewItem option;
     option.initFrom(f.sidebar.tableView);
     option.state = state;
-    option.direction = direction;
+    option.direction = look.direction;
     option.font = f.sidebar.tableView->font();
     option.fontMetrics = QFontMetrics(option.font);
-    option.palette.setColor(QPalette::WindowText, Qt::black);
-    option.palette.setColor(QPalette::HighlightedText, Qt::black);
+    option.palette.setColor(QPalette::WindowText, look.windowText);
+    option.palette.setColor(QPalette::Text, look.text);
+    option.palette.setColor(QPalette::HighlightedText, look.highlightedText);
     option.rect = image.rect();
     f.sidebar.tableView->itemDelegate()->paint(&painter, option, f.sidebar.tableView->model()->index(1, 0));
     return image;
@@ -138,6 +155,22 @@ void SidebarViewControllerTest::the_arrow_keys_select()
     QCOMPARE(f.selected, QList<PrefPane>({PrefPane::general, PrefPane::behavior, PrefPane::about}));
 }
 
+void SidebarViewControllerTest::one_row_is_selected_at_a_time()
+{
+    Fixture f;
+    const QListView &list = *f.sidebar.tableView;
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                      list.visualRect(list.model()->index(2, 0)).center());
+    QCOMPARE(f.selectedRows().size(), 1);
+    QCOMPARE(f.selected, QList<PrefPane>{PrefPane::behavior});
+}
+
+void SidebarViewControllerTest::a_screen_reader_is_told_what_the_list_is()
+{
+    Fixture f;
+    QCOMPARE(f.sidebar.tableView->accessibleName(), QStringLiteral("Panes"));
+}
+
 void SidebarViewControllerTest::a_silent_selection_calls_nobody_back_and_selects_exactly_one_row()
 {
     Fixture f;
@@ -199,14 +232,59 @@ void SidebarViewControllerTest::a_row_is_38_points_high_with_its_symbol_and_titl
     QCOMPARE(f.sidebar.tableView->font().pixelSize(), 13);
 }
 
+void SidebarViewControllerTest::a_title_is_in_the_middle_of_its_frame_and_cut_to_its_width_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::newRow("short") << QStringLiteral("General");
+    QTest::newRow("long") << QStringLiteral("Allgemeine Einstellungen von Parklet");
+}
+
+void SidebarViewControllerTest::a_title_is_in_the_middle_of_its_frame_and_cut_to_its_width()
+{
+    QFETCH(const QString, title);
+    Fixture f;
+    QAbstractItemModel &model = *f.sidebar.tableView->model();
+    QVERIFY(model.setData(model.index(1, 0), title));
+    const QImage drawn = drawnRow(f, QStyle::State_Enabled);
+
+    QImage expected(drawn.size(), drawn.format());
+    expected.fill(Qt::white);
+    QPainter painter(&expected);
+    painter.setFont(f.sidebar.tableView->font());
+    painter.setPen(Qt::black);
+    painter.drawText(QRect(34, 11, 120, 17), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(title, Qt::ElideRight, 120));
+    painter.end();
+    const QRect right(34, 0, 180 - 34, 38);
+    QCOMPARE(drawn.copy(right), expected.copy(right));
+}
+
 void SidebarViewControllerTest::a_row_is_mirrored_where_the_language_begins_at_the_right()
 {
     Fixture f;
-    const QImage image = drawnRow(f, QStyle::State_Enabled, Qt::RightToLeft);
+    const QImage image = drawnRow(f, QStyle::State_Enabled, {.direction = Qt::RightToLeft});
     QCOMPARE(inkBetween(image, 180 - 34, 180), QRect(180 - 10 - 18, 11, 18, 18));
     const QRect title = inkBetween(image, 0, 180 - 34);
     QVERIFY(QRect(180 - 34 - 120, 11, 120, 17).contains(title));
     QVERIFY(title.right() > 180 - 34 - 4);
+}
+
+void SidebarViewControllerTest::a_title_is_in_the_windows_text_colour_and_on_the_selection_in_its_own()
+{
+    Fixture f;
+    QAbstractItemModel &model = *f.sidebar.tableView->model();
+    // A letter that fills its place.
+    QVERIFY(model.setData(model.index(1, 0), QString(QChar(0x2588))));
+    const Look look{.windowText = Qt::blue, .text = Qt::darkGreen, .highlightedText = Qt::magenta};
+    const QPoint letter(37, 19);
+    const QImage plain = drawnRow(f, QStyle::State_Enabled, look);
+    QCOMPARE(plain.pixelColor(letter), QColor(Qt::blue));
+    const QImage selected = drawnRow(f, QStyle::State_Enabled | QStyle::State_Selected, look);
+    QCOMPARE(selected.pixelColor(letter), QColor(Qt::magenta));
+    // The symbols come in the colours of the palette that the list has.
+    const QPoint symbol(19, 20);
+    QCOMPARE(selected.pixelColor(symbol), f.sidebar.palette().color(QPalette::HighlightedText));
+    QVERIFY(plain.pixelColor(symbol) != selected.pixelColor(symbol));
 }
 
 void SidebarViewControllerTest::the_row_that_the_keyboard_acts_on_is_marked()
@@ -249,14 +327,62 @@ void SidebarViewControllerTest::the_symbols_follow_the_palette()
     QVERIFY(f.selected.isEmpty());
 }
 
+void SidebarViewControllerTest::the_symbols_follow_the_windows_activity()
+{
+    Fixture f;
+    QPalette palette = f.window.palette();
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, Qt::magenta);
+    f.window.setPalette(palette);
+    const auto lastColor = [&f] { return f.virtualPlatform.appearance.symbolRequests.last().second; };
+    f.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&f.window));
+    QCOMPARE(lastColor(), palette.color(QPalette::Active, QPalette::HighlightedText));
+
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QCOMPARE(lastColor(), QColor(Qt::magenta));
+
+    f.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&f.window));
+    QCOMPARE(lastColor(), palette.color(QPalette::Active, QPalette::HighlightedText));
+    QVERIFY(f.selected.isEmpty());
+}
+
 void SidebarViewControllerTest::the_list_does_not_scroll_and_shows_what_is_behind_it()
 {
     Fixture f;
     QListView *list = f.sidebar.tableView;
     QCOMPARE(list->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     QVERIFY(!list->viewport()->autoFillBackground());
+    QCOMPARE(list->frameShape(), QFrame::NoFrame);
     f.sidebar.resize(160, 420);
     QCOMPARE(list->geometry(), QRect(0, 0, 160, 420));
+}
+
+void SidebarViewControllerTest::the_sidebar_is_a_shade_apart_from_the_panes_data()
+{
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("background");
+    QTest::newRow("light") << QColor(Qt::black) << QColor(239, 239, 239);
+    QTest::newRow("dark") << QColor(Qt::white) << QColor(53, 53, 53);
+}
+
+void SidebarViewControllerTest::the_sidebar_is_a_shade_apart_from_the_panes()
+{
+    QFETCH(const QColor, text);
+    QFETCH(const QColor, background);
+    Fixture f;
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Window, background);
+    f.window.setPalette(palette);
+    const int shade = f.sidebar.grab().toImage().pixelColor(90, 400).lightness();
+    // Towards the text, and no more than a shade.
+    const int distance =
+        text.lightness() < background.lightness() ? background.lightness() - shade : shade - background.lightness();
+    QVERIFY2(distance >= 4 && distance <= 30, qPrintable(QString::number(distance)));
 }
 
 void SidebarViewControllerTest::rows_cannot_be_edited()

@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kStepsOfOneKey = 10;
 constexpr int kPagesOfTheRange = 10;
+constexpr double kNegligible = 1e-9; // of the range: a value and its place differ by rounding alone
 
 // Tells a screen reader the value itself rather than the knob's place.
 class AccessibleDoubleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
@@ -31,7 +32,7 @@ public:
     }
 
     QVariant currentValue() const override { return slider.doubleValue(); }
-    void setCurrentValue(const QVariant &value) override { slider.setDoubleValue(value.toDouble()); }
+    void setCurrentValue(const QVariant &value) override { slider.chooseDoubleValue(value.toDouble()); }
     QVariant maximumValue() const override { return slider.maximumValue; }
     QVariant minimumValue() const override { return slider.minimumValue; }
     QVariant minimumStepSize() const override
@@ -66,21 +67,20 @@ DoubleSlider::DoubleSlider(double lowest, double highest, int steps, QWidget *pa
     setPageStep(steps / kPagesOfTheRange);
     guardFromWheel(*this);
     connect(this, &QSlider::valueChanged, this, [this] {
-        isOutside = false;
+        isApproximate = false;
         emit reported();
     });
     connect(this, &QSlider::actionTriggered, this, [this] {
         if (sliderPosition() == value())
-            reportEnd();
+            reportShown();
     });
-    connect(this, &QSlider::sliderReleased, this, &DoubleSlider::reportEnd);
+    connect(this, &QSlider::sliderReleased, this, &DoubleSlider::reportShown);
 }
 
-void DoubleSlider::reportEnd()
+void DoubleSlider::reportShown()
 {
-    if (!std::exchange(isOutside, false))
-        return;
-    emit reported();
+    if (std::exchange(isApproximate, false))
+        emit reported();
 }
 
 double DoubleSlider::doubleValue() const
@@ -88,14 +88,24 @@ double DoubleSlider::doubleValue() const
     return minimumValue + (maximumValue - minimumValue) * value() / maximum();
 }
 
+int DoubleSlider::placeOf(double value) const
+{
+    const double place = (std::clamp(value, minimumValue, maximumValue) - minimumValue) / (maximumValue - minimumValue);
+    return static_cast<int>(std::lround(place * maximum()));
+}
+
 void DoubleSlider::setDoubleValue(double value)
 {
     if (std::isnan(value))
         return;
-    const bool becomesOutside = value < minimumValue || value > maximumValue;
-    const double place = (std::clamp(value, minimumValue, maximumValue) - minimumValue) / (maximumValue - minimumValue);
-    setValue(static_cast<int>(std::lround(place * maximum())));
-    if (!becomesOutside)
-        reportEnd();
-    isOutside = becomesOutside;
+    setValue(placeOf(value));
+    isApproximate = std::abs(value - doubleValue()) > (maximumValue - minimumValue) * kNegligible;
+}
+
+void DoubleSlider::chooseDoubleValue(double value)
+{
+    if (std::isnan(value))
+        return;
+    setValue(placeOf(value));
+    reportShown();
 }

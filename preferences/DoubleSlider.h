@@ -19,13 +19,17 @@ public:
     // Moves the knob to the place nearest to `value`; one outside the range goes to its nearer end.
     void setDoubleValue(double value);
 
+    // Does the same for the user, as a screen reader asks for it: the value is then the one that is shown.
+    void chooseDoubleValue(double value);
+
 signals:
-    // doubleValue() is another one, or stands from here on for a value outside the range, at whose end the knob was put
-    // where it was already.
+    // doubleValue() is another one. Also when the user chose the place where the knob stands for a value that has no
+    // place of its own: what is shown is from here on what he wants.
     void reported();
 
 private:
-    void reportEnd();
+    int placeOf(double value) const;
+    void reportShown();
 
-    bool isOutside = false; // the value that was set last lies outside the range
+    bool isApproximate = false; // the value that was set last is not the one that is shown
 };

@@ -30,6 +30,7 @@ private slots:
     void a_slider_reports_each_move_of_a_drag();
     void the_sliders_store_doubles_and_move_by_keyboard();
     void a_stored_size_out_of_range_can_be_ended_at_the_shown_end();
+    void a_stored_size_between_two_places_can_be_ended_at_the_shown_one();
     void a_chosen_colour_is_stored_and_posted_and_shown_again();
     void a_colour_keeps_its_alpha();
     void animations_cannot_be_changed_here();
@@ -325,6 +326,23 @@ void AppearancePaneTest::a_stored_size_out_of_range_can_be_ended_at_the_shown_en
     QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(120.0));
     QCOMPARE(f.settingsChangedPosts(), 1);
     QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+}
+
+void AppearancePaneTest::a_stored_size_between_two_places_can_be_ended_at_the_shown_one()
+{
+    PaneFixture f;
+    f.values.insert(SettingsKey::shelfItemSize, 90.04);
+    f.load();
+    DoubleSlider &size = f.slider(SettingsKey::shelfItemSize);
+    QCOMPARE(size.doubleValue(), 90.0);
+    QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
+    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(90.0));
+    QCOMPARE(f.settingsChangedPosts(), 1);
+    // A knob that stands at what is stored has nothing to say.
+    f.load();
+    QTest::mouseClick(&f.slider(SettingsKey::shelfItemSize), Qt::LeftButton, {},
+                      knob(f.slider(SettingsKey::shelfItemSize)));
     QCOMPARE(f.settingsChangedPosts(), 1);
 }
 

@@ -29,9 +29,11 @@ private slots:
     void a_slider_maps_its_places_to_doubles();
     void a_slider_goes_to_its_nearer_end_for_a_value_outside();
     void a_slider_reports_the_end_that_it_showed_for_a_value_outside();
+    void a_slider_reports_the_place_that_it_showed_for_a_value_between_two();
     void a_slider_ignores_what_is_no_number();
     void a_slider_tells_a_screen_reader_its_value();
     void a_screen_reader_can_set_a_slider();
+    void a_screen_reader_sets_a_slider_to_its_end_with_a_value_outside();
     void a_colour_well_shows_its_colour();
     void a_translucent_colour_is_shown_over_a_checker();
     void a_colour_set_from_outside_calls_nobody_back();
@@ -66,15 +68,21 @@ double luminance(const QColor &color)
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-// The ratio that the accessibility guidelines for the web define, of a translucent text on an opaque background.
-double contrast(const QColor &text, const QColor &background)
+// What a translucent colour looks like on an opaque background.
+QColor drawnOn(const QColor &background, const QColor &color)
 {
     QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
     image.fill(background);
     QPainter painter(&image);
-    painter.fillRect(image.rect(), text);
+    painter.fillRect(image.rect(), color);
     painter.end();
-    const double one = luminance(image.pixelColor(0, 0)) + 0.05;
+    return image.pixelColor(0, 0);
+}
+
+// The ratio that the accessibility guidelines for the web define.
+double contrast(const QColor &text, const QColor &background)
+{
+    const double one = luminance(drawnOn(background, text)) + 0.05;
     const double other = luminance(background) + 0.05;
     return std::max(one, other) / std::min(one, other);
 }
@@ -275,6 +283,37 @@ void ControlsTest::a_slider_reports_the_end_that_it_showed_for_a_value_outside()
     QCOMPARE(reported(), 1);
 }
 
+void ControlsTest::a_slider_reports_the_place_that_it_showed_for_a_value_between_two()
+{
+    QWidget window;
+    DoubleSlider slider(48.0, 120.0, 720, &window);
+    slider.resize(300, 20);
+    window.resize(300, 20);
+    window.show();
+    int reports = 0;
+    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
+    const auto pressedAtEnd = [&] {
+        reports = 0;
+        QTest::mouseClick(&slider, Qt::LeftButton, {}, QPoint(slider.width() - 5, slider.height() / 2));
+        return reports;
+    };
+    slider.setDoubleValue(119.96);
+    QCOMPARE(slider.doubleValue(), 120.0);
+    QCOMPARE(pressedAtEnd(), 1);
+    QCOMPARE(pressedAtEnd(), 0);
+    // A value that has its place is what is shown, whatever rounding makes of it.
+    for (const double value : {120.0, 120.0 + 1e-12, 120.0 - 1e-12}) {
+        slider.setDoubleValue(value);
+        QCOMPARE(pressedAtEnd(), 0);
+    }
+
+    reports = 0;
+    slider.setDoubleValue(72.04);
+    QCOMPARE(reports, 1);
+    QAccessible::queryAccessibleInterface(&slider)->valueInterface()->setCurrentValue(72.0);
+    QCOMPARE(reports, 2);
+}
+
 void ControlsTest::a_slider_ignores_what_is_no_number()
 {
     QWidget window;
@@ -282,6 +321,11 @@ void ControlsTest::a_slider_ignores_what_is_no_number()
     slider.setDoubleValue(0.5);
     slider.setDoubleValue(qQNaN());
     QCOMPARE(slider.doubleValue(), 0.5);
+    int reports = 0;
+    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
+    slider.chooseDoubleValue(qQNaN());
+    QCOMPARE(slider.doubleValue(), 0.5);
+    QCOMPARE(reports, 0);
 }
 
 void ControlsTest::a_slider_tells_a_screen_reader_its_value()
@@ -311,6 +355,34 @@ void ControlsTest::a_screen_reader_can_set_a_slider()
     QAccessible::queryAccessibleInterface(&slider)->valueInterface()->setCurrentValue(90.0);
     QCOMPARE(slider.doubleValue(), 90.0);
     QCOMPARE(changes, 1);
+}
+
+void ControlsTest::a_screen_reader_sets_a_slider_to_its_end_with_a_value_outside()
+{
+    QWidget window;
+    DoubleSlider slider(48.0, 120.0, 720, &window);
+    int reports = 0;
+    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
+    const auto reported = [&reports] { return std::exchange(reports, 0); };
+    QAccessibleValueInterface &value = *QAccessible::queryAccessibleInterface(&slider)->valueInterface();
+
+    slider.setDoubleValue(72.0);
+    reported();
+    value.setCurrentValue(500.0);
+    QCOMPARE(reported(), 1);
+    QCOMPARE(slider.doubleValue(), 120.0);
+    // The end was reported, and is not news.
+    QTest::keyClick(&slider, Qt::Key_End);
+    QCOMPARE(reported(), 0);
+
+    slider.setDoubleValue(9000.0);
+    reported();
+    value.setCurrentValue(500.0);
+    QCOMPARE(reported(), 1);
+    QCOMPARE(slider.doubleValue(), 120.0);
+    value.setCurrentValue(-1.0);
+    QCOMPARE(reported(), 1);
+    QCOMPARE(slider.doubleValue(), 48.0);
 }
 
 void ControlsTest::a_colour_well_shows_its_colour()

@@ -4,6 +4,7 @@
 #include "app/MainMenu.h"
 #include "app/SharedInstances.h"
 #include "platform/Platform.h"
+#include "settings/BuildInfo.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -237,9 +238,7 @@ void AppDelegate::checkForUpdates()
 
 void AppDelegate::openMoreApps()
 {
-    if (shared.moreAppsURL.isEmpty() || !shared.moreAppsURL.isValid())
-        qFatal("The address of the maker's other applications is not valid.");
-    platform.workspace->open(shared.moreAppsURL);
+    platform.workspace->open(BuildInfo::checkedMoreAppsURL(shared.moreAppsURL));
 }
 
 void AppDelegate::toggleLaunchAtLogin()

@@ -22,6 +22,7 @@ constexpr double kMakerSize = 12;
 
 AboutPane::AboutPane(const SystemAppearance &systemAppearance, Workspace &sharedWorkspace, QWidget *parent)
     : BasePane(parent)
+    , moreAppsURL(BuildInfo::moreAppsURL())
     , appearance(systemAppearance)
     , workspace(sharedWorkspace)
 {
@@ -66,5 +67,5 @@ void AboutPane::changeEvent(QEvent *event)
 
 void AboutPane::openMoreApps()
 {
-    workspace.open(BuildInfo::moreAppsURL());
+    workspace.open(BuildInfo::checkedMoreAppsURL(moreAppsURL));
 }

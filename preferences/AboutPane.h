@@ -3,6 +3,8 @@
 
 #include "preferences/BasePane.h"
 
+#include <QUrl>
+
 class QPushButton;
 class SystemAppearance;
 class Workspace;
@@ -16,7 +18,10 @@ public:
 
     void loadView() override;
 
-    // Opens the maker's web page in the default browser.
+    // The maker's web page, as it was set for this build.
+    QUrl moreAppsURL;
+
+    // Opens that page in the default browser.
     void openMoreApps();
 
 protected:

@@ -16,6 +16,14 @@ QString runningVersion();
 // The web page of the maker's other applications.
 QUrl moreAppsURL();
 
+// `address` of that page, about to be opened; one that is malformed stops the program.
+inline QUrl checkedMoreAppsURL(const QUrl &address)
+{
+    if (!address.isValid())
+        qFatal("The address of the maker's other applications is not valid.");
+    return address;
+}
+
 // The version record that the update check fetches.
 QUrl versionURL();
 

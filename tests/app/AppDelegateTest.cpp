@@ -3,17 +3,12 @@
 #include "settings/BuildInfo.h"
 #include "shelf/ShelfGeometry.h"
 #include "tests/app/AppFixture.h"
+#include "tests/support/InChild.h"
 
 #include <QFile>
 #include <QNetworkAccessManager>
 #include <QTest>
 #include <QTimer>
-
-#include <csignal>
-
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 // What the running application does: its menu, the clipboard, screenshots, and the reactions to notifications.
 class AppDelegateTest : public QObject {
@@ -276,21 +271,9 @@ void AppDelegateTest::a_malformed_address_of_the_build_stops_the_program()
     Fixture f;
     f.shared.moreAppsURL = address;
     f.shared.versionURL = address;
-    const pid_t child = ::fork();
-    QVERIFY(child >= 0);
-    if (child == 0) {
-        // Without a core file and without a word: this end is a wanted one.
-        const rlimit noCore{};
-        ::setrlimit(RLIMIT_CORE, &noCore);
-        std::signal(SIGABRT, SIG_DFL);
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-        f.choose(item);
-        ::_exit(0);
-    }
-    int status = 0;
-    QCOMPARE(::waitpid(child, &status, 0), child);
-    QCOMPARE(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT, stops);
-    QCOMPARE(WIFEXITED(status) && WEXITSTATUS(status) == 0, !stops);
+    const ChildEnd end = inChild([&] { f.choose(item); });
+    QCOMPARE(end.stopped, stops);
+    QCOMPARE(end.finished, !stops);
 }
 
 void AppDelegateTest::the_quit_item_ends_the_application()

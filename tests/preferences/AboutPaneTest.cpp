@@ -4,6 +4,7 @@
 #include "preferences/Controls.h"
 #include "settings/BuildInfo.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/InChild.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -22,8 +23,11 @@ private slots:
     void the_button_is_a_link_in_the_accent_colour();
     void the_button_follows_the_accent_colour();
     void the_button_opens_the_makers_page_once();
+    void a_malformed_page_of_the_maker_stops_the_program_data();
+    void a_malformed_page_of_the_maker_stops_the_program();
     void a_browser_that_does_not_start_is_not_reported();
     void the_button_works_by_keyboard();
+    void the_stack_is_as_wide_as_the_pane_lets_it();
 };
 
 namespace {
@@ -129,6 +133,27 @@ void AboutPaneTest::the_button_opens_the_makers_page_once()
     QCOMPARE(f.virtualPlatform.workspace.opened, QList<QUrl>{BuildInfo::moreAppsURL()});
 }
 
+void AboutPaneTest::a_malformed_page_of_the_maker_stops_the_program_data()
+{
+    QTest::addColumn<QUrl>("address");
+    QTest::addColumn<bool>("stops");
+    QTest::newRow("none") << QUrl() << true;
+    QTest::newRow("malformed") << QUrl(QStringLiteral("https://orvane.example:port/"), QUrl::StrictMode) << true;
+    QTest::newRow("whole") << QUrl(QStringLiteral("https://orvane.example/")) << false;
+}
+
+void AboutPaneTest::a_malformed_page_of_the_maker_stops_the_program()
+{
+    QFETCH(const QUrl, address);
+    QFETCH(const bool, stops);
+    PaneFixture f;
+    AboutPane &pane = f.load();
+    pane.moreAppsURL = address;
+    const ChildEnd end = inChild([&pane] { moreApps(pane).click(); });
+    QCOMPARE(end.stopped, stops);
+    QCOMPARE(end.finished, !stops);
+}
+
 void AboutPaneTest::a_browser_that_does_not_start_is_not_reported()
 {
     PaneFixture f;
@@ -141,8 +166,21 @@ void AboutPaneTest::a_browser_that_does_not_start_is_not_reported()
 void AboutPaneTest::the_button_works_by_keyboard()
 {
     PaneFixture f;
-    QTest::keyClick(&moreApps(f.load()), Qt::Key_Space);
+    const QPushButton &button = moreApps(f.load());
+    f.window->activateWindow();
+    QTest::keyClick(f.window.get(), Qt::Key_Tab);
+    QCOMPARE(f.window->focusWidget(), &button);
+    QTest::keyClick(f.window->focusWidget(), Qt::Key_Space);
     QCOMPARE(f.virtualPlatform.workspace.opened.size(), 1);
+}
+
+void AboutPaneTest::the_stack_is_as_wide_as_the_pane_lets_it()
+{
+    PaneFixture f;
+    const AboutPane &pane = f.load();
+    QCOMPARE(pane.maximumWidth(), QWIDGETSIZE_MAX);
+    for (const QWidget *view : pane.findChildren<QLabel *>())
+        QCOMPARE(view->maximumWidth(), QWIDGETSIZE_MAX);
 }
 
 QTEST_MAIN(AboutPaneTest)

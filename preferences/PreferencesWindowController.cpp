@@ -83,8 +83,8 @@ bool PreferencesWindowController::isWindowVisible() const
 
 void PreferencesWindowController::showWindow()
 {
-    if (preferencesWindow->isMinimized())
-        preferencesWindow->showNormal();
+    // A maximised window comes back as that.
+    preferencesWindow->setWindowState(preferencesWindow->windowState() & ~Qt::WindowMinimized);
     preferencesWindow->show();
     platform.activationPolicy->activate(keyWindow());
 }

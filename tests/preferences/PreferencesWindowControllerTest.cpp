@@ -24,6 +24,7 @@ private slots:
     void the_window_opens_on_the_welcome_pane();
     void opening_brings_the_one_window_to_the_front_with_its_last_pane();
     void a_minimised_window_comes_back_when_opened();
+    void a_maximised_window_comes_back_from_its_icon_as_that();
     void opening_again_leaves_the_focus_with_a_panel_of_the_window();
     void closing_only_hides_the_window();
     void escape_and_command_w_close_the_window();
@@ -150,6 +151,18 @@ void PreferencesWindowControllerTest::a_minimised_window_comes_back_when_opened(
     f.controller.showWindow();
     QVERIFY(!f.controller.window()->isMinimized());
     QVERIFY(f.controller.isWindowVisible());
+}
+
+void PreferencesWindowControllerTest::a_maximised_window_comes_back_from_its_icon_as_that()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.window()->showMaximized();
+    f.controller.window()->showMinimized();
+    QVERIFY(!f.controller.isWindowVisible());
+    f.controller.showWindow();
+    QVERIFY(f.controller.isWindowVisible());
+    QVERIFY(f.controller.window()->isMaximized());
 }
 
 void PreferencesWindowControllerTest::opening_again_leaves_the_focus_with_a_panel_of_the_window()

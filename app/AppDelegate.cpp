@@ -285,7 +285,7 @@ void AppDelegate::handleSettingsChanged()
         // The change of policy can take the window away from the front.
         platform.mainQueue->async([delegate = QPointer<AppDelegate>(this)] {
             if (delegate)
-                delegate->openPreferences();
+                delegate->shared.preferences().showWindowAgain();
         });
     }
 

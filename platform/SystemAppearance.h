@@ -19,4 +19,7 @@ public:
     // The application's icon: the artwork's, or without that the one that the desktop shows for the application. Never
     // null.
     virtual QIcon applicationIcon() const = 0;
+
+    // Whether the desktop's own colour panel comes with a button that takes the choice back, though none is asked for.
+    virtual bool colorPanelTakesBack() const = 0;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "preferences/AppearancePane.h"
 
+#include "platform/SystemAppearance.h"
 #include "preferences/ColorWell.h"
 #include "preferences/Controls.h"
 #include "preferences/DoubleSlider.h"
@@ -39,9 +40,11 @@ protected:
 
 } // namespace
 
-AppearancePane::AppearancePane(AppSettings &settings, NotificationCenter &center, QWidget *parent)
+AppearancePane::AppearancePane(AppSettings &settings, const SystemAppearance &systemAppearance,
+                               NotificationCenter &center, QWidget *parent)
     : BasePane(parent)
     , s(settings)
+    , appearance(systemAppearance)
     , notifications(center)
 {
 }
@@ -103,6 +106,7 @@ QWidget *AppearancePane::makeStack()
     auto *well = new ColorWell(view);
     well->setObjectName(SettingsKey::tintColorData);
     well->setColor(s.tintColor());
+    well->panelTakesBack = appearance.colorPanelTakesBack();
     well->onChange = [this, well] { colorChanged(well); };
     addTitled(tr("Tint colour"), well, Qt::AlignLeft);
     addSlider(tr("Tint intensity"), new DoubleSlider(0.0, 1.0, kIntensitySteps, view), s.tintIntensity(),

@@ -9,6 +9,7 @@ class DoubleSlider;
 class NotificationCenter;
 class QCheckBox;
 class QComboBox;
+class SystemAppearance;
 
 // The look and place of the shelf. Each change is stored at once and announced with settingsChanged, so that the shelf,
 // shown as a live preview meanwhile, follows.
@@ -16,7 +17,8 @@ class AppearancePane : public BasePane {
     Q_OBJECT
 
 public:
-    AppearancePane(AppSettings &settings, NotificationCenter &notifications, QWidget *parent = nullptr);
+    AppearancePane(AppSettings &settings, const SystemAppearance &appearance, NotificationCenter &notifications,
+                   QWidget *parent = nullptr);
 
     void loadView() override;
 
@@ -35,5 +37,6 @@ private:
     void postSettingsChanged();
 
     AppSettings &s;
+    const SystemAppearance &appearance;
     NotificationCenter &notifications;
 };

@@ -48,15 +48,23 @@ void ColorWell::openColorPanel()
         panel->setAttribute(Qt::WA_DeleteOnClose);
         panel->setOptions(QColorDialog::ShowAlphaChannel | QColorDialog::NoButtons);
         panel->setWindowTitle(accessibleName());
-        connect(panel, &QColorDialog::currentColorChanged, this, [this](const QColor &chosen) {
-            setColor(chosen);
-            if (onChange)
-                onChange();
+        connect(panel, &QColorDialog::currentColorChanged, this, &ColorWell::choose);
+        connect(panel, &QColorDialog::rejected, this, [this, before = shownColor] {
+            // Qt's dialog stays off the screen while the desktop shows its own.
+            if (panelTakesBack && panel->testAttribute(Qt::WA_DontShowOnScreen) && shownColor != before)
+                choose(before);
         });
     }
     panel->show();
     panel->raise();
     panel->activateWindow();
+}
+
+void ColorWell::choose(const QColor &color)
+{
+    setColor(color);
+    if (onChange)
+        onChange();
 }
 
 void ColorWell::paintEvent(QPaintEvent *)
@@ -77,7 +85,7 @@ void ColorWell::paintEvent(QPaintEvent *)
 void ColorWell::hideEvent(QHideEvent *event)
 {
     QPushButton::hideEvent(event);
-    // The window was closed, rather than minimised; a panel for it makes no sense any more.
+    // The window was closed, rather than minimised; a panel for it makes no sense any more. What was chosen stays.
     if (panel && !event->spontaneous())
-        panel->close();
+        panel->accept();
 }

@@ -13,11 +13,14 @@
 #include "settings/Notifications.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QPainter>
 #include <QPointer>
 #include <QShortcut>
 #include <QSplitterHandle>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -89,6 +92,14 @@ void PreferencesWindowController::showWindow()
     platform.activationPolicy->activate(keyWindow());
 }
 
+void PreferencesWindowController::showWindowAgain()
+{
+    // The focus is in no window of Qt's: it may be in that panel, whose changes bring us here, and is left to it.
+    if (isWindowVisible() && !QApplication::activeWindow() && hasPanelOfTheDesktop())
+        return;
+    showWindow();
+}
+
 QWidget &PreferencesWindowController::keyWindow() const
 {
     QWidget *active = QApplication::activeWindow();
@@ -97,6 +108,14 @@ QWidget &PreferencesWindowController::keyWindow() const
             return *active;
     }
     return *preferencesWindow;
+}
+
+bool PreferencesWindowController::hasPanelOfTheDesktop() const
+{
+    const auto panels = preferencesWindow->findChildren<QDialog *>();
+    return std::any_of(panels.begin(), panels.end(), [](const QDialog *panel) {
+        return panel->isVisible() && panel->testAttribute(Qt::WA_DontShowOnScreen);
+    });
 }
 
 void PreferencesWindowController::setUpWindow()
@@ -158,7 +177,7 @@ BasePane *PreferencesWindowController::makePane(PrefPane pane) const
         made = new BehaviorPane(settings, platform);
         break;
     case PrefPane::appearance:
-        made = new AppearancePane(settings, notifications);
+        made = new AppearancePane(settings, *platform.appearance, notifications);
         break;
     case PrefPane::about:
         made = new AboutPane(*platform.appearance, *platform.workspace);

@@ -33,6 +33,10 @@ public:
     // has the focus keeps it.
     void showWindow();
 
+    // The same after a change of the settings, which may have taken the window from the front. A panel that the desktop
+    // shows for the window, as it does for the choice of a colour, keeps the focus.
+    void showWindowAgain();
+
     // Replaces the shown pane by a new one of that kind. Posts appearancePaneActive when the Appearance pane comes or
     // goes.
     void showPane(PrefPane pane);
@@ -45,6 +49,8 @@ private:
     BasePane *makePane(PrefPane pane) const;
     // The window, or the panel opened from it that the user is working in.
     QWidget &keyWindow() const;
+    // Whether a panel of the window is on screen that the desktop shows in place of Qt's.
+    bool hasPanelOfTheDesktop() const;
     void setUpWindow();
     void setUpSplitView();
     void centerWindow();

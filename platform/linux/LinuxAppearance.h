@@ -13,6 +13,8 @@ public:
     QColor accentColor() const override;
     QIcon symbol(const QString &name, const QColor &tint) const override;
     QIcon applicationIcon() const override;
+    // As the one of GTK does, which asks to select or to cancel.
+    bool colorPanelTakesBack() const override { return true; }
 
 private:
     QString folder;

@@ -9,4 +9,5 @@ public:
     QColor accentColor() const override;
     QIcon symbol(const QString &name, const QColor &tint) const override;
     QIcon applicationIcon() const override;
+    bool colorPanelTakesBack() const override { return false; }
 };

@@ -47,7 +47,7 @@ namespace {
 struct PaneFixture : Fixture {
     AppearancePane &load(const QSize &size = QSize(519, 500))
     {
-        pane = &show(std::make_unique<AppearancePane>(settings, notifications), size);
+        pane = &show(std::make_unique<AppearancePane>(settings, virtualPlatform.appearance, notifications), size);
         return *pane;
     }
 

@@ -19,8 +19,34 @@ private slots:
     void the_colour_panel_goes_with_its_well();
     void the_colour_panel_goes_with_its_pane();
     void closing_the_panel_keeps_the_last_colour();
+    void a_panel_of_the_desktop_that_is_cancelled_gives_the_colour_back_data();
+    void a_panel_of_the_desktop_that_is_cancelled_gives_the_colour_back();
+    void a_window_that_goes_keeps_the_colour_of_a_panel_of_the_desktop();
+    void the_well_of_the_pane_knows_the_panel_of_the_desktop();
     void minimising_the_window_keeps_the_panel();
 };
+
+namespace {
+
+// Makes Qt's dialog what it is while the desktop shows a panel of its own in its place; being hidden would end that.
+class DesktopPanel : public QObject {
+public:
+    explicit DesktopPanel(QColorDialog &dialog)
+        : QObject(&dialog)
+    {
+        dialog.setAttribute(Qt::WA_DontShowOnScreen);
+        dialog.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *dialog, QEvent *event) override
+    {
+        if (event->type() == QEvent::Hide)
+            static_cast<QWidget *>(dialog)->setAttribute(Qt::WA_DontShowOnScreen);
+        return false;
+    }
+};
+
+} // namespace
 
 void ColorPanelTest::a_colour_well_opens_one_panel_with_alpha_and_without_buttons()
 {
@@ -32,6 +58,8 @@ void ColorPanelTest::a_colour_well_opens_one_panel_with_alpha_and_without_button
     QVERIFY(!panel->isModal());
     QVERIFY(panel->testOption(QColorDialog::ShowAlphaChannel));
     QVERIFY(panel->testOption(QColorDialog::NoButtons));
+    // Where the desktop has a colour panel of its own, that is the one.
+    QVERIFY(!panel->testOption(QColorDialog::DontUseNativeDialog));
     QCOMPARE(panel->windowTitle(), QStringLiteral("Tint colour"));
     f.well.click();
     QCOMPARE(f.well.colorPanel(), panel);
@@ -100,6 +128,72 @@ void ColorPanelTest::closing_the_panel_keeps_the_last_colour()
     QTRY_VERIFY(!f.well.colorPanel());
     QCOMPARE(f.well.color(), QColor(4, 5, 6));
     QCOMPARE(f.chosen, QList<QColor>({QColor(1, 2, 3), QColor(4, 5, 6)}));
+}
+
+void ColorPanelTest::a_panel_of_the_desktop_that_is_cancelled_gives_the_colour_back_data()
+{
+    QTest::addColumn<bool>("isOfTheDesktop");
+    QTest::addColumn<bool>("takesBack");
+    QTest::addColumn<bool>("isCancelled");
+    QTest::addColumn<bool>("givesBack");
+    QTest::newRow("cancelled") << true << true << true << true;
+    QTest::newRow("confirmed") << true << true << false << false;
+    QTest::newRow("without buttons") << true << false << true << false;
+    QTest::newRow("Qt's") << false << true << true << false;
+}
+
+void ColorPanelTest::a_panel_of_the_desktop_that_is_cancelled_gives_the_colour_back()
+{
+    QFETCH(const bool, isOfTheDesktop);
+    QFETCH(const bool, takesBack);
+    QFETCH(const bool, isCancelled);
+    QFETCH(const bool, givesBack);
+    WellFixture f;
+    f.well.panelTakesBack = takesBack;
+    f.well.click();
+    QColorDialog *panel = f.well.colorPanel();
+    if (isOfTheDesktop)
+        new DesktopPanel(*panel);
+    panel->setCurrentColor(QColor(1, 2, 3));
+    panel->setCurrentColor(QColor(4, 5, 6));
+    if (isCancelled)
+        panel->reject();
+    else
+        panel->accept();
+    QCOMPARE(f.well.color(), givesBack ? QColor(20, 40, 60) : QColor(4, 5, 6));
+    QCOMPARE(f.chosen.size(), givesBack ? 3 : 2);
+
+    // One in which nothing was chosen has nothing to give back.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    f.chosen.clear();
+    f.well.click();
+    if (isOfTheDesktop)
+        new DesktopPanel(*f.well.colorPanel());
+    f.well.colorPanel()->reject();
+    QVERIFY(f.chosen.isEmpty());
+}
+
+void ColorPanelTest::a_window_that_goes_keeps_the_colour_of_a_panel_of_the_desktop()
+{
+    WellFixture f;
+    f.well.panelTakesBack = true;
+    f.well.click();
+    new DesktopPanel(*f.well.colorPanel());
+    f.well.colorPanel()->setCurrentColor(QColor(1, 2, 3));
+    f.window.close();
+    QCOMPARE(f.well.color(), QColor(1, 2, 3));
+    QCOMPARE(f.chosen, QList<QColor>{QColor(1, 2, 3)});
+}
+
+void ColorPanelTest::the_well_of_the_pane_knows_the_panel_of_the_desktop()
+{
+    Fixture f;
+    PreferencesWindowController controller(f.virtualPlatform.platform, f.settings, f.notifications);
+    for (const bool takesBack : {true, false}) {
+        f.virtualPlatform.appearance.panelTakesBack = takesBack;
+        controller.showPane(PrefPane::appearance);
+        QCOMPARE(controller.pane()->findChild<ColorWell *>()->panelTakesBack, takesBack);
+    }
 }
 
 void ColorPanelTest::minimising_the_window_keeps_the_panel()

@@ -10,9 +10,11 @@
 #include "preferences/WelcomePane.h"
 #include "tests/preferences/Fixture.h"
 
+#include <QDialog>
 #include <QPointer>
 #include <QShortcut>
 #include <QTest>
+#include <QWindow>
 
 class PreferencesWindowControllerTest : public QObject {
     Q_OBJECT
@@ -26,6 +28,7 @@ private slots:
     void a_minimised_window_comes_back_when_opened();
     void a_maximised_window_comes_back_from_its_icon_as_that();
     void opening_again_leaves_the_focus_with_a_panel_of_the_window();
+    void a_change_of_the_settings_leaves_the_focus_with_a_panel_of_the_desktop();
     void closing_only_hides_the_window();
     void escape_and_command_w_close_the_window();
     void the_window_never_gets_smaller_than_600_by_420();
@@ -183,6 +186,46 @@ void PreferencesWindowControllerTest::opening_again_leaves_the_focus_with_a_pane
     QVERIFY(QTest::qWaitForWindowActive(&stranger));
     f.controller.showWindow();
     QCOMPARE(f.virtualPlatform.activationPolicy.activated.last().data(), f.controller.window());
+}
+
+void PreferencesWindowControllerTest::a_change_of_the_settings_leaves_the_focus_with_a_panel_of_the_desktop()
+{
+    WindowFixture f;
+    const auto &activated = f.virtualPlatform.activationPolicy.activated;
+    f.controller.showWindow();
+    // Qt keeps a dialog of its own for it, which does not come on screen, and the focus is in no widget.
+    QDialog panel(f.controller.pane());
+    panel.setAttribute(Qt::WA_DontShowOnScreen);
+    panel.show();
+    QWindow shown;
+    shown.show();
+    shown.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&shown));
+    QVERIFY(!QApplication::activeWindow());
+    f.controller.showWindowAgain();
+    QCOMPARE(activated.size(), 1);
+    QVERIFY(f.controller.isWindowVisible());
+
+    // Whoever asks for the window gets it.
+    f.controller.showWindow();
+    QCOMPARE(activated.size(), 2);
+
+    // What took the focus away is not always a panel.
+    panel.hide();
+    f.controller.showWindowAgain();
+    QCOMPARE(activated.size(), 3);
+    QCOMPARE(activated.last().data(), f.controller.window());
+    panel.show();
+    f.controller.window()->hide();
+    f.controller.showWindowAgain();
+    QCOMPARE(activated.size(), 4);
+    QVERIFY(f.controller.isWindowVisible());
+    QWidget stranger;
+    stranger.show();
+    stranger.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&stranger));
+    f.controller.showWindowAgain();
+    QCOMPARE(activated.size(), 5);
 }
 
 void PreferencesWindowControllerTest::closing_only_hides_the_window()

@@ -83,10 +83,12 @@ public:
     QColor accentColor() const override { return accent; }
     QIcon symbol(const QString &name, const QColor &tint) const override;
     QIcon applicationIcon() const override;
+    bool colorPanelTakesBack() const override { return panelTakesBack; }
 
     QColor accent = QColor(0, 122, 255);
     QStringList missingSymbols;
     QIcon installedIcon; // the application's while "AppIcon" is missing
+    bool panelTakesBack = false;
     mutable QList<std::pair<QString, QColor>> symbolRequests;
 };
 

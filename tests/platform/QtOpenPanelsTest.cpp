@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -21,6 +22,8 @@ private slots:
 
     void the_panel_has_its_title_prompt_and_folders();
     void the_named_file_is_chosen();
+    void a_file_of_any_kind_can_be_chosen();
+    void one_file_is_chosen_at_a_time();
     void a_link_is_chosen_as_the_link_it_is();
     void a_folder_is_entered_and_not_chosen();
     void a_cancelled_panel_chooses_nothing();
@@ -66,6 +69,8 @@ void QtOpenPanelsTest::initTestCase()
     QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("more")));
     QFile file(path(QStringLiteral("applications/editor.desktop")));
     QVERIFY(file.open(QIODevice::WriteOnly));
+    QFile notes(path(QStringLiteral("applications/notes.txt")));
+    QVERIFY(notes.open(QIODevice::WriteOnly));
     QVERIFY(QFile::link(QStringLiteral("editor.desktop"), path(QStringLiteral("applications/link.desktop"))));
     QVERIFY(QDir(path(QStringLiteral("applications"))).mkdir(QStringLiteral("folder")));
 }
@@ -130,6 +135,38 @@ void QtOpenPanelsTest::the_named_file_is_chosen()
         button(dialog, QStringLiteral("Add"))->click();
     });
     QCOMPARE(chosen, QUrl::fromLocalFile(path(QStringLiteral("applications/editor.desktop"))));
+}
+
+void QtOpenPanelsTest::a_file_of_any_kind_can_be_chosen()
+{
+    bool isListed = false;
+    const auto chosen = run([&isListed](QFileDialog &dialog) {
+        const auto *list = dialog.findChild<QListView *>(QStringLiteral("listView"));
+        isListed = QTest::qWaitFor([list] {
+            for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row) {
+                if (list->model()->index(row, 0, list->rootIndex()).data() == QStringLiteral("notes.txt"))
+                    return true;
+            }
+            return false;
+        });
+        name(dialog, QStringLiteral("notes.txt"));
+        button(dialog, QStringLiteral("Add"))->click();
+    });
+    QVERIFY(isListed);
+    QCOMPARE(chosen, QUrl::fromLocalFile(path(QStringLiteral("applications/notes.txt"))));
+}
+
+void QtOpenPanelsTest::one_file_is_chosen_at_a_time()
+{
+    QFileDialog::FileMode mode = QFileDialog::AnyFile;
+    auto selection = QAbstractItemView::NoSelection;
+    (void)run([&](QFileDialog &dialog) {
+        mode = dialog.fileMode();
+        selection = dialog.findChild<QListView *>(QStringLiteral("listView"))->selectionMode();
+        dialog.reject();
+    });
+    QCOMPARE(mode, QFileDialog::ExistingFile);
+    QCOMPARE(selection, QAbstractItemView::SingleSelection);
 }
 
 void QtOpenPanelsTest::a_link_is_chosen_as_the_link_it_is()

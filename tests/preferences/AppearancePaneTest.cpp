@@ -27,6 +27,7 @@ private slots:
     void bottom_is_stored_as_3();
     void choosing_the_item_shown_stores_and_posts_it();
     void hiding_extensions_is_stored_and_posted();
+    void a_slider_reports_each_move_of_a_drag_data();
     void a_slider_reports_each_move_of_a_drag();
     void the_sliders_store_doubles_and_move_by_keyboard();
     void a_stored_size_out_of_range_can_be_ended_at_the_shown_end();
@@ -131,8 +132,14 @@ void AppearancePaneTest::the_nineteen_views_stand_in_order_with_8_points_between
         QCOMPARE(views.at(i)->x(), 0);
         if (i > 0)
             QCOMPARE(views.at(i)->y() - views.at(i - 1)->geometry().bottom() - 1, 8);
-        if (auto *label = qobject_cast<QLabel *>(views.at(i)))
+        if (auto *label = qobject_cast<QLabel *>(views.at(i))) {
             QCOMPARE(label->font().pixelSize(), 13);
+            QCOMPARE(label->font().family(), QApplication::font().family());
+            QCOMPARE(label->font().weight(), QApplication::font().weight());
+            QCOMPARE(label->foregroundRole(), QPalette::WindowText);
+        }
+        if (auto *popUp = qobject_cast<QComboBox *>(views.at(i)))
+            QCOMPARE(popUp->width(), popUp->sizeHint().width());
         if (qobject_cast<Separator *>(views.at(i)) || qobject_cast<DoubleSlider *>(views.at(i)))
             QCOMPARE(views.at(i)->width(), f.scroll().widget()->width());
     }
@@ -232,6 +239,7 @@ void AppearancePaneTest::the_pop_ups_store_their_index_and_post_once()
     for (int i = 1; i < count; ++i) {
         QTest::keyClick(&f.popUp(key), Qt::Key_Down);
         QCOMPARE(f.stored(key), QVariant(i));
+        QCOMPARE(f.stored(key).typeId(), static_cast<int>(QMetaType::Int));
         QCOMPARE(f.settingsChangedPosts(), i);
         QCOMPARE(f.storedAtLastPost(key), QVariant(i));
     }
@@ -266,18 +274,29 @@ void AppearancePaneTest::hiding_extensions_is_stored_and_posted()
     f.load();
     f.hideExtensions().click();
     QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(true));
+    QCOMPARE(f.stored(SettingsKey::hideFileExtensions).typeId(), static_cast<int>(QMetaType::Bool));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::hideFileExtensions});
     QCOMPARE(f.settingsChangedPosts(), 1);
     QCOMPARE(f.storedAtLastPost(SettingsKey::hideFileExtensions), QVariant(true));
     f.hideExtensions().click();
     QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(false));
+    QCOMPARE(f.stored(SettingsKey::hideFileExtensions).typeId(), static_cast<int>(QMetaType::Bool));
     QCOMPARE(f.settingsChangedPosts(), 2);
+}
+
+void AppearancePaneTest::a_slider_reports_each_move_of_a_drag_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("intensity") << SettingsKey::tintIntensity;
+    QTest::newRow("size") << SettingsKey::shelfItemSize;
 }
 
 void AppearancePaneTest::a_slider_reports_each_move_of_a_drag()
 {
+    QFETCH(const QString, key);
     PaneFixture f;
     f.load();
-    DoubleSlider &slider = f.slider(SettingsKey::shelfItemSize);
+    DoubleSlider &slider = f.slider(key);
     const QPoint start = knob(slider);
     QTest::mousePress(&slider, Qt::LeftButton, {}, start);
     double last = slider.doubleValue();
@@ -287,11 +306,13 @@ void AppearancePaneTest::a_slider_reports_each_move_of_a_drag()
         QCoreApplication::sendEvent(&slider, &move);
         QVERIFY(slider.doubleValue() > last);
         last = slider.doubleValue();
-        QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(last));
+        QCOMPARE(f.stored(key), QVariant(last));
         QCOMPARE(f.settingsChangedPosts(), i);
+        QCOMPARE(f.storedAtLastPost(key), QVariant(last));
     }
     QTest::mouseRelease(&slider, Qt::LeftButton, {}, start + QPoint(100, 0));
     QCOMPARE(f.settingsChangedPosts(), 5);
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList(5, key));
 }
 
 void AppearancePaneTest::the_sliders_store_doubles_and_move_by_keyboard()
@@ -302,6 +323,8 @@ void AppearancePaneTest::the_sliders_store_doubles_and_move_by_keyboard()
     QTest::keyClick(&size, Qt::Key_Right);
     QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(73.0));
     QCOMPARE(f.stored(SettingsKey::shelfItemSize).typeId(), static_cast<int>(QMetaType::Double));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::shelfItemSize});
+    QCOMPARE(f.storedAtLastPost(SettingsKey::shelfItemSize), QVariant(73.0));
     QTest::keyClick(&size, Qt::Key_Home);
     QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(48.0));
     QTest::keyClick(&size, Qt::Key_End);
@@ -310,6 +333,9 @@ void AppearancePaneTest::the_sliders_store_doubles_and_move_by_keyboard()
     DoubleSlider &intensity = f.slider(SettingsKey::tintIntensity);
     QTest::keyClick(&intensity, Qt::Key_Left);
     QCOMPARE(f.stored(SettingsKey::tintIntensity), QVariant(0.39));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes,
+             QStringList(3, SettingsKey::shelfItemSize) + QStringList{SettingsKey::tintIntensity});
+    QCOMPARE(f.storedAtLastPost(SettingsKey::tintIntensity), QVariant(0.39));
     QTest::keyClick(&intensity, Qt::Key_End);
     QCOMPARE(f.stored(SettingsKey::tintIntensity), QVariant(1.0));
     QCOMPARE(f.stored(SettingsKey::tintIntensity).typeId(), static_cast<int>(QMetaType::Double));
@@ -353,8 +379,11 @@ void AppearancePaneTest::a_chosen_colour_is_stored_and_posted_and_shown_again()
     f.choose(QColor(10, 200, 30));
     QCOMPARE(f.settings.tintColor(), QColor(10, 200, 30));
     QCOMPARE(f.settingsChangedPosts(), 1);
+    QVERIFY(f.storedAtLastPost(SettingsKey::tintColorData).isValid());
+    QCOMPARE(f.storedAtLastPost(SettingsKey::tintColorData), f.stored(SettingsKey::tintColorData));
     f.choose(QColor(11, 200, 30));
     QCOMPARE(f.settingsChangedPosts(), 2);
+    QCOMPARE(f.storedAtLastPost(SettingsKey::tintColorData), f.stored(SettingsKey::tintColorData));
     QCOMPARE(f.virtualPlatform.userDefaults.writes,
              QStringList({SettingsKey::tintColorData, SettingsKey::tintColorData}));
     f.load();
@@ -490,10 +519,20 @@ void AppearancePaneTest::focus_goes_from_top_to_bottom()
         QVERIFY(!focused->visibleRegion().isEmpty());
         QTest::keyClick(focused, Qt::Key_Tab);
     }
-    QCOMPARE(visited,
-             QList<QWidget *>({&f.well(), &f.slider(SettingsKey::tintIntensity), &f.slider(SettingsKey::shelfItemSize),
-                               &f.popUp(SettingsKey::windowEdge), &f.popUp(SettingsKey::windowAlignment),
-                               &f.popUp(SettingsKey::fileNameDisplay), &f.hideExtensions()}));
+    const QList<QWidget *> order = {&f.well(),
+                                    &f.slider(SettingsKey::tintIntensity),
+                                    &f.slider(SettingsKey::shelfItemSize),
+                                    &f.popUp(SettingsKey::windowEdge),
+                                    &f.popUp(SettingsKey::windowAlignment),
+                                    &f.popUp(SettingsKey::fileNameDisplay),
+                                    &f.hideExtensions()};
+    QCOMPARE(visited, order);
+    QCOMPARE(f.window->focusWidget(), order.first());
+
+    for (auto control = order.crbegin(); control != order.crend(); ++control) {
+        QTest::keyClick(f.window->focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(f.window->focusWidget(), *control);
+    }
 }
 
 QTEST_MAIN(AppearancePaneTest)

@@ -24,6 +24,8 @@ private slots:
     void a_trigger_is_built_disabled_while_the_shelf_does_not_show_by_itself();
     void the_pop_ups_store_their_index_data();
     void the_pop_ups_store_their_index();
+    void choosing_the_item_shown_stores_it_data() { the_pop_ups_store_their_index_data(); }
+    void choosing_the_item_shown_stores_it();
     void nothing_here_posts_a_notification();
     void the_list_shows_and_stores_the_excluded_applications();
     void removing_the_last_application_stores_an_empty_array();
@@ -222,9 +224,11 @@ void BehaviorPaneTest::the_check_box_stores_and_enables_the_trigger_at_once()
     f.load();
     f.autoShow().click();
     QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(false));
+    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow).typeId(), static_cast<int>(QMetaType::Bool));
     QVERIFY(!f.popUp(SettingsKey::autoShowTrigger).isEnabled());
     f.autoShow().click();
     QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(true));
+    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow).typeId(), static_cast<int>(QMetaType::Bool));
     QVERIFY(f.popUp(SettingsKey::autoShowTrigger).isEnabled());
 }
 
@@ -268,18 +272,34 @@ void BehaviorPaneTest::the_pop_ups_store_their_index()
     QTest::keyClick(&box, Qt::Key_End);
     QTest::keyClick(&box, Qt::Key_Home);
     QCOMPARE(f.stored(key), QVariant(0));
+    QCOMPARE(f.stored(key).typeId(), static_cast<int>(QMetaType::Int));
     for (int i = 1; i < count; ++i) {
         QTest::keyClick(&box, Qt::Key_Down);
         QCOMPARE(f.stored(key), QVariant(i));
+        QCOMPARE(f.stored(key).typeId(), static_cast<int>(QMetaType::Int));
     }
     f.load();
     QCOMPARE(f.popUp(key).currentIndex(), count - 1);
     QCOMPARE(f.values.size(), 1);
 }
 
+void BehaviorPaneTest::choosing_the_item_shown_stores_it()
+{
+    QFETCH(const QString, key);
+    PaneFixture f;
+    f.load();
+    const int shown = f.popUp(key).currentIndex();
+    emit f.popUp(key).activated(shown);
+    QCOMPARE(f.stored(key), QVariant(shown));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{key});
+}
+
 void BehaviorPaneTest::nothing_here_posts_a_notification()
 {
     PaneFixture f;
+    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/Second"));
+    f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.second"));
+    f.virtualPlatform.openPanels.choice = file;
     f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a")});
     f.load();
     f.autoShow().click();
@@ -288,7 +308,10 @@ void BehaviorPaneTest::nothing_here_posts_a_notification()
         QTest::keyClick(&f.popUp(key), Qt::Key_Down);
     f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
     f.list().removeBtn->click();
-    QVERIFY(f.virtualPlatform.userDefaults.writes.size() >= 4);
+    f.list().addBtn->click();
+    QCoreApplication::sendPostedEvents(&f.list(), QEvent::MetaCall);
+    QCOMPARE(f.list().ids, QStringList{QStringLiteral("org.second")});
+    QVERIFY(f.virtualPlatform.userDefaults.writes.size() >= 5);
     QVERIFY(f.posts.isEmpty());
 }
 

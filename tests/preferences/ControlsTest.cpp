@@ -20,10 +20,14 @@ private slots:
     void an_image_is_scaled_up_or_down_to_fit_and_keeps_its_proportions();
     void no_image_draws_nothing();
     void a_label_shows_its_text_as_it_is();
+    void a_label_is_in_the_windows_text_colour();
+    void the_system_font_is_the_applications_at_that_size();
     void a_secondary_label_steps_back();
     void a_secondary_label_can_be_read_on_light_and_on_dark_data();
     void a_secondary_label_can_be_read_on_light_and_on_dark();
     void a_separator_is_one_point_high_in_the_separator_colour();
+    void a_separator_is_drawn_from_end_to_end_data();
+    void a_separator_is_drawn_from_end_to_end();
     void a_pop_up_shows_nothing_for_an_index_without_a_title();
     void the_wheel_changes_a_control_only_while_it_has_the_focus();
     void a_slider_maps_its_places_to_doubles();
@@ -132,6 +136,33 @@ void ControlsTest::a_label_shows_its_text_as_it_is()
     QCOMPARE(label->textInteractionFlags() & Qt::TextEditable, Qt::NoTextInteraction);
 }
 
+void ControlsTest::a_label_is_in_the_windows_text_colour()
+{
+    QWidget window;
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, Qt::blue);
+    window.setPalette(palette);
+    const QLabel *label = fieldLabel(QStringLiteral("text"), &window);
+    QCOMPARE(label->palette().color(label->foregroundRole()), QColor(Qt::blue));
+}
+
+void ControlsTest::the_system_font_is_the_applications_at_that_size()
+{
+    const QFont before = QApplication::font();
+    QFont font = before;
+    font.setFamily(QStringLiteral("Monospace"));
+    font.setWeight(QFont::DemiBold);
+    font.setItalic(true);
+    QApplication::setFont(font);
+    const QFont made = systemFont(24);
+    QWidget window;
+    const QFont ofLabel = fieldLabel(QStringLiteral("text"), &window, 24)->font();
+    QApplication::setFont(before);
+    font.setPixelSize(24);
+    QCOMPARE(made, font);
+    QCOMPARE(ofLabel, font);
+}
+
 void ControlsTest::a_secondary_label_steps_back()
 {
     QWidget window;
@@ -181,6 +212,31 @@ void ControlsTest::a_separator_is_one_point_high_in_the_separator_colour()
     const QColor color = separatorColor(palette);
     QCOMPARE(QColor(color.red(), color.green(), color.blue()), QColor(10, 20, 30));
     QVERIFY(color.alphaF() > 0.1 && color.alphaF() < 0.3);
+}
+
+void ControlsTest::a_separator_is_drawn_from_end_to_end_data()
+{
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("background");
+    QTest::newRow("light") << QColor(Qt::black) << QColor(Qt::white);
+    QTest::newRow("dark") << QColor(Qt::white) << QColor(53, 53, 53);
+}
+
+void ControlsTest::a_separator_is_drawn_from_end_to_end()
+{
+    QFETCH(const QColor, text);
+    QFETCH(const QColor, background);
+    QWidget window;
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Window, background);
+    window.setPalette(palette);
+    Separator separator(&window);
+    separator.resize(50, 1);
+    const QImage image = separator.grab().toImage();
+    QCOMPARE(image.size(), QSize(50, 1));
+    for (const int x : {0, 25, 49})
+        QCOMPARE(image.pixelColor(x, 0), drawnOn(background, separatorColor(palette)));
 }
 
 void ControlsTest::a_pop_up_shows_nothing_for_an_index_without_a_title()

@@ -22,6 +22,7 @@ private slots:
     void only_start_at_login_touches_the_login_item();
     void a_check_box_bound_to_nothing_changes_nothing();
     void the_drag_mode_stores_its_index_and_posts_nothing();
+    void choosing_the_drag_mode_shown_stores_it();
     void a_drag_mode_without_a_title_shows_none_and_stays_stored();
     void values_of_the_wrong_type_show_as_the_defaults();
     void a_store_that_cannot_be_written_keeps_its_values();
@@ -100,7 +101,7 @@ void GeneralPaneTest::the_stack_is_24_points_from_the_edges_with_10_points_betwe
         if (qobject_cast<Separator *>(views.at(i)))
             QCOMPARE(views.at(i)->width(), pane.width() - 48);
         else
-            QVERIFY(views.at(i)->geometry().right() < pane.width() - 24);
+            QCOMPARE(views.at(i)->width(), views.at(i)->sizeHint().width());
         if (i > 0)
             QCOMPARE(views.at(i)->y() - views.at(i - 1)->geometry().bottom() - 1, 10);
     }
@@ -114,8 +115,11 @@ void GeneralPaneTest::every_view_begins_at_the_right_where_the_language_does()
     const QWidget &pane = f.load();
     f.window->setLayoutDirection(Qt::RightToLeft);
     QCoreApplication::sendPostedEvents();
-    for (QWidget *view : stackedViews(pane))
+    for (QWidget *view : stackedViews(pane)) {
         QVERIFY2(view->geometry().right() + 1 == pane.width() - 24, qPrintable(describe(view)));
+        if (!qobject_cast<Separator *>(view))
+            QCOMPARE(view->width(), view->sizeHint().width());
+    }
 }
 
 void GeneralPaneTest::a_fresh_installation_shows_the_defaults()
@@ -243,14 +247,23 @@ void GeneralPaneTest::the_drag_mode_stores_its_index_and_posts_nothing()
     QVERIFY(f.posts.isEmpty());
 }
 
+void GeneralPaneTest::choosing_the_drag_mode_shown_stores_it()
+{
+    PaneFixture f;
+    f.load();
+    emit f.dragMode()->activated(f.dragMode()->currentIndex());
+    QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(0));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::dragMode});
+}
+
 void GeneralPaneTest::a_drag_mode_without_a_title_shows_none_and_stays_stored()
 {
     PaneFixture f;
-    for (const double value : {5.0, -1.0, 1e300}) {
+    // What is no number that an index could be counts as 0 for whoever reads it.
+    for (const auto &[value, index] : {std::pair(5.0, -1), {-1.0, -1}, {1e300, 0}}) {
         f.values.insert(SettingsKey::dragMode, value);
         f.load();
-        if (value < 1e10)
-            QCOMPARE(f.dragMode()->currentIndex(), -1);
+        QCOMPARE(f.dragMode()->currentIndex(), index);
         QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(value));
     }
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());

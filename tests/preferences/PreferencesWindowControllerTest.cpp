@@ -5,10 +5,12 @@
 #include "preferences/AppExclusionListView.h"
 #include "preferences/AppearancePane.h"
 #include "preferences/BehaviorPane.h"
+#include "preferences/DoubleSlider.h"
 #include "preferences/GeneralPane.h"
 #include "preferences/SidebarViewController.h"
 #include "preferences/WelcomePane.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/InChild.h"
 
 #include <QDialog>
 #include <QPointer>
@@ -32,17 +34,23 @@ private slots:
     void closing_only_hides_the_window();
     void escape_and_command_w_close_the_window();
     void the_window_never_gets_smaller_than_600_by_420();
+    void the_window_can_be_made_larger();
     void the_sidebar_is_160_to_200_points_wide_and_cannot_be_collapsed();
     void each_pane_has_its_class();
     void every_switch_makes_a_new_pane_and_ends_the_old_one();
+    void only_the_pane_is_replaced();
+    void a_window_without_its_detail_area_stops_the_program();
+    void showing_a_pane_reads_the_sidebar_again();
     void showing_a_pane_selects_its_row_without_showing_it_twice();
     void a_click_in_the_sidebar_shows_the_pane();
+    void a_row_that_is_taken_out_of_the_selection_keeps_its_pane();
     void the_arrow_keys_in_the_sidebar_show_one_pane_after_the_other();
     void the_appearance_pane_is_announced_when_it_comes_and_when_it_goes();
     void the_pane_and_its_row_are_there_when_it_is_announced();
     void panes_that_are_not_the_appearance_pane_announce_nothing();
     void closing_on_the_appearance_pane_announces_nothing_until_the_next_switch();
     void a_pane_reads_the_settings_when_it_is_shown();
+    void the_appearance_pane_reads_the_settings_at_every_visit();
     void a_pane_that_goes_while_the_open_panel_is_up_adds_nothing();
     void the_users_font_size_leaves_the_controls_as_they_are();
     void a_sidebar_that_outlives_the_controller_calls_nobody();
@@ -101,7 +109,8 @@ void PreferencesWindowControllerTest::the_window_is_700_by_500_points_in_the_mid
     QVERIFY(!f.controller.isWindowVisible());
     const Qt::WindowFlags flags = window->windowFlags();
     QCOMPARE(flags & Qt::WindowType_Mask, Qt::WindowFlags(Qt::Window));
-    for (const Qt::WindowType hint : {Qt::WindowTitleHint, Qt::WindowCloseButtonHint, Qt::WindowMinimizeButtonHint})
+    for (const Qt::WindowType hint :
+         {Qt::WindowTitleHint, Qt::WindowCloseButtonHint, Qt::WindowMinimizeButtonHint, Qt::WindowMaximizeButtonHint})
         QVERIFY(flags.testFlag(hint));
 }
 
@@ -270,6 +279,14 @@ void PreferencesWindowControllerTest::the_window_never_gets_smaller_than_600_by_
     }
 }
 
+void PreferencesWindowControllerTest::the_window_can_be_made_larger()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.window()->resize(1000, 600);
+    QCOMPARE(f.controller.window()->size(), QSize(1000, 600));
+}
+
 void PreferencesWindowControllerTest::the_sidebar_is_160_to_200_points_wide_and_cannot_be_collapsed()
 {
     WindowFixture f;
@@ -323,6 +340,46 @@ void PreferencesWindowControllerTest::every_switch_makes_a_new_pane_and_ends_the
     QCOMPARE(f.controller.window()->findChildren<BasePane *>().size(), 1);
 }
 
+void PreferencesWindowControllerTest::only_the_pane_is_replaced()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.splitter().setSizes({165, 534});
+    const QPointer<SidebarViewController> sidebar = f.controller.sidebar();
+    for (const PrefPane pane :
+         {PrefPane::general, PrefPane::behavior, PrefPane::appearance, PrefPane::about, PrefPane::welcome}) {
+        f.controller.showPane(pane);
+        runDeferredDeletes();
+        QCOMPARE(f.controller.sidebar(), sidebar.data());
+        QCOMPARE(f.splitter().widget(0), sidebar.data());
+        QCOMPARE(sidebar->width(), 165);
+    }
+}
+
+void PreferencesWindowControllerTest::a_window_without_its_detail_area_stops_the_program()
+{
+    const ChildEnd end = inChild([] {
+        WindowFixture f;
+        f.splitter().widget(1)->setParent(nullptr);
+        f.controller.showPane(PrefPane::general);
+    });
+    QVERIFY(end.stopped);
+    QVERIFY2(end.said.contains("detail area"), end.said.constData());
+}
+
+void PreferencesWindowControllerTest::showing_a_pane_reads_the_sidebar_again()
+{
+    WindowFixture f;
+    auto &requests = f.virtualPlatform.appearance.symbolRequests;
+    requests.clear();
+    f.controller.showPane(PrefPane::about);
+    QSet<QString> asked;
+    for (const auto &[symbol, tint] : requests)
+        asked.insert(symbol);
+    for (const SidebarViewController::Row &row : SidebarViewController::rows())
+        QVERIFY2(asked.contains(row.icon), qPrintable(row.icon));
+}
+
 void PreferencesWindowControllerTest::showing_a_pane_selects_its_row_without_showing_it_twice()
 {
     WindowFixture f;
@@ -347,10 +404,28 @@ void PreferencesWindowControllerTest::a_click_in_the_sidebar_shows_the_pane()
     QTest::mouseClick(f.list().viewport(), Qt::LeftButton, {}, row.center());
     QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
     QCOMPARE(f.selectedRow(), 2);
-    // A click beside the rows changes nothing.
+    // A click beside the rows ends the selection, and the pane stays.
     const BasePane *pane = f.controller.pane();
     QTest::mouseClick(f.list().viewport(), Qt::LeftButton, {}, QPoint(80, 400));
     QCOMPARE(f.controller.pane(), pane);
+    QVERIFY(!f.list().selectionModel()->hasSelection());
+    QTest::mouseClick(f.list().viewport(), Qt::LeftButton, {}, row.center());
+    QVERIFY(f.controller.pane() != pane);
+    QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
+}
+
+void PreferencesWindowControllerTest::a_row_that_is_taken_out_of_the_selection_keeps_its_pane()
+{
+    WindowFixture f;
+    f.controller.showWindow();
+    f.controller.showPane(PrefPane::behavior);
+    const BasePane *pane = f.controller.pane();
+    const QRect row = f.list().visualRect(f.list().model()->index(2, 0));
+    QTest::mouseClick(f.list().viewport(), Qt::LeftButton, Qt::ControlModifier, row.center());
+    QVERIFY(!f.list().selectionModel()->hasSelection());
+    QCOMPARE(f.controller.pane(), pane);
+    f.controller.showPane(PrefPane::behavior);
+    QCOMPARE(f.selectedRow(), 2);
 }
 
 void PreferencesWindowControllerTest::the_arrow_keys_in_the_sidebar_show_one_pane_after_the_other()
@@ -429,6 +504,23 @@ void PreferencesWindowControllerTest::a_pane_reads_the_settings_when_it_is_shown
     QVERIFY(isOn(SettingsKey::showMenuBarIcon));
     f.controller.showPane(PrefPane::general);
     QVERIFY(!isOn(SettingsKey::showMenuBarIcon));
+}
+
+void PreferencesWindowControllerTest::the_appearance_pane_reads_the_settings_at_every_visit()
+{
+    WindowFixture f;
+    const auto size = [&f] {
+        return f.controller.pane()->findChild<DoubleSlider *>(SettingsKey::shelfItemSize)->doubleValue();
+    };
+    f.controller.showPane(PrefPane::appearance);
+    QCOMPARE(size(), 72.0);
+    f.values.insert(SettingsKey::shelfItemSize, 90.0);
+    f.controller.showPane(PrefPane::appearance);
+    QCOMPARE(size(), 90.0);
+    f.controller.showPane(PrefPane::about);
+    f.values.insert(SettingsKey::shelfItemSize, 100.0);
+    f.controller.showPane(PrefPane::appearance);
+    QCOMPARE(size(), 100.0);
 }
 
 void PreferencesWindowControllerTest::a_pane_that_goes_while_the_open_panel_is_up_adds_nothing()

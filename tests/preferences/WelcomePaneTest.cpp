@@ -81,6 +81,7 @@ void WelcomePaneTest::the_texts_have_their_sizes_and_colours()
     for (const QString &text : {kTagline, kDescription}) {
         const QLabel *label = labelWith(pane, text);
         QCOMPARE(label->palette().color(label->foregroundRole()), secondaryLabelColor(pane.palette()));
+        QVERIFY(label->alignment().testFlag(Qt::AlignHCenter));
     }
 }
 

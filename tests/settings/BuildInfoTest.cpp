@@ -2,6 +2,7 @@
 #include "settings/BuildInfo.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 #include <QTest>
 #include <QUrlQuery>
 
@@ -14,9 +15,10 @@ private slots:
     void the_running_version_is_the_applications_own();
     void an_application_without_a_version_runs_as_1_0();
     void the_version_of_the_build_is_made_of_dotted_numbers();
+    void the_settings_of_the_build_are_what_it_reports();
     void the_makers_page_is_a_web_address_that_names_this_application();
     void the_version_record_is_a_secure_web_address_of_a_json_file();
-    void the_makers_line_is_one_line();
+    void the_makers_line_is_one_line_of_year_and_name();
 };
 
 void BuildInfoTest::the_running_version_is_the_applications_own()
@@ -42,6 +44,13 @@ void BuildInfoTest::the_version_of_the_build_is_made_of_dotted_numbers()
     }
 }
 
+void BuildInfoTest::the_settings_of_the_build_are_what_it_reports()
+{
+    QCOMPARE(BuildInfo::builtVersion(), QStringLiteral(EXPECTED_VERSION));
+    QCOMPARE(BuildInfo::moreAppsURL(), QUrl(QString::fromUtf8(EXPECTED_MORE_APPS_URL), QUrl::StrictMode));
+    QCOMPARE(BuildInfo::makerLine(), QString::fromUtf8(EXPECTED_MAKER_LINE));
+}
+
 void BuildInfoTest::the_makers_page_is_a_web_address_that_names_this_application()
 {
     const QUrl url = BuildInfo::moreAppsURL();
@@ -59,10 +68,12 @@ void BuildInfoTest::the_version_record_is_a_secure_web_address_of_a_json_file()
     QCOMPARE(url, QUrl(QStringLiteral(EXPECTED_VERSION_URL)));
 }
 
-void BuildInfoTest::the_makers_line_is_one_line()
+void BuildInfoTest::the_makers_line_is_one_line_of_year_and_name()
 {
-    QVERIFY(!BuildInfo::makerLine().isEmpty());
-    QVERIFY(!BuildInfo::makerLine().contains(QLatin1Char('\n')));
+    const QString line = BuildInfo::makerLine();
+    QVERIFY(!line.contains(QLatin1Char('\n')));
+    QVERIFY2(line.contains(QRegularExpression(QStringLiteral("\\b\\d{4}\\b"))), qPrintable(line));
+    QVERIFY2(line.contains(QStringLiteral("Orvane")), qPrintable(line));
 }
 
 QTEST_GUILESS_MAIN(BuildInfoTest)

@@ -62,6 +62,7 @@ private slots:
 
     void the_appearance_pane_brings_a_hidden_shelf_and_takes_it_away();
     void the_appearance_pane_leaves_a_visible_shelf();
+    void a_shelf_that_the_user_hides_meanwhile_stays_away();
     void an_appearance_pane_that_is_left_and_entered_at_once_keeps_its_shelf();
     void anything_but_true_counts_as_leaving_data();
     void anything_but_true_counts_as_leaving();
@@ -731,6 +732,20 @@ void AppDelegateTest::the_appearance_pane_leaves_a_visible_shelf()
     f.appearancePane(Fixture::active(false));
     f.queue.advance(1);
     QVERIFY(!f.shelf.isVisible());
+}
+
+void AppDelegateTest::a_shelf_that_the_user_hides_meanwhile_stays_away()
+{
+    Fixture f;
+    f.delegate->toggleShelf();
+    f.queue.advance(1);
+    f.appearancePane(Fixture::active(true));
+    f.delegate->toggleShelf();
+    f.queue.advance(1);
+    f.appearancePane(Fixture::active(false));
+    f.queue.advance(1);
+    QVERIFY(!f.shelf.isVisible());
+    QCOMPARE(f.panels.ordersFront, 1);
 }
 
 void AppDelegateTest::an_appearance_pane_that_is_left_and_entered_at_once_keeps_its_shelf()

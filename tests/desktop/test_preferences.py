@@ -1,8 +1,11 @@
 # SPDX-License-Identifier: MIT
 """The preferences window, used from outside as a screen reader, a keyboard and a mouse do, down to the settings file."""
+import subprocess
+
 from gi.repository import GLib
 
 from support.case import DesktopTest
+from support.parklet import PROGRAM
 from support.waiting import stays
 
 ENTRY = """[Desktop Entry]
@@ -104,6 +107,8 @@ class PreferencesTest(DesktopTest):
         size = self.show_pane("Appearance", "Shelf item size") and self.app.find("Shelf item size", "slider")
         window = self.wait_for(self.app.window, "the shelf shows as a preview")
         self.app.opaque(window)
+        preferences = self.app.window("preferences")
+        self.assertEqual(self.desktop.windows.active(), preferences.id, "the preferences keep the focus")
         width = self.app.frame().width
         self.assertEqual(size.value, 72.0)
         size.value = 96.0
@@ -117,9 +122,36 @@ class PreferencesTest(DesktopTest):
         self.show_pane("About", "More from Orvane")
         self.wait_for(self.app.hidden, "the preview ends")
 
+    def test_the_preview_leaves_a_shelf_that_is_there(self):
+        self.open_preferences()
+        self.app.show()
+        self.show_pane("Appearance", "Shelf item size")
+        self.show_pane("About", "More from Orvane")
+        stays(lambda: not self.app.hidden(), "the shelf went with the preview", 1.0)
+
+    def test_the_preview_outlasts_the_window_and_ends_with_its_pane(self):
+        self.open_preferences()
+        self.show_pane("Appearance", "Shelf item size")
+        self.app.opaque(self.wait_for(self.app.window, "the shelf shows as a preview"))
+        self.hand.key("Escape")
+        self.wait_for(lambda: not self.app.window("preferences"), "Escape closes the window")
+        stays(lambda: not self.app.hidden(), "the shelf went with the window", 1.0)
+        self.app.choose("Preferences…")
+        self.wait_for(lambda: self.app.window("preferences"), "the window opens again")
+        self.show_pane("About", "More from Orvane")
+        self.wait_for(self.app.hidden, "the preview ends")
+
     def test_the_colour_panel_tints_at_once(self):
         self.open_preferences()
         self.show_pane("Appearance", "Tint colour")
+        shelf = self.wait_for(self.app.window, "the shelf shows as a preview")
+        self.app.opaque(shelf)
+        frame = self.desktop.windows.frame(shelf)
+
+        def preview():
+            return self.desktop.windows.pixel(frame.x + 16, frame.y + frame.height // 2)
+
+        in_accent = preview()
         self.hand.click(*self.app.find("Tint colour", "push button").center)
         self.wait_for(lambda: self.desktop.windows.find(title="Tint colour"), "the colour panel comes up")
         window = self.desktop.windows.find(title="Tint colour")[0]
@@ -127,10 +159,14 @@ class PreferencesTest(DesktopTest):
         self.hand.key("Right")
         self.hand.key("space")
         self.wait_for(lambda: "tintColorData" in self.app.read_settings(), "the colour is stored")
+        self.wait_for(lambda: preview() != in_accent, "the preview takes on the colour")
+        in_color = preview()
         stays(lambda: self.desktop.windows.active() == window.id, "the panel lost the focus", 0.5)
         self.hand.key("Escape")
         self.wait_for(lambda: not self.desktop.windows.find(title="Tint colour"), "the colour panel closes")
         self.assertIsNotNone(self.app.window("preferences"))
+        self.app.find("Tint intensity", "slider").value = 0.0
+        self.wait_for(lambda: preview() not in (in_accent, in_color), "the preview loses the colour")
 
     def install_browser(self):
         """Makes a default browser that writes down what it is asked to open, and answers where."""
@@ -146,6 +182,9 @@ class PreferencesTest(DesktopTest):
         visited = self.install_browser()
         self.open_preferences()
         self.show_pane("About", "More from Orvane")
+        told = subprocess.run([PROGRAM, "--version"], capture_output=True, check=True, text=True).stdout
+        self.assertRegex(told, r"^Parklet \d+\.\d+")
+        self.assertIsNotNone(self.app.find(told.strip(), "label"), "the version is the program's")
         self.app.click("More from Orvane")
         self.wait_for(visited.exists, "the browser opens")
         self.wait_for(lambda: "ref=parklet" in visited.read_text(), "it gets the maker's page")
@@ -225,6 +264,24 @@ class PreferencesTest(DesktopTest):
         self.wait_for(lambda: self.app.find("Start at login"), "it opens again with its pane")
         self.hand.key("w", "Control_L")
         self.wait_for(lambda: not self.app.window("preferences"), "Ctrl+W closes the window")
+
+    def test_the_appearance_and_about_panes_go_by_keyboard(self):
+        visited = self.install_browser()
+        self.open_preferences()
+        for _ in range(3):
+            self.hand.key("Down")
+        self.wait_for(lambda: self.app.find("Tint intensity", "slider"), "the arrow key shows the Appearance pane")
+        self.hand.key("Tab")
+        self.hand.key("Tab")
+        self.hand.key("Right")
+        self.wait_for_setting("tintIntensity", 0.41)
+        self.hand.key("Tab", "Shift_L")
+        self.hand.key("Tab", "Shift_L")
+        self.hand.key("Down")
+        self.wait_for(lambda: self.app.find("More from Orvane"), "the arrow key shows the About pane")
+        self.hand.key("Tab")
+        self.hand.key("space")
+        self.wait_for(visited.exists, "the browser opens")
 
     def test_the_wheel_scrolls_the_pane_and_changes_no_control_under_it(self):
         self.open_preferences()

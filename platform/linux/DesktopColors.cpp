@@ -8,11 +8,11 @@
 
 namespace {
 
-// The greys of a dark desktop, as far apart as the light ones of Qt's own style.
-const QColor kWindow(46, 46, 50);
-const QColor kButton(60, 60, 65);
-const QColor kBase(30, 30, 33);
-const QColor kAlternateBase(38, 38, 41);
+// What can be changed is lighter than what it lies on: the dark outlines of Qt's own style do not show in the dark.
+const QColor kWindow(42, 42, 46);
+const QColor kButton(72, 72, 78);
+const QColor kBase(64, 64, 70);
+const QColor kAlternateBase(70, 70, 76);
 const QColor kText(238, 238, 240);
 const QColor kFaintText(148, 148, 152); // of what is disabled, and of placeholders
 const QColor kToolTip(66, 66, 71);
@@ -44,8 +44,9 @@ double luminance(const QColor &color)
 
 QColor readableOn(const QColor &color)
 {
-    constexpr double kAsFarFromBlackAsFromWhite = 0.179;
-    return luminance(color) > kAsFarFromBlackAsFromWhite ? Qt::black : Qt::white;
+    // White where it has a contrast of 3 to 1 at least, as desktops have it on their accent colours.
+    constexpr double kBrightestUnderWhite = 0.3;
+    return luminance(color) > kBrightestUnderWhite ? Qt::black : Qt::white;
 }
 
 void setDark(QPalette &palette)

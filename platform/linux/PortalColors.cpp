@@ -2,9 +2,9 @@
 #include "platform/linux/PortalColors.h"
 
 #include <QApplication>
-#include <QDBusMessage>
+#include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusVariant>
 
 namespace {
 
@@ -22,7 +22,7 @@ PortalColors::PortalColors(const QDBusConnection &sessionBus, QObject *parent)
     if (!bus.isConnected() || themeKnowsColors())
         return;
     bus.connect(kPortal, kObject, kSettings, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+                SLOT(settingChanged(QDBusMessage)));
     read();
 }
 
@@ -46,10 +46,11 @@ void PortalColors::read()
     });
 }
 
-void PortalColors::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
+void PortalColors::settingChanged(const QDBusMessage &message)
 {
-    if (group == kAppearance)
-        update({{key, value.variant()}});
+    const QVariantList told = message.arguments();
+    if (message.signature() == QStringLiteral("ssv") && told[0].toString() == kAppearance)
+        update({{told[1].toString(), told[2].value<QDBusVariant>().variant()}});
 }
 
 void PortalColors::update(const QVariantMap &changed)

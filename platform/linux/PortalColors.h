@@ -4,7 +4,7 @@
 #include "platform/linux/DesktopColors.h"
 
 #include <QDBusConnection>
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 
 // Gives the application the light or dark palette and the accent colour that the desktop's settings portal tells, now
@@ -21,7 +21,8 @@ public:
     static bool themeKnowsColors();
 
 private slots:
-    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    // The message itself, because Qt may not know the type of its value yet, and then connects nothing.
+    void settingChanged(const QDBusMessage &message);
 
 private:
     void read();

@@ -2,12 +2,14 @@
 """Surroundings in which something is missing that a session has: Parklet works with what there is, or says what not."""
 import os
 import pathlib
+import signal
 import subprocess
 
 from support.case import DesktopTest
 from support.parklet import Parklet, PROGRAM
 from support.waiting import wait_for
 
+PORTAL = pathlib.Path(__file__).with_name("support") / "portal.py"
 XDG = ("XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_DIRS",
        "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE")
 
@@ -147,6 +149,36 @@ class SurroundingsTest(DesktopTest):
         self.app.hold(self.file("words.txt"), folder)
         for tile in self.app.tiles():
             wait_for(lambda: self.colors(tile.frame) > 3, f"{tile.name} has a picture")
+
+    def test_the_desktops_colours_are_the_programs(self):
+        colors = self.desktop.folder / "colours"
+        colors.write_text("1 1.0 0.0 0.0")
+        portal = self.desktop.start("portal", "/usr/bin/python3", "-B", PORTAL, colors)
+        wait_for(self.portal_is_there, "the portal is on the bus")
+        self.start(settings={"tintIntensity": 1.0, "windowEdge": 0})
+        self.app.show()
+        frame = self.app.frame()
+        shelf = (frame.x + frame.width // 2, frame.y + frame.height - 20)
+        wait_for(lambda: self.leads(shelf, 0), "the shelf is tinted red")
+        self.app.choose("Preferences…")
+        window = wait_for(lambda: self.app.window("preferences"), "the preferences open")
+        pane = self.desktop.windows.frame(window)
+        corner = (pane.x + pane.width - 8, pane.y + pane.height - 8)
+        wait_for(lambda: sum(self.desktop.windows.pixel(*corner)) < 200, "they are dark")
+        colors.write_text("2 0.0 0.0 1.0")
+        portal.send_signal(signal.SIGUSR1)
+        wait_for(lambda: self.leads(shelf, 2), "the shelf is tinted blue")
+        wait_for(lambda: sum(self.desktop.windows.pixel(*corner)) > 600, "the preferences are light")
+
+    def portal_is_there(self):
+        return "true" in self.desktop.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
+                                          "--object-path", "/org/freedesktop/DBus", "--method",
+                                          "org.freedesktop.DBus.NameHasOwner", "org.freedesktop.portal.Desktop")
+
+    def leads(self, place, part):
+        """Whether a pixel has far more of one of red, green and blue than of the others."""
+        color = list(self.desktop.windows.pixel(*place))
+        return color.pop(part) > max(color) + 60
 
     def colors(self, frame):
         return len({self.desktop.windows.pixel(frame.x + x, frame.y + y)

@@ -167,9 +167,11 @@ void PortalColorsTest::what_is_highlighted_can_be_read_data()
 {
     QTest::addColumn<QColor>("highlight");
     QTest::addColumn<QColor>("text");
-    QTest::newRow("blue") << QColor(53, 132, 228) << QColor(Qt::black);
-    QTest::newRow("dark blue") << QColor(28, 90, 180) << QColor(Qt::white);
-    QTest::newRow("yellow") << QColor(200, 136, 0) << QColor(Qt::black);
+    QTest::newRow("blue") << QColor(53, 132, 228) << QColor(Qt::white);
+    QTest::newRow("orange") << QColor(230, 97, 25) << QColor(Qt::white);
+    QTest::newRow("yellow") << QColor(246, 211, 45) << QColor(Qt::black);
+    QTest::newRow("the brightest grey under white") << QColor(148, 148, 148) << QColor(Qt::white);
+    QTest::newRow("the next one") << QColor(149, 149, 149) << QColor(Qt::black);
     QTest::newRow("black") << QColor(Qt::black) << QColor(Qt::white);
     QTest::newRow("white") << QColor(Qt::white) << QColor(Qt::black);
 }

@@ -21,5 +21,8 @@ public:
     bool drawsBackground() const override { return true; }
 
 private:
+    // Null for a window that is none.
+    MacPanel *panelOf(const QWidget &window) const;
+
     std::vector<std::unique_ptr<MacPanel>> panels;
 };

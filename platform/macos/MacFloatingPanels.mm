@@ -17,13 +17,19 @@ void MacFloatingPanels::make(QWidget &window, const PanelStyle &style)
 
 void MacFloatingPanels::orderFront(QWidget &window)
 {
-    const auto panel =
-        std::find_if(panels.begin(), panels.end(), [&](const auto &each) { return each->widget() == &window; });
-    if (panel != panels.end())
-        (*panel)->orderFront();
+    if (MacPanel *panel = panelOf(window))
+        panel->orderFront();
 }
 
 void MacFloatingPanels::orderOut(QWidget &window)
 {
-    window.hide();
+    if (MacPanel *panel = panelOf(window))
+        panel->orderOut();
+}
+
+MacPanel *MacFloatingPanels::panelOf(const QWidget &window) const
+{
+    const auto panel =
+        std::find_if(panels.begin(), panels.end(), [&](const auto &each) { return each->widget() == &window; });
+    return panel != panels.end() ? panel->get() : nullptr;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/FloatingPanels.h"
+#include "platform/macos/MacHover.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -9,7 +10,8 @@
 #include <memory>
 
 // The panel behind one window of Qt's. Qt gives its tool windows properties of its own, some of them anew whenever the
-// application becomes active or stops being so; this puts back what a floating panel has.
+// application becomes active or stops being so; this puts back what a floating panel has. And it tells the window of
+// the pointer while another application is active, as is the rule with a panel.
 class MacPanel : public QObject {
 public:
     MacPanel(QWidget &panelWindow, const PanelStyle &panelStyle);
@@ -19,6 +21,7 @@ public:
     QWidget *widget() const { return window; }
 
     void orderFront();
+    void orderOut();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -31,5 +34,6 @@ private:
 
     const QPointer<QWidget> window;
     const PanelStyle style;
+    MacHover hover;
     std::unique_ptr<Native> native;
 };

@@ -2,6 +2,7 @@
 #include "platform/macos/MacPanel.h"
 
 #include <QEvent>
+#include <QWindow>
 
 #import <AppKit/AppKit.h>
 #import <QuartzCore/QuartzCore.h>
@@ -85,6 +86,7 @@ struct MacPanel::Native {
 
     id resigned;
     id activated;
+    QWindow nobody; // never shown
     __weak NSPanel *panel = nil;
     __weak NSVisualEffectView *background = nil;
 };
@@ -92,7 +94,12 @@ struct MacPanel::Native {
 MacPanel::MacPanel(QWidget &panelWindow, const PanelStyle &panelStyle)
     : window(&panelWindow)
     , style(panelStyle)
-    , native(std::make_unique<Native>([this] { applyProperties(); }))
+    , hover(panelWindow)
+    , native(std::make_unique<Native>([this] {
+        // Qt says that the pointer has come or gone when the application becomes active or stops being so.
+        hover.forget();
+        applyProperties();
+    }))
 {
     panelWindow.setAttribute(Qt::WA_TranslucentBackground);
     panelWindow.setAttribute(Qt::WA_ShowWithoutActivating);
@@ -113,10 +120,31 @@ void MacPanel::orderFront()
     [native->panel orderFrontRegardless];
 }
 
+void MacPanel::orderOut()
+{
+    if (!window)
+        return;
+    hover.leave();
+    if (window)
+        window->hide();
+}
+
 bool MacPanel::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == window && event->type() == QEvent::WinIdChange && window->internalWinId())
-        adopt();
+    if (watched != window)
+        return QObject::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::WinIdChange:
+        if (window->internalWinId())
+            adopt();
+        break;
+    case QEvent::Show:
+    case QEvent::WindowStateChange:
+        applyProperties();
+        break;
+    default:
+        break;
+    }
     return QObject::eventFilter(watched, event);
 }
 
@@ -131,7 +159,10 @@ void MacPanel::adopt()
     if (![contents.window isKindOfClass:[NSPanel class]])
         return;
     native->panel = static_cast<NSPanel *>(contents.window);
+    // Qt lets a window become the main one unless it has a transient parent. Any will do.
+    window->windowHandle()->setTransientParent(&native->nobody);
     applyProperties();
+    hover.follow(contents);
 
     // Beside Qt's view and under it: inside it would be drawn over.
     NSVisualEffectView *background = [[NSVisualEffectView alloc] initWithFrame:contents.frame];

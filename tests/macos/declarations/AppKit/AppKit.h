@@ -8,6 +8,25 @@
 
 @class CALayer, NSColor, NSImage, NSMenu, NSScreen, NSView, NSWindow;
 
+// Menus.
+@interface NSMenuItem : NSObject <NSCopying>
+- (instancetype)initWithTitle:(NSString *)string action:(nullable SEL)selector keyEquivalent:(NSString *)charCode;
+@property(copy) NSString *title;
+@property(nullable) SEL action;
+@property(nullable, weak) id target;
+@property(nullable, strong) NSMenu *submenu;
+@property(copy) NSString *keyEquivalent;
+@property(getter=isSeparatorItem, readonly) BOOL separatorItem;
+@end
+@interface NSMenu : NSObject <NSCopying>
+- (instancetype)initWithTitle:(NSString *)title;
+@property(copy) NSString *title;
+@property(readonly) NSInteger numberOfItems;
+- (void)addItem:(NSMenuItem *)newItem;
+- (nullable NSMenuItem *)itemAtIndex:(NSInteger)index;
+- (nullable NSMenuItem *)itemWithTitle:(NSString *)title;
+@end
+
 // Events.
 typedef NS_OPTIONS(unsigned long long, NSEventMask) {
     NSEventMaskLeftMouseUp = 1ULL << 2,
@@ -25,7 +44,15 @@ typedef NSString *NSPasteboardName;
 typedef NSString *NSPasteboardReadingOptionKey;
 extern "C" NSPasteboardName const NSPasteboardNameDrag API_AVAILABLE(macos(10.13));
 extern "C" NSPasteboardReadingOptionKey const NSPasteboardURLReadingFileURLsOnlyKey API_AVAILABLE(macos(10.6));
+@protocol NSPasteboardWriting <NSObject>
+@end
+@interface NSString (NSPasteboardSupport) <NSPasteboardWriting>
+@end
+@interface NSURL (NSPasteboardSupport) <NSPasteboardWriting>
+@end
 @interface NSPasteboard : NSObject
+- (NSInteger)clearContents API_AVAILABLE(macos(10.6));
+- (BOOL)writeObjects:(NSArray<id<NSPasteboardWriting>> *)objects API_AVAILABLE(macos(10.6));
 + (NSPasteboard *)pasteboardWithName:(NSPasteboardName)name;
 @property(readonly) NSInteger changeCount;
 - (nullable NSArray *)readObjectsForClasses:(NSArray<Class> *)classArray
@@ -87,6 +114,7 @@ API_AVAILABLE(macos(11.0))
                           accessibilityDescription:(nullable NSString *)description API_AVAILABLE(macos(11.0));
 - (nullable NSImage *)imageWithSymbolConfiguration:(NSImageSymbolConfiguration *)configuration
     API_AVAILABLE(macos(11.0));
+- (instancetype)initWithCGImage:(CGImageRef)cgImage size:(NSSize)size API_AVAILABLE(macos(10.6));
 @property NSSize size;
 - (void)drawInRect:(NSRect)rect fromRect:(NSRect)fromRect operation:(NSCompositingOperation)op fraction:(CGFloat)delta;
 @end
@@ -96,8 +124,28 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
     NSViewWidthSizable = 2,
     NSViewHeightSizable = 16,
 };
+typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
+    NSTrackingMouseEnteredAndExited = 0x01,
+    NSTrackingMouseMoved = 0x02,
+    NSTrackingActiveAlways = 0x80,
+    NSTrackingInVisibleRect = 0x200,
+};
+API_AVAILABLE(macos(10.5))
+@interface NSTrackingArea : NSObject <NSCopying>
+- (instancetype)initWithRect:(NSRect)rect
+                     options:(NSTrackingAreaOptions)options
+                       owner:(nullable id)owner
+                    userInfo:(nullable NSDictionary<id, id> *)userInfo;
+@property(readonly) NSTrackingAreaOptions options;
+@property(nullable, readonly, weak) id owner;
+@end
 typedef NS_ENUM(NSInteger, NSWindowOrderingMode) { NSWindowAbove = 1, NSWindowBelow = -1, NSWindowOut = 0 };
-@interface NSView : NSObject
+@interface NSResponder : NSObject
+- (void)mouseEntered:(NSEvent *)event;
+- (void)mouseMoved:(NSEvent *)event;
+- (void)mouseExited:(NSEvent *)event;
+@end
+@interface NSView : NSResponder
 - (instancetype)initWithFrame:(NSRect)frameRect;
 @property(nullable, readonly, unsafe_unretained) NSWindow *window;
 @property(nullable, readonly, unsafe_unretained) NSView *superview;
@@ -105,6 +153,10 @@ typedef NS_ENUM(NSInteger, NSWindowOrderingMode) { NSWindowAbove = 1, NSWindowBe
 @property NSAutoresizingMaskOptions autoresizingMask;
 @property BOOL wantsLayer API_AVAILABLE(macos(10.5));
 @property(nullable, strong) CALayer *layer API_AVAILABLE(macos(10.5));
+@property(copy) NSArray<__kindof NSView *> *subviews;
+@property(readonly, copy) NSArray<NSTrackingArea *> *trackingAreas API_AVAILABLE(macos(10.5));
+- (void)addTrackingArea:(NSTrackingArea *)trackingArea API_AVAILABLE(macos(10.5));
+- (void)removeTrackingArea:(NSTrackingArea *)trackingArea API_AVAILABLE(macos(10.5));
 - (void)addSubview:(NSView *)view positioned:(NSWindowOrderingMode)place relativeTo:(nullable NSView *)otherView;
 - (void)removeFromSuperview;
 @end
@@ -126,11 +178,50 @@ API_AVAILABLE(macos(10.10))
 @property NSVisualEffectBlendingMode blendingMode;
 @property NSVisualEffectState state;
 @end
-@interface NSButton : NSView
+typedef NSInteger NSControlStateValue;
+static const NSControlStateValue NSControlStateValueOff API_AVAILABLE(macos(10.13)) = 0;
+static const NSControlStateValue NSControlStateValueOn API_AVAILABLE(macos(10.13)) = 1;
+@interface NSControl : NSView
+- (void)performClick:(nullable id)sender;
+@end
+@interface NSButton : NSControl
++ (instancetype)checkboxWithTitle:(NSString *)title
+                           target:(nullable id)target
+                           action:(nullable SEL)action API_AVAILABLE(macos(10.12));
+@property(copy) NSString *title;
 @property(nullable, strong) NSImage *image;
+@property NSControlStateValue state;
+@end
+typedef NS_ENUM(NSInteger, NSScrollerStyle) {
+    NSScrollerStyleLegacy API_AVAILABLE(macos(10.7)) = 0,
+    NSScrollerStyleOverlay API_AVAILABLE(macos(10.7)) = 1,
+};
+typedef NS_ENUM(NSUInteger, NSControlSize) { NSControlSizeRegular API_AVAILABLE(macos(10.12)) = 0 };
+@interface NSScroller : NSControl
++ (CGFloat)scrollerWidthForControlSize:(NSControlSize)controlSize
+                         scrollerStyle:(NSScrollerStyle)scrollerStyle API_AVAILABLE(macos(10.7));
+@end
+@interface NSScrollView : NSView
+@property(nullable, strong) __kindof NSView *documentView;
+@property BOOL drawsBackground;
+@end
+@interface NSText : NSView
+@property(copy) NSString *string;
+@property(getter=isEditable) BOOL editable;
+@property BOOL drawsBackground;
+@end
+@interface NSTextView : NSText
++ (NSScrollView *)scrollableTextView API_AVAILABLE(macos(10.14));
 @end
 
 // Windows.
+typedef NSString *NSAppearanceName;
+extern "C" NSAppearanceName const NSAppearanceNameDarkAqua API_AVAILABLE(macos(10.14));
+API_AVAILABLE(macos(10.9))
+@interface NSAppearance : NSObject <NSSecureCoding>
++ (nullable NSAppearance *)appearanceNamed:(NSAppearanceName)name;
+@property(readonly, copy) NSAppearanceName name;
+@end
 typedef NSInteger NSWindowLevel;
 extern "C" const NSWindowLevel NSFloatingWindowLevel;
 typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
@@ -148,12 +239,13 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
     NSWindowAnimationBehaviorDefault = 0,
     NSWindowAnimationBehaviorNone = 2,
 };
-@interface NSWindow : NSObject
+@interface NSWindow : NSResponder
 - (instancetype)initWithContentRect:(NSRect)contentRect
                           styleMask:(NSWindowStyleMask)style
                             backing:(NSBackingStoreType)backingStoreType
                               defer:(BOOL)flag
                              screen:(nullable NSScreen *)screen;
+@property(nullable, strong) __kindof NSView *contentView;
 @property NSWindowStyleMask styleMask;
 @property NSWindowLevel level;
 @property NSWindowCollectionBehavior collectionBehavior API_AVAILABLE(macos(10.5));
@@ -162,6 +254,12 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 @property(null_resettable, copy) NSColor *backgroundColor;
 @property BOOL hasShadow;
 @property NSWindowAnimationBehavior animationBehavior API_AVAILABLE(macos(10.7));
+@property(nullable, strong) NSAppearance *appearance API_AVAILABLE(macos(10.9));
+@property(getter=isOpaque) BOOL opaque;
+@property(getter=isVisible, readonly) BOOL visible;
+@property(getter=isKeyWindow, readonly) BOOL keyWindow;
+@property(readonly) BOOL canBecomeKeyWindow;
+@property(readonly) BOOL canBecomeMainWindow;
 - (void)orderFrontRegardless;
 @end
 @interface NSPanel : NSWindow
@@ -169,6 +267,18 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 @end
 typedef NSInteger NSModalResponse;
 enum : NSModalResponse { NSModalResponseOK API_AVAILABLE(macos(10.9)) = 1 };
+enum : NSModalResponse { NSAlertFirstButtonReturn = 1000 };
+@interface NSAlert : NSObject
+@property(copy) NSString *messageText;
+@property(copy) NSString *informativeText;
+@property(null_resettable, strong) NSImage *icon;
+- (NSButton *)addButtonWithTitle:(NSString *)title;
+@property(readonly, copy) NSArray<NSButton *> *buttons;
+@property(nullable, strong) NSView *accessoryView API_AVAILABLE(macos(10.5));
+- (void)layout API_AVAILABLE(macos(10.5));
+- (NSModalResponse)runModal;
+@property(readonly, strong) NSWindow *window;
+@end
 @interface NSSavePanel : NSPanel
 @property(nullable, readonly, copy) NSURL *URL;
 @property(nullable, copy) NSURL *directoryURL API_AVAILABLE(macos(10.6));
@@ -176,6 +286,7 @@ enum : NSModalResponse { NSModalResponseOK API_AVAILABLE(macos(10.9)) = 1 };
 @property(null_resettable, copy) NSString *prompt;
 @property BOOL treatsFilePackagesAsDirectories;
 - (NSModalResponse)runModal;
+- (void)cancel:(nullable id)sender;
 @end
 @interface NSOpenPanel : NSSavePanel
 + (NSOpenPanel *)openPanel;
@@ -218,10 +329,15 @@ extern "C" NSNotificationName const NSApplicationDidBecomeActiveNotification;
 extern "C" NSNotificationName const NSApplicationDidResignActiveNotification;
 extern "C" NSNotificationName const NSApplicationDidFinishLaunchingNotification;
 extern "C" NSNotificationName const NSApplicationDidChangeScreenParametersNotification;
-@interface NSApplication : NSObject
+@interface NSApplication : NSResponder
 @property(class, readonly, strong) __kindof NSApplication *sharedApplication;
+@property(getter=isActive, readonly) BOOL active;
+@property(nullable, readonly, strong) NSWindow *modalWindow;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy API_AVAILABLE(macos(10.6));
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
+- (void)deactivate;
+- (void)abortModal;
+@property(nullable, readonly, strong) NSEvent *currentEvent;
 @property(nullable, strong) NSMenu *mainMenu;
 @property(null_resettable, strong) NSImage *applicationIconImage;
 @end

@@ -35,6 +35,9 @@ void CFRelease(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
 CFTypeID CFBooleanGetTypeID(void);
 
+extern const CFStringRef kCFPreferencesCurrentApplication;
+Boolean CFPreferencesAppSynchronize(CFStringRef applicationID);
+
 CFRunLoopRef CFRunLoopGetMain(void) API_AVAILABLE(macos(10.0));
 void CFRunLoopAddSource(CFRunLoopRef loop, CFRunLoopSourceRef _Nullable source, CFRunLoopMode _Nullable mode);
 void CFRunLoopRemoveSource(CFRunLoopRef loop, CFRunLoopSourceRef _Nullable source, CFRunLoopMode _Nullable mode);

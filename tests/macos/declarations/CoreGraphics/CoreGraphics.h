@@ -34,6 +34,8 @@ size_t CGImageGetHeight(CGImageRef _Nullable image) API_AVAILABLE(macos(10.0));
 typedef struct __CGEvent *CGEventRef;
 typedef struct __CGEventTapProxy *CGEventTapProxy;
 typedef uint64_t CGEventMask;
+typedef uint16_t CGKeyCode;
+typedef struct __CGEventSource *CGEventSourceRef;
 #define CGEventMaskBit(eventType) ((CGEventMask)1 << (eventType))
 typedef NS_ENUM(uint32_t, CGEventType) { kCGEventKeyDown = 10 };
 typedef NS_OPTIONS(uint64_t, CGEventFlags) {
@@ -43,9 +45,12 @@ typedef NS_OPTIONS(uint64_t, CGEventFlags) {
     kCGEventFlagMaskCommand = 0x100000,
 };
 typedef NS_ENUM(uint32_t, CGEventField) { kCGKeyboardEventKeycode = 9 };
-typedef NS_ENUM(uint32_t, CGEventTapLocation) { kCGSessionEventTap = 1 };
-typedef NS_ENUM(uint32_t, CGEventTapPlacement) { kCGHeadInsertEventTap = 0 };
-typedef NS_ENUM(uint32_t, CGEventTapOptions) { kCGEventTapOptionDefault = 0 };
+typedef NS_ENUM(uint32_t, CGEventTapLocation) { kCGHIDEventTap = 0, kCGSessionEventTap = 1 };
+typedef NS_ENUM(uint32_t, CGEventTapPlacement) { kCGHeadInsertEventTap = 0, kCGTailAppendEventTap = 1 };
+typedef NS_ENUM(uint32_t, CGEventTapOptions) {
+    kCGEventTapOptionDefault = 0,
+    kCGEventTapOptionListenOnly = 1,
+};
 typedef CGEventRef _Nullable (*CGEventTapCallBack)(CGEventTapProxy proxy, CGEventType type, CGEventRef event,
                                                    void *_Nullable userInfo);
 
@@ -54,6 +59,10 @@ CFMachPortRef _Nullable CGEventTapCreate(CGEventTapLocation tap, CGEventTapPlace
                                          void *_Nullable userInfo) API_AVAILABLE(macos(10.4));
 void CGEventTapEnable(CFMachPortRef tap, bool enable) API_AVAILABLE(macos(10.4));
 int64_t CGEventGetIntegerValueField(CGEventRef _Nullable event, CGEventField field) API_AVAILABLE(macos(10.4));
+CGEventRef _Nullable CGEventCreateKeyboardEvent(CGEventSourceRef _Nullable source, CGKeyCode virtualKey, bool keyDown)
+    API_AVAILABLE(macos(10.4));
+void CGEventSetFlags(CGEventRef _Nullable event, CGEventFlags flags) API_AVAILABLE(macos(10.4));
+void CGEventPost(CGEventTapLocation tap, CGEventRef _Nullable event) API_AVAILABLE(macos(10.4));
 CGEventFlags CGEventGetFlags(CGEventRef _Nullable event) API_AVAILABLE(macos(10.4));
 }
 

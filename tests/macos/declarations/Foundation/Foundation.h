@@ -45,11 +45,15 @@ __attribute__((objc_root_class))
 + (Class)class;
 @end
 
+extern "C" SEL NSSelectorFromString(NSString *aSelectorName);
+extern "C" NSString *NSStringFromSelector(SEL aSelector);
+
 typedef NSString *NSNotificationName;
 typedef NSString *NSFileAttributeKey;
 
 @interface NSString : NSObject <NSCopying, NSSecureCoding>
 @property(readonly) NSUInteger length;
+- (BOOL)isEqualToString:(NSString *)aString;
 @property(readonly, copy) NSString *lastPathComponent;
 @property(readonly, copy) NSString *stringByDeletingPathExtension;
 @end
@@ -71,6 +75,8 @@ typedef NSString *NSFileAttributeKey;
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)count;
+- (ObjectType)objectAtIndexedSubscript:(NSUInteger)idx API_AVAILABLE(macos(10.8));
+- (NSUInteger)indexOfObject:(ObjectType)anObject;
 @property(nullable, nonatomic, readonly) ObjectType firstObject API_AVAILABLE(macos(10.6));
 @end
 
@@ -94,6 +100,7 @@ typedef NSString *NSFileAttributeKey;
 @property(nullable, readonly, copy) NSString *path;
 @property(readonly, getter=isFileURL) BOOL fileURL;
 @property(nullable, readonly, copy) NSURL *filePathURL API_AVAILABLE(macos(10.6));
+- (nullable NSURL *)fileReferenceURL API_AVAILABLE(macos(10.6));
 @end
 
 @interface NSBundle : NSObject

@@ -13,7 +13,7 @@ class QWidget;
 struct OpenPanel {
     QString title;
     QString prompt;      // the title of the button that picks
-    QList<QUrl> folders; // where it starts, and other places at hand; at least one
+    QList<QUrl> folders; // where it starts, and other places at hand; none: wherever the desktop starts
 };
 
 class OpenPanels {

@@ -3,6 +3,7 @@
 
 #include "platform/ActivationPolicy.h"
 #include "platform/SystemAppearance.h"
+#include "platform/common/LongText.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -18,9 +19,7 @@ namespace {
 constexpr int kIconSize = 64;          // points
 constexpr int kTextWidth = 320;        // points
 constexpr int kLargestWordWidth = 400; // points
-constexpr int kLongText = 600;         // characters
-constexpr int kManyLines = 12;
-constexpr int kLongTextHeight = 200; // points
+constexpr int kLongTextHeight = 200;   // points
 
 QPalette darkPalette()
 {
@@ -44,11 +43,10 @@ void emphasizeMessage(QMessageBox &box)
     }
 }
 
-// Shows the informative text at a width at which it reads well. What comes from outside can be of any length; beyond a
-// few lines it scrolls, so that the buttons stay on the screen.
+// Shows the informative text at a width at which it reads well.
 void setInformativeText(QMessageBox &box, const QString &text)
 {
-    const bool isLong = text.size() > kLongText || text.count(QLatin1Char('\n')) > kManyLines;
+    const bool isLong = isLongText(text);
     // A label lays out all of its text again and again; it is not given more than it can take.
     box.setInformativeText(isLong ? QStringLiteral(" ") : text);
     auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"));

@@ -13,7 +13,8 @@ std::optional<QUrl> QtOpenPanels::runModal(const OpenPanel &panel, QWidget *wind
     dialog->setLabelText(QFileDialog::Accept, panel.prompt);
     // An application's entry is often a link; what it is called is the link's name.
     dialog->setOption(QFileDialog::DontResolveSymlinks);
-    dialog->setDirectoryUrl(panel.folders.first());
+    if (!panel.folders.isEmpty())
+        dialog->setDirectoryUrl(panel.folders.first());
     const QList<QUrl> usualPlaces = dialog->sidebarUrls();
     dialog->setSidebarUrls(usualPlaces + panel.folders);
     const bool accepted = dialog->exec() == QDialog::Accepted;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QIcon>
 #include <QImage>
 #include <QPointF>
 #include <QRectF>
@@ -48,6 +49,9 @@ QImage fromCGImage(CGImageRef image, const QSize &bound);
 
 // `image` drawn as large as fits into the middle of `size` pixels.
 QImage fromNSImage(NSImage *image, const QSize &size);
+
+// `icon` of at most `size` points, at `scale` pixels a point.
+NSImage *toNSImage(const QIcon &icon, const QSize &size, double scale);
 
 // What Cocoa measures from the bottom left of the primary screen, as Qt does from its top left. `primaryHeight` is the
 // height of that screen.

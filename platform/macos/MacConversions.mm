@@ -109,6 +109,15 @@ QImage fromNSImage(NSImage *image, const QSize &size)
     return canvas;
 }
 
+NSImage *toNSImage(const QIcon &icon, const QSize &size, double scale)
+{
+    const QImage image = icon.pixmap(size, scale).toImage();
+    const CFRef<CGImageRef> picture(image.toCGImage());
+    if (!picture)
+        return nil;
+    return [[NSImage alloc] initWithCGImage:picture.get() size:image.deviceIndependentSize().toCGSize()];
+}
+
 QPointF fromScreenPoint(const QPointF &point, double primaryHeight)
 {
     return {point.x(), primaryHeight - point.y()};

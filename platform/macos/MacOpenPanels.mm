@@ -2,6 +2,7 @@
 #include "platform/macos/MacOpenPanels.h"
 
 #include "platform/macos/MacConversions.h"
+#include "platform/macos/MacModal.h"
 
 #import <AppKit/AppKit.h>
 
@@ -10,12 +11,16 @@ std::optional<QUrl> MacOpenPanels::runModal(const OpenPanel &panel, QWidget *)
     NSOpenPanel *dialog = [NSOpenPanel openPanel];
     dialog.title = toNSString(panel.title);
     dialog.prompt = toNSString(panel.prompt);
-    dialog.directoryURL = toNSURL(panel.folders.first());
+    if (!panel.folders.isEmpty())
+        dialog.directoryURL = toNSURL(panel.folders.first());
     dialog.canChooseFiles = YES;
     dialog.canChooseDirectories = NO;
     dialog.allowsMultipleSelection = NO;
     dialog.treatsFilePackagesAsDirectories = NO;
-    if ([dialog runModal] != NSModalResponseOK)
-        return {};
-    return fromNSURL(dialog.URL);
+    std::optional<QUrl> chosen;
+    runModally([&] {
+        if ([dialog runModal] == NSModalResponseOK)
+            chosen = fromNSURL(dialog.URL);
+    });
+    return chosen;
 }

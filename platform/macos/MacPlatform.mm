@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Platform.h"
-#include "platform/common/QtAlerts.h"
 #include "platform/common/QtMainQueue.h"
 #include "platform/common/QtPasteboard.h"
 #include "platform/macos/MacAccessibilityTrust.h"
 #include "platform/macos/MacActivationPolicy.h"
+#include "platform/macos/MacAlerts.h"
 #include "platform/macos/MacAppearance.h"
 #include "platform/macos/MacColorArchive.h"
 #include "platform/macos/MacDragPasteboard.h"
@@ -49,7 +49,7 @@ std::unique_ptr<Platform> createPlatform()
     platform->activationPolicy = std::make_unique<MacActivationPolicy>();
     platform->menuBar = std::make_unique<MacMenuBar>();
     platform->statusBar = std::make_unique<MacStatusBar>();
-    platform->alerts = std::make_unique<QtAlerts>(*platform->appearance, *platform->activationPolicy);
+    platform->alerts = std::make_unique<MacAlerts>();
     platform->thumbnailGenerator = std::make_unique<MacThumbnailGenerator>();
     platform->keyTap = std::make_unique<MacKeyTap>();
     platform->floatingPanels = std::make_unique<MacFloatingPanels>();

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "platform/macos/MacAlerts.h"
+
+#include "platform/common/LongText.h"
+#include "platform/macos/MacConversions.h"
+#include "platform/macos/MacModal.h"
+
+#import <AppKit/AppKit.h>
+
+namespace {
+
+constexpr int kIconSize = 64;                           // points
+constexpr double kIconScale = 2;                        // pixels a point, of the sharpest screens
+constexpr NSRect kLongTextFrame = {{0, 0}, {320, 200}}; // points
+
+NSView *scrollingText(const QString &text)
+{
+    NSScrollView *area = [NSTextView scrollableTextView];
+    area.frame = kLongTextFrame;
+    area.drawsBackground = NO;
+    NSTextView *view = area.documentView;
+    view.editable = NO;
+    view.drawsBackground = NO;
+    view.string = toNSString(text);
+    return area;
+}
+
+} // namespace
+
+AlertAnswer MacAlerts::runModal(const Alert &question)
+{
+    NSAlert *alert = [[NSAlert alloc] init];
+    if (!question.icon.isNull())
+        alert.icon = toNSImage(question.icon, QSize(kIconSize, kIconSize), kIconScale);
+    alert.messageText = toNSString(question.messageText);
+    const bool isLong = question.checkboxTitle.isEmpty() && isLongText(question.informativeText);
+    alert.informativeText = isLong ? @"" : toNSString(question.informativeText);
+    for (const QString &title : question.buttons)
+        [alert addButtonWithTitle:toNSString(title)];
+
+    NSButton *checkbox = nil;
+    if (!question.checkboxTitle.isEmpty()) {
+        checkbox = [NSButton checkboxWithTitle:toNSString(question.checkboxTitle) target:nil action:nil];
+        alert.accessoryView = checkbox;
+    } else if (isLong) {
+        alert.accessoryView = scrollingText(question.informativeText);
+    }
+    [alert layout];
+    if (question.dark)
+        alert.window.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
+    if (question.activates)
+        [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+
+    AlertAnswer answer;
+    runModally([&] {
+        const NSModalResponse response = [alert runModal];
+        const auto button = response - NSAlertFirstButtonReturn;
+        answer.button = button >= 0 && button < question.buttons.size() ? static_cast<int>(button) : -1;
+        answer.checkboxOn = checkbox.state == NSControlStateValueOn;
+    });
+    return answer;
+}

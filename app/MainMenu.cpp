@@ -12,16 +12,18 @@ struct MainMenu {
     Q_DECLARE_TR_FUNCTIONS(MainMenu)
 };
 
-// Invokes the slot `action` of the first object, from the view with the focus outwards, that has one.
+// Invokes the slot `action` of the first object, from the view with the focus outwards, that has one. The name of an
+// action may end in a colon, as it does on a Mac for one that takes its sender.
 void sendAction(const char *action)
 {
     QObject *responder = QApplication::focusWidget();
     if (!responder)
         responder = QApplication::activeWindow();
-    const QByteArray signature = QByteArray(action) + "()";
+    const QByteArray name = QByteArray(action).replace(':', QByteArray());
+    const QByteArray signature = name + "()";
     for (; responder; responder = responder->parent()) {
         if (responder->metaObject()->indexOfMethod(signature.constData()) >= 0) {
-            QMetaObject::invokeMethod(responder, action);
+            QMetaObject::invokeMethod(responder, name.constData());
             return;
         }
     }
@@ -30,6 +32,7 @@ void sendAction(const char *action)
 void addItem(QMenu *menu, const QString &title, const char *action, const QKeySequence &key)
 {
     QAction *item = menu->addAction(title);
+    item->setObjectName(QLatin1String(action));
     item->setShortcut(key);
     QObject::connect(item, &QAction::triggered, menu, [action] { sendAction(action); });
 }
@@ -44,9 +47,9 @@ std::unique_ptr<QMenu> buildMainMenu()
     addItem(edit, MainMenu::tr("Undo"), "undo", Qt::CTRL | Qt::Key_Z);
     addItem(edit, MainMenu::tr("Redo"), "redo", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     edit->addSeparator();
-    addItem(edit, MainMenu::tr("Cut"), "cut", Qt::CTRL | Qt::Key_X);
-    addItem(edit, MainMenu::tr("Copy"), "copy", Qt::CTRL | Qt::Key_C);
-    addItem(edit, MainMenu::tr("Paste"), "paste", Qt::CTRL | Qt::Key_V);
-    addItem(edit, MainMenu::tr("Select All"), "selectAll", Qt::CTRL | Qt::Key_A);
+    addItem(edit, MainMenu::tr("Cut"), "cut:", Qt::CTRL | Qt::Key_X);
+    addItem(edit, MainMenu::tr("Copy"), "copy:", Qt::CTRL | Qt::Key_C);
+    addItem(edit, MainMenu::tr("Paste"), "paste:", Qt::CTRL | Qt::Key_V);
+    addItem(edit, MainMenu::tr("Select All"), "selectAll:", Qt::CTRL | Qt::Key_A);
     return mainMenu;
 }

@@ -11,6 +11,7 @@ public:
     virtual ~MenuBar() = default;
 
     // Shows each submenu of `menu` as a title of the bar while the program is in front. A desktop without such a place
-    // shows nothing.
+    // shows nothing. An item whose object name is that of an action, such as "copy:", goes to whatever view has the
+    // keyboard, the desktop's own ones too.
     virtual void setMainMenu(std::unique_ptr<QMenu> menu) = 0;
 };

@@ -12,6 +12,7 @@ class MainMenuTest : public QObject {
 private slots:
     void the_main_menu_holds_an_edit_menu_and_nothing_else();
     void the_edit_menu_holds_its_items_in_their_order();
+    void an_item_has_the_name_of_its_action();
     void an_item_goes_to_the_view_with_the_focus_data() { actions(); }
     void an_item_goes_to_the_view_with_the_focus();
     void an_item_goes_on_to_the_first_view_around_that_answers_to_it();
@@ -121,6 +122,18 @@ void MainMenuTest::the_edit_menu_holds_its_items_in_their_order()
     QCOMPARE(items, QStringList({QStringLiteral("Undo|Ctrl+Z"), QStringLiteral("Redo|Ctrl+Shift+Z"),
                                  QStringLiteral("-"), QStringLiteral("Cut|Ctrl+X"), QStringLiteral("Copy|Ctrl+C"),
                                  QStringLiteral("Paste|Ctrl+V"), QStringLiteral("Select All|Ctrl+A")}));
+}
+
+void MainMenuTest::an_item_has_the_name_of_its_action()
+{
+    const auto mainMenu = buildMainMenu();
+    QStringList names;
+    for (const QAction *item : editMenu(*mainMenu)->actions())
+        names.append(item->objectName());
+    const QStringList expected = {QStringLiteral("undo"),      QStringLiteral("redo"),  QString(),
+                                  QStringLiteral("cut:"),      QStringLiteral("copy:"), QStringLiteral("paste:"),
+                                  QStringLiteral("selectAll:")};
+    QCOMPARE(names, expected);
 }
 
 void MainMenuTest::an_item_goes_to_the_view_with_the_focus()

@@ -10,10 +10,21 @@ bool MacLoginItem::isEnabled() const
 
 bool MacLoginItem::enable()
 {
-    return [SMAppService.mainAppService registerAndReturnError:nil];
+    if (!isEnabled())
+        [SMAppService.mainAppService registerAndReturnError:nil];
+    return isEnabled();
 }
 
+// What waits for the user's approval is registered too.
 bool MacLoginItem::disable()
 {
-    return !isEnabled() || [SMAppService.mainAppService unregisterAndReturnError:nil];
+    switch (SMAppService.mainAppService.status) {
+    case SMAppServiceStatusNotRegistered:
+    case SMAppServiceStatusNotFound:
+        return true;
+    case SMAppServiceStatusEnabled:
+    case SMAppServiceStatusRequiresApproval:
+        return [SMAppService.mainAppService unregisterAndReturnError:nil];
+    }
+    return false;
 }

@@ -15,6 +15,7 @@ public:
 
 private slots:
     void what_enabling_answers_is_what_it_is_afterwards();
+    void enabling_what_is_enabled_succeeds();
     void disabling_what_is_not_enabled_succeeds();
 
 private:
@@ -27,6 +28,18 @@ void LoginItemContract::what_enabling_answers_is_what_it_is_afterwards()
 {
     const bool done = loginItem().enable();
     QCOMPARE(loginItem().isEnabled(), done);
+    QVERIFY(loginItem().disable());
+    QVERIFY(!loginItem().isEnabled());
+}
+
+void LoginItemContract::enabling_what_is_enabled_succeeds()
+{
+    if (!loginItem().enable()) {
+        QVERIFY(loginItem().disable());
+        QSKIP("The system does not let it be enabled at once");
+    }
+    QVERIFY(loginItem().enable());
+    QVERIFY(loginItem().isEnabled());
     QVERIFY(loginItem().disable());
     QVERIFY(!loginItem().isEnabled());
 }

@@ -10,6 +10,7 @@ public:
     QVariant object(const QString &key) const override;
     bool set(const QString &key, const QVariant &value) override;
     bool remove(const QString &key) override;
+    void synchronize() override;
 
     bool boolean(const QString &key) const override;
     qint64 integer(const QString &key) const override;

@@ -90,6 +90,11 @@ bool MacUserDefaults::remove(const QString &key)
     return true;
 }
 
+void MacUserDefaults::synchronize()
+{
+    CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
+}
+
 bool MacUserDefaults::boolean(const QString &key) const
 {
     return [store() boolForKey:toNSString(key)];

@@ -2,6 +2,7 @@
 #include "platform/macos/MacSessionInstance.h"
 
 #include <QDir>
+#include <QStandardPaths>
 
 #import <AppKit/AppKit.h>
 #import <CoreServices/CoreServices.h>
@@ -46,6 +47,15 @@ id observe(NSNotificationCenter *center, NSNotificationName name, std::function<
                            }];
 }
 
+// Not among the temporary files, which the system clears of what has not been touched for days.
+QString lockPath()
+{
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Parklet");
+    QDir().mkpath(folder);
+    return folder + QStringLiteral("/session.lock");
+}
+
 void install(ParkletReopenHandler *handler)
 {
     [NSAppleEventManager.sharedAppleEventManager setEventHandler:handler
@@ -81,7 +91,7 @@ struct MacSessionInstance::Listener {
 };
 
 MacSessionInstance::MacSessionInstance()
-    : lock(QDir::tempPath() + QStringLiteral("/com.orvane.Parklet.lock"))
+    : lock(lockPath())
 {
     // However long the first one has been running.
     lock.setStaleLockTime(0);

@@ -5,7 +5,7 @@
 #include <QIcon>
 #include <QString>
 
-// The desktop's accent colour and the set of symbols that the interface is drawn with.
+// The desktop's accent colour, the set of symbols that the interface is drawn with, and its scroll bars' size.
 class SystemAppearance {
 public:
     virtual ~SystemAppearance() = default;
@@ -22,4 +22,8 @@ public:
 
     // Whether the desktop's own colour panel comes with a button that takes the choice back, though none is asked for.
     virtual bool colorPanelTakesBack() const = 0;
+
+    // How thick, in points, a scroll bar is that takes room beside what it scrolls, also where the user prefers bars
+    // that lie over it.
+    virtual double legacyScrollerWidth() const;
 };

@@ -4,7 +4,6 @@
 #include "shelf/ShelfScroller.h"
 
 #include <QApplication>
-#include <QStyle>
 #include <QWheelEvent>
 
 namespace {
@@ -19,7 +18,7 @@ DroppableView::DroppableView(QWidget *parent)
     setAcceptDrops(true);
 }
 
-ShelfScrollView::ShelfScrollView(QWidget *parent)
+ShelfScrollView::ShelfScrollView(double scrollerWidth, QWidget *parent)
     : QScrollArea(parent)
     , overlay(new ShelfScroller(Qt::Vertical, this))
 {
@@ -27,7 +26,9 @@ ShelfScrollView::ShelfScrollView(QWidget *parent)
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
-    setHorizontalScrollBar(new ShelfScroller(Qt::Horizontal, this));
+    auto *const below = new ShelfScroller(Qt::Horizontal, this);
+    below->takeRoom(qRound(scrollerWidth));
+    setHorizontalScrollBar(below);
     viewport()->setAutoFillBackground(false);
     QPalette clear = palette();
     clear.setBrush(QPalette::Window, Qt::transparent);
@@ -39,11 +40,6 @@ ShelfScrollView::ShelfScrollView(QWidget *parent)
     connect(bar, &QScrollBar::valueChanged, overlay, &QScrollBar::setValue);
     connect(overlay, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
     setHorizontal(false);
-}
-
-double ShelfScrollView::scrollerWidth()
-{
-    return QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
 }
 
 void ShelfScrollView::setHorizontal(bool horizontal)

@@ -27,12 +27,10 @@ class ShelfScrollView : public QScrollArea, public DropTarget {
     Q_OBJECT
 
 public:
-    explicit ShelfScrollView(QWidget *parent = nullptr);
+    // `scrollerWidth` is the room, in points, that a scroller takes which does not lie over its content.
+    explicit ShelfScrollView(double scrollerWidth, QWidget *parent = nullptr);
 
     void setHorizontal(bool horizontal);
-
-    // The room, in points, that a scroller takes which does not lie over its content.
-    static double scrollerWidth();
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override { draggingEntered(event); }

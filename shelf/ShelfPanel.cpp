@@ -104,7 +104,7 @@ void ShelfPanel::buildInterface()
     font.setPixelSize(kDropLabelFontSize);
     dropLabel->setFont(font);
 
-    scrollView = new ShelfScrollView(container);
+    scrollView = new ShelfScrollView(platform.appearance->legacyScrollerWidth(), container);
     scrollView->onDrop = drop;
     scrollView->onHighlight = highlightDrop;
     stackView = new ShelfStackView;
@@ -152,8 +152,9 @@ void ShelfPanel::updateFrame()
     const int edge = settings.windowEdge();
     const double reserve = labelReserve(settings.defaults.integer(SettingsKey::fileNameDisplay));
     applyOrientation(isHorizontal(edge));
-    currentFrame = shelfFrame(flipped(screen->visibleFrame, flip), edge, settings.windowAlignment(),
-                              settings.shelfItemSize(), reserve, items.size(), ShelfScrollView::scrollerWidth());
+    currentFrame =
+        shelfFrame(flipped(screen->visibleFrame, flip), edge, settings.windowAlignment(), settings.shelfItemSize(),
+                   reserve, items.size(), platform.appearance->legacyScrollerWidth());
     setGeometry(wholePoints(flipped(currentFrame, flip)));
 }
 

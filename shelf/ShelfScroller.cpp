@@ -2,6 +2,7 @@
 #include "shelf/ShelfScroller.h"
 
 #include <QPainter>
+#include <QProxyStyle>
 #include <QStyle>
 #include <QStyleOptionSlider>
 
@@ -11,6 +12,32 @@ constexpr double kThickness = 5;
 constexpr float kRestingAlpha = 0.28F;
 constexpr float kActiveAlpha = 0.5F;
 
+class LegacyStyle : public QProxyStyle {
+public:
+    explicit LegacyStyle(int scrollerExtent)
+        : extent(scrollerExtent)
+    {
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+    {
+        if (metric == PM_ScrollBarExtent)
+            return extent;
+        if (metric == PM_ScrollView_ScrollBarOverlap)
+            return 0;
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *answer) const override
+    {
+        return hint == SH_ScrollBar_Transient ? 0 : QProxyStyle::styleHint(hint, option, widget, answer);
+    }
+
+private:
+    const int extent;
+};
+
 } // namespace
 
 ShelfScroller::ShelfScroller(Qt::Orientation orientation, QWidget *parent)
@@ -19,6 +46,16 @@ ShelfScroller::ShelfScroller(Qt::Orientation orientation, QWidget *parent)
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::NoFocus);
+}
+
+void ShelfScroller::takeRoom(int extent)
+{
+    if (style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this) == extent &&
+        !style()->styleHint(QStyle::SH_ScrollBar_Transient, nullptr, this))
+        return;
+    auto *const legacy = new LegacyStyle(extent);
+    legacy->setParent(this);
+    setStyle(legacy);
 }
 
 void ShelfScroller::paintEvent(QPaintEvent *)

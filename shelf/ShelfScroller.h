@@ -10,6 +10,10 @@ class ShelfScroller : public QScrollBar {
 public:
     explicit ShelfScroller(Qt::Orientation orientation, QWidget *parent = nullptr);
 
+    // Makes it `extent` points thick and lets it take room, where the user's style has bars of another size or ones
+    // that lie over what they scroll.
+    void takeRoom(int extent);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 };

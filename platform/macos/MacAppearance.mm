@@ -40,3 +40,8 @@ QIcon MacAppearance::applicationIcon() const
     NSImage *image = [NSImage imageNamed:@"AppIcon"];
     return macIcon(image ? image : NSApplication.sharedApplication.applicationIconImage);
 }
+
+double MacAppearance::legacyScrollerWidth() const
+{
+    return [NSScroller scrollerWidthForControlSize:NSControlSizeRegular scrollerStyle:NSScrollerStyleLegacy];
+}

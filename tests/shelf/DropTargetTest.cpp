@@ -40,6 +40,8 @@ private:
 
 namespace {
 
+constexpr double kScrollerWidth = 14;
+
 QUrl file(const char *path)
 {
     return QUrl::fromLocalFile(QString::fromUtf8(path));
@@ -57,7 +59,7 @@ void DropTargetTest::targets()
 DropTargetTest::Target::Target(bool scrolls)
 {
     if (scrolls) {
-        auto made = std::make_unique<ShelfScrollView>();
+        auto made = std::make_unique<ShelfScrollView>(kScrollerWidth);
         target = made.get();
         widget = made->viewport();
         view = std::move(made);

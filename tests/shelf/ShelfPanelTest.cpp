@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
@@ -36,6 +37,8 @@ private slots:
     void three_items_make_it_380_high();
     void eleven_items_on_a_high_screen_make_it_1136_high();
     void a_row_of_two_without_names_stands_at_the_bottom();
+    void a_row_has_room_for_a_scroller_of_the_desktops_width();
+    void a_rows_scroller_takes_room_whatever_the_user_prefers();
     void reserved_space_is_respected_and_y_is_turned_over();
     void without_a_main_screen_the_frame_stays_and_tiles_are_refreshed();
     void the_header_turns_with_the_edge();
@@ -91,6 +94,31 @@ QList<double> cornerAreas(const QImage &image, double full)
     }
     return areas;
 }
+
+// A user's style in which scroll bars lie over what they scroll, while this lives.
+class OverlaidBars {
+public:
+    OverlaidBars() { QApplication::setStyle(new Style); }
+    Q_DISABLE_COPY_MOVE(OverlaidBars)
+    ~OverlaidBars() { QApplication::setStyle(before); }
+
+private:
+    class Style : public QProxyStyle {
+    public:
+        int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+        {
+            const bool isOfBars = metric == PM_ScrollBarExtent || metric == PM_ScrollView_ScrollBarOverlap;
+            return isOfBars ? 11 : QProxyStyle::pixelMetric(metric, option, widget);
+        }
+        int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                      QStyleHintReturn *answer) const override
+        {
+            return hint == SH_ScrollBar_Transient ? 1 : QProxyStyle::styleHint(hint, option, widget, answer);
+        }
+    };
+
+    const QString before = QApplication::style()->name();
+};
 
 // The scroller that is seen beside a column of tiles.
 ShelfScroller *columnScroller(const ShelfPanel &panel)
@@ -263,9 +291,32 @@ void ShelfPanelTest::a_row_of_two_without_names_stands_at_the_bottom()
     f.set(SettingsKey::windowAlignment, 0.0);
     f.set(SettingsKey::fileNameDisplay, 1.0);
     f.add(2);
-    const int height = 72 + 16 + 28 + qRound(ShelfScrollView::scrollerWidth());
+    const int height = 72 + 16 + 28 + qRound(f.virtualPlatform.appearance.legacyScrollerWidth());
     QCOMPARE(f.panel->geometry(), QRect(20, 800 - 4 - height, 239, height));
     QVERIFY(f.panel->stackView->isHorizontal());
+}
+
+void ShelfPanelTest::a_row_has_room_for_a_scroller_of_the_desktops_width()
+{
+    PanelFixture f;
+    f.virtualPlatform.appearance.scrollerWidth = 31;
+    f.set(SettingsKey::windowEdge, 3.0);
+    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.add(2);
+    QCOMPARE(f.panel->height(), 72 + 16 + 28 + 31);
+}
+
+void ShelfPanelTest::a_rows_scroller_takes_room_whatever_the_user_prefers()
+{
+    const OverlaidBars preferred;
+    ShelfScrollView view(31);
+    view.setWidget(new QWidget);
+    view.widget()->setMinimumWidth(500);
+    view.resize(200, 131);
+    view.show();
+    view.setHorizontal(true);
+    QCOMPARE(view.viewport()->height(), 100);
+    QCOMPARE(view.horizontalScrollBar()->height(), 31);
 }
 
 void ShelfPanelTest::reserved_space_is_respected_and_y_is_turned_over()

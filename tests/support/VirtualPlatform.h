@@ -84,11 +84,16 @@ public:
     QIcon symbol(const QString &name, const QColor &tint) const override;
     QIcon applicationIcon() const override;
     bool colorPanelTakesBack() const override { return panelTakesBack; }
+    double legacyScrollerWidth() const override
+    {
+        return scrollerWidth.value_or(SystemAppearance::legacyScrollerWidth());
+    }
 
     QColor accent = QColor(0, 122, 255);
     QStringList missingSymbols;
     QIcon installedIcon; // the application's while "AppIcon" is missing
     bool panelTakesBack = false;
+    std::optional<double> scrollerWidth; // nothing: that of the style
     mutable QList<std::pair<QString, QColor>> symbolRequests;
 };
 

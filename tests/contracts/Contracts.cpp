@@ -6,11 +6,27 @@
 int runContracts(World &world, int argc, char *argv[])
 {
     int faults = 0;
-    for (const auto &make :
-         {activationPolicyContract, colorArchiveContract, dragPasteboardContract, eventMonitorsContract,
-          fileEventStreamsContract, floatingPanelsContract, keyTapContract, loginItemContract, mainQueueContract,
-          pasteboardContract, screensContract, statusBarContract, systemAppearanceContract, thumbnailGeneratorContract,
-          userDefaultsContract, workspaceContract})
+    for (const auto &make : {accessibilityTrustContract,
+                             activationPolicyContract,
+                             alertsContract,
+                             colorArchiveContract,
+                             dragPasteboardContract,
+                             dragSessionsContract,
+                             eventMonitorsContract,
+                             fileEventStreamsContract,
+                             floatingPanelsContract,
+                             keyTapContract,
+                             loginItemContract,
+                             mainQueueContract,
+                             menuBarContract,
+                             openPanelsContract,
+                             pasteboardContract,
+                             screensContract,
+                             statusBarContract,
+                             systemAppearanceContract,
+                             thumbnailGeneratorContract,
+                             userDefaultsContract,
+                             workspaceContract})
         faults += QTest::qExec(make(world).get(), argc, argv);
     return faults;
 }

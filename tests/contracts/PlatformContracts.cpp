@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
+#include "platform/SessionInstance.h"
 #include "tests/contracts/Contracts.h"
+#include "tests/contracts/Dialogs.h"
 #include "tests/contracts/World.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
+constexpr int kGlance = 20;       // milliseconds between two looks for a dialog
 
 // The desktop that this is run on.
 class RealWorld : public World {
@@ -33,7 +37,37 @@ public:
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
 
+    void answerAlert(const Alert &alert, int button, bool checked) override
+    {
+        QStringList titles;
+        if (checked)
+            titles.append(alert.checkboxTitle);
+        titles.append(alert.buttons.at(button));
+        once([titles]() mutable {
+            while (!titles.isEmpty() && pressButton(titles.constFirst()))
+                titles.removeFirst();
+            return titles.isEmpty();
+        });
+    }
+
+    void cancelOpenPanel() override { once(cancelDialog); }
+
 private:
+    // Tries until it has succeeded.
+    static void once(std::function<bool()> act)
+    {
+        auto *const timer = new QTimer(QCoreApplication::instance());
+        QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
+            // What it does turns the main loop.
+            timer->stop();
+            if (act())
+                timer->deleteLater();
+            else
+                timer->start(kGlance);
+        });
+        timer->start(kGlance);
+    }
+
     const std::unique_ptr<Platform> services = createPlatform();
 };
 
@@ -46,6 +80,8 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("parklet-contracts"));
     QApplication::setQuitOnLastWindowClosed(false);
+    if (argc > 1 && qstrcmp(argv[1], kClaimArgument) == 0)
+        return createSessionInstance()->claim() ? kClaimed : kRefused;
     RealWorld world;
-    return runContracts(world, argc, argv);
+    return runContracts(world, argc, argv) + QTest::qExec(sessionInstanceContract(world).get(), argc, argv);
 }

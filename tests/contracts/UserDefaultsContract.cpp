@@ -22,6 +22,7 @@ private slots:
     void a_number_reads_as_its_truth_value_and_back();
     void only_a_list_of_nothing_but_strings_is_one();
     void an_invalid_value_removes_the_key();
+    void what_was_set_is_there_after_it_was_written_out();
 
 private:
     UserDefaults &userDefaults() const { return *world.platform().userDefaults; }
@@ -95,6 +96,13 @@ void UserDefaultsContract::an_invalid_value_removes_the_key()
     QVERIFY(userDefaults().set(QStringLiteral("contractTest"), true));
     QVERIFY(userDefaults().set(QStringLiteral("contractTest"), QVariant()));
     QVERIFY(!userDefaults().object(QStringLiteral("contractTest")).isValid());
+}
+
+void UserDefaultsContract::what_was_set_is_there_after_it_was_written_out()
+{
+    QVERIFY(userDefaults().set(QStringLiteral("contractTest"), QStringLiteral("kept")));
+    userDefaults().synchronize();
+    QCOMPARE(userDefaults().object(QStringLiteral("contractTest")), QVariant(QStringLiteral("kept")));
 }
 
 std::unique_ptr<QObject> userDefaultsContract(World &world)

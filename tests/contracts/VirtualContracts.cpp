@@ -14,7 +14,13 @@ constexpr double kStep = 0.01;
 // The platform that the unit tests run on.
 class VirtualWorld : public World {
 public:
-    VirtualWorld() { virtualPlatform.appearance.missingSymbols = {QStringLiteral("no.such.symbol")}; }
+    VirtualWorld()
+    {
+        virtualPlatform.appearance.missingSymbols = {QStringLiteral("no.such.symbol")};
+        const auto turn = [this] { virtualPlatform.mainQueue.runPending(); };
+        virtualPlatform.alerts.whileShown = turn;
+        virtualPlatform.openPanels.whileShown = turn;
+    }
 
     Platform &platform() override { return virtualPlatform.platform; }
 
@@ -31,6 +37,13 @@ public:
     void copy(const QList<QUrl> &files) override { virtualPlatform.generalPasteboard.urls = files; }
 
     void copy(const QString &) override { virtualPlatform.generalPasteboard.urls.clear(); }
+
+    void answerAlert(const Alert &, int button, bool checked) override
+    {
+        virtualPlatform.alerts.answers.append({button, checked});
+    }
+
+    void cancelOpenPanel() override { virtualPlatform.openPanels.choice.reset(); }
 
     void addFile(const QString &watched, const QString &name) override
     {

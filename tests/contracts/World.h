@@ -22,6 +22,13 @@ public:
     // Makes a file in a folder that is watched.
     virtual void addFile(const QString &folder, const QString &name) = 0;
 
+    // Has the user answer the alert that comes next, which is `alert`: the check box turned on or not, and then a
+    // button.
+    virtual void answerAlert(const Alert &alert, int button, bool checked) = 0;
+
+    // Has the user cancel the open panel that comes next.
+    virtual void cancelOpenPanel() = 0;
+
     // The address of a new file of that name with these contents.
     QUrl makeFile(const QString &name, const QByteArray &contents) const;
 

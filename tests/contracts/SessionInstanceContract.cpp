@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "platform/SessionInstance.h"
+#include "tests/contracts/Contracts.h"
+#include "tests/contracts/World.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTest>
+
+class SessionInstanceContract : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SessionInstanceContract(World &tested)
+        : world(tested)
+    {
+    }
+
+private slots:
+    void a_second_process_is_refused_and_the_first_is_told();
+    void the_session_is_free_again_when_the_first_has_gone();
+
+private:
+    // What another process answers that claims the session. This one goes on answering it meanwhile.
+    int claimElsewhere()
+    {
+        QProcess other;
+        other.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(kClaimArgument)});
+        const bool ended = world.waitFor([&other] { return other.state() == QProcess::NotRunning; });
+        return ended && other.exitStatus() == QProcess::NormalExit ? other.exitCode() : -1;
+    }
+
+    World &world;
+};
+
+void SessionInstanceContract::a_second_process_is_refused_and_the_first_is_told()
+{
+    const auto session = createSessionInstance();
+    int activations = 0;
+    session->onActivate = [&activations] { ++activations; };
+    if (!session->claim())
+        QSKIP("A Parklet runs in this session");
+    QCOMPARE(claimElsewhere(), kRefused);
+    QVERIFY(world.waitFor([&activations] { return activations > 0; }));
+    QCOMPARE(activations, 1);
+}
+
+void SessionInstanceContract::the_session_is_free_again_when_the_first_has_gone()
+{
+    {
+        const auto session = createSessionInstance();
+        if (!session->claim())
+            QSKIP("A Parklet runs in this session");
+    }
+    QCOMPARE(claimElsewhere(), kClaimed);
+}
+
+std::unique_ptr<QObject> sessionInstanceContract(World &world)
+{
+    return std::make_unique<SessionInstanceContract>(world);
+}
+
+#include "SessionInstanceContract.moc"

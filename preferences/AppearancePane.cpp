@@ -90,9 +90,8 @@ QWidget *AppearancePane::makeStack()
         connect(box, &QComboBox::activated, this, [this, box, action] { (this->*action)(box); });
         addTitled(title, box, Qt::AlignLeft);
     };
-    const auto addSlider = [this, view, &addTitled](const QString &title, DoubleSlider *slider, double value,
-                                                    const QString &key,
-                                                    void (AppearancePane::*action)(DoubleSlider *)) {
+    const auto addSlider = [this, &addTitled](const QString &title, DoubleSlider *slider, double value,
+                                              const QString &key, void (AppearancePane::*action)(DoubleSlider *)) {
         slider->setObjectName(key);
         slider->setAttribute(Qt::WA_MacSmallSize);
         slider->setDoubleValue(value);

@@ -111,7 +111,7 @@ void drawTitle(QPainter &painter, const QStyleOptionViewItem &row, const QRect &
     const Qt::Alignment leading = QStyle::visualAlignment(row.direction, Qt::AlignLeft | Qt::AlignVCenter);
     const bool selected = row.state & QStyle::State_Selected;
     painter.setPen(row.palette.color(selected ? QPalette::HighlightedText : text));
-    painter.drawText(frame, leading | Qt::AlignAbsolute | Qt::TextSingleLine,
+    painter.drawText(frame, static_cast<int>(leading | Qt::AlignAbsolute | Qt::TextSingleLine),
                      row.fontMetrics.elidedText(row.text, Qt::ElideRight, frame.width()));
     painter.restore();
 }

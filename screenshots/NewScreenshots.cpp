@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <memory>
+#include <utility>
 
 #include <dirent.h>
 
@@ -44,32 +45,33 @@ QSet<QByteArray> screenshotNames(const QByteArray &folder)
     if (!listScreenshots(
             folder, [&names](std::string_view name) { names.append(QByteArray(name.data(), qsizetype(name.size()))); }))
         return {};
-    return {names.cbegin(), names.cend()};
+    QSet<QByteArray> found;
+    found.reserve(names.size());
+    for (QByteArray &name : names)
+        found.insert(std::move(name));
+    return found;
 }
 
 QList<QByteArray> refreshNames(QSet<QByteArray> &known, const QByteArray &folder)
 {
-    QList<QByteArray> still;
+    // Most often nothing has gone; then the known names are only counted, and none of them is made anew.
     QList<QByteArray> added;
-    // Nearly all names are known already, and none of those is made anew.
-    const bool isWhole = listScreenshots(folder, [&known, &still, &added](std::string_view name) {
-        const auto found = known.constFind(QByteArray::fromRawData(name.data(), qsizetype(name.size())));
-        if (found != known.constEnd()) {
-            still.append(*found);
-        } else {
+    qsizetype count = 0;
+    const bool isWhole = listScreenshots(folder, [&known, &added, &count](std::string_view name) {
+        if (known.contains(QByteArray::fromRawData(name.data(), qsizetype(name.size()))))
+            ++count;
+        else
             added.append(QByteArray(name.data(), qsizetype(name.size())));
-            known.insert(added.last());
-        }
     });
-    if (!isWhole) {
-        known.clear();
-        return {};
+    if (isWhole && count == known.size()) {
+        for (const QByteArray &name : std::as_const(added))
+            known.insert(name);
+        return added;
     }
-    if (still.size() + added.size() != known.size()) {
-        known = QSet<QByteArray>(still.cbegin(), still.cend());
-        known.unite(QSet<QByteArray>(added.cbegin(), added.cend()));
-    }
-    return added;
+    // Otherwise another look tells what is there.
+    const QSet<QByteArray> before = std::exchange(known, screenshotNames(folder));
+    const QSet<QByteArray> now = known - before;
+    return {now.cbegin(), now.cend()};
 }
 
 bool isRecent(const QDateTime &creationDate, const QDateTime &now)

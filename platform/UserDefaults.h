@@ -47,8 +47,8 @@ public:
     static bool isNumber(const QVariant &value);
 
     // The store's own typed reads: false, 0 or empty when the key is absent or of another type. A number reads as
-    // its truth value, and a bool as 0 or 1. A string is of another type, but for a store that reads the number or the
-    // truth value written in it ("3", "YES"), as the Mac's own does.
+    // its truth value, and a bool as 0 or 1. A string counts as another type, except in a
+    // store that, as the Mac's does, reads the number or the truth value written in it ("3", "YES").
     virtual bool boolean(const QString &key) const;
     virtual qint64 integer(const QString &key) const;
     virtual double number(const QString &key) const;

@@ -13,7 +13,8 @@
 namespace {
 
 constexpr double kLatency = 0.5; // seconds
-// Two changes within a tick of the file system's clock leave the same date; no clock in use ticks more slowly.
+// Two changes within a tick of the kernel's clock leave the same date; none ticks more slowly. That some file systems
+// keep whole seconds only is why a date counts for one turn of the main loop.
 constexpr qint64 kClockTick = 20; // milliseconds
 
 } // namespace
@@ -77,7 +78,7 @@ void ScreenshotWatcher::rememberChange(const QDateTime &change)
     seenChange = change.msecsTo(mainQueue.currentDate()) > kClockTick ? change : QDateTime();
     if (!seenChange.isValid())
         return;
-    // For the calls of this turn only: some file systems know the time of a change to the second.
+    // For the calls of this turn only.
     const std::weak_ptr<ScreenshotWatcher *> weak = self;
     mainQueue.async([weak] {
         if (const auto watcher = weak.lock())

@@ -17,6 +17,7 @@ const QColor kText(238, 238, 240);
 const QColor kFaintText(148, 148, 152); // of what is disabled, and of placeholders
 const QColor kToolTip(66, 66, 71);
 const QColor kLink(120, 174, 255);
+const QColor kVisitedLink(196, 160, 255);
 
 std::array<double, 3> parts(const QVariant &value)
 {
@@ -63,6 +64,7 @@ void setDark(QPalette &palette)
     palette.setColor(QPalette::AlternateBase, kAlternateBase);
     palette.setColor(QPalette::ToolTipBase, kToolTip);
     palette.setColor(QPalette::Link, kLink);
+    palette.setColor(QPalette::LinkVisited, kVisitedLink);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
         palette.setColor(role, kText);
         palette.setColor(QPalette::Disabled, role, kFaintText);

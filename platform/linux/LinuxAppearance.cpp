@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/LinuxAppearance.h"
 
+#include "platform/linux/PortalColors.h"
 #include "platform/linux/SymbolIconEngine.h"
 
 #include <QFile>
@@ -24,6 +25,13 @@ QIcon svgIcon(const QString &path, const QColor &tint)
 LinuxAppearance::LinuxAppearance(const QString &artwork)
     : folder(artwork)
 {
+}
+
+LinuxAppearance::~LinuxAppearance() = default;
+
+void LinuxAppearance::followPortal(const QDBusConnection &sessionBus)
+{
+    portal = std::make_unique<PortalColors>(sessionBus);
 }
 
 QColor LinuxAppearance::accentColor() const

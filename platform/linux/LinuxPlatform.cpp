@@ -15,7 +15,6 @@
 #include "platform/linux/LinuxStatusBar.h"
 #include "platform/linux/LinuxThumbnailGenerator.h"
 #include "platform/linux/LinuxWorkspace.h"
-#include "platform/linux/PortalColors.h"
 #include "platform/linux/XInputTrust.h"
 #include "platform/linux/XcbConnection.h"
 #include "platform/linux/XcbDragPasteboard.h"
@@ -25,7 +24,7 @@
 #include "platform/linux/XcbKeyTap.h"
 #include "platform/linux/XcbScreens.h"
 
-#include <QCoreApplication>
+#include <QDBusConnection>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -86,8 +85,9 @@ std::unique_ptr<Platform> createPlatform()
     platform->mainQueue = std::make_unique<QtMainQueue>();
     platform->userDefaults = std::make_unique<BackgroundUserDefaults>();
     platform->colorArchive = std::make_unique<LinuxColorArchive>();
-    platform->appearance = std::make_unique<LinuxAppearance>();
-    new PortalColors(QDBusConnection::sessionBus(), QCoreApplication::instance());
+    auto appearance = std::make_unique<LinuxAppearance>();
+    appearance->followPortal(QDBusConnection::sessionBus());
+    platform->appearance = std::move(appearance);
     platform->generalPasteboard = std::make_unique<QtPasteboard>();
     platform->fileEventStreams = std::make_unique<LinuxFileEventStreams>(*platform->mainQueue);
     platform->openPanels = std::make_unique<QtOpenPanels>();

@@ -15,9 +15,8 @@ const QString kAppearance = QStringLiteral("org.freedesktop.appearance");
 
 } // namespace
 
-PortalColors::PortalColors(const QDBusConnection &sessionBus, QObject *parent)
-    : QObject(parent)
-    , bus(sessionBus)
+PortalColors::PortalColors(const QDBusConnection &sessionBus)
+    : bus(sessionBus)
 {
     if (!bus.isConnected() || themeKnowsColors())
         return;

@@ -7,15 +7,16 @@
 #include <QDBusMessage>
 #include <QObject>
 
-// Gives the application the light or dark palette and the accent colour that the desktop's settings portal tells, now
-// and whenever they change. Qt's own themes know this from Qt 6.5 on, and some of it only later. Nothing changes where
-// there is no portal, or where a theme speaks for the desktop: that of KDE, or one the user has chosen.
+// Makes the application's palette dark where the desktop's settings portal says that the desktop is, and gives it the
+// accent colour, now and whenever they change. Qt's own themes know this from Qt 6.5 on, and some of it only later.
+// Nothing changes where there is no portal, or where a theme speaks for the desktop: that of KDE, or one the user has
+// chosen.
 class PortalColors : public QObject {
     Q_OBJECT
 
 public:
     // `sessionBus` is where the portal is.
-    PortalColors(const QDBusConnection &sessionBus, QObject *parent);
+    explicit PortalColors(const QDBusConnection &sessionBus);
 
     // Whether a theme speaks for the desktop.
     static bool themeKnowsColors();

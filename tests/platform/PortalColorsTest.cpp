@@ -154,7 +154,7 @@ void PortalColorsTest::cleanup()
 void PortalColorsTest::the_accent_colour_is_the_palettes_highlight()
 {
     portal->settings[kAppearance] = {{kAccent, accent(1.0, 0.5, 0.0)}};
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     QTRY_COMPARE(shown(QPalette::Highlight), QColor::fromRgbF(1.0F, 0.5F, 0.0F));
     QCOMPARE(portal->asked, QStringList{kAppearance});
     // Nothing else, and not for what is disabled.
@@ -199,7 +199,7 @@ void PortalColorsTest::an_accent_that_is_no_colour_is_none()
     QFETCH(const QVariant, value);
     // Dark tells when the answer has come.
     portal->settings[kAppearance] = {{kAccent, value}, {kScheme, 1U}};
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     QTRY_VERIFY(shown(QPalette::Window).lightness() < 100);
     QCOMPARE(shown(QPalette::Highlight), standard.color(QPalette::Highlight));
 }
@@ -207,13 +207,13 @@ void PortalColorsTest::an_accent_that_is_no_colour_is_none()
 void PortalColorsTest::a_dark_desktop_makes_the_palette_dark()
 {
     portal->settings[kAppearance] = {{kScheme, 1U}};
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     QTRY_VERIFY(shown(QPalette::Window).lightness() < 100);
     for (const auto role :
          {QPalette::Window, QPalette::Base, QPalette::AlternateBase, QPalette::Button, QPalette::ToolTipBase})
         QVERIFY2(shown(role).lightness() < 100, QByteArray::number(role).constData());
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText,
-                            QPalette::PlaceholderText, QPalette::Link})
+                            QPalette::PlaceholderText, QPalette::Link, QPalette::LinkVisited})
         QVERIFY2(shown(role).lightness() > 130, QByteArray::number(role).constData());
     const QPalette palette = QApplication::palette();
     const int disabled = palette.color(QPalette::Disabled, QPalette::ButtonText).lightness();
@@ -235,7 +235,7 @@ void PortalColorsTest::only_a_wish_for_dark_makes_it_so()
     QFETCH(const QVariant, value);
     // The accent tells when the answer has come.
     portal->settings[kAppearance] = {{kAccent, accent(1.0, 0.0, 0.0)}, {kScheme, value}};
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
     QCOMPARE(shown(QPalette::Window), standard.color(QPalette::Window));
 }
@@ -251,7 +251,7 @@ void PortalColorsTest::a_palette_that_is_dark_already_stays_as_it_is()
 
 void PortalColorsTest::a_change_is_followed_and_undone()
 {
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     QTRY_COMPARE(portal->asked.size(), 1);
     portal->change(kAppearance, kScheme, 1U);
     QTRY_VERIFY(shown(QPalette::Window).lightness() < 100);
@@ -268,7 +268,7 @@ void PortalColorsTest::a_change_is_followed_and_undone()
 void PortalColorsTest::settings_of_others_do_not_count()
 {
     portal->settings[QStringLiteral("org.gnome.desktop.interface")] = {{kScheme, 1U}};
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     QTRY_COMPARE(portal->asked.size(), 1);
     portal->change(QStringLiteral("org.gnome.desktop.interface"), kScheme, 1U);
     portal->change(kAppearance, QStringLiteral("contrast"), 1U);
@@ -280,7 +280,7 @@ void PortalColorsTest::settings_of_others_do_not_count()
 void PortalColorsTest::without_a_portal_nothing_changes()
 {
     portal->bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     portal->settings[kAppearance] = {{kScheme, 1U}};
     // One that comes later tells its changes.
     QVERIFY(portal->appear());
@@ -293,7 +293,7 @@ void PortalColorsTest::a_portal_that_fails_changes_nothing()
 {
     portal->isBroken = true;
     portal->settings[kAppearance] = {{kScheme, 1U}};
-    PortalColors colors(client(), nullptr);
+    PortalColors colors(client());
     QTRY_COMPARE(portal->asked.size(), 1);
     portal->change(kAppearance, kAccent, accent(1.0, 0.0, 0.0));
     QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
@@ -318,7 +318,7 @@ void PortalColorsTest::a_theme_that_speaks_for_the_desktop_is_left_alone()
     QFETCH(const bool, isLeft);
     portal->settings[kAppearance] = {{kAccent, accent(1.0, 0.0, 0.0)}};
     qputenv(variable.constData(), value);
-    PortalColors followed(client(), nullptr);
+    PortalColors followed(client());
     qunsetenv(variable.constData());
     QCOMPARE(PortalColors::themeKnowsColors(), false);
     if (!isLeft) {
@@ -326,7 +326,7 @@ void PortalColorsTest::a_theme_that_speaks_for_the_desktop_is_left_alone()
         return;
     }
     // What one that follows the portal has heard, this one would have heard before it.
-    const PortalColors other(client(), nullptr);
+    const PortalColors other(client());
     QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
     QCOMPARE(portal->asked.size(), 1);
 }

@@ -27,7 +27,6 @@ public:
 private:
     struct Area;
 
-    void enter();
     void move();
 
     const QPointer<QWidget> window;

@@ -11,9 +11,21 @@
 
 #import <AppKit/AppKit.h>
 
+namespace {
+
+// A copy is called: the panel may go meanwhile, and its follower with it.
+void callWhileInactive(std::function<void()> handler)
+{
+    if (handler && !NSApplication.sharedApplication.active)
+        handler();
+}
+
+} // namespace
+
 // Receives what a tracking area sees, while this application is not the active one.
 @interface ParkletPointerFollower : NSObject
 - (instancetype)initWithMoved:(std::function<void()>)moved left:(std::function<void()>)left;
+- (void)stop;
 @end
 
 @implementation ParkletPointerFollower {
@@ -31,22 +43,25 @@
     return self;
 }
 
+- (void)stop
+{
+    onMove = nullptr;
+    onLeave = nullptr;
+}
+
 - (void)mouseEntered:(NSEvent *)__unused event
 {
-    if (!NSApplication.sharedApplication.active)
-        onMove();
+    callWhileInactive(onMove);
 }
 
 - (void)mouseMoved:(NSEvent *)__unused event
 {
-    if (!NSApplication.sharedApplication.active)
-        onMove();
+    callWhileInactive(onMove);
 }
 
 - (void)mouseExited:(NSEvent *)__unused event
 {
-    if (!NSApplication.sharedApplication.active)
-        onLeave();
+    callWhileInactive(onLeave);
 }
 @end
 
@@ -56,6 +71,14 @@ namespace {
 constexpr NSTrackingAreaOptions kOptions =
     NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved | NSTrackingActiveAlways | NSTrackingInVisibleRect;
 static_assert(kOptions == 0x283);
+
+void sendEnter(QWidget &window)
+{
+    const QPointF global = QCursor::pos();
+    const QPointF local = window.mapFromGlobal(global);
+    QEnterEvent event(local, local, global);
+    QCoreApplication::sendEvent(window.windowHandle(), &event);
+}
 
 } // namespace
 
@@ -68,7 +91,12 @@ struct MacHover::Area {
         [view addTrackingArea:area];
     }
     Q_DISABLE_COPY_MOVE(Area)
-    ~Area() { [view removeTrackingArea:area]; }
+    ~Area()
+    {
+        [view removeTrackingArea:area];
+        // Somebody else may still hold it.
+        [follower stop];
+    }
 
     __weak NSView *view;
     ParkletPointerFollower *follower; // which the area does not retain
@@ -85,34 +113,30 @@ MacHover::~MacHover() = default;
 void MacHover::follow(NSView *view)
 {
     area.reset();
+    isInside = false;
     area = std::make_unique<Area>(view, [[ParkletPointerFollower alloc] initWithMoved:[this] { move(); }
                                             left:[this] { leave(); }]);
-}
-
-void MacHover::enter()
-{
-    const QPointF global = QCursor::pos();
-    const QPointF local = window->mapFromGlobal(global);
-    QEnterEvent event(local, local, global);
-    isInside = true;
-    QCoreApplication::sendEvent(window->windowHandle(), &event);
 }
 
 // The window's own handling of these finds the view under the pointer, sends it and the one before what they need to
 // know, and wakes tool tips.
 void MacHover::move()
 {
-    if (!window || !window->windowHandle())
+    // Whoever hears of the first event may let go of the panel, and of this with it.
+    const QPointer<QWidget> hovered = window;
+    if (!hovered || !hovered->windowHandle())
         return;
-    if (!isInside)
-        enter();
-    if (!window || !window->windowHandle())
+    if (!isInside) {
+        isInside = true;
+        sendEnter(*hovered);
+    }
+    if (!hovered || !hovered->windowHandle())
         return;
     const QPointF global = QCursor::pos();
-    const QPointF local = window->mapFromGlobal(global);
+    const QPointF local = hovered->mapFromGlobal(global);
     QMouseEvent event(QEvent::MouseMove, local, local, global, Qt::NoButton, Qt::NoButton,
                       QGuiApplication::queryKeyboardModifiers());
-    QCoreApplication::sendEvent(window->windowHandle(), &event);
+    QCoreApplication::sendEvent(hovered->windowHandle(), &event);
 }
 
 void MacHover::leave()

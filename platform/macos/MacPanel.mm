@@ -122,11 +122,13 @@ void MacPanel::orderFront()
 
 void MacPanel::orderOut()
 {
-    if (!window)
+    // Whoever hears that the pointer has left may let go of the panel.
+    const QPointer<QWidget> hidden = window;
+    if (!hidden)
         return;
     hover.leave();
-    if (window)
-        window->hide();
+    if (hidden)
+        hidden->hide();
 }
 
 bool MacPanel::eventFilter(QObject *watched, QEvent *event)

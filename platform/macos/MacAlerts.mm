@@ -22,6 +22,8 @@ NSView *scrollingText(const QString &text)
     view.editable = NO;
     view.drawsBackground = NO;
     view.string = toNSString(text);
+    // Black otherwise, on whatever the alert has for a ground.
+    view.textColor = NSColor.labelColor;
     return area;
 }
 

@@ -23,6 +23,15 @@ void sendToFirstResponder(const QMenu &menu, NSMenu *native)
     }
 }
 
+// AppKit appends items of its own to an Edit menu, for dictation and for symbols, unless these say that it should not.
+void keepOutForeignItems()
+{
+    [NSUserDefaults.standardUserDefaults registerDefaults:@{
+        @"NSDisabledDictationMenuItem" : @YES,
+        @"NSDisabledCharacterPaletteMenuItem" : @YES
+    }];
+}
+
 // Qt gives an item its submenu only as the menu around it opens, which a menu bar never does.
 NSMenuItem *titleItem(QMenu &menu)
 {
@@ -45,6 +54,7 @@ void MacMenuBar::setMainMenu(std::unique_ptr<QMenu> menu)
         if (title->menu())
             [bar addItem:titleItem(*title->menu())];
     }
+    keepOutForeignItems();
     NSApplication.sharedApplication.mainMenu = bar;
     mainMenu = std::move(menu);
 }

@@ -17,6 +17,8 @@ public:
 private:
     struct Listener;
 
+    bool takeLock();
+
     QLockFile lock;
     std::unique_ptr<Listener> listener;
 };

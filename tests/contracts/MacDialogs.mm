@@ -2,6 +2,7 @@
 #include "tests/contracts/Dialogs.h"
 
 #include "platform/macos/MacConversions.h"
+#include "tests/macos/ModalLoop.h"
 
 #import <AppKit/AppKit.h>
 
@@ -24,14 +25,25 @@ bool pressButton(const QString &title)
 {
     NSButton *button = buttonIn(NSApplication.sharedApplication.modalWindow.contentView, toNSString(title));
     [button performClick:nil];
+    wakeModalLoop();
     return button != nil;
 }
 
 bool cancelDialog()
 {
+    // A panel is drawn by another process, and does not hear what comes before that.
+    static bool isCancelling = false;
+    static __weak NSWindow *cancelled = nil;
     NSWindow *dialog = NSApplication.sharedApplication.modalWindow;
+    if (isCancelling && (!dialog || dialog != cancelled)) {
+        isCancelling = false;
+        return true;
+    }
     if (![dialog isKindOfClass:[NSSavePanel class]])
         return false;
+    isCancelling = true;
+    cancelled = dialog;
     [static_cast<NSSavePanel *>(dialog) cancel:nil];
-    return true;
+    wakeModalLoop();
+    return false;
 }

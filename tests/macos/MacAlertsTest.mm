@@ -2,10 +2,13 @@
 #include "platform/macos/MacAlerts.h"
 
 #include "platform/macos/MacConversions.h"
+#include "tests/macos/ModalLoop.h"
 
 #include <QApplication>
 #include <QTest>
 #include <QTimer>
+
+#include <functional>
 
 #import <AppKit/AppKit.h>
 
@@ -16,30 +19,46 @@ class MacAlertsTest : public QObject {
 private slots:
     void a_dark_alert_is_dark();
     void any_other_alert_looks_as_the_system_does();
+    void a_long_text_has_the_colour_of_other_texts();
     void an_alert_that_is_broken_off_was_closed_without_a_button();
     void an_alert_may_follow_a_loop_of_qts_at_once();
 };
 
 namespace {
 
-// Shows the alert and breaks it off; the name of its window's own appearance, empty when it has none.
-QString appearanceOf(const Alert &alert, AlertAnswer *answer = nullptr)
+// Shows the alert, has a look at its window and breaks it off.
+AlertAnswer show(const Alert &alert, const std::function<void(NSWindow *)> &look)
 {
-    QString name;
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
         NSWindow *window = NSApplication.sharedApplication.modalWindow;
         if (!window)
             return;
-        look.stop();
-        name = fromNSString(window.appearance.name);
-        [NSApplication.sharedApplication abortModal];
+        timer.stop();
+        look(window);
+        abortModalLoop();
     });
-    look.start(20);
-    const AlertAnswer given = MacAlerts().runModal(alert);
-    if (answer)
-        *answer = given;
+    timer.start(20);
+    return MacAlerts().runModal(alert);
+}
+
+// The name of its window's own appearance, empty when it has none.
+QString appearanceOf(const Alert &alert)
+{
+    QString name;
+    show(alert, [&name](NSWindow *window) { name = fromNSString(window.appearance.name); });
     return name;
+}
+
+NSTextView *scrolledTextIn(NSView *view)
+{
+    if ([view isKindOfClass:[NSScrollView class]])
+        return static_cast<NSScrollView *>(view).documentView;
+    for (NSView *subview in view.subviews) {
+        if (NSTextView *text = scrolledTextIn(subview))
+            return text;
+    }
+    return nil;
 }
 
 Alert question()
@@ -64,11 +83,18 @@ void MacAlertsTest::any_other_alert_looks_as_the_system_does()
     QCOMPARE(appearanceOf(question()), QString());
 }
 
+void MacAlertsTest::a_long_text_has_the_colour_of_other_texts()
+{
+    Alert alert = question();
+    alert.informativeText = QStringLiteral("One more line.\n").repeated(2000);
+    NSColor *color = nil;
+    show(alert, [&color](NSWindow *window) { color = scrolledTextIn(window.contentView).textColor; });
+    QVERIFY([color isEqual:NSColor.labelColor]);
+}
+
 void MacAlertsTest::an_alert_that_is_broken_off_was_closed_without_a_button()
 {
-    AlertAnswer answer;
-    appearanceOf(question(), &answer);
-    QCOMPARE(answer.button, -1);
+    QCOMPARE(show(question(), [](NSWindow *) {}).button, -1);
 }
 
 void MacAlertsTest::an_alert_may_follow_a_loop_of_qts_at_once()

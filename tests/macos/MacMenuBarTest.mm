@@ -37,7 +37,9 @@ void MacMenuBarTest::its_items_go_to_the_first_responder_by_their_keys_and_actio
 {
     NSMenu *edit = [NSApplication.sharedApplication.mainMenu itemAtIndex:0].submenu;
     QStringList items;
-    for (NSInteger i = 0; i < edit.numberOfItems; ++i) {
+    // The system may append some of its own.
+    QVERIFY(edit.numberOfItems >= 7);
+    for (NSInteger i = 0; i < 7; ++i) {
         NSMenuItem *item = [edit itemAtIndex:i];
         QVERIFY(!item.target);
         items.append(item.separatorItem ? QStringLiteral("-")

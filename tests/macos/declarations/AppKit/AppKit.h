@@ -6,7 +6,7 @@
 
 #pragma clang assume_nonnull begin
 
-@class CALayer, NSColor, NSImage, NSMenu, NSScreen, NSView, NSWindow;
+@class CALayer, NSColor, NSGraphicsContext, NSImage, NSMenu, NSScreen, NSView, NSWindow;
 
 // Menus.
 @interface NSMenuItem : NSObject <NSCopying>
@@ -32,8 +32,19 @@ typedef NS_OPTIONS(unsigned long long, NSEventMask) {
     NSEventMaskLeftMouseUp = 1ULL << 2,
     NSEventMaskLeftMouseDragged = 1ULL << 6,
 };
+typedef NS_ENUM(NSUInteger, NSEventType) { NSEventTypeApplicationDefined = 15 };
+typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) { NSEventModifierFlagShift = 1 << 17 };
 @interface NSEvent : NSObject
 @property(class, readonly) NSPoint mouseLocation;
++ (nullable NSEvent *)otherEventWithType:(NSEventType)type
+                                location:(NSPoint)location
+                           modifierFlags:(NSEventModifierFlags)flags
+                               timestamp:(NSTimeInterval)time
+                            windowNumber:(NSInteger)wNum
+                                 context:(nullable NSGraphicsContext *)unusedPassNil
+                                 subtype:(short)subtype
+                                   data1:(NSInteger)d1
+                                   data2:(NSInteger)d2;
 + (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask
                                              handler:(void (^)(NSEvent *event))block API_AVAILABLE(macos(10.6));
 + (void)removeMonitor:(id)eventMonitor API_AVAILABLE(macos(10.6));
@@ -83,6 +94,7 @@ API_AVAILABLE(macos(10.6))
                       components:(const CGFloat *)components
                            count:(NSInteger)numberOfComponents;
 @property(class, strong, readonly) NSColor *clearColor;
+@property(class, strong, readonly) NSColor *labelColor API_AVAILABLE(macos(10.10));
 @property(class, strong, readonly) NSColor *controlAccentColor API_AVAILABLE(macos(10.14));
 - (nullable NSColor *)colorUsingColorSpace:(NSColorSpace *)space;
 @property(readonly) CGFloat redComponent;
@@ -207,6 +219,7 @@ typedef NS_ENUM(NSUInteger, NSControlSize) { NSControlSizeRegular API_AVAILABLE(
 @end
 @interface NSText : NSView
 @property(copy) NSString *string;
+@property(nullable, copy) NSColor *textColor;
 @property(getter=isEditable) BOOL editable;
 @property BOOL drawsBackground;
 @end
@@ -267,6 +280,7 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 @end
 typedef NSInteger NSModalResponse;
 enum : NSModalResponse { NSModalResponseOK API_AVAILABLE(macos(10.9)) = 1 };
+enum : NSModalResponse { NSModalResponseAbort API_AVAILABLE(macos(10.9)) = -1001 };
 enum : NSModalResponse { NSAlertFirstButtonReturn = 1000 };
 @interface NSAlert : NSObject
 @property(copy) NSString *messageText;
@@ -336,7 +350,8 @@ extern "C" NSNotificationName const NSApplicationDidChangeScreenParametersNotifi
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy API_AVAILABLE(macos(10.6));
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 - (void)deactivate;
-- (void)abortModal;
+- (void)stopModalWithCode:(NSModalResponse)returnCode;
+- (void)postEvent:(NSEvent *)event atStart:(BOOL)flag;
 @property(nullable, readonly, strong) NSEvent *currentEvent;
 @property(nullable, strong) NSMenu *mainMenu;
 @property(null_resettable, strong) NSImage *applicationIconImage;

@@ -12,11 +12,14 @@ typedef unsigned long NSUInteger;
 typedef CGPoint NSPoint;
 typedef CGSize NSSize;
 typedef CGRect NSRect;
+typedef double NSTimeInterval;
+extern "C" const NSPoint NSZeroPoint;
 extern "C" const NSRect NSZeroRect;
 
 @class NSDictionary<KeyType, ObjectType>, NSError, NSString;
 
 @protocol NSObject
+- (BOOL)isEqual:(nullable id)object;
 - (BOOL)isKindOfClass:(Class)aClass;
 @end
 
@@ -118,6 +121,7 @@ typedef NSString *NSFileAttributeKey;
 - (NSInteger)integerForKey:(NSString *)defaultName;
 - (double)doubleForKey:(NSString *)defaultName;
 - (BOOL)boolForKey:(NSString *)defaultName;
+- (void)registerDefaults:(NSDictionary<NSString *, id> *)registrationDictionary;
 @end
 
 @interface NSKeyedArchiver : NSObject

@@ -14,7 +14,7 @@ class MacDragPasteboardTest : public QObject {
 private slots:
     void cleanup() { [pasteboard() clearContents]; }
     void files_that_are_put_there_are_read_in_their_order();
-    void anything_else_beside_a_file_makes_it_none();
+    void words_and_web_addresses_are_no_files();
     void what_was_there_before_is_no_drag();
     void what_is_to_be_ignored_is_ignored_until_the_next_drag();
 
@@ -39,7 +39,7 @@ void MacDragPasteboardTest::files_that_are_put_there_are_read_in_their_order()
     QCOMPARE(drags.fileURLs(), expected);
 }
 
-void MacDragPasteboardTest::anything_else_beside_a_file_makes_it_none()
+void MacDragPasteboardTest::words_and_web_addresses_are_no_files()
 {
     const MacDragPasteboard drags;
     put(@[ @"words" ]);

@@ -21,8 +21,8 @@ private slots:
 namespace {
 
 constexpr CGKeyCode kA = 0;
-constexpr CGKeyCode kF13 = 105; // does nothing anywhere
-constexpr CGKeyCode kF14 = 107;
+constexpr CGKeyCode kF13 = 105; // does nothing anywhere, unlike F14 and F15, which may be the brightness
+constexpr CGKeyCode kF16 = 106;
 
 // Hears what the taps before it have let pass.
 class Listener {
@@ -30,16 +30,22 @@ public:
     Listener()
         : port(CGEventTapCreate(kCGSessionEventTap, kCGTailAppendEventTap, kCGEventTapOptionListenOnly,
                                 CGEventMaskBit(kCGEventKeyDown), heard, &keys))
-        , source(CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port.get(), 0))
     {
+        if (!port)
+            return;
+        source.reset(CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port.get(), 0));
         CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
     }
     Q_DISABLE_COPY_MOVE(Listener)
     ~Listener()
     {
+        if (!port)
+            return;
         CFRunLoopRemoveSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
         CFMachPortInvalidate(port.get());
     }
+
+    bool listens() const { return port != nullptr; }
 
     QList<int64_t> keys;
 
@@ -75,6 +81,8 @@ void MacKeyTapTest::init()
 void MacKeyTapTest::what_the_handler_takes_goes_no_further_and_all_else_passes()
 {
     Listener listener;
+    if (!listener.listens())
+        QSKIP("This process may not listen to keys");
     MacKeyTap tap;
     QList<std::pair<Qt::Key, Qt::KeyboardModifiers>> asked;
     QVERIFY(tap.install([&asked](Qt::Key key, Qt::KeyboardModifiers modifiers) {
@@ -94,11 +102,13 @@ void MacKeyTapTest::what_the_handler_takes_goes_no_further_and_all_else_passes()
 void MacKeyTapTest::a_removed_tap_takes_nothing()
 {
     Listener listener;
+    if (!listener.listens())
+        QSKIP("This process may not listen to keys");
     MacKeyTap tap;
     QVERIFY(tap.install([](Qt::Key, Qt::KeyboardModifiers) { return true; }));
     tap.remove();
-    press(kF14);
-    QVERIFY(QTest::qWaitFor([&listener] { return listener.keys == QList<int64_t>{kF14}; }));
+    press(kF16);
+    QVERIFY(QTest::qWaitFor([&listener] { return listener.keys == QList<int64_t>{kF16}; }));
 }
 
 QTEST_MAIN(MacKeyTapTest)

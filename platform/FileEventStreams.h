@@ -27,7 +27,8 @@ public:
 
     // A stream, not yet started, that calls `handler` on the main thread at most `latency` seconds after a change
     // inside `folder`, once for all changes within that time. While an alert, a drag or an open menu holds the main
-    // loop the call waits for its end. The folder need not exist yet. Null when refused.
+    // loop the call waits for its end. What changed before the start is not reported, but for what changed only just
+    // before: a Mac may report it. The folder need not exist yet. Null when refused.
     virtual std::shared_ptr<FileEventStream> create(const QString &folder, double latency,
                                                     std::function<void()> handler) = 0;
 

@@ -34,8 +34,9 @@ std::unique_ptr<QObject> workspaceContract(World &world);
 // program that runs it does so itself when it is started with this argument, and exits with what comes of it.
 std::unique_ptr<QObject> sessionInstanceContract(World &world);
 constexpr char kClaimArgument[] = "--claim-session";
-constexpr int kClaimed = 0;
-constexpr int kRefused = 1;
+// Neither is what a program answers that could not start.
+constexpr int kClaimed = 40;
+constexpr int kRefused = 41;
 
 // Runs every other suite; the number of faults.
 int runContracts(World &world, int argc, char *argv[]);

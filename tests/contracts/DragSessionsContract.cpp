@@ -27,9 +27,9 @@ private:
         QWidget source;
         const auto ended = std::make_shared<bool>(false);
         dragSessions().begin(source, items, offered, [ended](DragOperation) { *ended = true; });
-        bool later = false;
-        world.platform().mainQueue->after(0.1, [&later] { later = true; });
-        return !world.waitFor([&later] { return later; }) || *ended;
+        const auto later = std::make_shared<bool>(false);
+        world.platform().mainQueue->after(0.1, [later] { *later = true; });
+        return !world.waitFor([later] { return *later; }) || *ended;
     }
 
     World &world;

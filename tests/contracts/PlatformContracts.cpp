@@ -53,21 +53,20 @@ public:
     void cancelOpenPanel() override { once(cancelDialog); }
 
 private:
-    // Tries until it has succeeded.
-    static void once(std::function<bool()> act)
+    // Tries until it has succeeded, or something else is to be done.
+    void once(std::function<bool()> act)
     {
-        auto *const timer = new QTimer(QCoreApplication::instance());
-        QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
+        hand = std::make_unique<QTimer>();
+        QObject::connect(hand.get(), &QTimer::timeout, hand.get(), [timer = hand.get(), act = std::move(act)] {
             // What it does turns the main loop.
             timer->stop();
-            if (act())
-                timer->deleteLater();
-            else
+            if (!act())
                 timer->start(kGlance);
         });
-        timer->start(kGlance);
+        hand->start(kGlance);
     }
 
+    std::unique_ptr<QTimer> hand;
     const std::unique_ptr<Platform> services = createPlatform();
 };
 
@@ -76,7 +75,8 @@ private:
 int main(int argc, char *argv[])
 {
     if (const auto obstacle = preparePlatform())
-        qFatal("%s", obstacle->text);
+        qFatal("%s", qPrintable(QString::fromUtf8(obstacle->text)
+                                    .replace(QLatin1String("%1"), QString::fromStdString(obstacle->detail))));
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("parklet-contracts"));
     QApplication::setQuitOnLastWindowClosed(false);

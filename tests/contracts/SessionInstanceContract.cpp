@@ -21,13 +21,16 @@ private slots:
     void the_session_is_free_again_when_the_first_has_gone();
 
 private:
-    // What another process answers that claims the session. This one goes on answering it meanwhile.
+    // What another process answers that claims the session; -1 when it comes to none. This one goes on answering it
+    // meanwhile.
     int claimElsewhere()
     {
         QProcess other;
         other.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(kClaimArgument)});
+        if (!other.waitForStarted())
+            return -1;
         const bool ended = world.waitFor([&other] { return other.state() == QProcess::NotRunning; });
-        return ended && other.exitStatus() == QProcess::NormalExit ? other.exitCode() : -1;
+        return ended && other.error() == QProcess::UnknownError ? other.exitCode() : -1;
     }
 
     World &world;

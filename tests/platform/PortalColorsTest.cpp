@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDBusArgument>
+#include <QDBusConnectionInterface>
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -12,6 +13,7 @@
 
 namespace {
 
+const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString kAppearance = QStringLiteral("org.freedesktop.appearance");
 const QString kScheme = QStringLiteral("color-scheme");
@@ -64,7 +66,7 @@ public:
         bus.registerObject(kPath, this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
     }
 
-    bool appear() { return bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")); }
+    bool appear() { return bus.registerService(kService); }
     void change(const QString &group, const QString &key, const QVariant &value)
     {
         settings[group][key] = value;
@@ -279,8 +281,10 @@ void PortalColorsTest::settings_of_others_do_not_count()
 
 void PortalColorsTest::without_a_portal_nothing_changes()
 {
-    portal->bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    portal->bus.unregisterService(kService);
     PortalColors colors(client());
+    // The bus answers in order: after this it has sent back what was asked of a portal.
+    QVERIFY(!client().interface()->isServiceRegistered(kService).value());
     portal->settings[kAppearance] = {{kScheme, 1U}};
     // One that comes later tells its changes.
     QVERIFY(portal->appear());

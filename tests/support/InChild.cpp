@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr unsigned kPatience = 20; // seconds; one that hangs ends, and is read to its end
+
 int messages = -1; // where the child writes
 
 void passOn(QtMsgType, const QMessageLogContext &, const QString &text)
@@ -34,6 +36,7 @@ ChildEnd inChild(const std::function<void()> &work)
         const rlimit noCore{};
         ::setrlimit(RLIMIT_CORE, &noCore);
         std::signal(SIGABRT, SIG_DFL);
+        ::alarm(kPatience);
         messages = ends[1];
         qInstallMessageHandler(passOn);
         work();

@@ -10,6 +10,21 @@ const QString kSeparator = QStringLiteral("_");
 
 } // namespace
 
+bool Translations::isCLocale()
+{
+    for (const char *variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const QByteArray locale = qgetenv(variable);
+        if (!locale.isEmpty())
+            return locale == "C" || locale == "POSIX" || locale.startsWith("C.");
+    }
+    return false;
+}
+
+QStringList Translations::languagesOfUser()
+{
+    return isCLocale() ? QStringList() : QLocale::system().uiLanguages();
+}
+
 Translations::Translations(const QStringList &languages)
 {
     for (const QString &language : languages) {

@@ -11,7 +11,11 @@
 class Translations {
 public:
     // Takes the first of `languages`, which are named as QLocale::uiLanguages() names them.
-    explicit Translations(const QStringList &languages = QLocale::system().uiLanguages());
+    explicit Translations(const QStringList &languages = languagesOfUser());
+
+    // None in the C locale, whatever LANGUAGE says: as gettext has it, and the scripts that set it.
+    static QStringList languagesOfUser();
+    static bool isCLocale();
 
 private:
     QTranslator texts;

@@ -13,6 +13,8 @@
 #include <QTest>
 #include <QXmlStreamReader>
 
+#include <map>
+
 namespace {
 
 const QString kFolder = QStringLiteral(PARKLET_TRANSLATIONS_FOLDER);
@@ -41,6 +43,8 @@ class TranslationsTest : public QObject {
 private slots:
     void the_first_language_that_there_is_speaks_data();
     void the_first_language_that_there_is_speaks();
+    void the_c_locale_has_no_language_data();
+    void the_c_locale_has_no_language();
     void it_speaks_as_long_as_it_lives();
     void numbers_and_values_take_their_places();
     void the_terminal_is_told_in_the_same_language();
@@ -75,6 +79,46 @@ void TranslationsTest::the_first_language_that_there_is_speaks()
     QFETCH(QString, languages);
     const Translations translations(languages.split(QLatin1Char(' ')));
     QTEST(showShelf(), "expected");
+}
+
+void TranslationsTest::the_c_locale_has_no_language_data()
+{
+    QTest::addColumn<QByteArray>("all");
+    QTest::addColumn<QByteArray>("messages");
+    QTest::addColumn<QByteArray>("lang");
+    QTest::addColumn<bool>("expected");
+    const QByteArray none;
+    const QByteArray german("de_DE.UTF-8");
+    QTest::newRow("nothing") << none << none << none << false;
+    QTest::newRow("German") << none << none << german << false;
+    QTest::newRow("C") << none << none << QByteArray("C") << true;
+    QTest::newRow("POSIX") << none << none << QByteArray("POSIX") << true;
+    QTest::newRow("C with an encoding") << none << none << QByteArray("C.UTF-8") << true;
+    QTest::newRow("another that begins so") << none << none << QByteArray("CS_CZ") << false;
+    QTest::newRow("C for messages") << none << QByteArray("C") << german << true;
+    QTest::newRow("German messages") << none << german << QByteArray("C") << false;
+    QTest::newRow("C for all") << QByteArray("C.UTF-8") << german << german << true;
+    QTest::newRow("German for all") << german << QByteArray("C") << QByteArray("C") << false;
+}
+
+void TranslationsTest::the_c_locale_has_no_language()
+{
+    QFETCH(QByteArray, all);
+    QFETCH(QByteArray, messages);
+    QFETCH(QByteArray, lang);
+    QFETCH(bool, expected);
+    const std::map<const char *, QByteArray> wanted{{"LC_ALL", all}, {"LC_MESSAGES", messages}, {"LANG", lang}};
+    std::map<const char *, QByteArray> before;
+    for (const auto &[name, value] : wanted) {
+        before[name] = qgetenv(name);
+        qputenv(name, value);
+    }
+    const bool isC = Translations::isCLocale();
+    const QStringList languages = Translations::languagesOfUser();
+    for (const auto &[name, value] : before)
+        qputenv(name, value);
+    QCOMPARE(isC, expected);
+    QCOMPARE(languages.isEmpty(), expected);
 }
 
 void TranslationsTest::it_speaks_as_long_as_it_lives()

@@ -108,7 +108,8 @@ class PreferencesTest(DesktopTest):
         window = self.wait_for(self.app.window, "the shelf shows as a preview")
         self.app.opaque(window)
         preferences = self.app.window("preferences")
-        self.assertEqual(self.desktop.windows.active(), preferences.id, "the preferences keep the focus")
+        self.wait_for(lambda: self.desktop.windows.active() == preferences.id, "the preferences have the focus")
+        stays(lambda: self.desktop.windows.active() == preferences.id, "the preferences lost the focus", 0.5)
         width = self.app.frame().width
         self.assertEqual(size.value, 72.0)
         size.value = 96.0

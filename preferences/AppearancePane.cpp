@@ -118,8 +118,13 @@ QWidget *AppearancePane::makeStack()
 
     addPopUp(tr("Window edge"), {tr("Left"), tr("Right"), tr("Top"), tr("Bottom")}, s.windowEdge(),
              SettingsKey::windowEdge, &AppearancePane::edgeChanged);
-    //: Along the edge of the screen: its upper or left end, its middle, its lower or right end.
-    addPopUp(tr("Alignment"), {tr("Start"), tr("Center"), tr("End")}, s.windowAlignment(), SettingsKey::windowAlignment,
+    //: Along the edge of the screen: its upper or left end.
+    const QString start = tr("Start");
+    //: Along the edge of the screen: its middle.
+    const QString center = tr("Center");
+    //: Along the edge of the screen: its lower or right end.
+    const QString end = tr("End");
+    addPopUp(tr("Alignment"), {start, center, end}, s.windowAlignment(), SettingsKey::windowAlignment,
              &AppearancePane::alignChanged);
     addSeparator();
 

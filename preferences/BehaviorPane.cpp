@@ -101,8 +101,11 @@ void BehaviorPane::loadView()
     connect(doubleClickPop, &QComboBox::activated, this, [this] { doubleClickChanged(doubleClickPop); });
 
     separatorC = new Separator(this);
-    //: Each of these two goes on with "The Parklet window in the following applications:".
-    excludeModePop = popUp({tr("Hide"), tr("Show only in")}, s.defaults.integer(SettingsKey::excludeMode), this);
+    //: Goes on with "The Parklet window in the following applications:".
+    const QString hide = tr("Hide");
+    //: Goes on with "The Parklet window in the following applications:".
+    const QString showOnlyIn = tr("Show only in");
+    excludeModePop = popUp({hide, showOnlyIn}, s.defaults.integer(SettingsKey::excludeMode), this);
     excludeModePop->setObjectName(SettingsKey::excludeMode);
     excludeModePop->setAttribute(Qt::WA_MacSmallSize);
     excludeModePop->setFont(systemFont(kSmallControlSize));

@@ -130,19 +130,21 @@
     </message>
     <message>
         <source>Alignment</source>
-        <extracomment>Along the edge of the screen: its upper or left end, its middle, its lower or right end.</extracomment>
         <translation>Ausrichtung</translation>
     </message>
     <message>
         <source>Start</source>
+        <extracomment>Along the edge of the screen: its upper or left end.</extracomment>
         <translation>Anfang</translation>
     </message>
     <message>
         <source>Center</source>
+        <extracomment>Along the edge of the screen: its middle.</extracomment>
         <translation>Mitte</translation>
     </message>
     <message>
         <source>End</source>
+        <extracomment>Along the edge of the screen: its lower or right end.</extracomment>
         <translation>Ende</translation>
     </message>
     <message>
@@ -159,7 +161,7 @@
     </message>
     <message>
         <source>Show on hover</source>
-        <translation>Beim Überfahren anzeigen</translation>
+        <translation>Beim Darüberfahren anzeigen</translation>
     </message>
     <message>
         <source>Hide file extensions</source>
@@ -178,7 +180,7 @@
     </message>
     <message>
         <source>Near cursor position when you start dragging</source>
-        <translation>Beim Zeiger, sobald eine Datei gezogen wird</translation>
+        <translation>Neben dem Zeiger, sobald eine Datei gezogen wird</translation>
     </message>
     <message>
         <source>When dragging towards Parklet&apos;s location</source>
@@ -186,7 +188,7 @@
     </message>
     <message>
         <source>When to show the drop window</source>
-        <translation>Zeitpunkt der Anzeige des Ablagefensters</translation>
+        <translation>Wann das Ablagefenster angezeigt wird</translation>
     </message>
     <message>
         <source>When double-clicking a shelf file:</source>
@@ -202,11 +204,12 @@
     </message>
     <message>
         <source>Hide</source>
-        <extracomment>Each of these two goes on with &quot;The Parklet window in the following applications:&quot;.</extracomment>
+        <extracomment>Goes on with &quot;The Parklet window in the following applications:&quot;.</extracomment>
         <translation>Ausblenden</translation>
     </message>
     <message>
         <source>Show only in</source>
+        <extracomment>Goes on with &quot;The Parklet window in the following applications:&quot;.</extracomment>
         <translation>Nur anzeigen</translation>
     </message>
     <message>

@@ -30,6 +30,8 @@ private slots:
     void the_views_lie_above_each_other_in_their_order();
     void the_drop_label_stands_ten_points_below_the_middle();
     void the_background_and_the_tint_have_corners_of_14_points();
+    void a_layer_is_a_rounded_rectangle_to_the_pixel_data();
+    void a_layer_is_a_rounded_rectangle_to_the_pixel();
     void the_scroll_view_draws_no_background();
     void drop_targets_that_outlive_the_panel_do_nothing();
     // Frame
@@ -205,6 +207,66 @@ void ShelfPanelTest::the_drop_label_stands_ten_points_below_the_middle()
     const QRect label = f.panel->dropLabel->geometry();
     QVERIFY(std::abs(label.center().y() - (164 / 2 + 10)) <= 1);
     QVERIFY(std::abs(label.center().x() - 116 / 2) <= 1);
+}
+
+void ShelfPanelTest::a_layer_is_a_rounded_rectangle_to_the_pixel_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<double>("border");
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        for (const QSize size : {QSize(116, 400), QSize(400, 137), QSize(60, 29), QSize(60, 28), QSize(40, 20)}) {
+            for (const double border : {0.0, 2.0})
+                QTest::addRow("%g %dx%d %g", scale, size.width(), size.height(), border) << scale << size << border;
+        }
+    }
+}
+
+void ShelfPanelTest::a_layer_is_a_rounded_rectangle_to_the_pixel()
+{
+    QFETCH(const double, scale);
+    QFETCH(const QSize, size);
+    QFETCH(const double, border);
+    PanelFixture f;
+    const auto image = [&](const std::function<void(QPainter &)> &draw) {
+        QImage drawn(size * scale, QImage::Format_ARGB32_Premultiplied);
+        drawn.setDevicePixelRatio(scale);
+        drawn.fill(Qt::transparent);
+        QPainter painter(&drawn);
+        painter.setRenderHint(QPainter::Antialiasing);
+        draw(painter);
+        return drawn;
+    };
+    const auto layer = [&](QWidget &view) {
+        view.resize(size);
+        QImage drawn = image([](QPainter &) {});
+        view.render(&drawn, QPoint(), QRegion(), QWidget::DrawChildren);
+        return drawn;
+    };
+    const QColor tint(200, 10, 20, 100);
+    ColorView color(VisualEffectView::kCornerRadius, nullptr);
+    color.setColor(tint);
+    QCOMPARE(layer(color), image([&](QPainter &painter) {
+                 painter.setPen(Qt::NoPen);
+                 painter.setBrush(tint);
+                 painter.drawRoundedRect(QRect(QPoint(), size), 14, 14);
+             }));
+
+    VisualEffectView effect(*f.virtualPlatform.platform.floatingPanels, nullptr);
+    effect.setBorder(border, Qt::blue);
+    QColor background(34, 34, 38);
+    background.setAlphaF(0.84F);
+    QCOMPARE(layer(effect), image([&](QPainter &painter) {
+                 painter.setPen(Qt::NoPen);
+                 painter.setBrush(background);
+                 painter.drawRoundedRect(QRect(QPoint(), size), 14, 14);
+                 const double width = border > 0 ? border : 1;
+                 painter.setPen(QPen(border > 0 ? QColor(Qt::blue) : QColor::fromRgbF(1, 1, 1, 0.13F), width));
+                 painter.setBrush(Qt::NoBrush);
+                 painter.drawRoundedRect(
+                     QRectF(QPointF(), QSizeF(size)).adjusted(width / 2, width / 2, -width / 2, -width / 2),
+                     14 - width / 2, 14 - width / 2);
+             }));
 }
 
 void ShelfPanelTest::the_background_and_the_tint_have_corners_of_14_points()

@@ -13,6 +13,7 @@
 #include "shelf/ShelfViews.h"
 #include "shelf/TileViews.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QPointer>
 

@@ -34,10 +34,12 @@ void LoginItemContract::what_enabling_answers_is_what_it_is_afterwards()
 
 void LoginItemContract::enabling_what_is_enabled_succeeds()
 {
-    if (!loginItem().enable()) {
+    const bool done = loginItem().enable();
+    if (kMayRefuse && !done) {
         QVERIFY(loginItem().disable());
         QSKIP("The system does not let it be enabled at once");
     }
+    QVERIFY(done);
     QVERIFY(loginItem().enable());
     QVERIFY(loginItem().isEnabled());
     QVERIFY(loginItem().disable());

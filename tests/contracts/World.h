@@ -5,6 +5,14 @@
 
 #include <QTemporaryDir>
 
+// Whether a platform may refuse what its user has not permitted, or what the user's own session holds already. On a Mac
+// the suites run in that session; elsewhere they have one to themselves, and a refusal is a fault.
+#ifdef Q_OS_MACOS
+inline constexpr bool kMayRefuse = true;
+#else
+inline constexpr bool kMayRefuse = false;
+#endif
+
 // What the suites are run against: the services of one platform, and a hand that does to them what a user would.
 class World {
 public:

@@ -91,6 +91,21 @@ double contrast(const QColor &text, const QColor &background)
     return std::max(one, other) / std::min(one, other);
 }
 
+// A slider from 48 to 120 on the screen, and how often it has reported.
+struct ShownSlider {
+    ShownSlider()
+    {
+        slider.resize(300, 20);
+        window.resize(300, 20);
+        window.show();
+        QObject::connect(&slider, &DoubleSlider::reported, &window, [this] { ++reports; });
+    }
+
+    QWidget window;
+    DoubleSlider slider{48.0, 120.0, 720, &window};
+    int reports = 0;
+};
+
 } // namespace
 
 void ControlsTest::an_image_is_scaled_up_or_down_to_fit_and_keeps_its_proportions_data()
@@ -300,13 +315,9 @@ void ControlsTest::a_slider_goes_to_its_nearer_end_for_a_value_outside()
 
 void ControlsTest::a_slider_reports_the_end_that_it_showed_for_a_value_outside()
 {
-    QWidget window;
-    DoubleSlider slider(48.0, 120.0, 720, &window);
-    slider.resize(300, 20);
-    window.resize(300, 20);
-    window.show();
-    int reports = 0;
-    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
+    ShownSlider f;
+    DoubleSlider &slider = f.slider;
+    int &reports = f.reports;
     const auto reported = [&reports] { return std::exchange(reports, 0); };
     const auto putOutside = [&] {
         slider.setDoubleValue(9000);
@@ -341,13 +352,9 @@ void ControlsTest::a_slider_reports_the_end_that_it_showed_for_a_value_outside()
 
 void ControlsTest::a_slider_reports_the_place_that_it_showed_for_a_value_between_two()
 {
-    QWidget window;
-    DoubleSlider slider(48.0, 120.0, 720, &window);
-    slider.resize(300, 20);
-    window.resize(300, 20);
-    window.show();
-    int reports = 0;
-    connect(&slider, &DoubleSlider::reported, this, [&reports] { ++reports; });
+    ShownSlider f;
+    DoubleSlider &slider = f.slider;
+    int &reports = f.reports;
     const auto pressedAtEnd = [&] {
         reports = 0;
         QTest::mouseClick(&slider, Qt::LeftButton, {}, QPoint(slider.width() - 5, slider.height() / 2));

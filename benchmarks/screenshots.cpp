@@ -4,8 +4,8 @@
 // thread does meanwhile, what a crowded Desktop costs, and whether watching it wakes the program up.
 
 #include "platform/common/QtMainQueue.h"
-#include "platform/linux/LinuxFileEventStreams.h"
-#include "platform/linux/LinuxThumbnailGenerator.h"
+#include "platform/linux/files/LinuxFileEventStreams.h"
+#include "platform/linux/thumbnails/LinuxThumbnailGenerator.h"
 #include "screenshots/NewScreenshots.h"
 #include "screenshots/ScreenshotWatcher.h"
 #include "settings/AppSettings.h"

@@ -4,7 +4,7 @@
 // as many threads of the same priority, how long the main loop stands still meanwhile, and what the pictures weigh.
 
 #include "platform/common/QtMainQueue.h"
-#include "platform/linux/LinuxThumbnailGenerator.h"
+#include "platform/linux/thumbnails/LinuxThumbnailGenerator.h"
 
 #include <QDir>
 #include <QElapsedTimer>

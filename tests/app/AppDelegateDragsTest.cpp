@@ -3,7 +3,9 @@
 #include "shelf/ShelfGeometry.h"
 #include "tests/app/AppFixture.h"
 #include "tests/support/DragEvents.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 // How a drag in another application brings the shelf, and how the shelf goes again.
@@ -802,5 +804,5 @@ void AppDelegateDragsTest::a_drag_that_begins_while_the_shelf_fades_out_takes_it
     QVERIFY(!f.delegate->shelf.isVisible());
 }
 
-QTEST_MAIN(AppDelegateDragsTest)
+PARKLET_TEST(AppDelegateDragsTest)
 #include "AppDelegateDragsTest.moc"

@@ -2,7 +2,9 @@
 #include "settings/BuildInfo.h"
 #include "tests/app/AppFixture.h"
 #include "tests/support/LoopbackServer.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QTcpSocket>
@@ -659,5 +661,5 @@ void AppDelegateLaunchTest::a_login_item_that_refuses_is_ignored()
     }
 }
 
-QTEST_MAIN(AppDelegateLaunchTest)
+PARKLET_TEST(AppDelegateLaunchTest)
 #include "AppDelegateLaunchTest.moc"

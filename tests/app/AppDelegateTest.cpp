@@ -4,7 +4,9 @@
 #include "shelf/ShelfGeometry.h"
 #include "tests/app/AppFixture.h"
 #include "tests/support/InChild.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QNetworkAccessManager>
 #include <QTest>
@@ -846,5 +848,5 @@ void AppDelegateTest::what_a_delegate_handed_out_does_nothing_after_it_has_gone(
     QCOMPARE(f.panels.ordersFront, 0);
 }
 
-QTEST_MAIN(AppDelegateTest)
+PARKLET_TEST(AppDelegateTest)
 #include "AppDelegateTest.moc"

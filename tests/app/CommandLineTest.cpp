@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 
 #include "settings/BuildInfo.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -76,5 +77,5 @@ void CommandLineTest::everything_else_is_an_error()
     QCOMPARE(answerCommandLine({"--version", argument.toStdString()}), CommandLineAnswer({{}, text, 2}));
 }
 
-QTEST_APPLESS_MAIN(CommandLineTest)
+PARKLET_APPLESS_TEST(CommandLineTest)
 #include "CommandLineTest.moc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/MainMenu.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
@@ -217,5 +219,5 @@ void MainMenuTest::a_text_field_is_edited()
     QCOMPARE(field.text(), QStringLiteral("abcabc"));
 }
 
-QTEST_MAIN(MainMenuTest)
+PARKLET_TEST(MainMenuTest)
 #include "MainMenuTest.moc"

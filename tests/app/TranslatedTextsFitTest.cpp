@@ -5,7 +5,9 @@
 #include "preferences/SidebarViewController.h"
 #include "shelf/ShelfPanel.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QListView>
 #include <QPushButton>
@@ -124,5 +126,5 @@ void TranslatedTextsFitTest::the_narrowest_shelf_has_room_for_its_text()
     QVERIFY2(label->x() >= 0 && label->geometry().right() < shelf.width(), qPrintable(label->text()));
 }
 
-QTEST_MAIN(TranslatedTextsFitTest)
+PARKLET_TEST(TranslatedTextsFitTest)
 #include "TranslatedTextsFitTest.moc"

@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "platform/Alerts.h"
 #include "shelf/ShelfPanel.h"
+#include "tests/support/TestProgram.h"
 #include "updates/VersionRecord.h"
 
 #include <QCoreApplication>
@@ -209,5 +210,5 @@ void TranslationsTest::every_translated_text_takes_the_same_arguments()
     QVERIFY(texts > 50);
 }
 
-QTEST_GUILESS_MAIN(TranslationsTest)
+PARKLET_GUILESS_TEST(TranslationsTest)
 #include "TranslationsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "drag/AutoShow.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -105,5 +106,5 @@ void AutoShowTest::near_is_within_120_points_on_every_side()
     QTEST(isNear(pointer, QRectF(1000, 300, 116, 164)), "near");
 }
 
-QTEST_GUILESS_MAIN(AutoShowTest)
+PARKLET_GUILESS_TEST(AutoShowTest)
 #include "AutoShowTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "drag/DragMonitor.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QTest>
@@ -410,5 +411,5 @@ void DragMonitorTest::a_refused_monitor_leaves_its_half_missing()
     QTEST(delegate.calls, "calls");
 }
 
-QTEST_GUILESS_MAIN(DragMonitorTest)
+PARKLET_GUILESS_TEST(DragMonitorTest)
 #include "DragMonitorTest.moc"

@@ -5,7 +5,9 @@
 #include "settings/BuildInfo.h"
 #include "tests/preferences/Fixture.h"
 #include "tests/support/InChild.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QTest>
 
@@ -183,5 +185,5 @@ void AboutPaneTest::the_stack_is_as_wide_as_the_pane_lets_it()
         QCOMPARE(view->maximumWidth(), QWIDGETSIZE_MAX);
 }
 
-QTEST_MAIN(AboutPaneTest)
+PARKLET_TEST(AboutPaneTest)
 #include "AboutPaneTest.moc"

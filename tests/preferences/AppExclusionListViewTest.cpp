@@ -4,7 +4,9 @@
 #include "preferences/AppExclusionModel.h"
 #include "preferences/Controls.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
@@ -597,5 +599,5 @@ void AppExclusionListViewTest::the_list_works_by_keyboard()
     QCOMPARE(view.ids, QStringList{kFirst});
 }
 
-QTEST_MAIN(AppExclusionListViewTest)
+PARKLET_TEST(AppExclusionListViewTest)
 #include "AppExclusionListViewTest.moc"

@@ -5,7 +5,9 @@
 #include "preferences/Controls.h"
 #include "preferences/DoubleSlider.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStyle>
@@ -535,5 +537,5 @@ void AppearancePaneTest::focus_goes_from_top_to_bottom()
     }
 }
 
-QTEST_MAIN(AppearancePaneTest)
+PARKLET_TEST(AppearancePaneTest)
 #include "AppearancePaneTest.moc"

@@ -4,7 +4,9 @@
 #include "preferences/AppExclusionListView.h"
 #include "preferences/Controls.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 class BehaviorPaneTest : public QObject {
@@ -438,5 +440,5 @@ void BehaviorPaneTest::focus_goes_from_top_to_bottom()
                                         f.list().tableView, f.list().addBtn, f.list().removeBtn}));
 }
 
-QTEST_MAIN(BehaviorPaneTest)
+PARKLET_TEST(BehaviorPaneTest)
 #include "BehaviorPaneTest.moc"

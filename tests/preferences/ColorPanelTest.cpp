@@ -5,7 +5,9 @@
 #include "preferences/PreferencesWindowController.h"
 #include "tests/preferences/Fixture.h"
 #include "tests/preferences/WellFixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 // The colour panel is a window of a fixed size, which needs a real desktop.
@@ -207,5 +209,5 @@ void ColorPanelTest::minimising_the_window_keeps_the_panel()
     QVERIFY(f.well.colorPanel());
 }
 
-QTEST_MAIN(ColorPanelTest)
+PARKLET_TEST(ColorPanelTest)
 #include "ColorPanelTest.moc"

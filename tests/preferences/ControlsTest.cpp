@@ -4,8 +4,10 @@
 #include "preferences/ColorWell.h"
 #include "preferences/DoubleSlider.h"
 #include "tests/preferences/WellFixture.h"
+#include "tests/support/TestProgram.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QPainter>
 #include <QTest>
 
@@ -474,5 +476,5 @@ void ControlsTest::a_colour_set_from_outside_calls_nobody_back()
     QVERIFY(f.chosen.isEmpty());
 }
 
-QTEST_MAIN(ControlsTest)
+PARKLET_TEST(ControlsTest)
 #include "ControlsTest.moc"

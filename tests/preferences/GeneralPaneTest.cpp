@@ -3,7 +3,9 @@
 
 #include "preferences/Controls.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 class GeneralPaneTest : public QObject {
@@ -330,5 +332,5 @@ void GeneralPaneTest::every_control_has_its_label_as_accessible_name()
         QVERIFY(!f.box(key)->text().isEmpty());
 }
 
-QTEST_MAIN(GeneralPaneTest)
+PARKLET_TEST(GeneralPaneTest)
 #include "GeneralPaneTest.moc"

@@ -11,7 +11,9 @@
 #include "preferences/WelcomePane.h"
 #include "tests/preferences/Fixture.h"
 #include "tests/support/InChild.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QPointer>
 #include <QShortcut>
@@ -578,5 +580,5 @@ void PreferencesWindowControllerTest::a_sidebar_that_outlives_the_controller_cal
     callback(PrefPane::general);
 }
 
-QTEST_MAIN(PreferencesWindowControllerTest)
+PARKLET_TEST(PreferencesWindowControllerTest)
 #include "PreferencesWindowControllerTest.moc"

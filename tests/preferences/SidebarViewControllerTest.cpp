@@ -3,8 +3,10 @@
 
 #include "preferences/Controls.h"
 #include "preferences/SidebarCell.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QTest>
 
@@ -401,5 +403,5 @@ void SidebarViewControllerTest::a_missing_symbol_leaves_the_title()
     QVERIFY(!inkBetween(image, 34, 180).isEmpty());
 }
 
-QTEST_MAIN(SidebarViewControllerTest)
+PARKLET_TEST(SidebarViewControllerTest)
 #include "SidebarViewControllerTest.moc"

@@ -3,7 +3,9 @@
 
 #include "preferences/Controls.h"
 #include "tests/preferences/Fixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 class WelcomePaneTest : public QObject {
@@ -157,5 +159,5 @@ void WelcomePaneTest::the_pane_touches_no_setting()
     QVERIFY(f.posts.isEmpty());
 }
 
-QTEST_MAIN(WelcomePaneTest)
+PARKLET_TEST(WelcomePaneTest)
 #include "WelcomePaneTest.moc"

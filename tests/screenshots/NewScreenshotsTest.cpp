@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "screenshots/NewScreenshots.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -165,5 +166,5 @@ void NewScreenshotsTest::a_file_is_recent_for_less_than_ten_seconds()
     QTEST(isRecent(now.addMSecs(-age), now), "recent");
 }
 
-QTEST_GUILESS_MAIN(NewScreenshotsTest)
+PARKLET_GUILESS_TEST(NewScreenshotsTest)
 #include "NewScreenshotsTest.moc"

@@ -4,6 +4,7 @@
 #include "platform/FileURLs.h"
 #include "settings/AppSettings.h"
 #include "tests/support/NoDescriptors.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QDir>
@@ -723,5 +724,5 @@ void ScreenshotWatcherTest::a_watcher_that_is_gone_reports_nothing_and_its_strea
     QVERIFY(f.reported.isEmpty());
 }
 
-QTEST_GUILESS_MAIN(ScreenshotWatcherTest)
+PARKLET_GUILESS_TEST(ScreenshotWatcherTest)
 #include "ScreenshotWatcherTest.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/AppSettings.h"
 #include "settings/Notifications.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QTest>
@@ -294,5 +295,5 @@ void AppSettingsTest::writing_a_setting_posts_nothing_and_notifications_reach_th
     QCOMPARE(seen.size(), 2);
 }
 
-QTEST_GUILESS_MAIN(AppSettingsTest)
+PARKLET_GUILESS_TEST(AppSettingsTest)
 #include "AppSettingsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings/BuildInfo.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -76,5 +77,5 @@ void BuildInfoTest::the_makers_line_is_one_line_of_year_and_name()
     QVERIFY2(line.contains(QStringLiteral("Orvane")), qPrintable(line));
 }
 
-QTEST_GUILESS_MAIN(BuildInfoTest)
+PARKLET_GUILESS_TEST(BuildInfoTest)
 #include "BuildInfoTest.moc"

@@ -2,8 +2,10 @@
 #include "shelf/CursorShelf.h"
 #include "shelf/ShelfViews.h"
 #include "tests/support/DragEvents.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
+#include <QApplication>
 #include <QEasingCurve>
 #include <QLabel>
 #include <QTest>
@@ -503,5 +505,5 @@ void CursorShelfTest::a_drop_for_a_panel_that_has_gone_does_nothing()
     QCOMPARE(f.drops.size(), 1);
 }
 
-QTEST_MAIN(CursorShelfTest)
+PARKLET_TEST(CursorShelfTest)
 #include "CursorShelfTest.moc"

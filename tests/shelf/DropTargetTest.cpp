@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/DropViews.h"
 #include "tests/support/DragEvents.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 // A column's background and its scroll view answer drags alike, so each test runs on both.
@@ -193,5 +195,5 @@ void DropTargetTest::without_callbacks_nothing_happens()
     QVERIFY(sendDrop(*t.widget, data));
 }
 
-QTEST_MAIN(DropTargetTest)
+PARKLET_TEST(DropTargetTest)
 #include "DropTargetTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/Fader.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QTest>
@@ -115,5 +116,5 @@ void FaderTest::a_completion_may_destroy_the_fader()
     QVERIFY(!fader);
 }
 
-QTEST_GUILESS_MAIN(FaderTest)
+PARKLET_GUILESS_TEST(FaderTest)
 #include "FaderTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/ShelfGeometry.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -201,5 +202,5 @@ void ShelfGeometryTest::turning_a_frame_over_twice_gives_it_back()
     QCOMPARE(wholePoints(QRectF(1.4, 2.5, 3.6, 4.0)), QRect(1, 3, 4, 4));
 }
 
-QTEST_GUILESS_MAIN(ShelfGeometryTest)
+PARKLET_GUILESS_TEST(ShelfGeometryTest)
 #include "ShelfGeometryTest.moc"

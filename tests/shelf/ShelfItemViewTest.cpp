@@ -4,6 +4,7 @@
 #include "settings/AppSettings.h"
 #include "shelf/TileViews.h"
 #include "tests/support/Corners.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QApplication>
@@ -942,5 +943,5 @@ void ShelfItemViewTest::each_drag_of_a_tile_has_its_own_report()
     QCOMPARE(f.calls, (QStringList{QStringLiteral("first"), QStringLiteral("second")}));
 }
 
-QTEST_MAIN(ShelfItemViewTest)
+PARKLET_TEST(ShelfItemViewTest)
 #include "ShelfItemViewTest.moc"

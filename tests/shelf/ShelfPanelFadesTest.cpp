@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/shelf/PanelFixture.h"
+#include "tests/support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 // How the panel comes and goes: its fades, and the timer that hides an empty shelf.
@@ -346,5 +348,5 @@ void ShelfPanelFadesTest::a_timer_that_outlives_the_panel_does_nothing()
     }
 }
 
-QTEST_MAIN(ShelfPanelFadesTest)
+PARKLET_TEST(ShelfPanelFadesTest)
 #include "ShelfPanelFadesTest.moc"

@@ -7,6 +7,7 @@
 #include "shelf/ShelfStackView.h"
 #include "shelf/ShelfViews.h"
 #include "shelf/TileViews.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QAccessible>
@@ -868,5 +869,5 @@ void ShelfPanelItemsTest::callbacks_that_outlive_the_panel_do_nothing()
     f.virtualPlatform.mainQueue.advance(5);
 }
 
-QTEST_MAIN(ShelfPanelItemsTest)
+PARKLET_TEST(ShelfPanelItemsTest)
 #include "ShelfPanelItemsTest.moc"

@@ -6,6 +6,7 @@
 #include "shelf/ShelfViews.h"
 #include "shelf/TileViews.h"
 #include "tests/shelf/PanelFixture.h"
+#include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -788,5 +789,5 @@ void ShelfPanelTest::a_tap_that_outlives_the_panel_does_nothing()
     f.virtualPlatform.mainQueue.runPending();
 }
 
-QTEST_MAIN(ShelfPanelTest)
+PARKLET_TEST(ShelfPanelTest)
 #include "ShelfPanelTest.moc"

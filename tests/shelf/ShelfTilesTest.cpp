@@ -7,8 +7,10 @@
 #include "shelf/ShelfStackView.h"
 #include "shelf/ShelfViews.h"
 #include "tests/support/DragEvents.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QTest>
 
@@ -231,5 +233,5 @@ void ShelfTilesTest::each_dragged_file_has_its_own_picture()
     }
 }
 
-QTEST_MAIN(ShelfTilesTest)
+PARKLET_TEST(ShelfTilesTest)
 #include "ShelfTilesTest.moc"

@@ -2,8 +2,10 @@
 #include "shelf/TileViews.h"
 #include "shelf/ShelfViews.h"
 #include "tests/support/Corners.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QTest>
 
@@ -200,5 +202,5 @@ void TileViewsTest::the_border_of_the_panel_follows_its_corners()
     QCOMPARE(image.pixelColor(2, 2).alpha(), 0);
 }
 
-QTEST_MAIN(TileViewsTest)
+PARKLET_TEST(TileViewsTest)
 #include "TileViewsTest.moc"

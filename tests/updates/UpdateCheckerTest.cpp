@@ -2,6 +2,7 @@
 #include "updates/UpdateChecker.h"
 
 #include "tests/support/LoopbackServer.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QNetworkAccessManager>
@@ -668,5 +669,5 @@ void UpdateCheckerTest::a_checker_that_goes_during_the_alert_still_opens_the_pag
     QCOMPARE(f.virtualPlatform.workspace.opened.size(), 1);
 }
 
-QTEST_GUILESS_MAIN(UpdateCheckerTest)
+PARKLET_GUILESS_TEST(UpdateCheckerTest)
 #include "UpdateCheckerTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "updates/VersionComparison.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -91,5 +92,5 @@ void VersionComparisonTest::every_order_is_mirrored()
     QCOMPARE(sign(compareVersions(b, a)), -order);
 }
 
-QTEST_GUILESS_MAIN(VersionComparisonTest)
+PARKLET_GUILESS_TEST(VersionComparisonTest)
 #include "VersionComparisonTest.moc"

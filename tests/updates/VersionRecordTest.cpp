@@ -2,6 +2,7 @@
 #include "updates/VersionRecord.h"
 
 #include "platform/Alerts.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -149,5 +150,5 @@ void VersionRecordTest::the_up_to_date_alert_has_one_button()
     QVERIFY(alert.activates);
 }
 
-QTEST_GUILESS_MAIN(VersionRecordTest)
+PARKLET_GUILESS_TEST(VersionRecordTest)
 #include "VersionRecordTest.moc"

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/desktop/BusSessionInstance.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+namespace {
+
+const QString kName = QStringLiteral("com.orvane.Parklet");
+const QString kPath = QStringLiteral("/com/orvane/Parklet");
+const QString kInterface = QStringLiteral("org.freedesktop.Application");
+
+// How long a later start waits for the running instance, which answers once its main loop turns.
+constexpr int kAnswerTime = 2500; // milliseconds
+// An owner may end between the two questions.
+constexpr int kAttempts = 3;
+
+} // namespace
+
+BusSessionInstance::BusSessionInstance(const QDBusConnection &sessionBus)
+    : bus(sessionBus)
+{
+    new ApplicationAdaptor(&application, *this);
+}
+
+BusSessionInstance::~BusSessionInstance()
+{
+    bus.unregisterObject(kPath);
+    bus.unregisterService(kName);
+}
+
+bool BusSessionInstance::claim()
+{
+    // Before the name: a message may follow it at once.
+    bus.registerObject(kPath, &application);
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (takeName())
+            return true;
+        auto message = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
+        message.setArguments({QVariantMap()});
+        // A new instance would not do: it is this process that has to become it.
+        message.setAutoStartService(false);
+        const QDBusMessage answer = bus.call(message, QDBus::Block, kAnswerTime);
+        const QDBusError error(answer);
+        if (error.type() != QDBusError::ServiceUnknown && error.type() != QDBusError::Disconnected)
+            break;
+    }
+    bus.unregisterObject(kPath);
+    return false;
+}
+
+bool BusSessionInstance::takeName()
+{
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = bus.interface()->registerService(
+        kName, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+    // Without an answer there is nobody to hand over to: better a second shelf than none.
+    return !reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+ApplicationAdaptor::ApplicationAdaptor(QObject *object, SessionInstance &sessionInstance)
+    : QDBusAbstractAdaptor(object)
+    , instance(sessionInstance)
+{
+}
+
+void ApplicationAdaptor::Activate(const QVariantMap &)
+{
+    if (instance.onActivate)
+        instance.onActivate();
+}
+
+void ApplicationAdaptor::Open(const QStringList &, const QVariantMap &platformData)
+{
+    Activate(platformData);
+}
+
+void ApplicationAdaptor::ActivateAction(const QString &name, const QVariantList &, const QVariantMap &)
+{
+    if (instance.onAction)
+        instance.onAction(name);
+}

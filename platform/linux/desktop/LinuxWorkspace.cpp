@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+
+// GIO names a field "signals", which is a keyword once Qt has been included.
+#include <gio/gdesktopappinfo.h>
+
+#include "platform/linux/desktop/LinuxWorkspace.h"
+
+#include "platform/FileURLs.h"
+#include "platform/linux/desktop/FrontmostApplication.h"
+#include "platform/linux/files/RegularFile.h"
+#include "platform/linux/x11/XcbConnection.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMimeDatabase>
+
+#include <sys/stat.h>
+
+namespace {
+
+constexpr int kSniffedBytes = 4096;
+
+struct ObjectUnref {
+    void operator()(void *object) const { g_object_unref(object); }
+};
+template<typename T>
+using GObjectPointer = std::unique_ptr<T, ObjectUnref>;
+
+// The file's type by its name, or by its first bytes where the name says nothing.
+QString mimeTypeOf(const QByteArray &path)
+{
+    QString byName = mimeTypeByName(path);
+    if (byName != QLatin1String("application/octet-stream"))
+        return byName;
+    const auto file = RegularFile::open(path);
+    const QByteArray start = file ? file->read(0, kSniffedBytes) : QByteArray();
+    return start.isEmpty() ? byName : QMimeDatabase().mimeTypeForData(start).name();
+}
+
+bool openFile(const QUrl &url)
+{
+    const QByteArray path = fileSystemPath(url);
+    struct stat status {};
+    if (::stat(path.constData(), &status) != 0)
+        return false;
+    const GObjectPointer<GAppInfo> handler(
+        g_app_info_get_default_for_type(mimeTypeOf(path).toUtf8().constData(), FALSE));
+    if (!handler)
+        return false;
+    const GObjectPointer<GFile> file(g_file_new_for_path(path.constData()));
+    GList files{file.get(), nullptr, nullptr};
+    return g_app_info_launch(handler.get(), &files, nullptr, nullptr) != FALSE;
+}
+
+bool openAddress(const QUrl &url)
+{
+    if (url.scheme().isEmpty())
+        return false;
+    const GObjectPointer<GAppInfo> handler(g_app_info_get_default_for_uri_scheme(url.scheme().toUtf8().constData()));
+    if (!handler)
+        return false;
+    QByteArray address = url.toEncoded();
+    GList addresses{address.data(), nullptr, nullptr};
+    return g_app_info_launch_uris(handler.get(), &addresses, nullptr, nullptr) != FALSE;
+}
+
+} // namespace
+
+LinuxWorkspace::LinuxWorkspace(std::shared_ptr<XcbConnection> xcb, const DesktopEntries &desktopEntries)
+    : connection(std::move(xcb))
+    , entries(desktopEntries)
+{
+    chooseFallbackIconTheme();
+}
+
+std::optional<QString> LinuxWorkspace::frontmostBundleIdentifier() const
+{
+    const auto window = connection ? frontmostWindow(*connection) : std::nullopt;
+    return window ? ::bundleIdentifier(*window, entries) : std::nullopt;
+}
+
+bool LinuxWorkspace::open(const QUrl &url)
+{
+    return url.isLocalFile() ? openFile(url) : openAddress(url);
+}
+
+QIcon LinuxWorkspace::icon(const QUrl &file) const
+{
+    return icons.file(file);
+}
+
+std::optional<Application> LinuxWorkspace::application(const QString &bundleIdentifier) const
+{
+    const auto path = entries.path(bundleIdentifier);
+    const auto entry = path ? readDesktopEntry(*path) : std::nullopt;
+    if (!entry)
+        return {};
+    return Application{bundleIdentifier, entry->name.isEmpty() ? bundleIdentifier : entry->name,
+                       icons.application(entry->icon)};
+}
+
+std::optional<QString> LinuxWorkspace::bundleIdentifier(const QUrl &chosenFile) const
+{
+    if (!chosenFile.isLocalFile())
+        return {};
+    const QByteArray path = fileSystemPath(chosenFile);
+    if (!readDesktopEntry(path))
+        return {};
+    return entries.identifier(path);
+}
+
+QList<QUrl> LinuxWorkspace::applicationsFolders() const
+{
+    // The one with the most comes first: the user's own folder often holds only a few.
+    std::vector<std::pair<qsizetype, QString>> folders;
+    for (const QString &folder : entries.folders()) {
+        const qsizetype count = QDir(folder).entryList({QStringLiteral("*.desktop")}, QDir::Files).size();
+        if (count > 0)
+            folders.emplace_back(count, folder);
+    }
+    std::stable_sort(folders.begin(), folders.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
+    if (folders.empty())
+        return {QUrl::fromLocalFile(QStringLiteral("/usr/share/applications"))};
+    QList<QUrl> urls;
+    for (const auto &[count, folder] : folders)
+        urls.append(QUrl::fromLocalFile(folder));
+    return urls;
+}

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/linux/desktop/DesktopEntries.h"
+#include "platform/linux/desktop/FileIcons.h"
+
+#include <memory>
+
+class XcbConnection;
+
+// Applications by their desktop entries, icons by the icon theme and the shared MIME database, opening through GIO.
+class LinuxWorkspace : public Workspace {
+public:
+    // Without an X server (null) there is no frontmost application.
+    explicit LinuxWorkspace(std::shared_ptr<XcbConnection> xcb,
+                            const DesktopEntries &desktopEntries = DesktopEntries());
+
+    std::optional<QString> frontmostBundleIdentifier() const override;
+    bool open(const QUrl &url) override;
+    QIcon icon(const QUrl &file) const override;
+    std::optional<Application> application(const QString &bundleIdentifier) const override;
+    std::optional<QString> bundleIdentifier(const QUrl &chosenFile) const override;
+    QList<QUrl> applicationsFolders() const override;
+
+private:
+    std::shared_ptr<XcbConnection> connection;
+    DesktopEntries entries;
+    FileIcons icons;
+};

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/drags/ForeignDrag.h"
+
+#include "platform/FileURLs.h"
+
+#include <utility>
+
+namespace {
+
+// How often a source that refuses is asked again.
+constexpr int kRetries = 10;
+// The longest answer that is taken, in bytes: some hundred thousand files.
+constexpr qsizetype kLongestAnswer = qsizetype(64) * 1024 * 1024;
+
+} // namespace
+
+void ForeignDrag::begin(quint32 time)
+{
+    end();
+    inProgress = true;
+    retries = 0;
+    ask(Target::URIList, time);
+}
+
+void ForeignDrag::end()
+{
+    if (!std::exchange(inProgress, false))
+        return;
+    files.clear();
+    pieces.clear();
+    if (onEnded)
+        onEnded();
+}
+
+void ForeignDrag::pointerMoved(quint32 time)
+{
+    if (!inProgress)
+        return;
+    if (state == State::Refused)
+        ask(Target::URIList, time);
+    if (onDragged)
+        onDragged();
+}
+
+void ForeignDrag::refused(Question question)
+{
+    if (!isCurrent(question) || !isAsking())
+        return;
+    switch (target) {
+    case Target::URIList:
+        ask(Target::Offers, askedTime);
+        break;
+    case Target::Offers:
+        refusedForNow();
+        break;
+    case Target::Link:
+        know({});
+        break;
+    }
+}
+
+void ForeignDrag::offered(Question question, bool hasURIList, bool hasLink)
+{
+    if (!isCurrent(question) || !isAsking() || target != Target::Offers)
+        return;
+    if (hasURIList)
+        refusedForNow();
+    else if (hasLink)
+        ask(Target::Link, askedTime);
+    else
+        know({});
+}
+
+void ForeignDrag::answered(Question question, const QByteArray &data)
+{
+    if (!isCurrent(question))
+        return;
+    switch (target) {
+    case Target::URIList:
+        know(::fileURLs(data));
+        break;
+    case Target::Offers:
+        answeredWrongly(question);
+        break;
+    case Target::Link:
+        know(linkedFileURLs(data));
+        break;
+    }
+}
+
+void ForeignDrag::answeredWrongly(Question question)
+{
+    if (isCurrent(question))
+        know({});
+}
+
+void ForeignDrag::answersInPieces(Question question)
+{
+    if (isCurrent(question))
+        pieces.clear();
+}
+
+void ForeignDrag::pieceArrived(Question question, const QByteArray &piece)
+{
+    if (!isCurrent(question))
+        return;
+    if (piece.isEmpty()) {
+        answered(question, std::exchange(pieces, {}));
+    } else if (pieces.size() + piece.size() > kLongestAnswer) {
+        pieces.clear();
+        // No further piece is taken.
+        ++current;
+        know({});
+    } else {
+        pieces += piece;
+    }
+}
+
+void ForeignDrag::silent()
+{
+    if (!inProgress || state != State::Asking)
+        return;
+    know({});
+    state = State::Silent;
+}
+
+void ForeignDrag::ask(Target what, quint32 time)
+{
+    state = State::Asking;
+    ++current;
+    target = what;
+    askedTime = time;
+    pieces.clear();
+    if (onAsk)
+        onAsk(current, target, time);
+}
+
+void ForeignDrag::refusedForNow()
+{
+    if (retries++ < kRetries)
+        state = State::Refused;
+    else
+        know({});
+}
+
+void ForeignDrag::know(const QList<QUrl> &urls)
+{
+    // A late answer without files tells nothing new.
+    const bool isNews = (state != State::Known && state != State::Silent) || !urls.isEmpty();
+    state = State::Known;
+    files = urls;
+    if (!isNews)
+        return;
+    ++count;
+    if (onDragged)
+        onDragged();
+}

@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/drags/ForeignDragWatcher.h"
+
+#include <xcb/xfixes.h>
+#include <xcb/xinput.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+#include <vector>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// A mute source is given up after this.
+constexpr auto kSilence = 500ms;
+// Some drags end without a button event that we are told of.
+constexpr auto kWatchdogInterval = 250ms;
+constexpr quint8 kSentByClient = 0x80;
+// An older client of XInput is not told of the release while another one has grabbed the pointer.
+constexpr quint16 kXInputMajor = 2;
+constexpr quint16 kXInputMinor = 2;
+constexpr quint16 kXInputLeastMinor = 1;
+// The longest property that is read, in the protocol's units of four bytes.
+constexpr quint32 kLongestProperty = 16 * 1024 * 1024;
+constexpr quint8 kBytes = 8;
+
+constexpr quint32 kPointerEvents = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE |
+                                   XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_UPDATE | XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_END;
+
+} // namespace
+
+ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb)
+    : connection(std::move(xcb))
+{
+    foreignDrag.onAsk = [this](ForeignDrag::Question question, ForeignDrag::Target target, quint32 time) {
+        ask(question, target, time);
+    };
+    foreignDrag.onDragged = [this] {
+        if (onDragged)
+            onDragged();
+    };
+    foreignDrag.onEnded = [this] {
+        followPointer(false);
+        asked = {};
+        if (onEnded)
+            onEnded();
+    };
+    silence.setSingleShot(true);
+    silence.setInterval(kSilence);
+    QObject::connect(&silence, &QTimer::timeout, this, [this] { foreignDrag.silent(); });
+    watchdog.setInterval(kWatchdogInterval);
+    QObject::connect(&watchdog, &QTimer::timeout, this, [this] { endUnlessLeftButtonDown(); });
+}
+
+ForeignDragWatcher::~ForeignDragWatcher()
+{
+    if (requestor != XCB_NONE)
+        xcb_destroy_window(connection->get(), requestor);
+}
+
+bool ForeignDragWatcher::start()
+{
+    if (isWatching)
+        return true;
+    if (!connection || !connection->isAlive() || !speaksExtensions())
+        return false;
+    selection = connection->atom("XdndSelection");
+    uriList = connection->atom("text/uri-list");
+    targets = connection->atom("TARGETS");
+    link = connection->atom("text/x-moz-url");
+    pieceWise = connection->atom("INCR");
+    makeRequestor();
+    subscription = connection->listen([this](const xcb_generic_event_t &event) { handle(event); });
+    xcb_xfixes_select_selection_input(connection->get(), connection->root(), selection,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    connection->flush();
+    isWatching = true;
+    return true;
+}
+
+bool ForeignDragWatcher::speaksExtensions()
+{
+    const auto firstXFixesEvent = connection->xfixesFirstEvent();
+    const xcb_query_extension_reply_t *input = xcb_get_extension_data(connection->get(), &xcb_input_id);
+    if (!firstXFixesEvent || !input || input->present == 0)
+        return false;
+    const auto version = connection->reply(xcb_input_xi_query_version_reply,
+                                           xcb_input_xi_query_version(connection->get(), kXInputMajor, kXInputMinor));
+    if (!version ||
+        std::pair(version->major_version, version->minor_version) < std::pair(kXInputMajor, kXInputLeastMinor))
+        return false;
+    inputExtension = input->major_opcode;
+    selectionEvent = static_cast<quint8>(*firstXFixesEvent + XCB_XFIXES_SELECTION_NOTIFY);
+    return true;
+}
+
+void ForeignDragWatcher::makeRequestor()
+{
+    // Each question has an answer of its own, so that a late one is known for what it is; names are never freed, so
+    // they are used in turn.
+    for (std::size_t i = 0; i < answerProperties.size(); ++i)
+        answerProperties[i] = connection->atom("_PARKLET_DRAG_" + QByteArray::number(int(i)));
+    requestor = xcb_generate_id(connection->get());
+    constexpr quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(connection->get(), 0, requestor, connection->root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+}
+
+void ForeignDragWatcher::handle(const xcb_generic_event_t &event)
+{
+    const quint8 type = event.response_type & static_cast<quint8>(~kSentByClient);
+    if (type == selectionEvent) {
+        const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
+        // The server names the last owner also when it has gone.
+        const bool isOwned = change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
+        if (change.selection == selection)
+            selectionChanged(isOwned ? change.owner : xcb_window_t{XCB_NONE}, change.selection_timestamp);
+    } else if (type == XCB_GE_GENERIC) {
+        inputHappened(reinterpret_cast<const xcb_ge_generic_event_t &>(event));
+    } else if (type == XCB_SELECTION_NOTIFY) {
+        selectionAnswered(reinterpret_cast<const xcb_selection_notify_event_t &>(event));
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        propertyChanged(reinterpret_cast<const xcb_property_notify_event_t &>(event));
+    }
+}
+
+void ForeignDragWatcher::selectionChanged(xcb_window_t owner, xcb_timestamp_t time)
+{
+    foreignDrag.end();
+    // Any program may own the selection at any time; with the button down it is a drag.
+    if (owner == XCB_NONE || connection->isOwn(owner))
+        return;
+    followPointer(true);
+    if (isLeftButtonDown())
+        foreignDrag.begin(time);
+    else
+        followPointer(false);
+}
+
+void ForeignDragWatcher::inputHappened(const xcb_ge_generic_event_t &event)
+{
+    if (event.extension != inputExtension || !foreignDrag.isInProgress())
+        return;
+    switch (event.event_type) {
+    case XCB_INPUT_RAW_MOTION:
+    case XCB_INPUT_RAW_TOUCH_UPDATE:
+        foreignDrag.pointerMoved(reinterpret_cast<const xcb_input_raw_motion_event_t &>(event).time);
+        break;
+    case XCB_INPUT_RAW_BUTTON_RELEASE:
+    case XCB_INPUT_RAW_TOUCH_END:
+        // The event names the button as the device counts it; the user's left one may be another.
+        endUnlessLeftButtonDown();
+        break;
+    default:
+        break;
+    }
+}
+
+void ForeignDragWatcher::selectionAnswered(const xcb_selection_notify_event_t &event)
+{
+    if (event.requestor != requestor)
+        return;
+    const bool isCurrent = asked.question != 0 && event.time == asked.time &&
+                           (event.property == asked.property || event.property == XCB_ATOM_NONE);
+    if (!isCurrent) {
+        // What is put where the current answer belongs may be that answer already.
+        if (event.property != XCB_ATOM_NONE && event.property != asked.property)
+            xcb_delete_property(connection->get(), requestor, event.property);
+        return;
+    }
+    if (event.property == XCB_ATOM_NONE) {
+        silence.stop();
+        foreignDrag.refused(asked.question);
+        return;
+    }
+    const auto answer =
+        connection->reply(xcb_get_property_reply, xcb_get_property(connection->get(), 1, requestor, asked.property,
+                                                                   XCB_ATOM_ANY, 0, kLongestProperty));
+    silence.stop();
+    if (answer && answer->type == pieceWise) {
+        // Having its first property read away is the sign for the source to go on.
+        asked.inPieces = true;
+        silence.start();
+        foreignDrag.answersInPieces(asked.question);
+    } else if (answer && asked.target == targets && answer->type == XCB_ATOM_ATOM && answer->bytes_after == 0) {
+        takeOffers(*answer);
+    } else if (answer && asked.target != targets && answer->type == asked.target && answer->format == kBytes &&
+               answer->bytes_after == 0) {
+        const auto *bytes = static_cast<const char *>(xcb_get_property_value(answer.get()));
+        foreignDrag.answered(asked.question, QByteArray(bytes, xcb_get_property_value_length(answer.get())));
+    } else {
+        xcb_delete_property(connection->get(), requestor, asked.property);
+        foreignDrag.answeredWrongly(asked.question);
+    }
+}
+
+void ForeignDragWatcher::takeOffers(const xcb_get_property_reply_t &offers)
+{
+    const std::vector<quint32> offered = propertyValues(&offers);
+    const auto isOffered = [&offered](xcb_atom_t type) {
+        return std::find(offered.begin(), offered.end(), type) != offered.end();
+    };
+    foreignDrag.offered(asked.question, isOffered(uriList), isOffered(link));
+}
+
+void ForeignDragWatcher::propertyChanged(const xcb_property_notify_event_t &event)
+{
+    if (event.window != requestor || event.state != XCB_PROPERTY_NEW_VALUE)
+        return;
+    if (event.atom != asked.property) {
+        // A source that is late is let finish, or it would wait and the server keep what it wrote.
+        xcb_delete_property(connection->get(), requestor, event.atom);
+        return;
+    }
+    if (!asked.inPieces)
+        return;
+    const auto piece =
+        connection->reply(xcb_get_property_reply, xcb_get_property(connection->get(), 1, requestor, asked.property,
+                                                                   XCB_ATOM_ANY, 0, kLongestProperty));
+    if (!piece || piece->type == XCB_ATOM_NONE)
+        return;
+    silence.start();
+    const int length = xcb_get_property_value_length(piece.get());
+    if (length == 0) {
+        silence.stop();
+        asked.inPieces = false;
+    }
+    foreignDrag.pieceArrived(asked.question,
+                             QByteArray(static_cast<const char *>(xcb_get_property_value(piece.get())), length));
+}
+
+void ForeignDragWatcher::ask(ForeignDrag::Question question, ForeignDrag::Target target, xcb_timestamp_t time)
+{
+    asked = {.question = question,
+             .target = nameOf(target),
+             .time = time,
+             .property = answerProperties[question % answerProperties.size()],
+             .inPieces = false};
+    xcb_convert_selection(connection->get(), requestor, selection, asked.target, asked.property, time);
+    connection->flush();
+    silence.start();
+}
+
+xcb_atom_t ForeignDragWatcher::nameOf(ForeignDrag::Target target) const
+{
+    switch (target) {
+    case ForeignDrag::Target::Offers:
+        return targets;
+    case ForeignDrag::Target::Link:
+        return link;
+    case ForeignDrag::Target::URIList:
+        break;
+    }
+    return uriList;
+}
+
+void ForeignDragWatcher::followPointer(bool follow)
+{
+    const struct {
+        xcb_input_event_mask_t head;
+        quint32 mask;
+    } selected{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, follow ? kPointerEvents : 0};
+    xcb_input_xi_select_events(connection->get(), connection->root(), 1, &selected.head);
+    connection->flush();
+    if (follow) {
+        watchdog.start();
+    } else {
+        watchdog.stop();
+        silence.stop();
+    }
+}
+
+void ForeignDragWatcher::endUnlessLeftButtonDown()
+{
+    if (foreignDrag.isInProgress() && !isLeftButtonDown())
+        foreignDrag.end();
+}
+
+bool ForeignDragWatcher::isLeftButtonDown()
+{
+    const auto pointer =
+        connection->reply(xcb_query_pointer_reply, xcb_query_pointer(connection->get(), connection->root()));
+    return pointer && (pointer->mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
+}

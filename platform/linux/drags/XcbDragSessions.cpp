@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/drags/XcbDragSessions.h"
+
+#include "platform/common/DragPicture.h"
+#include "platform/common/QtDrags.h"
+#include "platform/linux/drags/DragWindowSetup.h"
+#include "platform/linux/drags/DropAnswer.h"
+#include "platform/linux/drags/EscapeGrab.h"
+
+#include <QCursor>
+#include <QDrag>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+#include <xcb/xinput.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace {
+
+constexpr quint8 kSentByClient = 0x80;
+// The wheel's turns are reported as presses and releases of these.
+constexpr quint32 kFirstWheelButton = 4;
+constexpr quint32 kLastWheelButton = 7;
+
+bool isWheel(quint32 button)
+{
+    return button >= kFirstWheelButton && button <= kLastWheelButton;
+}
+
+QPoint wholePixels(xcb_input_fp1616_t x, xcb_input_fp1616_t y)
+{
+    return {x >> 16, y >> 16};
+}
+
+// The picture that is dragged along is a window of ours right below the pointer.
+bool letsDropsThrough(xcb_window_t window)
+{
+    return std::ranges::any_of(QGuiApplication::allWindows(), [window](const QWindow *own) {
+        return own->handle() && isDragWindow(*own) && own->winId() == window;
+    });
+}
+
+} // namespace
+
+XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::function<QColor()> accent)
+    : XcbDragSessions(std::move(xcb), std::move(accent), Patience())
+{
+}
+
+XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::function<QColor()> accent, Patience waits)
+    : connection(std::move(xcb))
+    , accentColor(std::move(accent))
+    , patience(waits)
+{
+    if (!connection)
+        return;
+    const xcb_query_extension_reply_t *input = xcb_get_extension_data(connection->get(), &xcb_input_id);
+    if (input && input->present != 0)
+        inputExtension = input->major_opcode;
+    subscription = connection->listen([this](const xcb_generic_event_t &event) {
+        if ((event.response_type & ~kSentByClient) == XCB_DESTROY_NOTIFY)
+            windowDestroyed(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
+    });
+    qGuiApp->installNativeEventFilter(this);
+}
+
+XcbDragSessions::~XcbDragSessions() = default;
+
+void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, DragOperation offered, Ended ended)
+{
+    if (!connection || running || items.isEmpty() || offered == DragOperation::None)
+        return;
+
+    const bool blends = hasCompositor();
+    const DragPicture picture =
+        dragPicture(items, source.mapFromGlobal(QPointF(QCursor::pos())),
+                    {.scale = source.devicePixelRatioF(), .accent = accentColor(), .blends = blends});
+    // Qt keeps the drag for a destination that reads it later and deletes it itself. Its parent outlives `source`:
+    // a drag whose parent is deleted under way never ends.
+    auto *drag = new QDrag(this);
+    drag->setMimeData(uriList(items).release());
+    drag->setPixmap(picture.pixmap);
+    drag->setHotSpot(picture.hotSpot);
+
+    Running session;
+    session.offered = offered;
+    running = &session;
+    const QPointer<XcbDragSessions> alive(this);
+    const QPointer<QDrag> contents(drag);
+    settleUndelivered();
+    if (!alive)
+        return;
+    Qt::DropAction promised = Qt::IgnoreAction;
+    {
+        const DragWindowSetup setup(picture.pixmap, blends);
+        // Our panels never have the focus, so Escape would go to another program.
+        const EscapeGrab escape(connection, [] { QDrag::cancel(); });
+        promised = drag->exec(dropAction(offered), dropAction(offered));
+    }
+    if (!alive)
+        return;
+    running = nullptr;
+
+    if (promised == Qt::IgnoreAction) {
+        ended(DragOperation::None);
+    } else if (session.target && connection->isOwn(session.target->window)) {
+        // Our own window has already answered when Qt returns.
+        ended(dragOperation(promised));
+    } else {
+        const quint64 id = wait(session, contents, std::move(ended));
+        if (session.finished)
+            settle(id, *session.finished);
+    }
+}
+
+bool XcbDragSessions::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
+{
+    if (eventType != "xcb_generic_event_t")
+        return false;
+    const auto &event = *static_cast<const xcb_generic_event_t *>(message);
+    switch (event.response_type & ~kSentByClient) {
+    case XCB_CLIENT_MESSAGE: {
+        const auto &client = reinterpret_cast<const xcb_client_message_event_t &>(event);
+        if (client.type == connection->atom("XdndStatus"))
+            answered(client);
+        else if (client.type == connection->atom("XdndFinished"))
+            finished(client);
+        break;
+    }
+    case XCB_BUTTON_RELEASE: {
+        const auto &release = reinterpret_cast<const xcb_button_release_event_t &>(event);
+        if (!isWheel(release.detail))
+            released({release.root_x, release.root_y});
+        break;
+    }
+    case XCB_GE_GENERIC: {
+        const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
+        if (generic.extension != inputExtension)
+            break;
+        if (generic.event_type == XCB_INPUT_BUTTON_RELEASE) {
+            const auto &release = reinterpret_cast<const xcb_input_button_release_event_t &>(event);
+            if (!isWheel(release.detail))
+                released(wholePixels(release.root_x, release.root_y));
+        } else if (generic.event_type == XCB_INPUT_TOUCH_END) {
+            const auto &release = reinterpret_cast<const xcb_input_touch_end_event_t &>(event);
+            released(wholePixels(release.root_x, release.root_y));
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return false;
+}
+
+// Comes before Qt sees the release and drops, so the destination has not yet closed or moved its window.
+void XcbDragSessions::released(const QPoint &position)
+{
+    if (running)
+        running->target = xdndTargetAt(*connection, position, letsDropsThrough);
+}
+
+void XcbDragSessions::answered(const xcb_client_message_event_t &status)
+{
+    constexpr quint32 kAccepts = 1;
+    if (!running)
+        return;
+    const xcb_window_t window = status.data.data32[0];
+    if ((status.data.data32[1] & kAccepts) != 0)
+        running->lastAccepting = window;
+    else if (running->lastAccepting == window)
+        running->lastAccepting = XCB_NONE;
+}
+
+void XcbDragSessions::finished(const xcb_client_message_event_t &message)
+{
+    constexpr quint32 kAccepted = 1;
+    const xcb_window_t window = message.data.data32[0];
+    const DropAnswer answer{(message.data.data32[1] & kAccepted) != 0, operationOf(message.data.data32[2])};
+    const auto concerns = [window](const Running &drop) {
+        return window != XCB_NONE &&
+               (drop.lastAccepting == window ||
+                (drop.target && (drop.target->window == window || drop.target->receiver == window)));
+    };
+    const auto outcome = [&answer](const Running &drop) {
+        return performedOperation(answer, drop.target ? drop.target->version : kXdndVersion, drop.offered);
+    };
+    // Several drops on one window are finished in their order.
+    const auto drop = std::ranges::find_if(waiting, concerns, &Waiting::drag);
+    if (drop != waiting.end())
+        settle(drop->id, outcome(drop->drag));
+    else if (running && running->target && concerns(*running))
+        running->finished = outcome(*running);
+}
+
+void XcbDragSessions::windowDestroyed(xcb_window_t window)
+{
+    for (Waiting &drop : waiting) {
+        if (drop.drag.target && drop.drag.target->receiver == window)
+            giveUpIn(patience.destroyed, drop);
+    }
+}
+
+quint64 XcbDragSessions::wait(const Running &drag, QDrag *contents, Ended ended)
+{
+    waiting.push_back({.id = ++lastId, .drag = drag, .contents = contents, .ended = std::move(ended)});
+    giveUpIn(drag.target ? patience.delivered : patience.undelivered, waiting.back());
+    if (drag.target && drag.target->receiver != connection->root()) {
+        constexpr quint32 mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        const auto request =
+            xcb_change_window_attributes_checked(connection->get(), drag.target->receiver, XCB_CW_EVENT_MASK, &mask);
+        if (!connection->succeeded(request))
+            giveUpIn(patience.destroyed, waiting.back());
+    }
+    return lastId;
+}
+
+void XcbDragSessions::giveUpIn(double seconds, Waiting &drop)
+{
+    drop.deadline = ++lastDeadline;
+    const auto interval = std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
+    QTimer::singleShot(interval, this, [this, id = drop.id, deadline = drop.deadline] {
+        const auto due = std::ranges::find(waiting, id, &Waiting::id);
+        if (due != waiting.end() && due->deadline == deadline)
+            settle(id, DragOperation::None);
+    });
+}
+
+void XcbDragSessions::settle(quint64 id, DragOperation operation)
+{
+    const auto drop = std::ranges::find(waiting, id, &Waiting::id);
+    if (drop == waiting.end())
+        return;
+    const Waiting settled = std::move(*drop);
+    waiting.erase(drop);
+    if (settled.drag.target && settled.drag.target->receiver != connection->root()) {
+        const xcb_window_t window = settled.drag.target->receiver;
+        const auto sameWindow = [window](const Waiting &other) {
+            return other.drag.target && other.drag.target->receiver == window;
+        };
+        constexpr quint32 nothing = XCB_EVENT_MASK_NO_EVENT;
+        if (std::ranges::none_of(waiting, sameWindow))
+            xcb_change_window_attributes(connection->get(), window, XCB_CW_EVENT_MASK, &nothing);
+    }
+    // Qt does the same where it recognises the destination; and what counts as undelivered is not handed out any more.
+    if (settled.contents)
+        settled.contents->deleteLater();
+    settled.ended(operation);
+}
+
+void XcbDragSessions::settleUndelivered()
+{
+    std::vector<quint64> undelivered;
+    for (const Waiting &drop : waiting) {
+        if (!drop.drag.target)
+            undelivered.push_back(drop.id);
+    }
+    for (const quint64 id : undelivered)
+        settle(id, DragOperation::None);
+}
+
+std::optional<DragOperation> XcbDragSessions::operationOf(xcb_atom_t action)
+{
+    if (action == connection->atom("XdndActionCopy"))
+        return DragOperation::Copy;
+    if (action == connection->atom("XdndActionMove"))
+        return DragOperation::Move;
+    if (action == connection->atom("XdndActionLink"))
+        return DragOperation::Link;
+    return {};
+}
+
+bool XcbDragSessions::hasCompositor()
+{
+    const auto selection = connection->atom("_NET_WM_CM_S" + QByteArray::number(connection->screenNumber()));
+    const auto owner =
+        connection->reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(connection->get(), selection));
+    return owner && owner->owner != XCB_NONE;
+}

@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/files/FolderWatch.h"
+
+#include "platform/MainQueue.h"
+#include "platform/linux/files/DefaultMode.h"
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr quint32 kDirectory = IN_ONLYDIR | IN_EXCL_UNLINK | IN_MASK_ADD;
+constexpr quint32 kPassed = kDirectory | IN_MOVE_SELF | IN_DELETE_SELF;
+// The link itself, not what it leads to.
+constexpr quint32 kLink = IN_DONT_FOLLOW | IN_MASK_ADD | IN_MOVE_SELF | IN_DELETE_SELF | IN_ATTRIB;
+constexpr quint32 kAwaited = kPassed | IN_CREATE | IN_MOVED_TO | IN_ATTRIB;
+constexpr quint32 kLeaving = IN_DELETE | IN_MOVED_FROM;
+// Writing to a file says nothing until it is closed: a long download does not keep us awake.
+constexpr quint32 kInside = kAwaited | kLeaving | IN_CLOSE_WRITE;
+constexpr quint32 kWayIsLost = IN_MOVE_SELF | IN_DELETE_SELF | IN_UNMOUNT | IN_IGNORED | IN_Q_OVERFLOW;
+
+constexpr int kMostLinks = 40;         // on the way, as the kernel counts
+constexpr int kMostAttempts = 10;      // to follow a path that changes meanwhile
+constexpr double kRetryInterval = 5.0; // seconds, while the system grants no watch
+constexpr size_t kReadSize = 65'536;   // bytes
+
+QList<QByteArray> components(const QByteArray &path)
+{
+    QList<QByteArray> names = path.split('/');
+    names.removeIf([](const QByteArray &name) { return name.isEmpty() || name == "."; });
+    return names;
+}
+
+QByteArray child(const QByteArray &directory, const QByteArray &name)
+{
+    return directory.endsWith('/') ? directory + name : directory + '/' + name;
+}
+
+QByteArray parent(const QByteArray &directory)
+{
+    return directory.left(std::max<qsizetype>(directory.lastIndexOf('/'), 1));
+}
+
+QByteArray lastComponent(const QByteArray &directory)
+{
+    return directory.mid(directory.lastIndexOf('/') + 1);
+}
+
+// Whether it is a directory itself, and no link to one.
+bool isDirectory(const QByteArray &path)
+{
+    struct stat info = {};
+    return lstat(path.constData(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+// Empty for what is no link.
+QByteArray readLink(const QByteArray &link)
+{
+    std::array<char, PATH_MAX> buffer;
+    const ssize_t size = readlink(link.constData(), buffer.data(), buffer.size());
+    return QByteArray(buffer.data(), std::max<ssize_t>(size, 0));
+}
+
+bool permits(const QByteArray &path, int access)
+{
+    return faccessat(AT_FDCWD, path.constData(), access, AT_EACCESS) == 0;
+}
+
+// Tells one folder from another in its place; empty when there is none.
+QByteArray identity(const QByteArray &folder)
+{
+    struct stat info = {};
+    if (stat(folder.constData(), &info) != 0)
+        return {};
+    return QByteArray::number(info.st_dev) + ' ' + QByteArray::number(info.st_ino);
+}
+
+// Differs when a name in the folder came or went, or it is another folder.
+QByteArray state(const QByteArray &folder)
+{
+    struct stat info = {};
+    if (stat(folder.constData(), &info) != 0)
+        return {};
+    return identity(folder) + ' ' + QByteArray::number(qint64(info.st_mtim.tv_sec)) + ' ' +
+           QByteArray::number(qint64(info.st_mtim.tv_nsec));
+}
+
+} // namespace
+
+FolderWatch::FolderWatch(const QByteArray &folder, double seconds, MainQueue &queueOfMain,
+                         std::function<void()> callback)
+    : path(folder)
+    , latency(seconds)
+    , mainQueue(queueOfMain)
+    , onChange(std::move(callback))
+{
+    arm();
+}
+
+FolderWatch::~FolderWatch()
+{
+    if (timer)
+        timer->invalidate();
+    notifier.reset();
+    if (queue >= 0)
+        close(queue);
+}
+
+void FolderWatch::arm()
+{
+    notifier.reset();
+    if (queue >= 0)
+        close(queue); // and with it every watch
+    queue = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (queue >= 0 && !followPath()) {
+        close(queue);
+        queue = -1;
+    }
+    if (queue < 0) {
+        // The user's programs have used up what the system grants. Look from time to time, until it grants a watch.
+        lastState = state(path);
+        timer = mainQueue.after(kRetryInterval, [this] { lookWithoutEvents(); });
+        return;
+    }
+    notifier = std::make_unique<QSocketNotifier>(queue, QSocketNotifier::Read);
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { wake(); });
+}
+
+bool FolderWatch::followPath()
+{
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        watched.clear();
+        lastIdentity.clear();
+        switch (followSteps(components(path))) {
+        case Outcome::Followed:
+            return true;
+        case Outcome::Refused:
+        case Outcome::Unreadable:
+            return false;
+        case Outcome::Gone:
+            break; // look again at what is there now
+        }
+    }
+    return false;
+}
+
+// Walks from the root to the folder, or as far as there is something. What is passed on the way is watched for its own
+// end only, so that the comings and goings there wake nobody while the folder is in place.
+FolderWatch::Outcome FolderWatch::followSteps(QList<QByteArray> names)
+{
+    QByteArray directory = "/";
+    int links = 0;
+    while (!names.isEmpty()) {
+        const QByteArray name = names.takeFirst();
+        if (name == "..") {
+            directory = parent(directory);
+            continue;
+        }
+        const QByteArray next = child(directory, name);
+        if (isDirectory(next)) {
+            // One that may not be read can still be passed, and tells nothing.
+            if (const Outcome outcome = add(directory, kPassed);
+                outcome == Outcome::Refused || outcome == Outcome::Gone)
+                return outcome;
+            directory = next;
+            continue;
+        }
+        if (readLink(next).isEmpty()) {
+            const Outcome outcome = followMissing(directory, name);
+            // It may have come before the watch, so the second look counts.
+            return isDirectory(next) || !readLink(next).isEmpty() ? Outcome::Gone : outcome;
+        }
+        if (const Outcome outcome = add(next, kLink, {""}); outcome != Outcome::Followed)
+            return outcome == Outcome::Unreadable ? Outcome::Refused : outcome;
+        // What it says after the watch began is what counts.
+        const QByteArray target = readLink(next);
+        if (target.isEmpty())
+            return Outcome::Gone;
+        if (++links > kMostLinks)
+            return Outcome::Followed; // to nowhere, until one of them changes
+        if (target.startsWith('/'))
+            directory = "/";
+        names = components(target) + names;
+    }
+    return followFolder(directory);
+}
+
+FolderWatch::Outcome FolderWatch::followFolder(const QByteArray &directory)
+{
+    const Outcome outcome = add(directory, kInside, {}, true);
+    if (outcome == Outcome::Unreadable)
+        return followUnreadable(directory);
+    lastIdentity = identity(directory);
+    return outcome;
+}
+
+FolderWatch::Outcome FolderWatch::followMissing(const QByteArray &directory, const QByteArray &name)
+{
+    const Outcome outcome = add(directory, kAwaited, {name, ""});
+    if (outcome != Outcome::Unreadable)
+        return outcome;
+    // In a directory that may be passed and not be read, names come untold.
+    return permits(directory, X_OK) ? Outcome::Refused : followUnreadable(directory);
+}
+
+// Its parent tells when the permissions change.
+FolderWatch::Outcome FolderWatch::followUnreadable(const QByteArray &directory)
+{
+    const Outcome outcome = add(parent(directory), kAwaited | kLeaving, {lastComponent(directory)});
+    if (outcome == Outcome::Unreadable)
+        return Outcome::Refused;
+    return permits(directory, R_OK) ? Outcome::Gone : outcome;
+}
+
+FolderWatch::Outcome FolderWatch::add(const QByteArray &entry, quint32 mask, const QSet<QByteArray> &names,
+                                      bool isFolder)
+{
+    const int watch = inotify_add_watch(queue, entry.constData(), mask);
+    if (watch < 0) {
+        if (errno == ENOSPC || errno == ENOMEM)
+            return Outcome::Refused;
+        return errno == EACCES ? Outcome::Unreadable : Outcome::Gone;
+    }
+    Watched &source = watched[watch];
+    source.names.unite(names);
+    source.isFolder = source.isFolder || isFolder;
+    return Outcome::Followed;
+}
+
+void FolderWatch::wake()
+{
+    readEvents();
+    if (change == Change::None)
+        return;
+    // Until the time is up the events wait in the kernel: a busy folder wakes us twice in that time, however busy.
+    notifier->setEnabled(false);
+    timer = mainQueue.after(latency, [this] { report(); });
+}
+
+void FolderWatch::report()
+{
+    timer = nullptr;
+    if (isPutOff(&FolderWatch::report))
+        return;
+    readEvents();
+    // A folder that is removed while a program is in it says so only when that program leaves it.
+    const bool isLost = change == Change::OnTheWay || (!lastIdentity.isEmpty() && identity(path) != lastIdentity);
+    change = Change::None;
+    if (isLost)
+        arm();
+    else
+        notifier->setEnabled(true);
+    const auto callback = onChange; // outlives the watch
+    callback();
+}
+
+void FolderWatch::lookWithoutEvents()
+{
+    timer = nullptr;
+    if (isPutOff(&FolderWatch::lookWithoutEvents))
+        return;
+    const QByteArray before = lastState;
+    arm();
+    if (state(path) == before)
+        return;
+    const auto callback = onChange; // outlives the watch
+    callback();
+}
+
+// Whether `step` has to wait for the default mode; it is called again then.
+bool FolderWatch::isPutOff(void (FolderWatch::*step)())
+{
+    if (isDefaultMode())
+        return false;
+    defaultMode = whenDefaultMode([this, step] {
+        // The loop is about to rest, and would sleep over what the step begins.
+        timer = mainQueue.after(0, [this, step] { (this->*step)(); });
+        defaultMode = nullptr;
+    });
+    return true;
+}
+
+void FolderWatch::readEvents()
+{
+    alignas(inotify_event) std::array<char, kReadSize> buffer;
+    while (true) {
+        const ssize_t size = read(queue, buffer.data(), buffer.size());
+        if (size <= 0)
+            return;
+        for (ssize_t offset = 0; offset < size;) {
+            inotify_event event;
+            std::memcpy(&event, buffer.data() + offset, sizeof event);
+            const QByteArray name(event.len > 0 ? buffer.data() + offset + sizeof event : "");
+            offset += static_cast<ssize_t>(sizeof event + event.len);
+            const Watched source = watched.value(event.wd);
+            if (event.mask & kWayIsLost || source.names.contains(name))
+                change = Change::OnTheWay;
+            else if (source.isFolder && change == Change::None)
+                change = Change::Inside;
+        }
+    }
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/FloatingPanels.h"
+#include "platform/linux/x11/XcbConnection.h"
+#include "platform/linux/x11/XcbPanel.h"
+
+#include <QTimer>
+
+#include <memory>
+#include <vector>
+
+// Floating panels on an X server: managed windows above all others, taken out of the window manager's hands while the
+// active window is full screen, and when they come up in a drag.
+class XcbFloatingPanels : public FloatingPanels {
+public:
+    // A null connection leaves all to Qt.
+    explicit XcbFloatingPanels(std::shared_ptr<XcbConnection> connection);
+
+    void make(QWidget &window, const PanelStyle &style) override;
+    void orderFront(QWidget &window) override;
+    void orderOut(QWidget &window) override;
+    bool canBlend() const override { return blends; }
+
+private:
+    XcbPanel *panelOf(const QWidget &window) const;
+    bool anyVisible() const;
+    bool isActiveWindowFullScreen() const;
+    bool isButtonPressed() const;
+    void handle(const xcb_generic_event_t &event);
+    void setBlends(bool canBlend);
+    void reorder();
+
+    std::shared_ptr<XcbConnection> xcb;
+    XcbConnection::Subscription subscription;
+    xcb_atom_t compositorSelection = XCB_ATOM_NONE;
+    std::vector<std::unique_ptr<XcbPanel>> panels;
+    bool blends = true;
+    QTimer reorderSoon; // window managers report one change of the stack in several steps
+};

@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: MIT
+#include "platform/common/QtAlerts.h"
+
+#include "tests/support/TestProgram.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+class QtAlertsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void the_texts_are_shown_as_they_are();
+    void the_answer_is_the_chosen_button_data();
+    void the_answer_is_the_chosen_button();
+    void the_first_button_is_the_default_one();
+    void closing_chooses_the_last_button();
+    void the_check_box_starts_off_and_is_answered();
+    void an_alert_comes_to_the_front_when_it_is_to();
+    void an_alert_shows_its_own_icon();
+    void an_alert_without_an_icon_shows_the_applications();
+    void a_dark_alert_has_light_text_on_dark();
+    void any_other_alert_has_the_colours_of_the_application();
+    void a_text_of_any_length_leaves_the_buttons_in_reach_data();
+    void a_text_of_any_length_leaves_the_buttons_in_reach();
+    void a_second_alert_may_come_over_the_first();
+};
+
+namespace {
+
+struct Fixture {
+    Fixture()
+    {
+        alert.messageText = QStringLiteral("Shall it <b>be</b>?");
+        alert.informativeText = QStringLiteral("It & that.\n\n<i>Soon</i>.");
+        alert.buttons = {QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("Third")};
+    }
+
+    // Shows the alert and does something with it. One that a failed check left open is closed.
+    AlertAnswer run(std::function<void(QMessageBox &)> act)
+    {
+        QTimer::singleShot(0, [act = std::move(act)] {
+            const QPointer<QMessageBox> shown = box();
+            act(*shown);
+            if (shown && shown->isVisible())
+                shown->reject();
+        });
+        return alerts.runModal(alert);
+    }
+
+    static QMessageBox *box() { return qobject_cast<QMessageBox *>(QApplication::activeModalWidget()); }
+
+    static QPushButton *button(const QMessageBox &box, const QString &title)
+    {
+        for (auto *button : box.findChildren<QPushButton *>()) {
+            if (button->text() == title)
+                return button;
+        }
+        return nullptr;
+    }
+
+    static QIcon icon(Qt::GlobalColor color)
+    {
+        QPixmap pixmap(64, 64);
+        pixmap.fill(color);
+        return QIcon(pixmap);
+    }
+    // The colour in the middle of the icon that the alert is shown with.
+    QColor shownIcon()
+    {
+        QColor color;
+        run([&color](QMessageBox &box) {
+            const QImage image = box.iconPixmap().toImage();
+            color = image.pixelColor(image.rect().center());
+            box.reject();
+        });
+        return color;
+    }
+
+    VirtualPlatform virtualPlatform;
+    QtAlerts alerts{virtualPlatform.appearance, virtualPlatform.activationPolicy};
+    Alert alert;
+};
+
+// The offscreen plugin warns of every window that has a fixed size, as an alert has.
+const bool kWarningsAreHarmless = qunsetenv("QT_FATAL_WARNINGS");
+
+} // namespace
+
+void QtAlertsTest::the_texts_are_shown_as_they_are()
+{
+    QVERIFY(kWarningsAreHarmless);
+    Fixture f;
+    f.run([](QMessageBox &box) {
+        QCOMPARE(box.text(), QStringLiteral("Shall it <b>be</b>?"));
+        QCOMPARE(box.informativeText(), QStringLiteral("It & that.\n\n<i>Soon</i>."));
+        QCOMPARE(box.textFormat(), Qt::PlainText);
+        QVERIFY(!box.iconPixmap().isNull());
+        box.reject();
+    });
+}
+
+void QtAlertsTest::the_answer_is_the_chosen_button_data()
+{
+    QTest::addColumn<int>("index");
+    for (int index = 0; index < 3; ++index)
+        QTest::addRow("%d", index) << index;
+}
+
+void QtAlertsTest::the_answer_is_the_chosen_button()
+{
+    QFETCH(const int, index);
+    Fixture f;
+    const AlertAnswer answer =
+        f.run([&](QMessageBox &box) { Fixture::button(box, f.alert.buttons.at(index))->click(); });
+    QCOMPARE(answer.button, index);
+    QCOMPARE(answer.isFirstButton(), index == 0);
+}
+
+void QtAlertsTest::the_first_button_is_the_default_one()
+{
+    Fixture f;
+    f.run([](QMessageBox &box) {
+        QCOMPARE(box.defaultButton(), Fixture::button(box, QStringLiteral("First")));
+        box.reject();
+    });
+}
+
+void QtAlertsTest::closing_chooses_the_last_button()
+{
+    Fixture f;
+    QCOMPARE(f.run([](QMessageBox &box) { box.close(); }).button, 2);
+    QCOMPARE(f.run([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); }).button, 2);
+    f.alert.buttons = {QStringLiteral("OK")};
+    QCOMPARE(f.run([](QMessageBox &box) { box.close(); }).button, 0);
+}
+
+void QtAlertsTest::the_check_box_starts_off_and_is_answered()
+{
+    Fixture f;
+    f.run([](QMessageBox &box) {
+        QVERIFY(!box.checkBox());
+        box.reject();
+    });
+    f.alert.checkboxTitle = QStringLiteral("Always");
+    QCOMPARE(f.run([](QMessageBox &box) {
+                  QCOMPARE(box.checkBox()->text(), QStringLiteral("Always"));
+                  box.reject();
+              }).checkboxOn,
+             false);
+    QCOMPARE(f.run([](QMessageBox &box) {
+                  box.checkBox()->click();
+                  box.reject();
+              }).checkboxOn,
+             true);
+}
+
+void QtAlertsTest::an_alert_comes_to_the_front_when_it_is_to()
+{
+    Fixture f;
+    qsizetype activated = 0;
+    f.run([&](QMessageBox &box) {
+        activated = f.virtualPlatform.activationPolicy.activated.size();
+        box.reject();
+    });
+    QCOMPARE(activated, 1);
+    f.alert.activates = false;
+    f.run([](QMessageBox &box) { box.reject(); });
+    QCOMPARE(f.virtualPlatform.activationPolicy.activated.size(), 1);
+}
+
+void QtAlertsTest::an_alert_shows_its_own_icon()
+{
+    Fixture f;
+    f.virtualPlatform.appearance.accent = Qt::green;
+    f.alert.icon = Fixture::icon(Qt::red);
+    QCOMPARE(f.shownIcon(), QColor(Qt::red));
+}
+
+void QtAlertsTest::an_alert_without_an_icon_shows_the_applications()
+{
+    Fixture f;
+    f.virtualPlatform.appearance.accent = Qt::green;
+    QApplication::setWindowIcon(Fixture::icon(Qt::blue));
+    QCOMPARE(f.shownIcon(), QColor(Qt::green));
+    // Where there is no image of the application, what the desktop knows it by.
+    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    QCOMPARE(f.shownIcon(), QColor(Qt::blue));
+    QApplication::setWindowIcon(QIcon());
+    f.run([](QMessageBox &box) {
+        QVERIFY(box.iconPixmap().isNull());
+        box.reject();
+    });
+}
+
+void QtAlertsTest::a_dark_alert_has_light_text_on_dark()
+{
+    Fixture f;
+    f.alert.dark = true;
+    f.alert.checkboxTitle = QStringLiteral("Always");
+    f.run([](QMessageBox &box) {
+        const QList<QWidget *> views = {&box, box.checkBox(), Fixture::button(box, QStringLiteral("First")),
+                                        box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label")),
+                                        box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))};
+        for (const QWidget *view : views) {
+            QVERIFY(view);
+            for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+                QVERIFY(view->palette().color(group, QPalette::Window).lightness() < 64);
+                QVERIFY(view->palette().color(group, QPalette::Button).lightness() < 96);
+                QVERIFY(view->palette().color(group, QPalette::WindowText).lightness() > 220);
+                QVERIFY(view->palette().color(group, QPalette::ButtonText).lightness() > 220);
+            }
+        }
+        box.reject();
+    });
+}
+
+void QtAlertsTest::any_other_alert_has_the_colours_of_the_application()
+{
+    Fixture f;
+    f.run([](QMessageBox &box) {
+        QCOMPARE(box.palette(), QApplication::palette());
+        QCOMPARE(Fixture::button(box, QStringLiteral("First"))->palette(), QApplication::palette());
+        box.reject();
+    });
+}
+
+void QtAlertsTest::a_text_of_any_length_leaves_the_buttons_in_reach_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("a sentence") << QStringLiteral("A sentence.");
+    QTest::newRow("many lines") << QStringLiteral("A line.\n").repeated(5'000);
+    QTest::newRow("a long line") << QStringLiteral("some words ").repeated(5'000);
+    QTest::newRow("a long word") << QStringLiteral("word").repeated(5'000);
+    QTest::newRow("a word of a few hundred letters") << QStringLiteral("word").repeated(100);
+    QTest::newRow("a megabyte") << QStringLiteral("some words in a line\n").repeated(50'000);
+}
+
+void QtAlertsTest::a_text_of_any_length_leaves_the_buttons_in_reach()
+{
+    QFETCH(const QString, text);
+    Fixture f;
+    f.alert.informativeText = text;
+    f.run([&text](QMessageBox &box) {
+        QVERIFY2(box.width() < 600 && box.height() < 400,
+                 qPrintable(QStringLiteral("%1 x %2").arg(box.width()).arg(box.height())));
+        const auto *const area = box.findChild<QPlainTextEdit *>();
+        if (area)
+            QVERIFY(area->isVisible() && box.rect().contains(area->geometry()));
+        for (const auto *button : box.findChildren<QPushButton *>()) {
+            QVERIFY(button->isVisible());
+            QVERIFY(!area || !area->geometry().intersects(QRect(button->mapTo(&box, QPoint()), button->size())));
+            QVERIFY(box.rect().contains(QRect(button->mapTo(&box, QPoint()), button->size())));
+        }
+        QCOMPARE(area ? area->toPlainText() : box.informativeText(), text);
+        box.reject();
+    });
+}
+
+void QtAlertsTest::a_second_alert_may_come_over_the_first()
+{
+    Fixture f;
+    const AlertAnswer first = f.run([&f](QMessageBox &box) {
+        const AlertAnswer second =
+            f.run([](QMessageBox &inner) { Fixture::button(inner, QStringLiteral("Second"))->click(); });
+        QCOMPARE(second.button, 1);
+        Fixture::button(box, QStringLiteral("First"))->click();
+    });
+    QCOMPARE(first.button, 0);
+}
+
+PARKLET_TEST(QtAlertsTest)
+#include "QtAlertsTest.moc"

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "platform/common/QtPasteboard.h"
+#include "tests/support/TestProgram.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QTest>
+
+class QtPasteboardTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QGuiApplication::clipboard()->clear(); }
+
+    void files_come_in_their_order();
+    void an_empty_clipboard_holds_no_files();
+    void plain_text_is_no_file();
+    void a_web_address_is_no_file();
+    void one_web_address_beside_files_makes_the_whole_count_as_empty_data();
+    void one_web_address_beside_files_makes_the_whole_count_as_empty();
+};
+
+namespace {
+
+const QUrl kWebAddress(QStringLiteral("https://example.com/a.txt"));
+
+void copy(const QList<QUrl> &urls)
+{
+    auto *const data = new QMimeData;
+    data->setUrls(urls);
+    QGuiApplication::clipboard()->setMimeData(data); // which takes it over
+}
+
+QUrl file(const char *path)
+{
+    return QUrl::fromLocalFile(QString::fromLatin1(path));
+}
+
+} // namespace
+
+void QtPasteboardTest::files_come_in_their_order()
+{
+    const QtPasteboard pasteboard;
+    const QList<QUrl> urls = {file("/z.txt"), file("/a folder/b.txt"), file("/m.txt")};
+    copy(urls);
+    QCOMPARE(pasteboard.fileURLs(), urls);
+    // It is read afresh each time.
+    copy(urls.mid(1));
+    QCOMPARE(pasteboard.fileURLs(), urls.mid(1));
+}
+
+void QtPasteboardTest::an_empty_clipboard_holds_no_files()
+{
+    const QtPasteboard pasteboard;
+    QGuiApplication::clipboard()->clear();
+    QCOMPARE(pasteboard.fileURLs(), QList<QUrl>());
+    copy({});
+    QCOMPARE(pasteboard.fileURLs(), QList<QUrl>());
+}
+
+void QtPasteboardTest::plain_text_is_no_file()
+{
+    const QtPasteboard pasteboard;
+    for (const char *text : {"some words", "/a.txt", "file:///a.txt"}) {
+        QGuiApplication::clipboard()->setText(QString::fromLatin1(text));
+        QCOMPARE(pasteboard.fileURLs(), QList<QUrl>());
+    }
+}
+
+void QtPasteboardTest::a_web_address_is_no_file()
+{
+    copy({kWebAddress});
+    QCOMPARE(QtPasteboard().fileURLs(), QList<QUrl>());
+}
+
+void QtPasteboardTest::one_web_address_beside_files_makes_the_whole_count_as_empty_data()
+{
+    QTest::addColumn<QList<QUrl>>("urls");
+    QTest::newRow("first") << QList<QUrl>{kWebAddress, file("/a.txt"), file("/b.txt")};
+    QTest::newRow("between") << QList<QUrl>{file("/a.txt"), kWebAddress, file("/b.txt")};
+    QTest::newRow("last") << QList<QUrl>{file("/a.txt"), file("/b.txt"), kWebAddress};
+}
+
+void QtPasteboardTest::one_web_address_beside_files_makes_the_whole_count_as_empty()
+{
+    QFETCH(const QList<QUrl>, urls);
+    copy(urls);
+    QCOMPARE(QtPasteboard().fileURLs(), QList<QUrl>());
+}
+
+PARKLET_TEST(QtPasteboardTest)
+#include "QtPasteboardTest.moc"

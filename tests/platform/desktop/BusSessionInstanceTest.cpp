@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/desktop/BusSessionInstance.h"
+
+#include <QCoreApplication>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTest>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+class BusSessionInstanceTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void the_first_one_holds_the_name();
+    void a_later_one_asks_the_first_to_show_itself();
+    void a_launcher_reaches_it_as_an_application();
+    void a_killed_holder_does_not_block_the_next_one();
+    void a_hung_holder_does_not_hang_a_later_one();
+    void a_stranger_with_the_name_is_left_to_it();
+
+private:
+    bool startHolder();
+
+    std::unique_ptr<QProcess> holder;
+};
+
+namespace {
+
+constexpr int kPatience = 20'000; // milliseconds
+
+const QString kName = QStringLiteral("com.orvane.Parklet");
+const QString kPath = QStringLiteral("/com/orvane/Parklet");
+const QString kInterface = QStringLiteral("org.freedesktop.Application");
+
+} // namespace
+
+void BusSessionInstanceTest::cleanup()
+{
+    if (holder) {
+        holder->kill();
+        holder->waitForFinished(kPatience);
+        holder.reset();
+    }
+}
+
+// Another process of this program that holds the name and never turns its loop.
+bool BusSessionInstanceTest::startHolder()
+{
+    holder = std::make_unique<QProcess>();
+    holder->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--hold")});
+    return holder->waitForReadyRead(kPatience) && holder->readAll() == "held\n";
+}
+
+void BusSessionInstanceTest::the_first_one_holds_the_name()
+{
+    BusSessionInstance first(QDBusConnection::sessionBus());
+    QVERIFY(first.claim());
+    QVERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(kName));
+}
+
+void BusSessionInstanceTest::a_later_one_asks_the_first_to_show_itself()
+{
+    BusSessionInstance first(QDBusConnection::sessionBus());
+    int activations = 0;
+    first.onActivate = [&activations] { ++activations; };
+    QVERIFY(first.claim());
+    for (int i = 1; i <= 3; ++i) {
+        QProcess later;
+        later.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--claim")});
+        QTRY_COMPARE_WITH_TIMEOUT(later.state(), QProcess::NotRunning, kPatience);
+        QCOMPARE(later.readAllStandardOutput(), QByteArray("other\n"));
+        QCOMPARE(activations, i);
+    }
+}
+
+void BusSessionInstanceTest::a_launcher_reaches_it_as_an_application()
+{
+    BusSessionInstance first(QDBusConnection::sessionBus());
+    QStringList heard;
+    first.onActivate = [&heard] { heard.append(QStringLiteral("activate")); };
+    first.onAction = [&heard](const QString &name) { heard.append(name); };
+    QVERIFY(first.claim());
+    const QList<std::pair<QString, QVariantList>> calls = {
+        {QStringLiteral("Activate"), {QVariantMap{{QStringLiteral("desktop-startup-id"), QStringLiteral("x")}}}},
+        {QStringLiteral("Open"), {QStringList{QStringLiteral("file:///tmp")}, QVariantMap()}},
+        {QStringLiteral("ActivateAction"), {QStringLiteral("preferences"), QVariantList(), QVariantMap()}},
+    };
+    for (const auto &[method, arguments] : calls) {
+        auto message = QDBusMessage::createMethodCall(kName, kPath, kInterface, method);
+        message.setArguments(arguments);
+        QDBusPendingCall call =
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("launcher")).asyncCall(message);
+        QTRY_VERIFY_WITH_TIMEOUT(call.isFinished(), kPatience);
+        QVERIFY2(!call.isError(), qPrintable(call.error().message()));
+    }
+    QCOMPARE(heard,
+             QStringList({QStringLiteral("activate"), QStringLiteral("activate"), QStringLiteral("preferences")}));
+    QDBusConnection::disconnectFromBus(QStringLiteral("launcher"));
+}
+
+void BusSessionInstanceTest::a_killed_holder_does_not_block_the_next_one()
+{
+    QVERIFY(startHolder());
+    holder->kill();
+    QVERIFY(holder->waitForFinished(kPatience));
+    BusSessionInstance next(QDBusConnection::sessionBus());
+    QVERIFY(next.claim());
+}
+
+void BusSessionInstanceTest::a_hung_holder_does_not_hang_a_later_one()
+{
+    QVERIFY(startHolder());
+    BusSessionInstance later(QDBusConnection::sessionBus());
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!later.claim());
+    QVERIFY2(clock.elapsed() < 10'000, QByteArray::number(clock.elapsed()).constData());
+}
+
+void BusSessionInstanceTest::a_stranger_with_the_name_is_left_to_it()
+{
+    // It has the name, but no object to be asked.
+    auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("stranger"));
+    QVERIFY(bus.registerService(kName));
+    BusSessionInstance later(QDBusConnection::sessionBus());
+    QVERIFY(!later.claim());
+    bus.unregisterService(kName);
+    QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
+    QVERIFY(later.claim());
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 2 && arguments.at(1).startsWith(QStringLiteral("--"))) {
+        BusSessionInstance instance(QDBusConnection::sessionBus());
+        std::fputs(instance.claim() ? "held\n" : "other\n", stdout);
+        std::fflush(stdout);
+        if (arguments.at(1) == QLatin1String("--hold"))
+            ::pause();
+        return 0;
+    }
+    BusSessionInstanceTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "BusSessionInstanceTest.moc"

@@ -1,0 +1,355 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/desktop/LinuxWorkspace.h"
+
+#include "platform/linux/x11/XcbConnection.h"
+#include "tests/support/TestProgram.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+class LinuxWorkspaceTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void every_file_has_an_icon_data();
+    void every_file_has_an_icon();
+    void a_file_without_any_theme_has_a_drawn_icon();
+    void a_folder_has_another_icon_than_a_file();
+    void an_icon_of_a_pipe_or_of_a_name_that_is_no_text_does_not_block();
+    void the_icon_is_by_the_name_alone();
+    void a_full_theme_steps_in_for_the_empty_one();
+
+    void an_application_has_its_name_and_icon();
+    void an_application_without_a_name_is_called_by_its_identifier();
+    void a_broken_icon_gives_the_one_of_all_applications();
+    void an_uninstalled_application_is_none();
+    void a_chosen_file_that_is_no_application_is_none();
+    void a_chosen_entry_leads_back_to_its_application();
+    void the_applications_folder_is_the_fullest();
+
+    void a_file_is_opened_by_its_types_application();
+    void a_file_is_opened_by_its_contents_where_the_name_says_nothing();
+    void a_name_that_is_no_text_reaches_the_application();
+    void an_address_is_opened_by_its_schemes_application();
+    void what_nothing_opens_is_refused();
+    void without_a_server_nothing_is_frontmost();
+
+private:
+    QUrl make(const QString &name, const QByteArray &contents) const;
+    bool addEntry(const QString &identifier, const QByteArray &keys) const;
+    QString at(const QString &name) const { return folder->filePath(name); }
+    QByteArray opened() const;
+
+    std::unique_ptr<QTemporaryDir> folder;
+    std::unique_ptr<LinuxWorkspace> workspace;
+    QStringList themePaths;
+};
+
+namespace {
+
+constexpr int kPatience = 20'000; // milliseconds
+
+QImage picture(const QIcon &icon)
+{
+    return icon.pixmap(QSize(48, 48), 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+QString dataHome()
+{
+    return qEnvironmentVariable("XDG_DATA_HOME");
+}
+
+} // namespace
+
+void LinuxWorkspaceTest::initTestCase()
+{
+    // The test's own folders: an application that writes down what it is asked to open.
+    QVERIFY(QDir().mkpath(dataHome() + QStringLiteral("/applications")));
+    QVERIFY(QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME")));
+    QFile associations(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list"));
+    QVERIFY(associations.open(QIODevice::WriteOnly));
+    associations.write("[Default Applications]\ntext/plain=org.example.Recorder.desktop\n"
+                       "application/pdf=org.example.Recorder.desktop\n"
+                       "x-scheme-handler/example=org.example.Recorder.desktop\n");
+    associations.close();
+    QFile entry(dataHome() + QStringLiteral("/applications/org.example.Recorder.desktop"));
+    QVERIFY(entry.open(QIODevice::WriteOnly));
+    const QByteArray home = QFile::encodeName(dataHome());
+    entry.write("[Desktop Entry]\nType=Application\nName=Recorder\nExec=\"" + home + "/record\" %u\n");
+    entry.close();
+    QFile record(dataHome() + QStringLiteral("/record"));
+    QVERIFY(record.open(QIODevice::WriteOnly));
+    // The name that is waited for appears once the text is complete.
+    record.write("#!/bin/sh\ncd '" + home + "' && printf %s \"$1\" >new && mv new opened\n");
+    record.close();
+    QVERIFY(record.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    themePaths = QIcon::themeSearchPaths();
+}
+
+void LinuxWorkspaceTest::init()
+{
+    folder = std::make_unique<QTemporaryDir>();
+    QFile::remove(dataHome() + QStringLiteral("/opened"));
+    QIcon::setThemeSearchPaths({at(QStringLiteral("icons"))});
+    workspace = std::make_unique<LinuxWorkspace>(
+        nullptr, DesktopEntries({at(QStringLiteral("user")), at(QStringLiteral("system"))}));
+}
+
+void LinuxWorkspaceTest::cleanup()
+{
+    workspace.reset();
+    QIcon::setThemeSearchPaths(themePaths);
+    folder.reset();
+}
+
+QUrl LinuxWorkspaceTest::make(const QString &name, const QByteArray &contents) const
+{
+    QFile file(at(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
+        return {};
+    return QUrl::fromLocalFile(at(name));
+}
+
+bool LinuxWorkspaceTest::addEntry(const QString &identifier, const QByteArray &keys) const
+{
+    QDir().mkpath(at(QStringLiteral("user")));
+    return make(QStringLiteral("user/") + identifier + QStringLiteral(".desktop"),
+                "[Desktop Entry]\nType=Application\nExec=true\n" + keys)
+        .isValid();
+}
+
+// What the recording application was started with.
+QByteArray LinuxWorkspaceTest::opened() const
+{
+    QFile file(dataHome() + QStringLiteral("/opened"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void LinuxWorkspaceTest::every_file_has_an_icon_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("text") << QStringLiteral("/tmp/a.txt");
+    QTest::newRow("picture") << QStringLiteral("/tmp/a.png");
+    QTest::newRow("unknown") << QStringLiteral("/tmp/a.unknown-suffix");
+    QTest::newRow("no suffix") << QStringLiteral("/tmp/README");
+    QTest::newRow("no name") << QStringLiteral("/");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("folder") << QStringLiteral("/usr/");
+    QTest::newRow("device") << QStringLiteral("/dev/null");
+    QTest::newRow("gone") << QStringLiteral("/no/such/file.pdf");
+    QTest::newRow("dots") << QStringLiteral("/tmp/...");
+    QTest::newRow("new line") << QStringLiteral("/tmp/a\nb.txt");
+}
+
+void LinuxWorkspaceTest::every_file_has_an_icon()
+{
+    QFETCH(const QString, path);
+    for (const QStringList &paths : {QStringList{at(QStringLiteral("icons"))}, themePaths}) {
+        QIcon::setThemeSearchPaths(paths);
+        const QIcon icon = LinuxWorkspace(nullptr).icon(QUrl::fromLocalFile(path));
+        QVERIFY(!icon.isNull());
+        for (const int size : {16, 72, 240})
+            QCOMPARE(icon.pixmap(QSize(size, size), 1.0).isNull(), false);
+    }
+}
+
+void LinuxWorkspaceTest::a_file_without_any_theme_has_a_drawn_icon()
+{
+    const QImage drawn = picture(workspace->icon(QUrl(QStringLiteral("file:///tmp/a.txt"))));
+    QCOMPARE(drawn.size(), QSize(48, 48));
+    QCOMPARE(drawn.pixelColor(24, 40).alpha(), 255);
+    QCOMPARE(drawn.pixelColor(0, 0).alpha(), 0);
+}
+
+void LinuxWorkspaceTest::a_folder_has_another_icon_than_a_file()
+{
+    QVERIFY(picture(workspace->icon(QUrl::fromLocalFile(folder->path()))) !=
+            picture(workspace->icon(QUrl(QStringLiteral("file:///tmp/a.txt")))));
+    QCOMPARE(picture(workspace->icon(QUrl::fromLocalFile(folder->path() + QLatin1Char('/')))),
+             picture(workspace->icon(QUrl::fromLocalFile(folder->path()))));
+}
+
+void LinuxWorkspaceTest::an_icon_of_a_pipe_or_of_a_name_that_is_no_text_does_not_block()
+{
+    const QString pipe = at(QStringLiteral("pipe"));
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QVERIFY(!workspace->icon(QUrl::fromLocalFile(pipe)).isNull());
+    QCOMPARE(mimeTypeByName(QFile::encodeName(pipe)), QStringLiteral("inode/fifo"));
+
+    // A folder whose name is no UTF-8 is still found.
+    const QByteArray name = QFile::encodeName(folder->path()) + "/na\xefve";
+    QCOMPARE(::mkdir(name.constData(), 0700), 0);
+    QCOMPARE(mimeTypeByName(name), QStringLiteral("inode/directory"));
+    const QUrl url = QUrl::fromEncoded("file://" + name.toPercentEncoding("/"));
+    QCOMPARE(picture(workspace->icon(url)), picture(workspace->icon(QUrl::fromLocalFile(folder->path()))));
+    QCOMPARE(::rmdir(name.constData()), 0); // Qt could not
+}
+
+void LinuxWorkspaceTest::the_icon_is_by_the_name_alone()
+{
+    const QUrl file = make(QStringLiteral("picture.png"), "%PDF-1.4 not a picture");
+    QCOMPARE(::chmod(QFile::encodeName(file.toLocalFile()).constData(), 0), 0);
+    QCOMPARE(mimeTypeByName(QFile::encodeName(file.toLocalFile())), QStringLiteral("image/png"));
+    QCOMPARE(mimeTypeByName("/no/such/a.pdf"), QStringLiteral("application/pdf"));
+    QCOMPARE(mimeTypeByName("/no/such/a"), QStringLiteral("application/octet-stream"));
+}
+
+void LinuxWorkspaceTest::a_full_theme_steps_in_for_the_empty_one()
+{
+    // Two themes with one icon each: of a file that is broken, and of a picture.
+    QVERIFY(QDir().mkpath(at(QStringLiteral("icons/breeze/32x32/mimetypes"))));
+    QVERIFY(make(QStringLiteral("icons/breeze/index.theme"),
+                 "[Icon Theme]\nName=breeze\nDirectories=32x32/mimetypes\n[32x32/mimetypes]\nSize=32\n")
+                .isValid());
+    QImage red(32, 32, QImage::Format_ARGB32);
+    red.fill(Qt::red);
+    QVERIFY(red.save(at(QStringLiteral("icons/breeze/32x32/mimetypes/image-x-generic.png"))));
+    QVERIFY(make(QStringLiteral("icons/breeze/32x32/mimetypes/text-x-generic.png"), "broken").isValid());
+
+    const QString before = QIcon::themeName();
+    QIcon::setThemeSearchPaths({at(QStringLiteral("icons"))});
+    chooseFallbackIconTheme();
+    const FileIcons icons;
+    QCOMPARE(picture(icons.file(QUrl(QStringLiteral("file:///tmp/a.png")))).pixelColor(24, 24), QColor(Qt::red));
+    QVERIFY(picture(icons.file(QUrl(QStringLiteral("file:///tmp/a.txt")))).pixelColor(24, 40).alpha() == 255);
+    QIcon::setThemeName(before);
+}
+
+void LinuxWorkspaceTest::an_application_has_its_name_and_icon()
+{
+    QImage green(32, 32, QImage::Format_ARGB32);
+    green.fill(Qt::green);
+    QVERIFY(green.save(at(QStringLiteral("editor.png"))));
+    QVERIFY(addEntry(QStringLiteral("org.example.Editor"),
+                     "Name=Text Editor\nIcon=" + QFile::encodeName(at(QStringLiteral("editor.png"))) + "\n"));
+    const auto application = workspace->application(QStringLiteral("org.example.Editor"));
+    QVERIFY(application);
+    QCOMPARE(application->bundleIdentifier, QStringLiteral("org.example.Editor"));
+    QCOMPARE(application->name, QStringLiteral("Text Editor"));
+    QCOMPARE(application->icon.pixmap(QSize(32, 32), 1.0).toImage().pixelColor(16, 16), QColor(Qt::green));
+}
+
+void LinuxWorkspaceTest::an_application_without_a_name_is_called_by_its_identifier()
+{
+    QVERIFY(addEntry(QStringLiteral("nameless"), ""));
+    QCOMPARE(workspace->application(QStringLiteral("nameless"))->name, QStringLiteral("nameless"));
+}
+
+void LinuxWorkspaceTest::a_broken_icon_gives_the_one_of_all_applications()
+{
+    QVERIFY(make(QStringLiteral("broken.png"), "no picture").isValid());
+    const QByteArray pipe = QFile::encodeName(at(QStringLiteral("pipe.png")));
+    QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
+    QVERIFY(addEntry(QStringLiteral("none"), "Name=A\n"));
+    const QImage usual = picture(workspace->application(QStringLiteral("none"))->icon);
+    QCOMPARE(usual.size(), QSize(48, 48));
+    for (const QByteArray &icon :
+         {QFile::encodeName(at(QStringLiteral("broken.png"))), pipe, QByteArray("/no/such/icon.png"),
+          QByteArray("no-such-icon-name"), QByteArray(".png")}) {
+        QVERIFY(addEntry(QStringLiteral("broken"), "Name=A\nIcon=" + icon + "\n"));
+        QCOMPARE(picture(workspace->application(QStringLiteral("broken"))->icon), usual);
+    }
+}
+
+void LinuxWorkspaceTest::an_uninstalled_application_is_none()
+{
+    QVERIFY(!workspace->application(QStringLiteral("org.example.Gone")));
+    QVERIFY(!workspace->application(QString()));
+    QVERIFY(addEntry(QStringLiteral("hidden"), "Name=A\nHidden=true\n"));
+    QVERIFY(!workspace->application(QStringLiteral("hidden")));
+}
+
+void LinuxWorkspaceTest::a_chosen_file_that_is_no_application_is_none()
+{
+    QVERIFY(!workspace->bundleIdentifier(QUrl()));
+    QVERIFY(!workspace->bundleIdentifier(QUrl(QStringLiteral("https://example.org/a.desktop"))));
+    QVERIFY(!workspace->bundleIdentifier(QUrl::fromLocalFile(folder->path())));
+    QVERIFY(!workspace->bundleIdentifier(QUrl::fromLocalFile(QStringLiteral("/bin/sh"))));
+    QVERIFY(!workspace->bundleIdentifier(make(QStringLiteral("a.desktop"), "text")));
+    QVERIFY(
+        !workspace->bundleIdentifier(make(QStringLiteral("a.txt"), "[Desktop Entry]\nType=Application\nExec=true\n")));
+}
+
+void LinuxWorkspaceTest::a_chosen_entry_leads_back_to_its_application()
+{
+    QVERIFY(QDir().mkpath(at(QStringLiteral("user/kde"))));
+    QVERIFY(addEntry(QStringLiteral("kde/editor"), "Name=Editor\n"));
+    const auto identifier =
+        workspace->bundleIdentifier(QUrl::fromLocalFile(at(QStringLiteral("user/kde/editor.desktop"))));
+    QCOMPARE(identifier, QStringLiteral("kde-editor"));
+    QCOMPARE(workspace->application(*identifier)->name, QStringLiteral("Editor"));
+}
+
+void LinuxWorkspaceTest::the_applications_folder_is_the_fullest()
+{
+    QVERIFY(addEntry(QStringLiteral("a"), "Name=A\n"));
+    QCOMPARE(workspace->applicationsFolders().first(), QUrl::fromLocalFile(at(QStringLiteral("user"))));
+    QVERIFY(QDir().mkpath(at(QStringLiteral("system"))));
+    QVERIFY(make(QStringLiteral("system/b.desktop"), "x").isValid());
+    QVERIFY(make(QStringLiteral("system/c.desktop"), "x").isValid());
+    QCOMPARE(workspace->applicationsFolders(), QList<QUrl>({QUrl::fromLocalFile(at(QStringLiteral("system"))),
+                                                            QUrl::fromLocalFile(at(QStringLiteral("user")))}));
+}
+
+void LinuxWorkspaceTest::a_file_is_opened_by_its_types_application()
+{
+    const QUrl file = make(QStringLiteral("a b.txt"), "text");
+    QVERIFY(workspace->open(file));
+    QTRY_COMPARE_WITH_TIMEOUT(opened(), QFile::encodeName(file.toLocalFile()), kPatience);
+}
+
+void LinuxWorkspaceTest::a_file_is_opened_by_its_contents_where_the_name_says_nothing()
+{
+    const QUrl file = make(QStringLiteral("document"), "%PDF-1.4\n");
+    QVERIFY(workspace->open(file));
+    QTRY_COMPARE_WITH_TIMEOUT(opened(), QFile::encodeName(file.toLocalFile()), kPatience);
+}
+
+void LinuxWorkspaceTest::a_name_that_is_no_text_reaches_the_application()
+{
+    const QByteArray path = QFile::encodeName(folder->path()) + "/na\xefve.txt";
+    const int file = ::creat(path.constData(), 0600);
+    QVERIFY(file >= 0);
+    ::close(file);
+    const QByteArray url = "file://" + path.toPercentEncoding("/");
+    QVERIFY(workspace->open(QUrl::fromEncoded(url)));
+    QTRY_COMPARE_WITH_TIMEOUT(opened(), path, kPatience);
+    QCOMPARE(::unlink(path.constData()), 0); // Qt could not
+}
+
+void LinuxWorkspaceTest::an_address_is_opened_by_its_schemes_application()
+{
+    QVERIFY(workspace->open(QUrl(QStringLiteral("example://host/path?a=b&c=%20d"))));
+    QTRY_COMPARE_WITH_TIMEOUT(opened(), QByteArray("example://host/path?a=b&c=%20d"), kPatience);
+}
+
+void LinuxWorkspaceTest::what_nothing_opens_is_refused()
+{
+    const QString pipe = at(QStringLiteral("pipe.txt"));
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QVERIFY(!workspace->open(QUrl::fromLocalFile(pipe)));
+    QVERIFY(!workspace->open(QUrl::fromLocalFile(at(QStringLiteral("gone.txt")))));
+    QVERIFY(!workspace->open(QUrl()));
+    QVERIFY(!workspace->open(QUrl(QStringLiteral("no-such-scheme:address"))));
+    QVERIFY(!workspace->open(QUrl(QStringLiteral("relative"))));
+    QVERIFY(!workspace->open(make(QStringLiteral("a.unknown-suffix"), QByteArray("\x01\x02\0\x03", 4))));
+}
+
+void LinuxWorkspaceTest::without_a_server_nothing_is_frontmost()
+{
+    QVERIFY(!workspace->frontmostBundleIdentifier());
+}
+
+PARKLET_TEST(LinuxWorkspaceTest)
+#include "LinuxWorkspaceTest.moc"

@@ -4,7 +4,9 @@
 #include "platform/SystemAppearance.h"
 #include "platform/linux/looks/OutlinedIconEngine.h"
 
+#include <QApplication>
 #include <QCursor>
+#include <QMouseEvent>
 #include <QStandardPaths>
 
 namespace {
@@ -22,6 +24,17 @@ QString nameIfInstalled()
 }
 
 } // namespace
+
+bool SingleClicks::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::MouseButtonDblClick)
+        return false;
+    const auto *second = static_cast<QMouseEvent *>(event);
+    QMouseEvent press(QEvent::MouseButtonPress, second->position(), second->globalPosition(), second->button(),
+                      second->buttons(), second->modifiers(), second->pointingDevice());
+    QCoreApplication::sendEvent(watched, &press);
+    return true;
+}
 
 LinuxStatusItem::LinuxStatusItem(std::shared_ptr<XcbConnection> xcb, const SystemAppearance &systemAppearance)
     : appearance(systemAppearance)
@@ -71,8 +84,22 @@ void LinuxStatusItem::showWhenPossible()
     tray->setContextMenu(menu.get());
     QObject::connect(tray.get(), &QSystemTrayIcon::activated, tray.get(),
                      [this](QSystemTrayIcon::ActivationReason reason) {
-                         if (reason == QSystemTrayIcon::Trigger && menu)
-                             menu->popup(QCursor::pos());
+                         if (reason == QSystemTrayIcon::Trigger)
+                             toggleMenu();
                      });
     tray->show();
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->inherits("QSystemTrayIconSys"))
+            window->installEventFilter(&singleClicks);
+    }
+}
+
+void LinuxStatusItem::toggleMenu()
+{
+    if (!menu)
+        return;
+    if (menu->isVisible())
+        menu->close();
+    else
+        menu->popup(QCursor::pos());
 }

@@ -24,6 +24,7 @@
 #include <cstdio>
 
 #include <unistd.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace {
 
@@ -166,7 +167,11 @@ private slots:
     void a_right_click_opens_it_too();
     void an_item_appears_once_a_notifier_host_comes();
     void an_item_survives_a_restart_of_the_notifier_watcher();
-    void a_host_that_activates_the_item_opens_its_menu();
+    void a_quick_second_click_opens_a_closed_menu_data();
+    void a_quick_second_click_opens_a_closed_menu();
+    void a_click_closes_an_open_menu_data();
+    void a_click_closes_an_open_menu();
+    void a_host_that_activates_the_item_opens_and_closes_its_menu();
     void a_host_reads_the_menu_of_now();
     void a_host_reads_what_the_item_is_for();
     void a_removed_item_leaves_the_bus();
@@ -180,6 +185,11 @@ private:
     {
         output += item->readAllStandardOutput();
         return output.contains(text);
+    }
+    int count(const QByteArray &text)
+    {
+        output += item->readAllStandardOutput();
+        return static_cast<int>(output.count(text));
     }
     QVariant property(const QString &service, const QString &name) const;
     // What a host reads of the menu: the properties of each item, in order.
@@ -317,6 +327,52 @@ void LinuxStatusItemTest::a_click_opens_the_menu_of_now()
     QTRY_VERIFY_WITH_TIMEOUT(heard("menu 2\n"), kPatience);
 }
 
+void LinuxStatusItemTest::a_quick_second_click_opens_a_closed_menu_data()
+{
+    QTest::addColumn<quint8>("button");
+    QTest::newRow("left") << quint8{1};
+    QTest::newRow("right") << quint8{3};
+}
+
+void LinuxStatusItemTest::a_quick_second_click_opens_a_closed_menu()
+{
+    QFETCH(quint8, button);
+    TrayManager tray;
+    QVERIFY(start());
+    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    Hand hand;
+    hand.moveTo(QPoint(124, 124));
+    for (int click = 1; click <= 3; ++click) {
+        hand.press(button).release(button);
+        QTRY_COMPARE_WITH_TIMEOUT(count("menu 1\n"), click, kPatience);
+        hand.type(XKB_KEY_Escape);
+        QTRY_COMPARE_WITH_TIMEOUT(count("closed 1\n"), click, kPatience);
+    }
+}
+
+void LinuxStatusItemTest::a_click_closes_an_open_menu_data()
+{
+    a_quick_second_click_opens_a_closed_menu_data();
+}
+
+void LinuxStatusItemTest::a_click_closes_an_open_menu()
+{
+    QFETCH(quint8, button);
+    TrayManager tray;
+    QVERIFY(start());
+    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    Hand hand;
+    hand.moveTo(QPoint(124, 124));
+    for (int time = 1; time <= 2; ++time) {
+        hand.press(button).release(button);
+        QTRY_COMPARE_WITH_TIMEOUT(count("menu 1\n"), time, kPatience);
+        hand.press(button).release(button);
+        QTRY_COMPARE_WITH_TIMEOUT(count("closed 1\n"), time, kPatience);
+        QVERIFY(say("wait"));
+        QCOMPARE(count("menu 1\n"), time);
+    }
+}
+
 void LinuxStatusItemTest::a_right_click_opens_it_too()
 {
     TrayManager tray;
@@ -351,7 +407,7 @@ void LinuxStatusItemTest::an_item_survives_a_restart_of_the_notifier_watcher()
     QTRY_COMPARE_WITH_TIMEOUT(watcher->items.size(), 1, kPatience);
 }
 
-void LinuxStatusItemTest::a_host_that_activates_the_item_opens_its_menu()
+void LinuxStatusItemTest::a_host_that_activates_the_item_opens_and_closes_its_menu()
 {
     NotifierWatcher watcher(true);
     QVERIFY(start());
@@ -359,8 +415,12 @@ void LinuxStatusItemTest::a_host_that_activates_the_item_opens_its_menu()
     auto message = QDBusMessage::createMethodCall(watcher.items.first(), QStringLiteral("/StatusNotifierItem"),
                                                   kItemInterface, QStringLiteral("Activate"));
     message.setArguments({100, 100});
-    QDBusConnection::sessionBus().asyncCall(message);
-    QTRY_VERIFY_WITH_TIMEOUT(heard("menu 1\n"), kPatience);
+    for (int time = 1; time <= 2; ++time) {
+        QDBusConnection::sessionBus().asyncCall(message);
+        QTRY_COMPARE_WITH_TIMEOUT(count("menu 1\n"), time, kPatience);
+        QDBusConnection::sessionBus().asyncCall(message);
+        QTRY_COMPARE_WITH_TIMEOUT(count("closed 1\n"), time, kPatience);
+    }
 }
 
 void LinuxStatusItemTest::a_host_reads_the_menu_of_now()
@@ -458,6 +518,8 @@ namespace {
 // The program with an item: it does what it reads, line by line, and says when it has, and when a menu is shown.
 int runItem()
 {
+    // However slow the machine is, two clicks are a double click.
+    QApplication::setDoubleClickInterval(10 * kPatience);
     LinuxAppearance appearance;
     LinuxStatusBar bar(XcbConnection::open(), appearance);
     std::unique_ptr<StatusItem> item;
@@ -479,6 +541,8 @@ int runItem()
                     print("menu " + QByteArray::number(number) + '\n');
             });
         });
+        QObject::connect(menu.get(), &QMenu::aboutToHide, menu.get(),
+                         [number = menus, print] { print("closed " + QByteArray::number(number) + '\n'); });
         item->setMenu(std::move(menu));
     };
     const auto create = [&] {

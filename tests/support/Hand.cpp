@@ -33,6 +33,17 @@ Hand &Hand::moveTo(const QPoint &target)
     });
 }
 
+Hand &Hand::moveAboutUntil(std::function<bool()> condition)
+{
+    return waitUntil([this, condition = std::move(condition), way = QPoint(kStepPixels, kStepPixels)]() mutable {
+        if (condition())
+            return true;
+        input.pointerMotion(position() + way);
+        way = -way;
+        return false;
+    });
+}
+
 Hand &Hand::press(quint8 button)
 {
     return then([this, button] { input.pointerButtonPressed(button); });

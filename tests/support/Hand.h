@@ -19,6 +19,8 @@ public:
     ~Hand() override;
 
     Hand &moveTo(const QPoint &position);
+    // Moves to and fro until the condition holds.
+    Hand &moveAboutUntil(std::function<bool()> condition);
     Hand &press(quint8 button = 1);
     Hand &release(quint8 button = 1);
     Hand &type(quint32 symbol);

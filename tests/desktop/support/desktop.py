@@ -83,13 +83,7 @@ class Desktop:
     def __init__(self, width=1280, height=800, depth=24, dpi=96, window_manager=True, compositor=True, panel="tray",
                  decorate=None):
         self.width, self.height = width, height
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="parklet-desktop."))
-        self.logs = self.folder / "logs"
-        self.logs.mkdir()
-        self.home = self.folder / "home"
-        self.environment = self.make_environment()
-        self.processes = Processes(self.environment, self.logs)
-        self.x = None
+        self.make_folders()
         try:
             self.start_server(depth, dpi)
             self.start_bus()
@@ -104,6 +98,15 @@ class Desktop:
         except BaseException:
             self.close()
             raise
+
+    def make_folders(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="parklet-desktop."))
+        self.logs = self.folder / "logs"
+        self.logs.mkdir()
+        self.home = self.folder / "home"
+        self.environment = self.make_environment()
+        self.processes = Processes(self.environment, self.logs)
+        self.x = None
 
     def make_environment(self):
         home = self.home

@@ -1,0 +1,95 @@
+# SPDX-License-Identifier: MIT
+"""Native Wayland programs: their windows as the compositor tells of them, and file managers among them."""
+from collections import namedtuple
+
+from . import filemanagers
+from .waiting import wait_for
+
+# A window as its compositor knows it: `frame` is what the user sees of it, `surface` has the shadow too.
+NativeWindow = namedtuple("NativeWindow", "id title instance pid frame surface focused")
+
+
+class NativeWindows:
+    """What a file manager's window asks of the display, answered by the compositor. A session subclasses it."""
+
+    def list(self):
+        """All native windows, as NativeWindow."""
+        raise NotImplementedError
+
+    def place(self, window, x, y, width, height):
+        raise NotImplementedError
+
+    def activate(self, window):
+        raise NotImplementedError
+
+    def find(self, instance=None, title=None):
+        return [window for window in self.list()
+                if (instance is None or instance.lower() in window.instance.lower())
+                and (title is None or title in window.title)]
+
+    def now(self, window):
+        return next((each for each in self.list() if each.id == window.id), window)
+
+    def frame(self, window):
+        return self.now(window).frame
+
+    def surface(self, window):
+        return self.now(window).surface
+
+    def title(self, window):
+        return self.now(window).title
+
+
+class NativeDesktop:
+    """A session as the file managers of the desktop tests see theirs, with native windows in place of those of X."""
+
+    def __init__(self, session):
+        self.session = session
+        self.windows = session.native
+
+    def __getattr__(self, name):
+        return getattr(self.session, name)
+
+
+class NativeFolderWindow(filemanagers.FolderWindow):
+    """Accessible places are relative to the surface there, as a native program does not know where its window is."""
+
+    def pid(self):
+        return self.window.pid
+
+    def on_screen(self, place):
+        surface = self.desktop.windows.surface(self.window)
+        return surface.x + place[0], surface.y + place[1]
+
+    def item(self, name):
+        return self.on_screen(super().item(name))
+
+    def empty_place(self):
+        return self.on_screen(super().empty_place())
+
+    def middle(self):
+        return self.on_screen(super().middle())
+
+
+def native(manager_class):
+    """A file manager of the desktop tests as a native Wayland program."""
+    class Native(manager_class):
+        def __init__(self, session):
+            super().__init__(NativeDesktop(session))
+
+        def open(self, folder):
+            before = {window.id for window in self.windows(folder)}
+            process = self.desktop.start(self.instance, *self.command, folder)
+            window = wait_for(lambda: next((each for each in self.windows(folder) if each.id not in before), None),
+                              f"{self.instance} opens {folder.name}")
+            shown = NativeFolderWindow(self, folder, window)
+            shown.process = process
+            shown.view()
+            return shown
+
+    Native.__name__ = f"Native{manager_class.__name__}"
+    return Native
+
+
+Thunar = native(filemanagers.Thunar)
+PCManFMQt = native(filemanagers.PCManFMQt)

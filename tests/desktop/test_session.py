@@ -7,6 +7,7 @@ import os
 import pathlib
 
 from support.case import DesktopTest
+from support.faults import FullDisk
 from support.parklet import Parklet
 from support.waiting import stays
 
@@ -103,29 +104,22 @@ class SessionTest(DesktopTest):
 
     def test_a_full_disk_keeps_the_old_settings(self):
         app = Parklet(self.desktop, {"windowEdge": 0})
-        folder = app.settings_file.parent
-        app.process = self.desktop.start(
-            "parklet", "unshare", "--user", "--map-current-user", "--keep-caps", "--mount", "sh", "-c",
-            f'mv {folder}/settings.json {self.desktop.folder} && mount -t tmpfs -o size=16k tmpfs {folder} && '
-            f'mv {self.desktop.folder}/settings.json {folder} && exec "$0"', app_program())
+        disk = FullDisk(app.settings_file.parent)
+        app.process = self.desktop.start("parklet", app_program(), environment=disk.environment)
         self.wait_for(app.tray_icon, "Parklet's icon is in the tray")
-        # The disk that only this program sees.
-        disk = pathlib.Path(f"/proc/{app.process.pid}/root{folder}")
-        before = (disk / "settings.json").read_text()
-        with open(disk / "filler", "wb", buffering=0) as filler, self.assertRaises(OSError):
-            while True:
-                filler.write(b"x" * 512)
+        before = app.settings_file.read_text()
+        disk.fill()
 
         app.choose("Launch at Login")
         app.show()
         self.assertEqual(app.frame().x, 4)
-        stays(lambda: (disk / "settings.json").read_text() == before, "the settings have changed on a full disk", 1.0)
+        stays(lambda: app.settings_file.read_text() == before, "the settings have changed on a full disk", 1.0)
+        self.assertEqual(os.listdir(app.settings_file.parent), ["settings.json"])
 
-        (disk / "filler").unlink()
+        disk.clear()
         app.choose("Launch at Login")
-        self.wait_for(lambda: "launchAtLogin" in json.loads((disk / "settings.json").read_text()),
-                      "the next change is stored")
-        self.assertEqual(json.loads((disk / "settings.json").read_text())["windowEdge"], 0)
+        self.wait_for(lambda: "launchAtLogin" in app.read_settings(), "the next change is stored")
+        self.assertEqual(app.read_settings()["windowEdge"], 0)
 
 
 @contextlib.contextmanager

@@ -6,6 +6,7 @@ import signal
 import subprocess
 
 from support.case import DesktopTest
+from support.faults import FullDisk, home_in_user_database, make_read_only
 from support.parklet import Parklet, PROGRAM
 from support.waiting import wait_for
 
@@ -17,13 +18,6 @@ XDG = ("XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "
 def without(*names):
     """Runs what follows without these variables."""
     return ("env", *(f"--unset={name}" for name in names))
-
-
-def mounted(script, *arguments):
-    """Runs what follows where a script has mounted something that only it sees."""
-    user = (f"--map-user={os.getuid()}", f"--map-group={os.getgid()}")
-    return ("unshare", "--user", "--map-root-user", "--mount", "sh", "-ec",
-            f'{script}; shift {len(arguments)}; exec unshare --user {" ".join(user)} "$@"', "sh", *map(str, arguments))
 
 
 class SurroundingsTest(DesktopTest):
@@ -68,18 +62,17 @@ class SurroundingsTest(DesktopTest):
             self.assertEqual((result.returncode, bool(result.stdout), bool(result.stderr)), (code, not code, bool(code)))
 
     def test_without_home_the_user_database_tells_where_it_is(self):
-        users = self.desktop.folder / "passwd"
-        users.write_text(f"somebody:x:{os.getuid()}:{os.getgid()}::{self.desktop.home}:/bin/sh\n")
-        self.start(*mounted('mount --bind "$1" /etc/passwd', users),
-                   *without("HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"), settings={"windowEdge": 0})
+        self.start(*without("HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"), settings={"windowEdge": 0},
+                   **home_in_user_database(self.desktop.home))
         self.assert_works()
         wait_for(lambda: self.app.read_settings().get("launchAtLogin"), "the settings are written")
         self.assertEqual(self.app.frame().x, 4)
 
     def test_a_read_only_home_is_no_obstacle(self):
         words = self.file("words.txt")
-        self.start(*mounted('mount --bind "$1" "$1"; mount -o remount,bind,ro "$1"', self.desktop.home),
-                   settings={"windowEdge": 0})
+        self.app = Parklet(self.desktop, {"windowEdge": 0})
+        self.addCleanup(make_read_only(self.desktop.home))
+        self.app.start()
         before = self.app.settings_file.read_bytes()
         self.app.choose("Launch at Login")
         self.app.hold(words)
@@ -87,17 +80,14 @@ class SurroundingsTest(DesktopTest):
         self.assertEqual(self.app.settings_file.read_bytes(), before)
 
     def test_a_full_disk_leaves_the_settings_whole(self):
-        config = self.desktop.home / ".config"
-        self.start(*mounted('cp -r "$1/parklet" "$2"; mount -t tmpfs -o size=64k none "$1"; cp -r "$2" "$1/parklet"; '
-                            'cat /dev/zero >"$1/fill" 2>/dev/null || true',
-                            config, self.desktop.folder / "settings"), settings={"windowEdge": 0})
-        inside = pathlib.Path(f"/proc/{self.app.process.pid}/root{config}")
-        self.assertEqual(os.statvfs(inside).f_bavail, 0)
-        before = (inside / "parklet/settings.json").read_bytes()
+        disk = FullDisk(self.desktop.home / ".config")
+        disk.fill()
+        self.start(settings={"windowEdge": 0}, **disk.environment)
+        before = self.app.settings_file.read_bytes()
         self.assert_works()
         self.assertEqual(self.app.frame().x, 4)
-        self.assertEqual((inside / "parklet/settings.json").read_bytes(), before)
-        self.assertEqual(os.listdir(inside / "parklet"), ["settings.json"])
+        self.assertEqual(self.app.settings_file.read_bytes(), before)
+        self.assertEqual(os.listdir(self.app.settings_file.parent), ["settings.json"])
 
     def test_without_a_session_bus_there_is_still_one_shelf(self):
         self.assert_one_shelf(self.private_folder("run-without-bus"))

@@ -37,8 +37,9 @@ class DragTest(DesktopTest):
         to_window = manager.open(target).place(640, 100, 560, 400)
         self.hand.drag(from_window.item("words.txt"), to_window.empty_place())
         manager.agree()
-        self.wait_for((target / "words.txt").exists, "the file lands in the other folder")
-        self.assertEqual((target / "words.txt").read_text(), "some words\n")
+        landed = target / "words.txt"
+        self.wait_for(lambda: landed.exists() and landed.read_text() == "some words\n",
+                      "the whole file lands in the other folder")
         self.assertTrue((source / "other.txt").exists())
 
     def test_thunar(self):
@@ -61,10 +62,23 @@ class EndTest(unittest.TestCase):
         self.assertFalse(desktop.folder.exists())
 
     def test_nothing_outlives_a_test_that_is_killed(self):
-        test = subprocess.Popen([AS_USER, "sh", "-c", f"sleep {LONG} & wait"])
+        for options in ((), ("--no-namespaces",)):
+            with self.subTest(options=options):
+                self.kill_a_test(*options)
+
+    def kill_a_test(self, *options):
+        # A session of its own and a parent that has gone hide a program from most that look for it.
+        test = subprocess.Popen([AS_USER, *options, "sh", "-c", f"(setsid sleep {LONG} &); sleep {LONG}"])
         try:
             wait_for(lambda: command_runs("sleep", LONG), "the test runs")
         finally:
             test.kill()
             test.wait()
         wait_for(lambda: not command_runs("sleep", LONG), "the test's program ends with it")
+
+    def test_nothing_outlives_a_test_that_ends(self):
+        for options in ((), ("--no-namespaces",)):
+            with self.subTest(options=options):
+                code = subprocess.run([AS_USER, *options, "sh", "-c", f"setsid sleep {LONG} & exit 7"]).returncode
+                self.assertEqual(code, 7)
+                self.assertFalse(command_runs("sleep", LONG))

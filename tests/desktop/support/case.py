@@ -6,26 +6,39 @@ import unittest
 
 from .desktop import Desktop
 from .parklet import Parklet
+from .places import for_the_caller
 from .waiting import wait_for
 
 EVIDENCE = pathlib.Path(os.environ.get("PARKLET_EVIDENCE", "/tmp/parklet-evidence"))
 
 
+def faults(result):
+    return len(result.failures) + len(result.errors) + len(result.unexpectedSuccesses)
+
+
 class DesktopTest(unittest.TestCase):
     screen = {}  # what Desktop() takes
 
+    desktop = None
+
     def setUp(self):
         self.desktop = Desktop(**self.screen)
-        self.addCleanup(self.leave)
         self.hand = self.desktop.hand
 
-    def leave(self):
-        result = self._outcome.result
-        if any(test is self for test, _ in result.failures + result.errors):
-            folder = EVIDENCE / self.id()
-            self.desktop.keep_evidence(folder)
-            print(f"the logs and a picture of the screen are in {folder}")
-        self.desktop.close()
+    def run(self, result=None):
+        """Runs the test, and then ends its desktop; what a failed one looked like is kept."""
+        result = result or self.defaultTestResult()
+        before = faults(result)
+        try:
+            super().run(result)
+            if self.desktop and faults(result) > before:
+                folder = EVIDENCE / self.id()
+                self.desktop.keep_evidence(folder)
+                print(f"the logs and a picture of the screen are in {for_the_caller(folder)}")
+        finally:
+            if self.desktop:
+                self.desktop.close()
+        return result
 
     def parklet(self, **settings):
         """The program, running with these settings."""

@@ -26,12 +26,8 @@ class ForeignDragTest(DesktopTest):
         self.words = self.file("words.txt")
         self.focus = None
         self.announcements = Announcements(self.desktop)
-
-    def leave(self):
-        self.announcements.close()
-        if self.focus:
-            self.focus.close()
-        super().leave()
+        self.addCleanup(self.announcements.close)
+        self.addCleanup(lambda: self.focus and self.focus.close())
 
     def source_window(self):
         return self.manager.open(self.desktop.home / "things").place(20, 60, 560, 300)

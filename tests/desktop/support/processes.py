@@ -36,6 +36,29 @@ def descendants(ancestor):
     return found
 
 
+def has_children():
+    """Collects the children that have ended, and answers whether there are others."""
+    try:
+        while os.waitpid(-1, os.WNOHANG)[0]:
+            pass
+        return True
+    except ChildProcessError:
+        return False
+
+
+def end_descendants(grace=0.0):
+    """Ends all descendants of a process that has adopted the orphans among them, politely within the time of grace."""
+    end = time.monotonic() + grace
+    # A list of processes may miss one that moves in the tree meanwhile; whoever has no child left has missed none.
+    while has_children():
+        for pid in descendants(os.getpid()):
+            try:
+                os.kill(pid, signal.SIGTERM if time.monotonic() < end else signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+        time.sleep(0.02)
+
+
 class Processes:
     def __init__(self, environment, logs):
         self.environment = environment
@@ -66,21 +89,4 @@ class Processes:
         for process in reversed(self.own):
             self.end(process)
         self.own.clear()
-        end = time.monotonic() + GRACE
-        while left := self.reap():
-            for pid in left:
-                try:
-                    os.kill(pid, signal.SIGTERM if time.monotonic() < end else signal.SIGKILL)
-                except ProcessLookupError:
-                    pass
-            time.sleep(0.02)
-
-    def reap(self):
-        """Collects what has ended, and answers what still lives."""
-        while True:
-            try:
-                if os.waitpid(-1, os.WNOHANG)[0] == 0:
-                    break
-            except ChildProcessError:
-                break
-        return descendants(os.getpid())
+        end_descendants(GRACE)

@@ -17,13 +17,12 @@ class LauncherTest(DesktopTest):
 
     def setUp(self):
         super().setUp()
-        self.services = self.desktop.home / ".local/share/dbus-1/services"
-        self.services.mkdir(parents=True)
         self.app = Parklet(self.desktop)
 
     def install(self):
         """What the bus needs to know in order to start the program."""
-        (self.services / "com.orvane.Parklet.service").write_text(
+        self.desktop.services.mkdir(parents=True)
+        (self.desktop.services / "com.orvane.Parklet.service").write_text(
             f"[D-BUS Service]\nName=com.orvane.Parklet\nExec={PROGRAM}\n")
         self.bus("ReloadConfig", "")
 

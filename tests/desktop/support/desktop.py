@@ -5,9 +5,11 @@ import pathlib
 import shutil
 import socket as sockets
 import subprocess
+import sys
 import tempfile
 
 from Xlib import display as xdisplay
+from Xlib import error
 
 from .accessibility import Accessibility
 from .hand import Hand
@@ -18,6 +20,26 @@ from .windows import Windows
 # What a desktop takes over from the environment it is started in.
 INHERITED = ("PATH", "TMPDIR", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS")
 
+# What programs of a test desktop may call over the bus: no other service that is installed changes what a test sees.
+SERVICES = ("org.a11y.Bus", "org.xfce.Tumbler.Cache1", "org.xfce.Tumbler.Manager1", "org.xfce.Tumbler.Thumbnailer1",
+            "org.xfce.Xfconf")
+INSTALLED_SERVICES = pathlib.Path("/usr/share/dbus-1/services")
+BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <keep_umask/>
+  <listen>unix:path={socket}</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>{services}</servicedir>
+  <servicedir>{own_services}</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
 GTK3_SETTINGS = """[Settings]
 gtk-theme-name=Adwaita
 gtk-icon-theme-name=Adwaita
@@ -96,6 +118,8 @@ class Desktop:
             if panel:
                 self.start_panel(panel)
         except BaseException:
+            for log in sorted(self.logs.iterdir()):
+                print(f"--- {log.name}", log.read_text(errors="replace"), sep="\n", file=sys.stderr)
             self.close()
             raise
 
@@ -104,6 +128,7 @@ class Desktop:
         self.logs = self.folder / "logs"
         self.logs.mkdir()
         self.home = self.folder / "home"
+        self.services = self.home / ".local/share/dbus-1/services"  # where a test adds what it brings to the bus
         self.environment = self.make_environment()
         self.processes = Processes(self.environment, self.logs)
         self.x = None
@@ -116,6 +141,7 @@ class Desktop:
             "XDG_CONFIG_HOME": str(home / ".config"), "XDG_CACHE_HOME": str(home / ".cache"),
             "XDG_DATA_HOME": str(home / ".local/share"), "XDG_STATE_HOME": str(home / ".local/state"),
             "XDG_RUNTIME_DIR": str(self.folder / "run"), "XDG_SESSION_TYPE": "x11",
+            "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder / 'no-system-bus'}",
             "GIO_USE_VFS": "local", "GSETTINGS_BACKEND": "memory", "GTK_MODULES": "gail:atk-bridge",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "GTK_OVERLAY_SCROLLING": "0",
             "XCURSOR_THEME": "Adwaita", "XCURSOR_SIZE": "24",
@@ -154,10 +180,14 @@ class Desktop:
         self.hand = Hand(self.x)
 
     def start_bus(self):
-        socket = self.folder / "run/bus"
+        socket, settings, services = (self.folder / name for name in ("run/bus", "bus.conf", "services"))
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={socket}"
-        self.start("dbus", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--nosyslog",
-                   f"--address=unix:path={socket}")
+        services.mkdir()
+        for name in SERVICES:
+            if (service := INSTALLED_SERVICES / f"{name}.service").exists():
+                shutil.copy(service, services)
+        settings.write_text(BUS.format(socket=socket, services=services, own_services=self.services))
+        self.start("dbus", "dbus-daemon", f"--config-file={settings}", "--nofork", "--nopidfile", "--nosyslog")
         wait_for(lambda: listens(socket), "the session bus starts")
         self.accessibility = Accessibility(self.environment["DBUS_SESSION_BUS_ADDRESS"])
 
@@ -240,8 +270,8 @@ class Desktop:
         shutil.copytree(self.logs, folder, dirs_exist_ok=True)
         try:
             self.screenshot(folder / "screen.png")
-        except (OSError, subprocess.CalledProcessError):
-            pass
+        except (OSError, subprocess.CalledProcessError, error.ConnectionClosedError) as fault:
+            (folder / "screen.log").write_text(f"there is no picture of the screen: {fault}\n")
 
     def close(self):
         if self.x:

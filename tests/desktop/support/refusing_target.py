@@ -3,6 +3,7 @@
 """A window that agrees to every drag over it and refuses what is dropped. It prints a line for each drop."""
 import gi
 
+gi.require_version("Gdk", "3.0")
 gi.require_version("Gtk", "3.0")
 from gi.repository import Gdk, Gtk  # noqa: E402
 

@@ -4,6 +4,7 @@
 import os
 import pathlib
 import sys
+import traceback
 
 from support import scenery
 from support.desktop import Desktop
@@ -31,6 +32,17 @@ class Demo:
         else:
             self.desktop.screenshot(path)
         print(f"{self.number:2}  {what:58} {os.path.relpath(path)}", flush=True)
+
+    def fail(self, fault):
+        """Says what went wrong and where to look, and leaves there what every program of the desktop has printed."""
+        logs = self.pictures / "logs"
+        self.desktop.keep_evidence(logs)
+        if not isinstance(fault, AssertionError):
+            (logs / "demo.log").write_text("".join(traceback.format_exception(fault)))
+        print(f"    After step {self.number} this did not happen: {fault}\n"
+              f"    What the screen showed then:  {os.path.relpath(logs / 'screen.png')}\n"
+              f"    What Parklet has printed:     {os.path.relpath(logs / 'parklet.log')}\n"
+              f"    What the others have:         {os.path.relpath(logs)}/*.log", file=sys.stderr, flush=True)
 
     def play(self):
         source, target = scenery.fill(self.desktop.home)
@@ -191,9 +203,8 @@ def main():
     demo = Demo(pathlib.Path(sys.argv[1]).resolve())
     try:
         demo.play()
-    except AssertionError as fault:
-        demo.done(f"This did not happen: {fault}", "failed")
-        demo.desktop.keep_evidence(demo.pictures / "logs")
+    except Exception as fault:
+        demo.fail(fault)
         sys.exit(1)
     finally:
         demo.desktop.close()

@@ -26,7 +26,7 @@ class DragModeTest(DesktopTest):
     def test_a_file_is_moved(self):
         landed = self.drag_out(dragMode=1)
         self.wait_for(lambda: not self.words.exists(), "the original is gone")
-        self.assertEqual(landed.read_text(), "some words\n")
+        self.wait_for(lambda: landed.read_text() == "some words\n", "the file is whole")
         self.assertFalse(landed.is_symlink())
 
     def test_a_file_is_linked(self):
@@ -94,8 +94,9 @@ class Drags:
 
         self.hand.drag(app.grip("words.txt"), target.empty_place())
         self.manager.agree()
-        self.wait_for((self.target / "words.txt").exists, "the file lands in the other folder")
-        self.assertEqual((self.target / "words.txt").read_bytes(), words.read_bytes())
+        landed = self.target / "words.txt"
+        self.wait_for(lambda: landed.exists() and landed.read_bytes() == words.read_bytes(),
+                      "the whole file lands in the other folder")
         self.wait_for(lambda: app.names() == [], "the file has left the shelf")
         self.wait_for(app.hidden, "the emptied shelf hides")
 

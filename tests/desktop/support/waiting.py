@@ -2,8 +2,13 @@
 """Waiting for a condition, never for a time."""
 import time
 
+from gi.repository import GLib
+from Xlib import error
+
 PATIENCE = 20.0  # seconds, for a busy machine
 PAUSE = 0.02
+# What is answered about a window or a widget that goes away in the midst of the question.
+GONE = (error.BadWindow, error.BadDrawable, GLib.Error)
 
 
 class TimedOut(AssertionError):
@@ -11,14 +16,19 @@ class TimedOut(AssertionError):
 
 
 def wait_for(condition, message, patience=PATIENCE, pause=PAUSE):
-    """Answers the first true value of condition(); fails with the message when none comes."""
+    """Answers the first true value of condition(); fails with the message when none comes. The condition is asked again
+    when something that it looks at goes away."""
     end = time.monotonic() + patience
     while True:
-        value = condition()
-        if value:
-            return value
+        fault = None
+        try:
+            value = condition()
+            if value:
+                return value
+        except GONE as gone:
+            fault = gone
         if time.monotonic() > end:
-            raise TimedOut(f"waited {patience:g} s in vain: {message}")
+            raise TimedOut(f"waited {patience:g} s in vain: {message}" + (f" ({fault})" if fault else ""))
         time.sleep(pause)
 
 

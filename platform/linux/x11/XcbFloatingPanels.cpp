@@ -60,6 +60,12 @@ void XcbFloatingPanels::orderOut(QWidget &window)
         panel->orderOut();
 }
 
+void XcbFloatingPanels::setAlpha(QWidget &window, double alpha)
+{
+    if (XcbPanel *panel = panelOf(window))
+        panel->setAlpha(alpha);
+}
+
 XcbPanel *XcbFloatingPanels::panelOf(const QWidget &window) const
 {
     const auto panel =

@@ -20,6 +20,7 @@ public:
     void make(QWidget &window, const PanelStyle &style) override;
     void orderFront(QWidget &window) override;
     void orderOut(QWidget &window) override;
+    void setAlpha(QWidget &window, double alpha) override;
     bool canBlend() const override { return blends; }
 
 private:

@@ -98,6 +98,16 @@ void XcbPanel::orderOut()
         finishWithdrawal();
 }
 
+void XcbPanel::setAlpha(double alpha)
+{
+    if (!window)
+        return;
+    window->setWindowOpacity(alpha);
+    // Qt sends what it has written only when the next event comes; the last step of a fade would wait for it.
+    if (nativeWindow() != XCB_NONE)
+        xcb_flush(qtConnection());
+}
+
 void XcbPanel::setOverridesManager(bool overridesManager)
 {
     if (!window || !window->isVisible() || nativeWindow() == XCB_NONE)

@@ -29,6 +29,9 @@ public:
 
     void orderOut();
 
+    // The opacity of the whole window, from 0 to 1.
+    void setAlpha(double alpha);
+
     // Changes sides while the panel is visible, or brings it back above what came over it.
     void setOverridesManager(bool overrides);
 

@@ -48,7 +48,7 @@ void AppDelegate::applicationDidFinishLaunching()
     const QPointer<AppDelegate> delegate(this);
 
     platform.menuBar->setMainMenu(buildMainMenu());
-    if (settings.showMenuBarIcon())
+    if (settings.get(Settings::showMenuBarIcon))
         setUpStatusItem();
 
     if (platform.accessibilityTrust->isProcessTrusted())
@@ -62,7 +62,7 @@ void AppDelegate::applicationDidFinishLaunching()
         delegate->shelf.addItem(file);
         delegate->showShelf();
     };
-    if (settings.autoAddScreenshots())
+    if (settings.get(Settings::autoAddScreenshots))
         shared.screenshotWatcher().start();
 
     NotificationCenter &notifications = shared.notifications();
@@ -91,14 +91,14 @@ void AppDelegate::applicationDidFinishLaunching()
             delegate->shelf.updateFrame();
     };
 
-    if (!settings.defaults.boolean(SettingsKey::hasShownUpdatePrompt)) {
+    if (!settings.get(Settings::hasShownUpdatePrompt)) {
         // The flag comes first, so that a question which was cut short is not asked again.
-        settings.defaults.set(SettingsKey::hasShownUpdatePrompt, true);
+        settings.set(Settings::hasShownUpdatePrompt, true);
         settings.defaults.synchronize();
         if (!askAboutUpdateChecks())
             return;
     }
-    if (settings.defaults.boolean(SettingsKey::autoCheckUpdates))
+    if (settings.get(Settings::autoCheckUpdates))
         shared.updateChecker().check(true);
 }
 
@@ -124,7 +124,7 @@ std::unique_ptr<QMenu> AppDelegate::buildStatusMenu()
     menu->addSeparator();
     QAction *launchAtLogin = menu->addAction(tr("Launch at Login"), this, &AppDelegate::toggleLaunchAtLogin);
     launchAtLogin->setCheckable(true);
-    launchAtLogin->setChecked(shared.settings().launchAtLogin());
+    launchAtLogin->setChecked(shared.settings().get(Settings::launchAtLogin));
     menu->addSeparator();
     menu->addAction(tr("Quit Parklet"), qApp, &QCoreApplication::quit)->setShortcut(Qt::CTRL | Qt::Key_Q);
     return menu;
@@ -178,7 +178,7 @@ bool AppDelegate::askAboutUpdateChecks()
     const AlertAnswer answer = platform.alerts->runModal(alert);
     if (watch.quits)
         return false;
-    shared.settings().defaults.set(SettingsKey::autoCheckUpdates, answer.isFirstButton());
+    shared.settings().set(Settings::autoCheckUpdates, answer.isFirstButton());
     return true;
 }
 
@@ -244,7 +244,7 @@ void AppDelegate::openMoreApps()
 void AppDelegate::toggleLaunchAtLogin()
 {
     AppSettings &settings = shared.settings();
-    settings.setLaunchAtLogin(!settings.launchAtLogin());
+    settings.set(Settings::launchAtLogin, !settings.get(Settings::launchAtLogin));
     synchronizeLoginItem();
     if (!statusItem)
         return;
@@ -257,7 +257,7 @@ void AppDelegate::toggleLaunchAtLogin()
 
 void AppDelegate::synchronizeLoginItem()
 {
-    const bool wanted = shared.settings().launchAtLogin();
+    const bool wanted = shared.settings().get(Settings::launchAtLogin);
     if (wanted == platform.loginItem->isEnabled())
         return;
     // A refusal leaves the setting as the user set it.
@@ -272,12 +272,12 @@ void AppDelegate::handleSettingsChanged()
     AppSettings &settings = shared.settings();
     shelf.applySettings();
 
-    if (settings.showMenuBarIcon() && !statusItem)
+    if (settings.get(Settings::showMenuBarIcon) && !statusItem)
         setUpStatusItem();
-    else if (!settings.showMenuBarIcon())
+    else if (!settings.get(Settings::showMenuBarIcon))
         statusItem.reset();
 
-    const bool showsDockIcon = settings.showDockIcon();
+    const bool showsDockIcon = settings.get(Settings::showDockIcon);
     const bool preferencesVisible = shared.isPreferencesWindowVisible();
     platform.activationPolicy->set(showsDockIcon ? ActivationPolicy::Policy::Regular
                                                  : ActivationPolicy::Policy::Accessory);
@@ -289,7 +289,7 @@ void AppDelegate::handleSettingsChanged()
         });
     }
 
-    if (settings.autoAddScreenshots())
+    if (settings.get(Settings::autoAddScreenshots))
         shared.screenshotWatcher().start();
     else
         shared.screenshotWatcher().stop();

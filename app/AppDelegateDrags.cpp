@@ -16,24 +16,24 @@ constexpr double kHideCheckDelay = 0.15;
 void AppDelegate::dragMonitorDidStartDrag(const QList<QUrl> &)
 {
     AppSettings &settings = shared.settings();
-    if (!settings.autoShowDropWindow())
+    if (!settings.get(Settings::autoShowDropWindow))
         return;
-    if (isExcluded(platform.workspace->frontmostBundleIdentifier(), settings.defaults.integer(SettingsKey::excludeMode),
-                   settings.defaults.stringArray(SettingsKey::excludedBundleIDs)))
+    if (isExcluded(platform.workspace->frontmostBundleIdentifier(), settings.get(Settings::excludeMode),
+                   settings.get(Settings::excludedBundleIDs)))
         return;
 
     dropReceivedOnShelf = false;
-    const qint64 trigger = settings.defaults.integer(SettingsKey::autoShowTrigger);
+    const AutoShowTrigger trigger = settings.get(Settings::autoShowTrigger);
     switch (trigger) {
-    case kShowAtOnce:
-    case kShowNearCursor:
+    case AutoShowTrigger::AtOnce:
+    case AutoShowTrigger::NearCursor:
         // A shelf that is fading out is brought back, so it is this drag that shows it.
         shelfShownByCurrentDrag = !shelf.isVisible() || shelf.isHiding();
         showShelf();
-        if (trigger == kShowNearCursor)
+        if (trigger == AutoShowTrigger::NearCursor)
             cursorShelf.showNearCursor();
         break;
-    case kShowWhenNear:
+    case AutoShowTrigger::WhenNear:
         startProximityMonitor();
         break;
     default:

@@ -157,7 +157,7 @@ int main(int argc, char *argv[])
     if (!fillShelf(delegate.shelf))
         return 1;
     preferences.showPane(PrefPane::appearance);
-    dragSlider(preferences, SettingsKey::shelfItemSize, QStringLiteral("size slider"));
-    dragSlider(preferences, SettingsKey::tintIntensity, QStringLiteral("intensity slider"));
+    dragSlider(preferences, Settings::shelfItemSize.key, QStringLiteral("size slider"));
+    dragSlider(preferences, Settings::tintIntensity.key, QStringLiteral("intensity slider"));
     return 0;
 }

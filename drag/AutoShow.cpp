@@ -7,15 +7,15 @@ constexpr double kProximity = 120; // points around the shelf
 
 } // namespace
 
-bool isExcluded(const std::optional<QString> &frontmost, qint64 excludeMode, const QStringList &excludedBundleIDs)
+bool isExcluded(const std::optional<QString> &frontmost, ExcludeMode excludeMode, const QStringList &excludedBundleIDs)
 {
     if (!frontmost)
         return false;
     const bool listed = excludedBundleIDs.contains(*frontmost, Qt::CaseSensitive);
     switch (excludeMode) {
-    case kHideInListed:
+    case ExcludeMode::HideInListed:
         return listed;
-    case kShowOnlyInListed:
+    case ExcludeMode::ShowOnlyInListed:
         return !excludedBundleIDs.isEmpty() && !listed;
     default:
         return false;

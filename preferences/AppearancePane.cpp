@@ -2,11 +2,11 @@
 #include "preferences/AppearancePane.h"
 
 #include "platform/SystemAppearance.h"
+#include "preferences/Announcement.h"
 #include "preferences/ColorWell.h"
 #include "preferences/Controls.h"
 #include "preferences/DoubleSlider.h"
 #include "settings/AppSettings.h"
-#include "settings/Notifications.h"
 
 #include <QResizeEvent>
 #include <QScrollArea>
@@ -18,11 +18,9 @@ namespace {
 constexpr int kMargin = 8;
 constexpr int kSpacing = 8;
 constexpr int kScrollerWidth = 20; // what the stack leaves to the scroller
-constexpr double kSmallestItem = 48.0;
-constexpr double kLargestItem = 120.0;
 
-constexpr int kIntensitySteps = 1000; // of a thousandth
-constexpr int kSizeSteps = 720;       // of a tenth of a point
+constexpr double kIntensityStep = 0.001;
+constexpr double kSizeStep = 0.1; // points
 
 // A scroll view whose content keeps a fixed distance from its right edge.
 class StackScrollArea : public QScrollArea {
@@ -83,18 +81,20 @@ QWidget *AppearancePane::makeStack()
         stack->addWidget(control, 0, alignment);
     };
     const auto addSeparator = [view, stack] { stack->addWidget(new Separator(view)); };
-    const auto addPopUp = [this, view, &addTitled](const QString &title, const QStringList &titles, qint64 index,
-                                                   const QString &key, void (AppearancePane::*action)(QComboBox *)) {
-        QComboBox *box = popUp(titles, index, view);
-        box->setObjectName(key);
+    const auto addPopUp = [this, view, &addTitled](const QString &title, const QStringList &titles, const auto &setting,
+                                                   void (AppearancePane::*action)(QComboBox *)) {
+        QComboBox *box = popUp(titles, indexOf(s.get(setting)), view);
+        box->setObjectName(setting.key);
         connect(box, &QComboBox::activated, this, [this, box, action] { (this->*action)(box); });
         addTitled(title, box, Qt::AlignLeft);
     };
-    const auto addSlider = [this, &addTitled](const QString &title, DoubleSlider *slider, double value,
-                                              const QString &key, void (AppearancePane::*action)(DoubleSlider *)) {
-        slider->setObjectName(key);
+    const auto addSlider = [this, view, &addTitled](const QString &title, const Setting<double> &setting, double step,
+                                                    void (AppearancePane::*action)(DoubleSlider *)) {
+        const auto [lowest, highest] = setting.range;
+        auto *slider = new DoubleSlider(lowest, highest, qRound((highest - lowest) / step), view);
+        slider->setObjectName(setting.key);
         slider->setAttribute(Qt::WA_MacSmallSize);
-        slider->setDoubleValue(value);
+        slider->setDoubleValue(s.get(setting));
         connect(slider, &DoubleSlider::reported, this, [this, slider, action] { (this->*action)(slider); });
         addTitled(title, slider, {});
     };
@@ -103,37 +103,32 @@ QWidget *AppearancePane::makeStack()
     addSeparator();
 
     auto *well = new ColorWell(view);
-    well->setObjectName(SettingsKey::tintColorData);
+    well->setObjectName(Settings::tintColorData.key);
     well->setColor(s.tintColor());
     well->panelTakesBack = appearance.colorPanelTakesBack();
     well->onChange = [this, well] { colorChanged(well); };
     addTitled(tr("Tint colour"), well, Qt::AlignLeft);
-    addSlider(tr("Tint intensity"), new DoubleSlider(0.0, 1.0, kIntensitySteps, view), s.tintIntensity(),
-              SettingsKey::tintIntensity, &AppearancePane::intensityChanged);
+    addSlider(tr("Tint intensity"), Settings::tintIntensity, kIntensityStep, &AppearancePane::intensityChanged);
     addSeparator();
 
-    addSlider(tr("Shelf item size"), new DoubleSlider(kSmallestItem, kLargestItem, kSizeSteps, view), s.shelfItemSize(),
-              SettingsKey::shelfItemSize, &AppearancePane::sizeChanged);
+    addSlider(tr("Shelf item size"), Settings::shelfItemSize, kSizeStep, &AppearancePane::sizeChanged);
     addSeparator();
 
-    addPopUp(tr("Window edge"), {tr("Left"), tr("Right"), tr("Top"), tr("Bottom")}, s.windowEdge(),
-             SettingsKey::windowEdge, &AppearancePane::edgeChanged);
+    addPopUp(tr("Window edge"), {tr("Left"), tr("Right"), tr("Top"), tr("Bottom")}, Settings::windowEdge,
+             &AppearancePane::edgeChanged);
     //: Along the edge of the screen: its upper or left end.
     const QString start = tr("Start");
     //: Along the edge of the screen: its middle.
     const QString center = tr("Center");
     //: Along the edge of the screen: its lower or right end.
     const QString end = tr("End");
-    addPopUp(tr("Alignment"), {start, center, end}, s.windowAlignment(), SettingsKey::windowAlignment,
-             &AppearancePane::alignChanged);
+    addPopUp(tr("Alignment"), {start, center, end}, Settings::windowAlignment, &AppearancePane::alignChanged);
     addSeparator();
 
-    addPopUp(tr("File names"), {tr("Show under icon"), tr("Hide"), tr("Show on hover")},
-             s.defaults.integer(SettingsKey::fileNameDisplay), SettingsKey::fileNameDisplay,
+    addPopUp(tr("File names"), {tr("Show under icon"), tr("Hide"), tr("Show on hover")}, Settings::fileNameDisplay,
              &AppearancePane::nameDisplayChanged);
-    QCheckBox *hideExtensions =
-        checkBox(tr("Hide file extensions"), s.defaults.boolean(SettingsKey::hideFileExtensions), view);
-    hideExtensions->setObjectName(SettingsKey::hideFileExtensions);
+    QCheckBox *hideExtensions = checkBox(tr("Hide file extensions"), s.get(Settings::hideFileExtensions), view);
+    hideExtensions->setObjectName(Settings::hideFileExtensions.key);
     connect(hideExtensions, &QCheckBox::toggled, this, [this, hideExtensions] { hideExtChanged(hideExtensions); });
     stack->addWidget(hideExtensions, 0, Qt::AlignLeft);
     stack->addWidget(fieldLabel(QStringLiteral(" "), view));
@@ -141,54 +136,49 @@ QWidget *AppearancePane::makeStack()
     return view;
 }
 
-void AppearancePane::postSettingsChanged()
-{
-    notifications.post(Notifications::settingsChanged);
-}
-
 void AppearancePane::colorChanged(ColorWell *sender)
 {
     s.setTintColor(sender->color());
-    postSettingsChanged();
+    announce(Settings::tintColorData, notifications);
 }
 
 void AppearancePane::intensityChanged(DoubleSlider *sender)
 {
-    s.setTintIntensity(sender->doubleValue());
-    postSettingsChanged();
+    s.set(Settings::tintIntensity, sender->doubleValue());
+    announce(Settings::tintIntensity, notifications);
 }
 
 void AppearancePane::sizeChanged(DoubleSlider *sender)
 {
-    s.setShelfItemSize(sender->doubleValue());
-    postSettingsChanged();
+    s.set(Settings::shelfItemSize, sender->doubleValue());
+    announce(Settings::shelfItemSize, notifications);
 }
 
 void AppearancePane::edgeChanged(QComboBox *sender)
 {
-    s.setWindowEdge(sender->currentIndex());
-    postSettingsChanged();
+    s.set(Settings::windowEdge, static_cast<WindowEdge>(sender->currentIndex()));
+    announce(Settings::windowEdge, notifications);
 }
 
 void AppearancePane::alignChanged(QComboBox *sender)
 {
-    s.setWindowAlignment(sender->currentIndex());
-    postSettingsChanged();
+    s.set(Settings::windowAlignment, static_cast<WindowAlignment>(sender->currentIndex()));
+    announce(Settings::windowAlignment, notifications);
 }
 
 void AppearancePane::nameDisplayChanged(QComboBox *sender)
 {
-    s.defaults.set(SettingsKey::fileNameDisplay, sender->currentIndex());
-    postSettingsChanged();
+    s.set(Settings::fileNameDisplay, static_cast<FileNameDisplay>(sender->currentIndex()));
+    announce(Settings::fileNameDisplay, notifications);
 }
 
 void AppearancePane::hideExtChanged(QCheckBox *sender)
 {
-    s.defaults.set(SettingsKey::hideFileExtensions, sender->isChecked());
-    postSettingsChanged();
+    s.set(Settings::hideFileExtensions, sender->isChecked());
+    announce(Settings::hideFileExtensions, notifications);
 }
 
 void AppearancePane::noAnimChanged(QCheckBox *sender)
 {
-    s.defaults.set(SettingsKey::disableAnimations, sender->isChecked());
+    s.set(Settings::disableAnimations, sender->isChecked());
 }

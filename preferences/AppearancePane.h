@@ -34,7 +34,6 @@ public:
 
 private:
     QWidget *makeStack();
-    void postSettingsChanged();
 
     AppSettings &s;
     const SystemAppearance &appearance;

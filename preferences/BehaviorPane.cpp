@@ -79,24 +79,24 @@ void BehaviorPane::loadView()
     BasePane::loadView();
 
     autoShowLabel = fieldLabel(tr("Automatically show the drop window"), this);
-    autoShowBox = checkBox(QString(), s.autoShowDropWindow(), this);
-    autoShowBox->setObjectName(SettingsKey::autoShowDropWindow);
+    autoShowBox = checkBox(QString(), s.get(Settings::autoShowDropWindow), this);
+    autoShowBox->setObjectName(Settings::autoShowDropWindow.key);
     setLabel(*autoShowLabel, *autoShowBox);
     connect(autoShowBox, &QCheckBox::toggled, this, [this] { autoShowChanged(autoShowBox); });
 
     separatorA = new Separator(this);
     triggerPop = popUp({tr("When you start dragging"), tr("Near cursor position when you start dragging"),
                         tr("When dragging towards Parklet's location")},
-                       s.defaults.integer(SettingsKey::autoShowTrigger), this);
-    triggerPop->setObjectName(SettingsKey::autoShowTrigger);
-    triggerPop->setEnabled(s.autoShowDropWindow());
+                       indexOf(s.get(Settings::autoShowTrigger)), this);
+    triggerPop->setObjectName(Settings::autoShowTrigger.key);
+    triggerPop->setEnabled(s.get(Settings::autoShowDropWindow));
     setSpokenLabel(tr("When to show the drop window"), *triggerPop);
     connect(triggerPop, &QComboBox::activated, this, [this] { triggerChanged(triggerPop); });
 
     separatorB = new Separator(this);
     doubleClickLabel = fieldLabel(tr("When double-clicking a shelf file:"), this);
-    doubleClickPop = popUp({tr("Open file"), tr("Select all")}, s.doubleClickAction(), this);
-    doubleClickPop->setObjectName(SettingsKey::doubleClickAction);
+    doubleClickPop = popUp({tr("Open file"), tr("Select all")}, indexOf(s.get(Settings::doubleClickAction)), this);
+    doubleClickPop->setObjectName(Settings::doubleClickAction.key);
     setLabel(*doubleClickLabel, *doubleClickPop);
     connect(doubleClickPop, &QComboBox::activated, this, [this] { doubleClickChanged(doubleClickPop); });
 
@@ -105,8 +105,8 @@ void BehaviorPane::loadView()
     const QString hide = tr("Hide");
     //: Goes on with "The Parklet window in the following applications:".
     const QString showOnlyIn = tr("Show only in");
-    excludeModePop = popUp({hide, showOnlyIn}, s.defaults.integer(SettingsKey::excludeMode), this);
-    excludeModePop->setObjectName(SettingsKey::excludeMode);
+    excludeModePop = popUp({hide, showOnlyIn}, indexOf(s.get(Settings::excludeMode)), this);
+    excludeModePop->setObjectName(Settings::excludeMode.key);
     excludeModePop->setAttribute(Qt::WA_MacSmallSize);
     excludeModePop->setFont(systemFont(kSmallControlSize));
     connect(excludeModePop, &QComboBox::activated, this, [this] { excludeModeChanged(excludeModePop); });
@@ -115,10 +115,10 @@ void BehaviorPane::loadView()
     setLabel(*excludeLabel, *excludeModePop);
 
     excludeList = new AppExclusionListView(
-        s.defaults.stringArray(SettingsKey::excludedBundleIDs),
+        s.get(Settings::excludedBundleIDs),
         [pane = QPointer(this)](const QStringList &ids) {
             if (pane)
-                pane->s.defaults.set(SettingsKey::excludedBundleIDs, QVariantList(ids.begin(), ids.end()));
+                pane->s.set(Settings::excludedBundleIDs, ids);
         },
         platform, this);
     excludeList->tableView->setAccessibleName(excludeLabel->text());
@@ -175,22 +175,22 @@ bool BehaviorPane::event(QEvent *event)
 
 void BehaviorPane::autoShowChanged(QCheckBox *sender)
 {
-    s.setAutoShowDropWindow(sender->isChecked());
+    s.set(Settings::autoShowDropWindow, sender->isChecked());
     if (triggerPop)
         triggerPop->setEnabled(sender->isChecked());
 }
 
 void BehaviorPane::triggerChanged(QComboBox *sender)
 {
-    s.defaults.set(SettingsKey::autoShowTrigger, sender->currentIndex());
+    s.set(Settings::autoShowTrigger, static_cast<AutoShowTrigger>(sender->currentIndex()));
 }
 
 void BehaviorPane::doubleClickChanged(QComboBox *sender)
 {
-    s.setDoubleClickAction(sender->currentIndex());
+    s.set(Settings::doubleClickAction, static_cast<DoubleClickAction>(sender->currentIndex()));
 }
 
 void BehaviorPane::excludeModeChanged(QComboBox *sender)
 {
-    s.defaults.set(SettingsKey::excludeMode, sender->currentIndex());
+    s.set(Settings::excludeMode, static_cast<ExcludeMode>(sender->currentIndex()));
 }

@@ -42,6 +42,13 @@ QCheckBox *checkBox(const QString &title, bool on, QWidget *parent);
 // A pop-up button with `titles`, showing the one at `index`; none when there is none at it.
 QComboBox *popUp(const QStringList &titles, qint64 index, QWidget *parent);
 
+// The index of a choice in the pop-up button that lists all of them.
+template<typename Choice>
+qint64 indexOf(Choice choice)
+{
+    return static_cast<qint64>(choice);
+}
+
 // Makes `label` name `control` for a screen reader.
 void setLabel(QLabel &label, QWidget &control);
 

@@ -2,9 +2,9 @@
 #include "preferences/GeneralPane.h"
 
 #include "platform/LoginItem.h"
+#include "preferences/Announcement.h"
 #include "preferences/Controls.h"
 #include "settings/AppSettings.h"
-#include "settings/Notifications.h"
 
 #include <QVBoxLayout>
 
@@ -13,21 +13,6 @@ namespace {
 // Points.
 constexpr int kMargin = 24;
 constexpr int kSpacing = 10;
-
-const GeneralPane::Setting kLaunchAtLogin{SettingsKey::launchAtLogin,
-                                          QT_TRANSLATE_NOOP("GeneralPane", "Start at login"),
-                                          &AppSettings::launchAtLogin, &AppSettings::setLaunchAtLogin};
-const GeneralPane::Setting kShowMenuBarIcon{SettingsKey::showMenuBarIcon,
-                                            QT_TRANSLATE_NOOP("GeneralPane", "Show menu bar icon"),
-                                            &AppSettings::showMenuBarIcon, &AppSettings::setShowMenuBarIcon};
-const GeneralPane::Setting kShowDockIcon{SettingsKey::showDockIcon, QT_TRANSLATE_NOOP("GeneralPane", "Show Dock icon"),
-                                         &AppSettings::showDockIcon, &AppSettings::setShowDockIcon};
-const GeneralPane::Setting kRemoveItemsWhenDraggedOut{
-    SettingsKey::removeItemsWhenDraggedOut, QT_TRANSLATE_NOOP("GeneralPane", "Remove items when dragged out"),
-    &AppSettings::removeItemsWhenDraggedOut, &AppSettings::setRemoveItemsWhenDraggedOut};
-const GeneralPane::Setting kAutoAddScreenshots{SettingsKey::autoAddScreenshots,
-                                               QT_TRANSLATE_NOOP("GeneralPane", "Automatically add new screenshots"),
-                                               &AppSettings::autoAddScreenshots, &AppSettings::setAutoAddScreenshots};
 
 } // namespace
 
@@ -49,50 +34,52 @@ void GeneralPane::loadView()
 
     stack->addWidget(fieldLabel(tr("General"), this), 0, Qt::AlignLeft);
     stack->addWidget(new Separator(this));
-    for (const Setting &setting : {kLaunchAtLogin, kShowMenuBarIcon, kShowDockIcon})
-        stack->addWidget(boundCheckBox(setting), 0, Qt::AlignLeft);
+    stack->addWidget(boundCheckBox(tr("Start at login"), Settings::launchAtLogin), 0, Qt::AlignLeft);
+    stack->addWidget(boundCheckBox(tr("Show menu bar icon"), Settings::showMenuBarIcon), 0, Qt::AlignLeft);
+    stack->addWidget(boundCheckBox(tr("Show Dock icon"), Settings::showDockIcon), 0, Qt::AlignLeft);
 
     stack->addWidget(new Separator(this));
-    stack->addWidget(boundCheckBox(kRemoveItemsWhenDraggedOut), 0, Qt::AlignLeft);
+    stack->addWidget(boundCheckBox(tr("Remove items when dragged out"), Settings::removeItemsWhenDraggedOut), 0,
+                     Qt::AlignLeft);
     auto *dragModeLabel = fieldLabel(tr("Drag mode"), this);
-    auto *dragMode = popUp({tr("Copy files"), tr("Move files"), tr("Create alias")},
-                           s.defaults.integer(SettingsKey::dragMode), this);
-    dragMode->setObjectName(SettingsKey::dragMode);
+    auto *dragMode =
+        popUp({tr("Copy files"), tr("Move files"), tr("Create alias")}, indexOf(s.get(Settings::dragMode)), this);
+    dragMode->setObjectName(Settings::dragMode.key);
     setLabel(*dragModeLabel, *dragMode);
     connect(dragMode, &QComboBox::activated, this, [this, dragMode] { dragModeChanged(dragMode); });
     stack->addWidget(dragModeLabel, 0, Qt::AlignLeft);
     stack->addWidget(dragMode, 0, Qt::AlignLeft);
 
     stack->addWidget(new Separator(this));
-    stack->addWidget(boundCheckBox(kAutoAddScreenshots), 0, Qt::AlignLeft);
+    stack->addWidget(boundCheckBox(tr("Automatically add new screenshots"), Settings::autoAddScreenshots), 0,
+                     Qt::AlignLeft);
     stack->addStretch();
 }
 
-QCheckBox *GeneralPane::boundCheckBox(const Setting &setting)
+QCheckBox *GeneralPane::boundCheckBox(const QString &title, const Setting<bool> &setting)
 {
-    QCheckBox *box = checkBox(tr(setting.title), (s.*setting.read)(), this);
+    QCheckBox *box = checkBox(title, s.get(setting), this);
     box->setObjectName(setting.key);
-    bindings.insert(box, setting);
+    bindings.insert(box, &setting);
     connect(box, &QCheckBox::toggled, this, [this, box] { toggleChanged(box); });
     return box;
 }
 
 void GeneralPane::toggleChanged(QCheckBox *sender)
 {
-    const auto setting = bindings.constFind(sender);
-    if (setting == bindings.constEnd())
+    const Setting<bool> *setting = bindings.value(sender);
+    if (!setting)
         return;
-    (s.*setting->write)(sender->isChecked());
-    if (setting->key == SettingsKey::launchAtLogin)
+    s.set(*setting, sender->isChecked());
+    if (setting == &Settings::launchAtLogin)
         applyStartAtLogin();
-    if (setting->key == SettingsKey::showMenuBarIcon || setting->key == SettingsKey::showDockIcon)
-        notifications.post(Notifications::settingsChanged);
+    announce(*setting, notifications);
 }
 
 void GeneralPane::applyStartAtLogin()
 {
     // A registration that fails changes nothing here: the setting says what the user wants.
-    if (s.launchAtLogin())
+    if (s.get(Settings::launchAtLogin))
         loginItem.enable();
     else
         loginItem.disable();
@@ -100,5 +87,5 @@ void GeneralPane::applyStartAtLogin()
 
 void GeneralPane::dragModeChanged(QComboBox *sender)
 {
-    s.defaults.set(SettingsKey::dragMode, sender->currentIndex());
+    s.set(Settings::dragMode, static_cast<DragMode>(sender->currentIndex()));
 }

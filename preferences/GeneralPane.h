@@ -2,6 +2,7 @@
 #pragma once
 
 #include "preferences/BasePane.h"
+#include "settings/SettingsTable.h"
 
 #include <QHash>
 
@@ -16,14 +17,6 @@ class GeneralPane : public BasePane {
     Q_OBJECT
 
 public:
-    // A setting that a check box is bound to.
-    struct Setting {
-        QString key;
-        const char *title; // in the sources' language
-        bool (AppSettings::*read)() const;
-        void (AppSettings::*write)(bool);
-    };
-
     GeneralPane(AppSettings &settings, LoginItem &loginItem, NotificationCenter &notifications,
                 QWidget *parent = nullptr);
 
@@ -35,11 +28,11 @@ public:
     void dragModeChanged(QComboBox *sender);
 
 private:
-    QCheckBox *boundCheckBox(const Setting &setting);
+    QCheckBox *boundCheckBox(const QString &title, const Setting<bool> &setting);
     void applyStartAtLogin();
 
     AppSettings &s;
     LoginItem &loginItem;
     NotificationCenter &notifications;
-    QHash<QCheckBox *, Setting> bindings;
+    QHash<QCheckBox *, const Setting<bool> *> bindings;
 };

@@ -59,7 +59,7 @@ void ScreenshotWatcher::stop()
 
 void ScreenshotWatcher::checkForNewScreenshots()
 {
-    if (!settings.autoAddScreenshots())
+    if (!settings.get(Settings::autoAddScreenshots))
         return;
     // Each start leaves a stream behind, a dragged slider hundreds, and all of them call for the same change, one after
     // the other. Listing a folder that stayed as it was would tell nothing new, and of a crowded one takes long.

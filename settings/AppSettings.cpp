@@ -4,31 +4,7 @@
 #include "platform/ColorArchive.h"
 #include "platform/SystemAppearance.h"
 
-#include <cmath>
 #include <limits>
-
-namespace {
-
-// What each property reads as when its key is absent or mistyped.
-constexpr bool kAutoShowDropWindow = true;
-constexpr bool kAutoAddScreenshots = true;
-constexpr bool kRemoveItemsWhenDraggedOut = true;
-constexpr int kDoubleClickAction = 1; // select all
-constexpr bool kShowMenuBarIcon = true;
-constexpr double kTintIntensity = 0.4;
-constexpr double kShelfItemSize = 72.0;
-constexpr int kWindowEdge = 1;      // right
-constexpr int kWindowAlignment = 1; // centre
-constexpr double kAutoHideTimeout = 0.0;
-
-int toInt(double value, int fallback)
-{
-    if (!(value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max()))
-        return fallback;
-    return static_cast<int>(value);
-}
-
-} // namespace
 
 AppSettings::AppSettings(UserDefaults &store, const ColorArchive &archive, const SystemAppearance &systemAppearance)
     : defaults(store)
@@ -43,79 +19,50 @@ double AppSettings::numberOr(const QString &key, double fallback) const
     return UserDefaults::isNumber(value) ? value.toDouble() : fallback;
 }
 
-bool AppSettings::autoShowDropWindow() const
+qint64 AppSettings::choice(const QString &key, qint64 fallback, ReadAs readAs) const
 {
-    return numberOr(SettingsKey::autoShowDropWindow, kAutoShowDropWindow) != 0.0;
+    if (readAs == ReadAs::Stored)
+        return defaults.integer(key);
+    const double value = numberOr(key, static_cast<double>(fallback));
+    if (!(value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max()))
+        return fallback;
+    return static_cast<qint64>(value);
 }
 
-void AppSettings::setAutoShowDropWindow(bool value)
+bool AppSettings::get(const Setting<bool> &setting) const
 {
-    defaults.set(SettingsKey::autoShowDropWindow, value);
+    return setting.readAs == ReadAs::Stored ? defaults.boolean(setting.key)
+                                            : numberOr(setting.key, setting.fallback) != 0.0;
 }
 
-bool AppSettings::autoAddScreenshots() const
+double AppSettings::get(const Setting<double> &setting) const
 {
-    return numberOr(SettingsKey::autoAddScreenshots, kAutoAddScreenshots) != 0.0;
+    return setting.readAs == ReadAs::Stored ? defaults.number(setting.key) : numberOr(setting.key, setting.fallback);
 }
 
-void AppSettings::setAutoAddScreenshots(bool value)
+QStringList AppSettings::get(const Setting<QStringList> &setting) const
 {
-    defaults.set(SettingsKey::autoAddScreenshots, value);
+    return defaults.stringArray(setting.key);
 }
 
-bool AppSettings::removeItemsWhenDraggedOut() const
+void AppSettings::set(const Setting<bool> &setting, bool value)
 {
-    return numberOr(SettingsKey::removeItemsWhenDraggedOut, kRemoveItemsWhenDraggedOut) != 0.0;
+    defaults.set(setting.key, value);
 }
 
-void AppSettings::setRemoveItemsWhenDraggedOut(bool value)
+void AppSettings::set(const Setting<double> &setting, double value)
 {
-    defaults.set(SettingsKey::removeItemsWhenDraggedOut, value);
+    defaults.set(setting.key, value);
 }
 
-int AppSettings::doubleClickAction() const
+void AppSettings::set(const Setting<QStringList> &setting, const QStringList &value)
 {
-    return toInt(numberOr(SettingsKey::doubleClickAction, kDoubleClickAction), kDoubleClickAction);
-}
-
-void AppSettings::setDoubleClickAction(int value)
-{
-    defaults.set(SettingsKey::doubleClickAction, value);
-}
-
-bool AppSettings::showMenuBarIcon() const
-{
-    return numberOr(SettingsKey::showMenuBarIcon, kShowMenuBarIcon) != 0.0;
-}
-
-void AppSettings::setShowMenuBarIcon(bool value)
-{
-    defaults.set(SettingsKey::showMenuBarIcon, value);
-}
-
-bool AppSettings::showDockIcon() const
-{
-    return defaults.boolean(SettingsKey::showDockIcon);
-}
-
-void AppSettings::setShowDockIcon(bool value)
-{
-    defaults.set(SettingsKey::showDockIcon, value);
-}
-
-bool AppSettings::launchAtLogin() const
-{
-    return defaults.boolean(SettingsKey::launchAtLogin);
-}
-
-void AppSettings::setLaunchAtLogin(bool value)
-{
-    defaults.set(SettingsKey::launchAtLogin, value);
+    defaults.set(setting.key, QVariantList(value.begin(), value.end()));
 }
 
 QColor AppSettings::tintColor() const
 {
-    const QByteArray data = defaults.data(SettingsKey::tintColorData);
+    const QByteArray data = defaults.data(Settings::tintColorData.key);
     if (!data.isEmpty()) {
         if (const auto color = colorArchive.unarchive(data))
             return *color;
@@ -126,57 +73,7 @@ QColor AppSettings::tintColor() const
 void AppSettings::setTintColor(const QColor &value)
 {
     if (const auto data = colorArchive.archive(value))
-        defaults.set(SettingsKey::tintColorData, *data);
+        defaults.set(Settings::tintColorData.key, *data);
     else
-        defaults.remove(SettingsKey::tintColorData);
-}
-
-double AppSettings::tintIntensity() const
-{
-    return numberOr(SettingsKey::tintIntensity, kTintIntensity);
-}
-
-void AppSettings::setTintIntensity(double value)
-{
-    defaults.set(SettingsKey::tintIntensity, value);
-}
-
-double AppSettings::shelfItemSize() const
-{
-    return numberOr(SettingsKey::shelfItemSize, kShelfItemSize);
-}
-
-void AppSettings::setShelfItemSize(double value)
-{
-    defaults.set(SettingsKey::shelfItemSize, value);
-}
-
-int AppSettings::windowEdge() const
-{
-    return toInt(numberOr(SettingsKey::windowEdge, kWindowEdge), kWindowEdge);
-}
-
-void AppSettings::setWindowEdge(int value)
-{
-    defaults.set(SettingsKey::windowEdge, value);
-}
-
-int AppSettings::windowAlignment() const
-{
-    return toInt(numberOr(SettingsKey::windowAlignment, kWindowAlignment), kWindowAlignment);
-}
-
-void AppSettings::setWindowAlignment(int value)
-{
-    defaults.set(SettingsKey::windowAlignment, value);
-}
-
-double AppSettings::autoHideTimeout() const
-{
-    return numberOr(SettingsKey::autoHideTimeout, kAutoHideTimeout);
-}
-
-void AppSettings::setAutoHideTimeout(double value)
-{
-    defaults.set(SettingsKey::autoHideTimeout, value);
+        defaults.remove(Settings::tintColorData.key);
 }

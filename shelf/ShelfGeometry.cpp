@@ -54,12 +54,12 @@ constexpr double kCursorShelfSize = 88;
 constexpr double kPointerGapX = 24;
 constexpr double kPointerGapY = 16;
 
-double alongX(const QRectF &visible, int alignment, double width)
+double alongX(const QRectF &visible, WindowAlignment alignment, double width)
 {
     switch (alignment) {
-    case kAlignStart:
+    case WindowAlignment::Start:
         return visible.left() + kCornerGap;
-    case kAlignEnd:
+    case WindowAlignment::End:
         return visible.right() - width - kCornerGap;
     default:
         return visible.center().x() - width / 2;
@@ -67,12 +67,12 @@ double alongX(const QRectF &visible, int alignment, double width)
 }
 
 // The start of a side edge is its top. In these coordinates a rectangle's bottom() is its greatest y.
-double alongY(const QRectF &visible, int alignment, double height)
+double alongY(const QRectF &visible, WindowAlignment alignment, double height)
 {
     switch (alignment) {
-    case kAlignStart:
+    case WindowAlignment::Start:
         return visible.bottom() - height - kCornerGap;
-    case kAlignEnd:
+    case WindowAlignment::End:
         return visible.top() + kCornerGap;
     default:
         return visible.center().y() - height / 2;
@@ -102,23 +102,23 @@ QRect wholePoints(const QRectF &frame)
                  whole(frame.height(), 0));
 }
 
-bool isHorizontal(int edge)
+bool isHorizontal(WindowEdge edge)
 {
-    return edge == kEdgeTop || edge == kEdgeBottom;
+    return edge == WindowEdge::Top || edge == WindowEdge::Bottom;
 }
 
-double labelReserve(qint64 fileNameDisplay)
+double labelReserve(FileNameDisplay names)
 {
-    return fileNameDisplay == kNamesHidden ? kReserveWithoutName : kReserveWithName;
+    return names == FileNameDisplay::Hidden ? kReserveWithoutName : kReserveWithName;
 }
 
-QSizeF tileSize(double itemSize, qint64 fileNameDisplay)
+QSizeF tileSize(double itemSize, FileNameDisplay names)
 {
-    return QSizeF(itemSize + kTileMargin, itemSize + labelReserve(fileNameDisplay));
+    return QSizeF(itemSize + kTileMargin, itemSize + labelReserve(names));
 }
 
-QRectF shelfFrame(const QRectF &visible, int edge, int alignment, double itemSize, double reserve, qsizetype itemCount,
-                  double scrollerWidth)
+QRectF shelfFrame(const QRectF &visible, WindowEdge edge, WindowAlignment alignment, double itemSize, double reserve,
+                  qsizetype itemCount, double scrollerWidth)
 {
     const auto slotCount = static_cast<double>(std::clamp(itemCount, kFewestSlots, kMostSlots));
     const bool horizontal = isHorizontal(edge);
@@ -129,13 +129,13 @@ QRectF shelfFrame(const QRectF &visible, int edge, int alignment, double itemSiz
 
     QPointF origin;
     switch (edge) {
-    case kEdgeLeft:
+    case WindowEdge::Left:
         origin = QPointF(visible.left() + kPanelGap, alongY(visible, alignment, height));
         break;
-    case kEdgeTop:
+    case WindowEdge::Top:
         origin = QPointF(alongX(visible, alignment, width), visible.bottom() - height - kPanelGap);
         break;
-    case kEdgeBottom:
+    case WindowEdge::Bottom:
         origin = QPointF(alongX(visible, alignment, width), visible.top() + kPanelGap);
         break;
     default:
@@ -179,9 +179,9 @@ ShelfLayout shelfLayout(const QSizeF &size, bool horizontal)
     return layout;
 }
 
-TileLayout tileLayout(const QSizeF &size, qint64 fileNameDisplay)
+TileLayout tileLayout(const QSizeF &size, FileNameDisplay names)
 {
-    const bool named = fileNameDisplay != kNamesHidden;
+    const bool named = names != FileNameDisplay::Hidden;
     const double bottom = named ? kImageBottomWithName : kImageBottomWithoutName;
     return TileLayout{
         QRectF(kImageInset, bottom, size.width() - 2 * kImageInset, std::max(0.0, size.height() - bottom - kImageTop)),

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "settings/SettingsTable.h"
+
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
-#include <QtGlobal>
 
 #include <optional>
 
@@ -18,29 +19,20 @@ QPointF flipped(const QPointF &point, double height);
 // A frame as whole points, as a window or view takes it.
 QRect wholePoints(const QRectF &frame);
 
-// The values of the windowEdge setting. Any other value acts as kEdgeRight.
-enum ShelfEdge { kEdgeLeft = 0, kEdgeRight = 1, kEdgeTop = 2, kEdgeBottom = 3 };
-
-// The values of the windowAlignment setting. Any other value acts as kAlignCenter.
-enum ShelfAlignment { kAlignStart = 0, kAlignCenter = 1, kAlignEnd = 2 };
-
-// The values of the fileNameDisplay setting. Any other value acts as kNamesUnderIcon.
-enum FileNameDisplay { kNamesUnderIcon = 0, kNamesHidden = 1, kNamesOnHover = 2 };
-
 // Whether the tiles stand in a row (top and bottom edge) instead of a column.
-bool isHorizontal(int edge);
+bool isHorizontal(WindowEdge edge);
 
 // What a tile is higher than the item size, for its name and margins.
-double labelReserve(qint64 fileNameDisplay);
+double labelReserve(FileNameDisplay names);
 
 // The size a new tile gets.
-QSizeF tileSize(double itemSize, qint64 fileNameDisplay);
+QSizeF tileSize(double itemSize, FileNameDisplay names);
 
 // Where the shelf stands. The size has room for 1 to 10 tiles; one too large for the screen is cut only after the
 // place was fixed, so a cut shelf keeps the place of the uncut one. `scrollerWidth` is that of a scroller that takes
 // room beside its content.
-QRectF shelfFrame(const QRectF &visibleFrame, int edge, int alignment, double itemSize, double reserve,
-                  qsizetype itemCount, double scrollerWidth);
+QRectF shelfFrame(const QRectF &visibleFrame, WindowEdge edge, WindowAlignment alignment, double itemSize,
+                  double reserve, qsizetype itemCount, double scrollerWidth);
 
 // Where the views of the shelf stand inside it, in Qt's coordinates.
 struct ShelfLayout {
@@ -59,7 +51,7 @@ struct TileLayout {
     QRectF nameLabel; // hangs 5 points below the tile
     QRectF removeBtn;
 };
-TileLayout tileLayout(const QSizeF &size, qint64 fileNameDisplay);
+TileLayout tileLayout(const QSizeF &size, FileNameDisplay names);
 
 // The size in points at which the thumbnail of a file is requested, from the pixel size of its image: fitted into a
 // square of `itemSize`, halves rounded away from zero. The whole square for what is no image.

@@ -19,12 +19,6 @@ constexpr double kHoverBackground = 0.12; // alpha of the white over a tile unde
 constexpr double kHoverFade = 0.15;       // seconds
 constexpr double kScaleWithoutScreen = 2.0;
 
-// The dragMode setting. Any other value copies.
-constexpr qint64 kDragMoves = 1;
-constexpr qint64 kDragLinks = 2;
-
-constexpr int kDoubleClickOpens = 0; // the doubleClickAction setting; any other value selects all
-
 } // namespace
 
 ShelfItemView::ShelfItemView(const QUrl &url, Platform &services, AppSettings &appSettings, QWidget *parent)
@@ -88,13 +82,13 @@ void ShelfItemView::fadeOut(double seconds)
 
 QRectF ShelfItemView::draggingFrame() const
 {
-    const double itemSize = settings.shelfItemSize();
+    const double itemSize = settings.get(Settings::shelfItemSize);
     return flipped(QRectF(0, 0, itemSize, itemSize), height());
 }
 
 void ShelfItemView::loadThumbnail()
 {
-    const double itemSize = settings.shelfItemSize();
+    const double itemSize = settings.get(Settings::shelfItemSize);
     lastLoadedSize = itemSize;
     const QSizeF size = fittedThumbnailSize(itemSize, platform.thumbnailGenerator->imagePixelSize(fileURL));
     const auto screen = platform.screens->main();
@@ -126,16 +120,16 @@ QString ShelfItemView::displayName(const QUrl &fileURL, bool hideExtension)
 
 void ShelfItemView::updateNameLabel()
 {
-    const qint64 display = settings.defaults.integer(SettingsKey::fileNameDisplay);
-    nameLabel->setVisible(display != kNamesHidden && display != kNamesOnHover);
-    if (display == kNamesHidden)
+    const FileNameDisplay display = settings.get(Settings::fileNameDisplay);
+    nameLabel->setVisible(display != FileNameDisplay::Hidden && display != FileNameDisplay::OnHover);
+    if (display == FileNameDisplay::Hidden)
         return;
-    nameLabel->setText(displayName(fileURL, settings.defaults.boolean(SettingsKey::hideFileExtensions)));
+    nameLabel->setText(displayName(fileURL, settings.get(Settings::hideFileExtensions)));
 }
 
 void ShelfItemView::layoutTile()
 {
-    const TileLayout layout = tileLayout(size(), settings.defaults.integer(SettingsKey::fileNameDisplay));
+    const TileLayout layout = tileLayout(size(), settings.get(Settings::fileNameDisplay));
     imageView->setGeometry(wholePoints(flipped(layout.imageView, height())));
     removeBtn->setGeometry(wholePoints(flipped(layout.removeBtn, height())));
     nameLabelFrame = wholePoints(flipped(layout.nameLabel, height()));
@@ -186,14 +180,14 @@ void ShelfItemView::applyHoverAppearance(double removeButtonAlpha, double backgr
 void ShelfItemView::enterEvent(QEnterEvent *)
 {
     applyHoverAppearance(1.0, kHoverBackground);
-    if (settings.defaults.integer(SettingsKey::fileNameDisplay) == kNamesOnHover)
+    if (settings.get(Settings::fileNameDisplay) == FileNameDisplay::OnHover)
         nameLabel->show();
 }
 
 void ShelfItemView::leaveEvent(QEvent *)
 {
     applyHoverAppearance(0.0, 0.0);
-    if (settings.defaults.integer(SettingsKey::fileNameDisplay) == kNamesOnHover)
+    if (settings.get(Settings::fileNameDisplay) == FileNameDisplay::OnHover)
         nameLabel->hide();
 }
 
@@ -251,7 +245,7 @@ void ShelfItemView::mouseDoubleClickEvent(QMouseEvent *event)
     pressPosition = event->position();
     lastMultiClick = event->timestamp();
     wasSelectedOnMouseDown = false;
-    if (settings.doubleClickAction() == kDoubleClickOpens)
+    if (settings.get(Settings::doubleClickAction) == DoubleClickAction::OpenFile)
         platform.workspace->open(fileURL);
     else if (onSelectAll)
         onSelectAll();
@@ -298,31 +292,32 @@ void ShelfItemView::mouseDragged()
     isDraggingMultiple = false;
     if (!imageView->hasImage())
         return;
-    beginDraggingSession({DraggingItem{fileURL, draggingFrame(), imageView->image(settings.shelfItemSize())}});
+    beginDraggingSession(
+        {DraggingItem{fileURL, draggingFrame(), imageView->image(settings.get(Settings::shelfItemSize))}});
 }
 
 void ShelfItemView::beginDraggingSession(const QList<DraggingItem> &items)
 {
     // The session takes the pointer; the release that ends it does not reach the tile.
     isPressed = false;
-    const DragOperation operation = sourceOperation(settings.defaults.integer(SettingsKey::dragMode));
+    const DragOperation operation = sourceOperation(settings.get(Settings::dragMode));
     // A destination may answer after the next drag has begun, or the tile has gone: each session has its own report.
     const auto report = isDraggingMultiple ? onMultiDragOut : onDragOut;
-    platform.dragSessions->begin(*this, items, operation,
-                                 [tile = QPointer<ShelfItemView>(this), report, &store = settings](DragOperation done) {
-                                     if (tile)
-                                         tile->isDraggingMultiple = false;
-                                     if (done != DragOperation::None && store.removeItemsWhenDraggedOut() && report)
-                                         report();
-                                 });
+    platform.dragSessions->begin(
+        *this, items, operation, [tile = QPointer<ShelfItemView>(this), report, &store = settings](DragOperation done) {
+            if (tile)
+                tile->isDraggingMultiple = false;
+            if (done != DragOperation::None && store.get(Settings::removeItemsWhenDraggedOut) && report)
+                report();
+        });
 }
 
-DragOperation ShelfItemView::sourceOperation(qint64 dragMode)
+DragOperation ShelfItemView::sourceOperation(DragMode dragMode)
 {
     switch (dragMode) {
-    case kDragMoves:
+    case DragMode::Move:
         return DragOperation::Move;
-    case kDragLinks:
+    case DragMode::Link:
         return DragOperation::Link;
     default:
         return DragOperation::Copy;

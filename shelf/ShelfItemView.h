@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DragSessions.h"
+#include "settings/SettingsTable.h"
 #include "shelf/Fader.h"
 
 #include <QPointer>
@@ -73,7 +74,7 @@ public:
     void layoutTile();
 
     // What a drag out of this tile may do, by the dragMode setting.
-    static DragOperation sourceOperation(qint64 dragMode);
+    static DragOperation sourceOperation(DragMode dragMode);
 
     // The name a tile shows for a file.
     static QString displayName(const QUrl &fileURL, bool hideExtension);

@@ -150,12 +150,12 @@ void ShelfPanel::updateFrame()
     if (!screen)
         return;
     const double flip = platform.screens->flipHeight();
-    const int edge = settings.windowEdge();
-    const double reserve = labelReserve(settings.defaults.integer(SettingsKey::fileNameDisplay));
+    const WindowEdge edge = settings.get(Settings::windowEdge);
+    const double reserve = labelReserve(settings.get(Settings::fileNameDisplay));
     applyOrientation(isHorizontal(edge));
-    currentFrame =
-        shelfFrame(flipped(screen->visibleFrame, flip), edge, settings.windowAlignment(), settings.shelfItemSize(),
-                   reserve, items.size(), platform.appearance->legacyScrollerWidth());
+    currentFrame = shelfFrame(flipped(screen->visibleFrame, flip), edge, settings.get(Settings::windowAlignment),
+                              settings.get(Settings::shelfItemSize), reserve, items.size(),
+                              platform.appearance->legacyScrollerWidth());
     setGeometry(wholePoints(flipped(currentFrame, flip)));
 }
 
@@ -172,7 +172,7 @@ void ShelfPanel::show(bool animated)
 {
     hiding = false;
     updateFrame();
-    if (animated && !settings.defaults.boolean(SettingsKey::disableAnimations)) {
+    if (animated && !settings.get(Settings::disableAnimations)) {
         fader.setAlpha(0);
         platform.floatingPanels->orderFront(*this);
         fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
@@ -191,7 +191,7 @@ void ShelfPanel::hide(bool animated)
     if (autoHideTimer)
         autoHideTimer->invalidate();
     hidesOnlyEmpty = false;
-    if (!animated || settings.defaults.boolean(SettingsKey::disableAnimations))
+    if (!animated || settings.get(Settings::disableAnimations))
         vanish();
     else if (!hiding)
         fadeOut();
@@ -220,8 +220,8 @@ void ShelfPanel::vanish()
 void ShelfPanel::applySettings()
 {
     const UserDefaults::ReadsOfOneMoment moment(settings.defaults);
-    const double itemSize = settings.shelfItemSize();
-    const double reserve = labelReserve(settings.defaults.integer(SettingsKey::fileNameDisplay));
+    const double itemSize = settings.get(Settings::shelfItemSize);
+    const double reserve = labelReserve(settings.get(Settings::fileNameDisplay));
     for (ShelfItemView *tile : stackView->arrangedSubviews()) {
         tile->updateNameLabel();
         if (tile->lastLoadedSize != itemSize)
@@ -236,7 +236,7 @@ void ShelfPanel::settingsDidChange()
 {
     const UserDefaults::ReadsOfOneMoment moment(settings.defaults);
     applyTint();
-    const double itemSize = settings.shelfItemSize();
+    const double itemSize = settings.get(Settings::shelfItemSize);
     for (ShelfItemView *tile : stackView->arrangedSubviews()) {
         tile->updateNameLabel();
         if (tile->lastLoadedSize != itemSize)
@@ -247,7 +247,7 @@ void ShelfPanel::settingsDidChange()
 
 void ShelfPanel::applyTint()
 {
-    const double intensity = settings.tintIntensity();
+    const double intensity = settings.get(Settings::tintIntensity);
     if (intensity > kTintThreshold) {
         QColor tint = settings.tintColor();
         tint.setAlphaF(static_cast<float>(std::min(intensity * kTintStrength, 1.0)));
@@ -260,7 +260,7 @@ void ShelfPanel::restartAutoHideTimer()
 {
     if (autoHideTimer)
         autoHideTimer->invalidate();
-    const double timeout = settings.autoHideTimeout();
+    const double timeout = settings.get(Settings::autoHideTimeout);
     if (timeout > 0) {
         autoHideTimer = platform.mainQueue->after(timeout, [panel = QPointer<ShelfPanel>(this)] {
             if (panel)

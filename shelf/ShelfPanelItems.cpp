@@ -62,7 +62,7 @@ void ShelfPanel::addItem(const QUrl &url)
         return panel->dragItems(weakTile);
     };
     stackView->addArrangedSubview(
-        tile, tileSize(settings.shelfItemSize(), settings.defaults.integer(SettingsKey::fileNameDisplay)));
+        tile, tileSize(settings.get(Settings::shelfItemSize), settings.get(Settings::fileNameDisplay)));
 
     updateHeader();
     updateFrame();
@@ -166,7 +166,7 @@ std::optional<QList<DraggingItem>> ShelfPanel::dragItems(ShelfItemView *tile)
 {
     if (!selectedViews.contains(tile))
         return {};
-    const double itemSize = settings.shelfItemSize();
+    const double itemSize = settings.get(Settings::shelfItemSize);
     QList<DraggingItem> dragged;
     QList<QUrl> selection;
     QList<QUrl> carried;
@@ -223,7 +223,7 @@ void ShelfPanel::didDragOutSelection(const QList<QUrl> &selection, const QList<Q
 
 void ShelfPanel::clearAll()
 {
-    if (items.size() >= kConfirmFrom && !settings.defaults.boolean(SettingsKey::skipClearAllConfirmation)) {
+    if (items.size() >= kConfirmFrom && !settings.get(Settings::skipClearAllConfirmation)) {
         Alert alert;
         alert.messageText = tr("Clear all files?");
         //: Asked of two files or more.
@@ -236,7 +236,7 @@ void ShelfPanel::clearAll()
         if (!answer.isFirstButton())
             return;
         if (answer.checkboxOn)
-            settings.defaults.set(SettingsKey::skipClearAllConfirmation, true);
+            settings.set(Settings::skipClearAllConfirmation, true);
     }
     removeAllItems();
 }

@@ -78,7 +78,7 @@ const QString kEditor = QStringLiteral("org.example.Editor");
 struct Fixture : AppFixture {
     explicit Fixture(int trigger, const QMap<QString, QVariant> &settings = {})
     {
-        values.insert(SettingsKey::autoShowTrigger, trigger);
+        values.insert(Settings::autoShowTrigger.key, trigger);
         values.insert(settings);
         launch();
     }
@@ -142,7 +142,7 @@ void AppDelegateDragsTest::triggers()
 void AppDelegateDragsTest::a_drag_shows_the_shelf_at_once_by_default()
 {
     Fixture f(kAtOnce);
-    f.values.remove(SettingsKey::autoShowTrigger);
+    f.values.remove(Settings::autoShowTrigger.key);
     f.startDrag();
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.shelf.alpha(), 0.0); // it fades in
@@ -221,7 +221,7 @@ void AppDelegateDragsTest::an_unknown_trigger_shows_nothing()
 void AppDelegateDragsTest::with_the_switch_off_nothing_appears_in_any_mode()
 {
     QFETCH(int, trigger);
-    Fixture f(trigger, {{SettingsKey::autoShowDropWindow, false}});
+    Fixture f(trigger, {{Settings::autoShowDropWindow.key, false}});
     f.delegate->dropReceivedOnShelf = true;
     f.startDrag();
     f.dragTo(kNearby);
@@ -234,7 +234,7 @@ void AppDelegateDragsTest::with_the_switch_off_nothing_appears_in_any_mode()
     QCOMPARE(f.queue.timerCount(), 0);
 
     // The switch is read at each drag.
-    f.values.insert(SettingsKey::autoShowDropWindow, true);
+    f.values.insert(Settings::autoShowDropWindow.key, true);
     f.startDrag();
     f.dragTo(kNearby);
     QVERIFY(f.shelf.isVisible());
@@ -243,7 +243,7 @@ void AppDelegateDragsTest::with_the_switch_off_nothing_appears_in_any_mode()
 void AppDelegateDragsTest::an_excluded_application_brings_nothing_in_any_mode()
 {
     QFETCH(int, trigger);
-    Fixture f(trigger, {{SettingsKey::excludedBundleIDs, QVariantList{kEditor}}});
+    Fixture f(trigger, {{Settings::excludedBundleIDs.key, QVariantList{kEditor}}});
     f.virtualPlatform.workspace.frontmost = kEditor;
     f.delegate->dropReceivedOnShelf = true;
     f.startDrag();
@@ -289,15 +289,15 @@ void AppDelegateDragsTest::the_exclusions_follow_the_frontmost_application_and_t
     Fixture f(kAtOnce);
     if (!frontmost.isNull())
         f.virtualPlatform.workspace.frontmost = frontmost;
-    f.virtualPlatform.userDefaults.set(SettingsKey::excludeMode, mode);
-    f.virtualPlatform.userDefaults.set(SettingsKey::excludedBundleIDs, list);
+    f.virtualPlatform.userDefaults.set(Settings::excludeMode.key, mode);
+    f.virtualPlatform.userDefaults.set(Settings::excludedBundleIDs.key, list);
     f.startDrag();
     QTEST(f.shelf.isVisible(), "shown");
 }
 
 void AppDelegateDragsTest::the_frontmost_application_is_the_one_at_the_start_of_the_drag()
 {
-    Fixture f(kAtOnce, {{SettingsKey::excludedBundleIDs, QVariantList{kEditor}}});
+    Fixture f(kAtOnce, {{Settings::excludedBundleIDs.key, QVariantList{kEditor}}});
     f.virtualPlatform.workspace.frontmost = kEditor;
     f.startDrag();
     f.release();
@@ -557,8 +557,8 @@ void AppDelegateDragsTest::an_approach_is_measured_from_where_the_shelf_would_ap
     QVERIFY(!f.shelf.isVisible());
     f.release();
 
-    f.values.insert(SettingsKey::windowEdge, int(kEdgeLeft));
-    f.values.insert(SettingsKey::shelfItemSize, 100.0);
+    f.values.insert(Settings::windowEdge.key, int(WindowEdge::Left));
+    f.values.insert(Settings::shelfItemSize.key, 100.0);
     f.startDrag();
     QCOMPARE(f.shelf.frame(), QRectF(4, 304, 144, 192));
     QVERIFY(!f.shelf.isVisible());
@@ -587,7 +587,7 @@ void AppDelegateDragsTest::the_shelf_appears_within_120_points_of_its_place()
 {
     QFETCH(QPointF, pointer);
     QFETCH(bool, shown);
-    Fixture f(kWhenNear, {{SettingsKey::windowAlignment, int(kAlignStart)}});
+    Fixture f(kWhenNear, {{Settings::windowAlignment.key, int(WindowAlignment::Start)}});
     f.virtualPlatform.screens.pointerPosition = kFarAway;
     f.startDrag();
     f.dragTo(kFarAway);
@@ -744,12 +744,12 @@ void AppDelegateDragsTest::the_trigger_is_read_anew_for_each_drag()
     QVERIFY(f.shelf.isVisible());
     f.release();
     f.queue.advance(1);
-    f.values.insert(SettingsKey::autoShowTrigger, kNearCursor);
+    f.values.insert(Settings::autoShowTrigger.key, kNearCursor);
     f.startDrag();
     QVERIFY(f.cursorShelf.isVisible());
     f.release();
     f.queue.advance(1);
-    f.values.insert(SettingsKey::autoShowTrigger, kWhenNear);
+    f.values.insert(Settings::autoShowTrigger.key, kWhenNear);
     f.virtualPlatform.screens.pointerPosition = kFarAway;
     f.startDrag();
     QVERIFY(!f.shelf.isVisible());
@@ -764,9 +764,9 @@ void AppDelegateDragsTest::the_end_of_a_drag_tidies_up_whatever_the_settings_say
         f.startDrag();
         f.dragTo(kNearby);
         QVERIFY(f.shelf.isVisible());
-        f.values.insert(SettingsKey::autoShowDropWindow, false);
-        f.values.insert(SettingsKey::autoShowTrigger, kAtOnce);
-        f.values.insert(SettingsKey::excludeMode, 1);
+        f.values.insert(Settings::autoShowDropWindow.key, false);
+        f.values.insert(Settings::autoShowTrigger.key, kAtOnce);
+        f.values.insert(Settings::excludeMode.key, 1);
         f.release();
         f.queue.advance(0.15 + 0.18);
         QVERIFY(!f.cursorShelf.isVisible());

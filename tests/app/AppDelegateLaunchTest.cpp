@@ -231,14 +231,14 @@ void AppDelegateLaunchTest::the_drop_callbacks_are_set_after_the_login_item_and_
 void AppDelegateLaunchTest::a_launch_shows_no_shelf_and_leaves_the_activation_policy()
 {
     Fixture f;
-    f.values.insert(SettingsKey::showDockIcon, true);
+    f.values.insert(Settings::showDockIcon.key, true);
     f.launch();
     f.queue.advance(60);
     QVERIFY(f.virtualPlatform.activationPolicy.policies.isEmpty());
     QVERIFY(f.virtualPlatform.activationPolicy.activated.isEmpty());
     QCOMPARE(f.panels.ordersFront, 0);
     // The stored choice takes effect at the next change of any setting.
-    f.change(SettingsKey::tintIntensity, 0.5);
+    f.change(Settings::tintIntensity.key, 0.5);
     QCOMPARE(f.virtualPlatform.activationPolicy.policies, QList{ActivationPolicy::Policy::Regular});
 }
 
@@ -250,7 +250,7 @@ void AppDelegateLaunchTest::the_screenshot_watcher_starts_unless_the_setting_is_
     QVERIFY(on.virtualPlatform.fileEventStreams.streams.first()->isRunning());
 
     Fixture off;
-    off.values.insert(SettingsKey::autoAddScreenshots, false);
+    off.values.insert(Settings::autoAddScreenshots.key, false);
     off.launch();
     QVERIFY(off.virtualPlatform.fileEventStreams.streams.isEmpty());
     QVERIFY(off.shared.screenshotWatcher().onNewScreenshot);
@@ -263,7 +263,7 @@ void AppDelegateLaunchTest::what_is_made_on_first_use_is_not_there_after_the_lau
     f.launch();
     QVERIFY(!f.shared.hasPreferences());
     QVERIFY(!f.shared.hasUpdateChecker());
-    f.change(SettingsKey::showDockIcon, true);
+    f.change(Settings::showDockIcon.key, true);
     f.queue.runPending();
     QVERIFY(!f.shared.hasPreferences());
 
@@ -395,7 +395,7 @@ void AppDelegateLaunchTest::quitting_while_the_permission_is_asked_for_ends_the_
 {
     for (const int button : {0, 1}) {
         Fixture f;
-        f.values = {{SettingsKey::autoCheckUpdates, true}};
+        f.values = {{Settings::autoCheckUpdates.key, true}};
         f.trust.trusted = false;
         f.alerts.answers = {AlertAnswer{button, false}};
         QVERIFY(f.launchAndQuitAtAlert(1));
@@ -462,12 +462,12 @@ void AppDelegateLaunchTest::the_answer_to_the_first_run_is_stored()
     QFETCH(bool, wanted);
     UpdateFixture f("0.1");
     // Also over what an earlier version may have stored.
-    f.values = {{SettingsKey::autoCheckUpdates, !wanted}};
+    f.values = {{Settings::autoCheckUpdates.key, !wanted}};
     f.alerts.answers = {AlertAnswer{button, false}};
     f.launch();
-    QCOMPARE(f.values.value(SettingsKey::autoCheckUpdates), QVariant(wanted));
-    QCOMPARE(f.values.value(SettingsKey::autoCheckUpdates).typeId(), static_cast<int>(QMetaType::Bool));
-    QCOMPARE(f.values.value(SettingsKey::hasShownUpdatePrompt).typeId(), static_cast<int>(QMetaType::Bool));
+    QCOMPARE(f.values.value(Settings::autoCheckUpdates.key), QVariant(wanted));
+    QCOMPARE(f.values.value(Settings::autoCheckUpdates.key).typeId(), static_cast<int>(QMetaType::Bool));
+    QCOMPARE(f.values.value(Settings::hasShownUpdatePrompt.key).typeId(), static_cast<int>(QMetaType::Bool));
 }
 
 void AppDelegateLaunchTest::the_question_counts_as_asked_before_it_is_shown()
@@ -477,10 +477,10 @@ void AppDelegateLaunchTest::the_question_counts_as_asked_before_it_is_shown()
     bool asked = false;
     bool askedOnDisk = false;
     QVariant answer = true;
-    f.at(kSynchronizeCall, [&] { askedOnDisk = f.values.value(SettingsKey::hasShownUpdatePrompt).toBool(); });
+    f.at(kSynchronizeCall, [&] { askedOnDisk = f.values.value(Settings::hasShownUpdatePrompt.key).toBool(); });
     f.alerts.whileShown = [&] {
-        asked = f.values.value(SettingsKey::hasShownUpdatePrompt).toBool();
-        answer = f.values.value(SettingsKey::autoCheckUpdates);
+        asked = f.values.value(Settings::hasShownUpdatePrompt.key).toBool();
+        answer = f.values.value(Settings::autoCheckUpdates.key);
     };
     f.launch();
     QVERIFY(asked);
@@ -489,7 +489,7 @@ void AppDelegateLaunchTest::the_question_counts_as_asked_before_it_is_shown()
     QCOMPARE(f.calls.mid(f.calls.size() - 2), QStringList({kSynchronizeCall, kAlertCall}));
     QVERIFY(!answer.isValid());
     QCOMPARE(f.virtualPlatform.userDefaults.writes,
-             QStringList({SettingsKey::hasShownUpdatePrompt, SettingsKey::autoCheckUpdates}));
+             QStringList({Settings::hasShownUpdatePrompt.key, Settings::autoCheckUpdates.key}));
 }
 
 void AppDelegateLaunchTest::the_question_is_asked_once_ever()
@@ -514,10 +514,10 @@ void AppDelegateLaunchTest::the_question_is_asked_once_ever()
 void AppDelegateLaunchTest::quitting_while_the_question_is_shown_stores_no_answer()
 {
     Fixture f;
-    f.values = {{SettingsKey::autoCheckUpdates, true}};
+    f.values = {{Settings::autoCheckUpdates.key, true}};
     f.alerts.answers = {AlertAnswer{1, false}};
     QVERIFY(f.launchAndQuitAtAlert(1));
-    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::hasShownUpdatePrompt});
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{Settings::hasShownUpdatePrompt.key});
     QVERIFY(!f.shared.hasUpdateChecker());
 }
 
@@ -532,7 +532,7 @@ void AppDelegateLaunchTest::the_check_box_of_the_question_changes_nothing()
         stored.append(f.values);
     }
     QCOMPARE(stored.first(), stored.last());
-    QCOMPARE(stored.first().keys(), QStringList({SettingsKey::autoCheckUpdates, SettingsKey::hasShownUpdatePrompt}));
+    QCOMPARE(stored.first().keys(), QStringList({Settings::autoCheckUpdates.key, Settings::hasShownUpdatePrompt.key}));
 }
 
 void AppDelegateLaunchTest::an_automatic_check_is_made_at_launch_only_when_wanted()
@@ -545,7 +545,7 @@ void AppDelegateLaunchTest::an_automatic_check_is_made_at_launch_only_when_wante
     QVERIFY(!f.shared.updateChecker().findChild<QNetworkAccessManager *>());
 
     UpdateFixture wanted("0.1");
-    wanted.values.insert(SettingsKey::autoCheckUpdates, true);
+    wanted.values.insert(Settings::autoCheckUpdates.key, true);
     wanted.launch();
     QVERIFY(wanted.shared.updateChecker().findChild<QNetworkReply *>());
     wanted.finish();
@@ -555,7 +555,7 @@ void AppDelegateLaunchTest::an_automatic_check_is_made_at_launch_only_when_wante
 void AppDelegateLaunchTest::an_automatic_check_is_silent_when_nothing_is_newer()
 {
     UpdateFixture f("0.1");
-    f.values.insert(SettingsKey::autoCheckUpdates, true);
+    f.values.insert(Settings::autoCheckUpdates.key, true);
     f.launch();
     f.finish();
     QCOMPARE(f.server.requestLines.size(), 1);
@@ -572,7 +572,7 @@ void AppDelegateLaunchTest::an_automatic_check_is_silent_when_nothing_is_newer()
 void AppDelegateLaunchTest::an_automatic_check_tells_of_a_newer_version()
 {
     UpdateFixture f("1000.0");
-    f.values.insert(SettingsKey::autoCheckUpdates, true);
+    f.values.insert(Settings::autoCheckUpdates.key, true);
     f.launch();
     f.finish();
     QCOMPARE(f.alerts.shown.size(), 1);
@@ -638,24 +638,24 @@ void AppDelegateLaunchTest::the_login_item_is_brought_in_step()
     QFETCH(bool, wanted);
     QFETCH(bool, registered);
     Fixture f;
-    f.values.insert(SettingsKey::launchAtLogin, wanted);
+    f.values.insert(Settings::launchAtLogin.key, wanted);
     f.virtualPlatform.loginItem.enabled = registered;
     f.launch();
     QTEST(f.virtualPlatform.loginItem.calls, "calls");
     QCOMPARE(f.virtualPlatform.loginItem.enabled, wanted);
-    QCOMPARE(f.values.value(SettingsKey::launchAtLogin), QVariant(wanted));
+    QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(wanted));
 }
 
 void AppDelegateLaunchTest::a_login_item_that_refuses_is_ignored()
 {
     for (const bool wanted : {true, false}) {
         Fixture f;
-        f.values.insert(SettingsKey::launchAtLogin, wanted);
+        f.values.insert(Settings::launchAtLogin.key, wanted);
         f.virtualPlatform.loginItem.enabled = !wanted;
         f.virtualPlatform.loginItem.fails = true;
         f.launch();
         QCOMPARE(f.virtualPlatform.loginItem.calls.size(), 1);
-        QCOMPARE(f.values.value(SettingsKey::launchAtLogin), QVariant(wanted));
+        QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(wanted));
         QVERIFY(f.alerts.shown.isEmpty());
         QVERIFY(f.shelf.onDropReceived); // the launch went on
     }

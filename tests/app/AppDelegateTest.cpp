@@ -151,7 +151,7 @@ void AppDelegateTest::the_status_item_shows_the_tray_symbol_and_the_menu()
 
 void AppDelegateTest::the_status_item_is_absent_while_the_setting_is_off()
 {
-    Fixture f({{SettingsKey::showMenuBarIcon, false}});
+    Fixture f({{Settings::showMenuBarIcon.key, false}});
     QVERIFY(!f.item());
     QCOMPARE(f.virtualPlatform.statusBar.created, 0);
 }
@@ -184,7 +184,7 @@ void AppDelegateTest::the_check_mark_tells_whether_the_login_item_is_wanted()
 {
     Fixture off;
     QVERIFY(!off.isChecked());
-    Fixture on({{SettingsKey::launchAtLogin, true}});
+    Fixture on({{Settings::launchAtLogin.key, true}});
     QVERIFY(on.isChecked());
 }
 
@@ -291,7 +291,7 @@ void AppDelegateTest::the_quit_item_ends_the_application()
 void AppDelegateTest::the_launchers_actions_do_what_their_names_say()
 {
     // As on a desktop without a tray.
-    Fixture f({{SettingsKey::showMenuBarIcon, false}});
+    Fixture f({{Settings::showMenuBarIcon.key, false}});
     f.shared.versionURL = QUrl(QStringLiteral("http://127.0.0.1:1/version.json"));
     f.delegate->performAction(QStringLiteral("nonsense"));
     QVERIFY(!f.shelf.isVisible());
@@ -372,7 +372,7 @@ void AppDelegateTest::launch_at_login_changes_the_setting_the_item_and_the_check
     Fixture f;
     const QMenu *before = f.item()->menu.get();
     f.choose(Fixture::kLaunchAtLogin);
-    QCOMPARE(f.values.value(SettingsKey::launchAtLogin), QVariant(true));
+    QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(true));
     QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{QStringLiteral("enable")});
     QVERIFY(f.isChecked());
     f.queue.runPending();
@@ -389,7 +389,7 @@ void AppDelegateTest::launch_at_login_chosen_twice_leaves_everything_as_it_was()
     f.queue.runPending();
     f.choose(Fixture::kLaunchAtLogin);
     f.queue.runPending();
-    QCOMPARE(f.values.value(SettingsKey::launchAtLogin), QVariant(false));
+    QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(false));
     QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
     QVERIFY(!f.virtualPlatform.loginItem.enabled);
     QVERIFY(!f.isChecked());
@@ -408,17 +408,17 @@ void AppDelegateTest::launch_at_login_that_is_refused_stays_as_the_user_set_it()
     f.virtualPlatform.loginItem.fails = true;
     f.choose(Fixture::kLaunchAtLogin);
     f.queue.runPending();
-    QCOMPARE(f.values.value(SettingsKey::launchAtLogin), QVariant(true));
+    QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(true));
     QVERIFY(f.isChecked());
     QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
 }
 
 void AppDelegateTest::launch_at_login_without_a_status_item_changes_the_setting()
 {
-    Fixture f({{SettingsKey::showMenuBarIcon, false}});
+    Fixture f({{Settings::showMenuBarIcon.key, false}});
     f.delegate->toggleLaunchAtLogin();
     f.queue.runPending();
-    QCOMPARE(f.values.value(SettingsKey::launchAtLogin), QVariant(true));
+    QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(true));
     QVERIFY(f.virtualPlatform.loginItem.enabled);
     QVERIFY(!f.item());
 }
@@ -427,22 +427,22 @@ void AppDelegateTest::a_check_mark_does_not_follow_the_setting_until_the_menu_is
 {
     Fixture f;
     const QMenu *menu = f.item()->menu.get();
-    f.change(SettingsKey::launchAtLogin, true);
+    f.change(Settings::launchAtLogin.key, true);
     f.queue.runPending();
     QCOMPARE(f.item()->menu.get(), menu);
     QVERIFY(!f.isChecked());
 
     // A fresh status item tells the truth.
-    f.change(SettingsKey::showMenuBarIcon, false);
-    f.change(SettingsKey::showMenuBarIcon, true);
+    f.change(Settings::showMenuBarIcon.key, false);
+    f.change(Settings::showMenuBarIcon.key, true);
     QVERIFY(f.isChecked());
 
     // So does the menu item itself, which turns the setting over and not the check mark.
-    f.change(SettingsKey::launchAtLogin, false);
+    f.change(Settings::launchAtLogin.key, false);
     QVERIFY(f.isChecked());
     f.choose(Fixture::kLaunchAtLogin);
     f.queue.runPending();
-    QCOMPARE(f.values.value(SettingsKey::launchAtLogin), QVariant(true));
+    QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(true));
     QVERIFY(f.isChecked());
 }
 
@@ -450,7 +450,7 @@ void AppDelegateTest::a_menu_that_waits_for_its_status_item_is_dropped_with_it()
 {
     Fixture f;
     f.choose(Fixture::kLaunchAtLogin);
-    f.change(SettingsKey::showMenuBarIcon, false);
+    f.change(Settings::showMenuBarIcon.key, false);
     f.queue.runPending();
     QVERIFY(!f.item());
     QCOMPARE(f.virtualPlatform.statusBar.created, 1);
@@ -519,7 +519,7 @@ void AppDelegateTest::a_screenshot_made_again_under_its_name_shows_the_shelf()
 void AppDelegateTest::a_screenshot_while_the_setting_is_off_is_ignored_at_once()
 {
     Fixture f;
-    f.values.insert(SettingsKey::autoAddScreenshots, false);
+    f.values.insert(Settings::autoAddScreenshots.key, false);
     f.saveScreenshot(QStringLiteral("one.png"));
     f.queue.runPending();
     QVERIFY(f.shelf.items.isEmpty());
@@ -530,18 +530,18 @@ void AppDelegateTest::a_screenshot_while_the_setting_is_off_is_ignored_at_once()
 
 void AppDelegateTest::turning_screenshots_on_takes_effect_with_the_next_settings_change()
 {
-    Fixture f({{SettingsKey::autoAddScreenshots, false}});
-    f.values.insert(SettingsKey::autoAddScreenshots, true);
+    Fixture f({{Settings::autoAddScreenshots.key, false}});
+    f.values.insert(Settings::autoAddScreenshots.key, true);
     f.queue.advance(60);
     QVERIFY(f.virtualPlatform.fileEventStreams.streams.isEmpty());
-    f.change(SettingsKey::showDockIcon, true);
+    f.change(Settings::showDockIcon.key, true);
     QCOMPARE(f.virtualPlatform.fileEventStreams.streams.size(), 1);
     QVERIFY(f.virtualPlatform.fileEventStreams.streams.first()->isRunning());
 }
 
 void AppDelegateTest::a_settings_change_goes_in_its_order()
 {
-    Fixture f({{SettingsKey::showMenuBarIcon, false}});
+    Fixture f({{Settings::showMenuBarIcon.key, false}});
     f.delegate->openPreferences();
     f.calls.clear();
     QRectF frameAtIcon;
@@ -549,8 +549,8 @@ void AppDelegateTest::a_settings_change_goes_in_its_order()
         if (call == QStringLiteral("makeStatusItem"))
             frameAtIcon = f.shelf.frame();
     };
-    f.values.insert(SettingsKey::showMenuBarIcon, true);
-    f.change(SettingsKey::windowEdge, int(kEdgeLeft));
+    f.values.insert(Settings::showMenuBarIcon.key, true);
+    f.change(Settings::windowEdge.key, int(WindowEdge::Left));
     f.queue.runPending();
     QCOMPARE(f.calls, QStringList({QStringLiteral("makeStatusItem"), QStringLiteral("setPolicy"),
                                    QStringLiteral("openStream"), QStringLiteral("activate")}));
@@ -564,25 +564,25 @@ void AppDelegateTest::a_settings_change_places_the_shelf_anew()
     f.queue.advance(1);
     f.shelf.addItem(file("/a.txt"));
     QCOMPARE(f.shelf.frame(), QRectF(1160, 318, 116, 164));
-    f.values.insert(SettingsKey::shelfItemSize, 100.0);
+    f.values.insert(Settings::shelfItemSize.key, 100.0);
     QCOMPARE(f.shelf.frame(), QRectF(1160, 318, 116, 164));
-    f.change(SettingsKey::windowEdge, int(kEdgeLeft));
+    f.change(Settings::windowEdge.key, int(WindowEdge::Left));
     QCOMPARE(f.shelf.frame(), QRectF(4, 304, 144, 192));
     // Its visibility is not touched, either way.
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.panels.ordersFront, 1);
     Fixture hidden;
-    hidden.change(SettingsKey::windowEdge, int(kEdgeLeft));
+    hidden.change(Settings::windowEdge.key, int(WindowEdge::Left));
     QVERIFY(!hidden.shelf.isVisible());
 }
 
 void AppDelegateTest::turning_the_icon_off_and_on_makes_a_fresh_item_and_menu()
 {
     Fixture f;
-    f.change(SettingsKey::showMenuBarIcon, false);
+    f.change(Settings::showMenuBarIcon.key, false);
     QVERIFY(!f.item());
-    f.values.insert(SettingsKey::launchAtLogin, true);
-    f.change(SettingsKey::showMenuBarIcon, true);
+    f.values.insert(Settings::launchAtLogin.key, true);
+    f.change(Settings::showMenuBarIcon.key, true);
     QVERIFY(f.item());
     QCOMPARE(f.virtualPlatform.statusBar.created, 2);
     QCOMPARE(f.item()->symbol, QStringLiteral("tray.and.arrow.down"));
@@ -596,13 +596,13 @@ void AppDelegateTest::a_status_item_that_is_there_is_kept()
     Fixture f;
     const VirtualStatusBar::Item *item = f.item();
     const QMenu *menu = item->menu.get();
-    f.change(SettingsKey::tintIntensity, 0.9);
+    f.change(Settings::tintIntensity.key, 0.9);
     QCOMPARE(f.item(), item);
     QCOMPARE(f.item()->menu.get(), menu);
     QCOMPARE(f.virtualPlatform.statusBar.created, 1);
 
-    Fixture without({{SettingsKey::showMenuBarIcon, false}});
-    without.change(SettingsKey::tintIntensity, 0.9);
+    Fixture without({{Settings::showMenuBarIcon.key, false}});
+    without.change(Settings::tintIntensity.key, 0.9);
     QVERIFY(!without.item());
 }
 
@@ -610,10 +610,10 @@ void AppDelegateTest::the_dock_icon_follows_every_settings_change()
 {
     using Policy = ActivationPolicy::Policy;
     Fixture f;
-    f.change(SettingsKey::tintIntensity, 0.9);
-    f.change(SettingsKey::showDockIcon, true);
-    f.change(SettingsKey::tintIntensity, 0.8);
-    f.change(SettingsKey::showDockIcon, false);
+    f.change(Settings::tintIntensity.key, 0.9);
+    f.change(Settings::showDockIcon.key, true);
+    f.change(Settings::tintIntensity.key, 0.8);
+    f.change(Settings::showDockIcon.key, false);
     QCOMPARE(f.virtualPlatform.activationPolicy.policies,
              QList({Policy::Accessory, Policy::Regular, Policy::Regular, Policy::Accessory}));
 }
@@ -629,7 +629,7 @@ void AppDelegateTest::visible_preferences_are_shown_again_in_a_later_turn()
         if (call == QStringLiteral("setPolicy"))
             f.shared.preferences().window()->hide();
     };
-    f.change(SettingsKey::showDockIcon, true);
+    f.change(Settings::showDockIcon.key, true);
     QCOMPARE(activated.size(), 1);
     QVERIFY(!f.shared.isPreferencesWindowVisible());
     f.queue.runPending();
@@ -641,13 +641,13 @@ void AppDelegateTest::visible_preferences_are_shown_again_in_a_later_turn()
 void AppDelegateTest::hidden_preferences_are_left_alone()
 {
     Fixture f;
-    f.change(SettingsKey::showDockIcon, true);
+    f.change(Settings::showDockIcon.key, true);
     f.queue.runPending();
     QVERIFY(f.virtualPlatform.activationPolicy.activated.isEmpty());
 
     f.delegate->openPreferences();
     f.shared.preferences().window()->close();
-    f.change(SettingsKey::showDockIcon, false);
+    f.change(Settings::showDockIcon.key, false);
     f.queue.runPending();
     QCOMPARE(f.virtualPlatform.activationPolicy.activated.size(), 1);
     QVERIFY(!f.shared.isPreferencesWindowVisible());
@@ -659,7 +659,7 @@ void AppDelegateTest::minimised_preferences_are_left_alone()
     f.delegate->openPreferences();
     f.shared.preferences().window()->showMinimized();
     QVERIFY(!f.shared.isPreferencesWindowVisible());
-    f.change(SettingsKey::showDockIcon, true);
+    f.change(Settings::showDockIcon.key, true);
     f.queue.runPending();
     QCOMPARE(f.virtualPlatform.activationPolicy.activated.size(), 1);
     QVERIFY(f.shared.preferences().window()->isMinimized());
@@ -669,20 +669,20 @@ void AppDelegateTest::every_settings_change_starts_or_stops_the_watcher()
 {
     Fixture f;
     const auto &streams = f.virtualPlatform.fileEventStreams.streams;
-    f.change(SettingsKey::tintIntensity, 0.9);
+    f.change(Settings::tintIntensity.key, 0.9);
     QCOMPARE(streams.size(), 2);
     QVERIFY(streams.last()->isRunning());
 
-    f.change(SettingsKey::autoAddScreenshots, false);
+    f.change(Settings::autoAddScreenshots.key, false);
     QCOMPARE(streams.size(), 2);
     const QStringList ended = {QStringLiteral("start"), QStringLiteral("stop"), QStringLiteral("invalidate")};
     QCOMPARE(streams.last()->calls, ended);
     // There is none left to stop.
-    f.change(SettingsKey::tintIntensity, 0.8);
+    f.change(Settings::tintIntensity.key, 0.8);
     QCOMPARE(streams.last()->calls, ended);
     QCOMPARE(streams.size(), 2);
 
-    f.change(SettingsKey::autoAddScreenshots, true);
+    f.change(Settings::autoAddScreenshots.key, true);
     QCOMPARE(streams.size(), 3);
     QVERIFY(streams.last()->isRunning());
 }
@@ -691,7 +691,7 @@ void AppDelegateTest::a_settings_change_leaves_the_login_item()
 {
     Fixture f;
     f.calls.clear();
-    f.change(SettingsKey::launchAtLogin, true);
+    f.change(Settings::launchAtLogin.key, true);
     f.queue.runPending();
     QVERIFY(!f.calls.contains(QStringLiteral("isLoginItemEnabled")));
     QVERIFY(f.virtualPlatform.loginItem.calls.isEmpty());
@@ -823,8 +823,8 @@ void AppDelegateTest::what_a_delegate_handed_out_does_nothing_after_it_has_gone(
 {
     Fixture f;
     f.delegate->openPreferences();
-    f.change(SettingsKey::showDockIcon, true); // queues the showing of the preferences
-    f.choose(Fixture::kLaunchAtLogin);         // queues a menu
+    f.change(Settings::showDockIcon.key, true); // queues the showing of the preferences
+    f.choose(Fixture::kLaunchAtLogin);          // queues a menu
     const auto screenshot = f.shared.screenshotWatcher().onNewScreenshot;
     const auto shelfDrop = f.shelf.onDropReceived;
     const auto cursorDrop = f.cursorShelf.onDrop;

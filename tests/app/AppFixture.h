@@ -17,7 +17,7 @@
 struct AppFixture {
     AppFixture()
     {
-        values.insert(SettingsKey::hasShownUpdatePrompt, true);
+        values.insert(Settings::hasShownUpdatePrompt.key, true);
         qputenv("HOME", home.path().toLocal8Bit());
         QDir(home.path()).mkdir(QStringLiteral("Desktop"));
     }

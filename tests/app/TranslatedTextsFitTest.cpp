@@ -118,7 +118,7 @@ void TranslatedTextsFitTest::the_narrowest_shelf_has_room_for_its_text()
     QFETCH(QString, language);
     const Translations translations({language});
     Fixture f;
-    f.values.insert(SettingsKey::shelfItemSize, kSmallestItem);
+    f.values.insert(Settings::shelfItemSize.key, kSmallestItem);
     ShelfPanel shelf(f.virtualPlatform.platform, f.settings, f.notifications);
     shelf.show(false);
     const auto *label = shelf.findChild<QLabel *>();

@@ -30,51 +30,54 @@ QStringList list(const char *identifiers)
 
 void AutoShowTest::the_triggers_and_modes_are_numbered_as_they_are_stored()
 {
-    QCOMPARE(int(kShowAtOnce), 0);
-    QCOMPARE(int(kShowNearCursor), 1);
-    QCOMPARE(int(kShowWhenNear), 2);
-    QCOMPARE(int(kHideInListed), 0);
-    QCOMPARE(int(kShowOnlyInListed), 1);
+    QCOMPARE(int(AutoShowTrigger::AtOnce), 0);
+    QCOMPARE(int(AutoShowTrigger::NearCursor), 1);
+    QCOMPARE(int(AutoShowTrigger::WhenNear), 2);
+    QCOMPARE(int(ExcludeMode::HideInListed), 0);
+    QCOMPARE(int(ExcludeMode::ShowOnlyInListed), 1);
 }
 
 void AutoShowTest::an_application_is_excluded_by_mode_and_list_data()
 {
-    QTest::addColumn<qint64>("mode");
+    QTest::addColumn<ExcludeMode>("mode");
     QTest::addColumn<QStringList>("listed");
     QTest::addColumn<bool>("excluded");
-    QTest::newRow("hide, empty list") << qint64(0) << list("") << false;
-    QTest::newRow("hide, listed") << qint64(0) << list("org.example.Editor") << true;
-    QTest::newRow("hide, listed among others") << qint64(0) << list("a.b org.example.Editor c.d") << true;
-    QTest::newRow("hide, not listed") << qint64(0) << list("org.example.Other") << false;
-    QTest::newRow("hide, in other case") << qint64(0) << list("org.example.editor") << false;
-    QTest::newRow("hide, part of a name") << qint64(0) << list("org.example org.example.Editor2") << false;
-    QTest::newRow("only in, empty list") << qint64(1) << list("") << false;
-    QTest::newRow("only in, listed") << qint64(1) << list("org.example.Editor") << false;
-    QTest::newRow("only in, listed among others") << qint64(1) << list("a.b org.example.Editor") << false;
-    QTest::newRow("only in, not listed") << qint64(1) << list("org.example.Other") << true;
-    QTest::newRow("only in, in other case") << qint64(1) << list("ORG.example.Editor") << true;
-    QTest::newRow("mode 2, listed") << qint64(2) << list("org.example.Editor") << false;
-    QTest::newRow("mode 2, not listed") << qint64(2) << list("org.example.Other") << false;
-    QTest::newRow("mode -1, listed") << qint64(-1) << list("org.example.Editor") << false;
+    QTest::newRow("hide, empty list") << ExcludeMode::HideInListed << list("") << false;
+    QTest::newRow("hide, listed") << ExcludeMode::HideInListed << list("org.example.Editor") << true;
+    QTest::newRow("hide, listed among others")
+        << ExcludeMode::HideInListed << list("a.b org.example.Editor c.d") << true;
+    QTest::newRow("hide, not listed") << ExcludeMode::HideInListed << list("org.example.Other") << false;
+    QTest::newRow("hide, in other case") << ExcludeMode::HideInListed << list("org.example.editor") << false;
+    QTest::newRow("hide, part of a name")
+        << ExcludeMode::HideInListed << list("org.example org.example.Editor2") << false;
+    QTest::newRow("only in, empty list") << ExcludeMode::ShowOnlyInListed << list("") << false;
+    QTest::newRow("only in, listed") << ExcludeMode::ShowOnlyInListed << list("org.example.Editor") << false;
+    QTest::newRow("only in, listed among others")
+        << ExcludeMode::ShowOnlyInListed << list("a.b org.example.Editor") << false;
+    QTest::newRow("only in, not listed") << ExcludeMode::ShowOnlyInListed << list("org.example.Other") << true;
+    QTest::newRow("only in, in other case") << ExcludeMode::ShowOnlyInListed << list("ORG.example.Editor") << true;
+    QTest::newRow("mode 2, listed") << ExcludeMode(2) << list("org.example.Editor") << false;
+    QTest::newRow("mode 2, not listed") << ExcludeMode(2) << list("org.example.Other") << false;
+    QTest::newRow("mode -1, listed") << ExcludeMode(-1) << list("org.example.Editor") << false;
 }
 
 void AutoShowTest::an_application_is_excluded_by_mode_and_list()
 {
-    QFETCH(qint64, mode);
+    QFETCH(ExcludeMode, mode);
     QFETCH(QStringList, listed);
     QTEST(isExcluded(kEditor, mode, listed), "excluded");
 }
 
 void AutoShowTest::without_a_frontmost_application_nothing_is_excluded_data()
 {
-    QTest::addColumn<qint64>("mode");
-    QTest::newRow("hide") << qint64(0);
-    QTest::newRow("only in") << qint64(1);
+    QTest::addColumn<ExcludeMode>("mode");
+    QTest::newRow("hide") << ExcludeMode::HideInListed;
+    QTest::newRow("only in") << ExcludeMode::ShowOnlyInListed;
 }
 
 void AutoShowTest::without_a_frontmost_application_nothing_is_excluded()
 {
-    QFETCH(qint64, mode);
+    QFETCH(ExcludeMode, mode);
     QVERIFY(!isExcluded({}, mode, {kEditor}));
     QVERIFY(!isExcluded({}, mode, {QString()}));
     QVERIFY(!isExcluded({}, mode, {}));

@@ -145,7 +145,7 @@ void AppearancePaneTest::the_nineteen_views_stand_in_order_with_8_points_between
         if (qobject_cast<Separator *>(views.at(i)) || qobject_cast<DoubleSlider *>(views.at(i)))
             QCOMPARE(views.at(i)->width(), f.scroll().widget()->width());
     }
-    for (const QString &key : {SettingsKey::tintIntensity, SettingsKey::shelfItemSize})
+    for (const QString &key : {Settings::tintIntensity.key, Settings::shelfItemSize.key})
         QVERIFY(f.slider(key).testAttribute(Qt::WA_MacSmallSize));
 }
 
@@ -192,11 +192,11 @@ void AppearancePaneTest::a_fresh_installation_shows_the_defaults()
     PaneFixture f;
     f.load();
     QCOMPARE(f.well().color(), f.virtualPlatform.appearance.accent);
-    QCOMPARE(f.slider(SettingsKey::tintIntensity).doubleValue(), 0.4);
-    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 72.0);
-    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentText(), QStringLiteral("Right"));
-    QCOMPARE(f.popUp(SettingsKey::windowAlignment).currentText(), QStringLiteral("Center"));
-    QCOMPARE(f.popUp(SettingsKey::fileNameDisplay).currentText(), QStringLiteral("Show under icon"));
+    QCOMPARE(f.slider(Settings::tintIntensity.key).doubleValue(), 0.4);
+    QCOMPARE(f.slider(Settings::shelfItemSize.key).doubleValue(), 72.0);
+    QCOMPARE(f.popUp(Settings::windowEdge.key).currentText(), QStringLiteral("Right"));
+    QCOMPARE(f.popUp(Settings::windowAlignment.key).currentText(), QStringLiteral("Center"));
+    QCOMPARE(f.popUp(Settings::fileNameDisplay.key).currentText(), QStringLiteral("Show under icon"));
     QVERIFY(!f.hideExtensions().isChecked());
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
     QVERIFY(f.posts.isEmpty());
@@ -206,19 +206,19 @@ void AppearancePaneTest::the_controls_show_what_is_stored()
 {
     PaneFixture f;
     f.settings.setTintColor(QColor(1, 2, 3, 100));
-    f.values.insert(SettingsKey::tintIntensity, 0.123);
-    f.values.insert(SettingsKey::shelfItemSize, 100.5);
-    f.values.insert(SettingsKey::windowEdge, 2.0);
-    f.values.insert(SettingsKey::windowAlignment, 0.0);
-    f.values.insert(SettingsKey::fileNameDisplay, 2.0);
-    f.values.insert(SettingsKey::hideFileExtensions, true);
+    f.values.insert(Settings::tintIntensity.key, 0.123);
+    f.values.insert(Settings::shelfItemSize.key, 100.5);
+    f.values.insert(Settings::windowEdge.key, 2.0);
+    f.values.insert(Settings::windowAlignment.key, 0.0);
+    f.values.insert(Settings::fileNameDisplay.key, 2.0);
+    f.values.insert(Settings::hideFileExtensions.key, true);
     f.load();
     QCOMPARE(f.well().color(), QColor(1, 2, 3, 100));
-    QCOMPARE(f.slider(SettingsKey::tintIntensity).doubleValue(), 0.123);
-    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 100.5);
-    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentIndex(), 2);
-    QCOMPARE(f.popUp(SettingsKey::windowAlignment).currentIndex(), 0);
-    QCOMPARE(f.popUp(SettingsKey::fileNameDisplay).currentIndex(), 2);
+    QCOMPARE(f.slider(Settings::tintIntensity.key).doubleValue(), 0.123);
+    QCOMPARE(f.slider(Settings::shelfItemSize.key).doubleValue(), 100.5);
+    QCOMPARE(f.popUp(Settings::windowEdge.key).currentIndex(), 2);
+    QCOMPARE(f.popUp(Settings::windowAlignment.key).currentIndex(), 0);
+    QCOMPARE(f.popUp(Settings::fileNameDisplay.key).currentIndex(), 2);
     QVERIFY(f.hideExtensions().isChecked());
 }
 
@@ -226,9 +226,9 @@ void AppearancePaneTest::the_pop_ups_store_their_index_and_post_once_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("count");
-    QTest::newRow("edge") << SettingsKey::windowEdge << 4;
-    QTest::newRow("alignment") << SettingsKey::windowAlignment << 3;
-    QTest::newRow("names") << SettingsKey::fileNameDisplay << 3;
+    QTest::newRow("edge") << Settings::windowEdge.key << 4;
+    QTest::newRow("alignment") << Settings::windowAlignment.key << 3;
+    QTest::newRow("names") << Settings::fileNameDisplay.key << 3;
 }
 
 void AppearancePaneTest::the_pop_ups_store_their_index_and_post_once()
@@ -252,9 +252,9 @@ void AppearancePaneTest::bottom_is_stored_as_3()
 {
     PaneFixture f;
     f.load();
-    QTest::keyClick(&f.popUp(SettingsKey::windowEdge), Qt::Key_B);
-    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentText(), QStringLiteral("Bottom"));
-    QCOMPARE(f.stored(SettingsKey::windowEdge), QVariant(3));
+    QTest::keyClick(&f.popUp(Settings::windowEdge.key), Qt::Key_B);
+    QCOMPARE(f.popUp(Settings::windowEdge.key).currentText(), QStringLiteral("Bottom"));
+    QCOMPARE(f.stored(Settings::windowEdge.key), QVariant(3));
     QCOMPARE(f.settingsChangedPosts(), 1);
 }
 
@@ -263,10 +263,10 @@ void AppearancePaneTest::choosing_the_item_shown_stores_and_posts_it()
     PaneFixture f;
     f.load();
     // The file was edited while the pane was open.
-    f.values.insert(SettingsKey::windowAlignment, 2);
-    QComboBox &popUp = f.popUp(SettingsKey::windowAlignment);
+    f.values.insert(Settings::windowAlignment.key, 2);
+    QComboBox &popUp = f.popUp(Settings::windowAlignment.key);
     emit popUp.activated(popUp.currentIndex());
-    QCOMPARE(f.stored(SettingsKey::windowAlignment), QVariant(popUp.currentIndex()));
+    QCOMPARE(f.stored(Settings::windowAlignment.key), QVariant(popUp.currentIndex()));
     QCOMPARE(f.settingsChangedPosts(), 1);
 }
 
@@ -275,22 +275,22 @@ void AppearancePaneTest::hiding_extensions_is_stored_and_posted()
     PaneFixture f;
     f.load();
     f.hideExtensions().click();
-    QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(true));
-    QCOMPARE(f.stored(SettingsKey::hideFileExtensions).typeId(), static_cast<int>(QMetaType::Bool));
-    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::hideFileExtensions});
+    QCOMPARE(f.stored(Settings::hideFileExtensions.key), QVariant(true));
+    QCOMPARE(f.stored(Settings::hideFileExtensions.key).typeId(), static_cast<int>(QMetaType::Bool));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{Settings::hideFileExtensions.key});
     QCOMPARE(f.settingsChangedPosts(), 1);
-    QCOMPARE(f.storedAtLastPost(SettingsKey::hideFileExtensions), QVariant(true));
+    QCOMPARE(f.storedAtLastPost(Settings::hideFileExtensions.key), QVariant(true));
     f.hideExtensions().click();
-    QCOMPARE(f.stored(SettingsKey::hideFileExtensions), QVariant(false));
-    QCOMPARE(f.stored(SettingsKey::hideFileExtensions).typeId(), static_cast<int>(QMetaType::Bool));
+    QCOMPARE(f.stored(Settings::hideFileExtensions.key), QVariant(false));
+    QCOMPARE(f.stored(Settings::hideFileExtensions.key).typeId(), static_cast<int>(QMetaType::Bool));
     QCOMPARE(f.settingsChangedPosts(), 2);
 }
 
 void AppearancePaneTest::a_slider_reports_each_move_of_a_drag_data()
 {
     QTest::addColumn<QString>("key");
-    QTest::newRow("intensity") << SettingsKey::tintIntensity;
-    QTest::newRow("size") << SettingsKey::shelfItemSize;
+    QTest::newRow("intensity") << Settings::tintIntensity.key;
+    QTest::newRow("size") << Settings::shelfItemSize.key;
 }
 
 void AppearancePaneTest::a_slider_reports_each_move_of_a_drag()
@@ -321,37 +321,37 @@ void AppearancePaneTest::the_sliders_store_doubles_and_move_by_keyboard()
 {
     PaneFixture f;
     f.load();
-    DoubleSlider &size = f.slider(SettingsKey::shelfItemSize);
+    DoubleSlider &size = f.slider(Settings::shelfItemSize.key);
     QTest::keyClick(&size, Qt::Key_Right);
-    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(73.0));
-    QCOMPARE(f.stored(SettingsKey::shelfItemSize).typeId(), static_cast<int>(QMetaType::Double));
-    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::shelfItemSize});
-    QCOMPARE(f.storedAtLastPost(SettingsKey::shelfItemSize), QVariant(73.0));
+    QCOMPARE(f.stored(Settings::shelfItemSize.key), QVariant(73.0));
+    QCOMPARE(f.stored(Settings::shelfItemSize.key).typeId(), static_cast<int>(QMetaType::Double));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{Settings::shelfItemSize.key});
+    QCOMPARE(f.storedAtLastPost(Settings::shelfItemSize.key), QVariant(73.0));
     QTest::keyClick(&size, Qt::Key_Home);
-    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(48.0));
+    QCOMPARE(f.stored(Settings::shelfItemSize.key), QVariant(48.0));
     QTest::keyClick(&size, Qt::Key_End);
-    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(120.0));
+    QCOMPARE(f.stored(Settings::shelfItemSize.key), QVariant(120.0));
     QCOMPARE(f.settingsChangedPosts(), 3);
-    DoubleSlider &intensity = f.slider(SettingsKey::tintIntensity);
+    DoubleSlider &intensity = f.slider(Settings::tintIntensity.key);
     QTest::keyClick(&intensity, Qt::Key_Left);
-    QCOMPARE(f.stored(SettingsKey::tintIntensity), QVariant(0.39));
+    QCOMPARE(f.stored(Settings::tintIntensity.key), QVariant(0.39));
     QCOMPARE(f.virtualPlatform.userDefaults.writes,
-             QStringList(3, SettingsKey::shelfItemSize) + QStringList{SettingsKey::tintIntensity});
-    QCOMPARE(f.storedAtLastPost(SettingsKey::tintIntensity), QVariant(0.39));
+             QStringList(3, Settings::shelfItemSize.key) + QStringList{Settings::tintIntensity.key});
+    QCOMPARE(f.storedAtLastPost(Settings::tintIntensity.key), QVariant(0.39));
     QTest::keyClick(&intensity, Qt::Key_End);
-    QCOMPARE(f.stored(SettingsKey::tintIntensity), QVariant(1.0));
-    QCOMPARE(f.stored(SettingsKey::tintIntensity).typeId(), static_cast<int>(QMetaType::Double));
+    QCOMPARE(f.stored(Settings::tintIntensity.key), QVariant(1.0));
+    QCOMPARE(f.stored(Settings::tintIntensity.key).typeId(), static_cast<int>(QMetaType::Double));
     QCOMPARE(f.settingsChangedPosts(), 5);
 }
 
 void AppearancePaneTest::a_stored_size_out_of_range_can_be_ended_at_the_shown_end()
 {
     PaneFixture f;
-    f.values.insert(SettingsKey::shelfItemSize, 5000.0);
+    f.values.insert(Settings::shelfItemSize.key, 5000.0);
     f.load();
-    DoubleSlider &size = f.slider(SettingsKey::shelfItemSize);
+    DoubleSlider &size = f.slider(Settings::shelfItemSize.key);
     QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
-    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(120.0));
+    QCOMPARE(f.stored(Settings::shelfItemSize.key), QVariant(120.0));
     QCOMPARE(f.settingsChangedPosts(), 1);
     QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
     QCOMPARE(f.settingsChangedPosts(), 1);
@@ -360,17 +360,17 @@ void AppearancePaneTest::a_stored_size_out_of_range_can_be_ended_at_the_shown_en
 void AppearancePaneTest::a_stored_size_between_two_places_can_be_ended_at_the_shown_one()
 {
     PaneFixture f;
-    f.values.insert(SettingsKey::shelfItemSize, 90.04);
+    f.values.insert(Settings::shelfItemSize.key, 90.04);
     f.load();
-    DoubleSlider &size = f.slider(SettingsKey::shelfItemSize);
+    DoubleSlider &size = f.slider(Settings::shelfItemSize.key);
     QCOMPARE(size.doubleValue(), 90.0);
     QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
-    QCOMPARE(f.stored(SettingsKey::shelfItemSize), QVariant(90.0));
+    QCOMPARE(f.stored(Settings::shelfItemSize.key), QVariant(90.0));
     QCOMPARE(f.settingsChangedPosts(), 1);
     // A knob that stands at what is stored has nothing to say.
     f.load();
-    QTest::mouseClick(&f.slider(SettingsKey::shelfItemSize), Qt::LeftButton, {},
-                      knob(f.slider(SettingsKey::shelfItemSize)));
+    QTest::mouseClick(&f.slider(Settings::shelfItemSize.key), Qt::LeftButton, {},
+                      knob(f.slider(Settings::shelfItemSize.key)));
     QCOMPARE(f.settingsChangedPosts(), 1);
 }
 
@@ -381,13 +381,13 @@ void AppearancePaneTest::a_chosen_colour_is_stored_and_posted_and_shown_again()
     f.choose(QColor(10, 200, 30));
     QCOMPARE(f.settings.tintColor(), QColor(10, 200, 30));
     QCOMPARE(f.settingsChangedPosts(), 1);
-    QVERIFY(f.storedAtLastPost(SettingsKey::tintColorData).isValid());
-    QCOMPARE(f.storedAtLastPost(SettingsKey::tintColorData), f.stored(SettingsKey::tintColorData));
+    QVERIFY(f.storedAtLastPost(Settings::tintColorData.key).isValid());
+    QCOMPARE(f.storedAtLastPost(Settings::tintColorData.key), f.stored(Settings::tintColorData.key));
     f.choose(QColor(11, 200, 30));
     QCOMPARE(f.settingsChangedPosts(), 2);
-    QCOMPARE(f.storedAtLastPost(SettingsKey::tintColorData), f.stored(SettingsKey::tintColorData));
+    QCOMPARE(f.storedAtLastPost(Settings::tintColorData.key), f.stored(Settings::tintColorData.key));
     QCOMPARE(f.virtualPlatform.userDefaults.writes,
-             QStringList({SettingsKey::tintColorData, SettingsKey::tintColorData}));
+             QStringList({Settings::tintColorData.key, Settings::tintColorData.key}));
     f.load();
     QCOMPARE(f.well().color(), QColor(11, 200, 30));
 }
@@ -407,12 +407,12 @@ void AppearancePaneTest::animations_cannot_be_changed_here()
     f.choose(Qt::red);
     for (QCheckBox *box : f.pane->findChildren<QCheckBox *>())
         box->click();
-    for (const QString &key : {SettingsKey::windowEdge, SettingsKey::windowAlignment, SettingsKey::fileNameDisplay})
+    for (const QString &key : {Settings::windowEdge.key, Settings::windowAlignment.key, Settings::fileNameDisplay.key})
         QTest::keyClick(&f.popUp(key), Qt::Key_Down);
-    for (const QString &key : {SettingsKey::tintIntensity, SettingsKey::shelfItemSize})
+    for (const QString &key : {Settings::tintIntensity.key, Settings::shelfItemSize.key})
         QTest::keyClick(&f.slider(key), Qt::Key_Right);
-    QVERIFY(f.values.contains(SettingsKey::hideFileExtensions));
-    QVERIFY(!f.values.contains(SettingsKey::disableAnimations));
+    QVERIFY(f.values.contains(Settings::hideFileExtensions.key));
+    QVERIFY(!f.values.contains(Settings::disableAnimations.key));
 }
 
 void AppearancePaneTest::the_action_for_animations_stores_and_posts_nothing()
@@ -421,31 +421,31 @@ void AppearancePaneTest::the_action_for_animations_stores_and_posts_nothing()
     QCheckBox sender;
     sender.setChecked(true);
     f.load().noAnimChanged(&sender);
-    QCOMPARE(f.stored(SettingsKey::disableAnimations), QVariant(true));
+    QCOMPARE(f.stored(Settings::disableAnimations.key), QVariant(true));
     sender.setChecked(false);
     f.pane->noAnimChanged(&sender);
-    QCOMPARE(f.stored(SettingsKey::disableAnimations), QVariant(false));
+    QCOMPARE(f.stored(Settings::disableAnimations.key), QVariant(false));
     QVERIFY(f.posts.isEmpty());
 }
 
 void AppearancePaneTest::values_of_the_wrong_type_or_range_do_no_harm()
 {
     PaneFixture f;
-    f.values = {{SettingsKey::tintColorData, QByteArray("no colour")},
-                {SettingsKey::tintIntensity, -3.0},
-                {SettingsKey::shelfItemSize, 5000.0},
-                {SettingsKey::windowEdge, 9.0},
-                {SettingsKey::windowAlignment, QStringLiteral("End")},
-                {SettingsKey::fileNameDisplay, -1.0},
-                {SettingsKey::hideFileExtensions, QVariantList()}};
+    f.values = {{Settings::tintColorData.key, QByteArray("no colour")},
+                {Settings::tintIntensity.key, -3.0},
+                {Settings::shelfItemSize.key, 5000.0},
+                {Settings::windowEdge.key, 9.0},
+                {Settings::windowAlignment.key, QStringLiteral("End")},
+                {Settings::fileNameDisplay.key, -1.0},
+                {Settings::hideFileExtensions.key, QVariantList()}};
     const auto before = f.values;
     f.load();
     QCOMPARE(f.well().color(), f.virtualPlatform.appearance.accent);
-    QCOMPARE(f.slider(SettingsKey::tintIntensity).doubleValue(), 0.0);
-    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 120.0);
-    QCOMPARE(f.popUp(SettingsKey::windowEdge).currentIndex(), -1);
-    QCOMPARE(f.popUp(SettingsKey::windowAlignment).currentIndex(), 1);
-    QCOMPARE(f.popUp(SettingsKey::fileNameDisplay).currentIndex(), -1);
+    QCOMPARE(f.slider(Settings::tintIntensity.key).doubleValue(), 0.0);
+    QCOMPARE(f.slider(Settings::shelfItemSize.key).doubleValue(), 120.0);
+    QCOMPARE(f.popUp(Settings::windowEdge.key).currentIndex(), -1);
+    QCOMPARE(f.popUp(Settings::windowAlignment.key).currentIndex(), 1);
+    QCOMPARE(f.popUp(Settings::fileNameDisplay.key).currentIndex(), -1);
     QVERIFY(!f.hideExtensions().isChecked());
     QCOMPARE(f.values, before);
     QVERIFY(f.posts.isEmpty());
@@ -456,11 +456,11 @@ void AppearancePaneTest::a_store_that_cannot_be_written_keeps_its_values()
     PaneFixture f;
     f.virtualPlatform.userDefaults.writable = false;
     f.load();
-    QTest::keyClick(&f.slider(SettingsKey::shelfItemSize), Qt::Key_End);
+    QTest::keyClick(&f.slider(Settings::shelfItemSize.key), Qt::Key_End);
     f.hideExtensions().click();
     QVERIFY(f.values.isEmpty());
     f.load();
-    QCOMPARE(f.slider(SettingsKey::shelfItemSize).doubleValue(), 72.0);
+    QCOMPARE(f.slider(Settings::shelfItemSize.key).doubleValue(), 72.0);
     QVERIFY(!f.hideExtensions().isChecked());
 }
 
@@ -476,8 +476,8 @@ void AppearancePaneTest::the_wheel_goes_past_controls_without_the_focus()
         QCoreApplication::sendEvent(&control, &event);
         return event.isAccepted();
     };
-    QWidget *const controls[] = {&f.slider(SettingsKey::tintIntensity), &f.slider(SettingsKey::shelfItemSize),
-                                 &f.popUp(SettingsKey::windowEdge), &f.popUp(SettingsKey::fileNameDisplay)};
+    QWidget *const controls[] = {&f.slider(Settings::tintIntensity.key), &f.slider(Settings::shelfItemSize.key),
+                                 &f.popUp(Settings::windowEdge.key), &f.popUp(Settings::fileNameDisplay.key)};
     for (QWidget *control : controls) {
         QVERIFY(!turnWheelOver(*control));
         QVERIFY(!control->hasFocus());
@@ -485,9 +485,9 @@ void AppearancePaneTest::the_wheel_goes_past_controls_without_the_focus()
     QVERIFY(f.values.isEmpty());
 
     QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
-    f.slider(SettingsKey::shelfItemSize).setFocus();
-    QVERIFY(turnWheelOver(f.slider(SettingsKey::shelfItemSize)));
-    QVERIFY(f.stored(SettingsKey::shelfItemSize).toDouble() < 72.0);
+    f.slider(Settings::shelfItemSize.key).setFocus();
+    QVERIFY(turnWheelOver(f.slider(Settings::shelfItemSize.key)));
+    QVERIFY(f.stored(Settings::shelfItemSize.key).toDouble() < 72.0);
 }
 
 void AppearancePaneTest::every_control_has_a_label()
@@ -496,11 +496,11 @@ void AppearancePaneTest::every_control_has_a_label()
     const QWidget &pane = f.load();
     const std::pair<QString, QWidget *> labelled[] = {
         {QStringLiteral("Tint colour"), &f.well()},
-        {QStringLiteral("Tint intensity"), &f.slider(SettingsKey::tintIntensity)},
-        {QStringLiteral("Shelf item size"), &f.slider(SettingsKey::shelfItemSize)},
-        {QStringLiteral("Window edge"), &f.popUp(SettingsKey::windowEdge)},
-        {QStringLiteral("Alignment"), &f.popUp(SettingsKey::windowAlignment)},
-        {QStringLiteral("File names"), &f.popUp(SettingsKey::fileNameDisplay)}};
+        {QStringLiteral("Tint intensity"), &f.slider(Settings::tintIntensity.key)},
+        {QStringLiteral("Shelf item size"), &f.slider(Settings::shelfItemSize.key)},
+        {QStringLiteral("Window edge"), &f.popUp(Settings::windowEdge.key)},
+        {QStringLiteral("Alignment"), &f.popUp(Settings::windowAlignment.key)},
+        {QStringLiteral("File names"), &f.popUp(Settings::fileNameDisplay.key)}};
     for (const auto &[text, control] : labelled) {
         QCOMPARE(labelWith(pane, text)->buddy(), control);
         QCOMPARE(control->accessibleName(), text);
@@ -522,11 +522,11 @@ void AppearancePaneTest::focus_goes_from_top_to_bottom()
         QTest::keyClick(focused, Qt::Key_Tab);
     }
     const QList<QWidget *> order = {&f.well(),
-                                    &f.slider(SettingsKey::tintIntensity),
-                                    &f.slider(SettingsKey::shelfItemSize),
-                                    &f.popUp(SettingsKey::windowEdge),
-                                    &f.popUp(SettingsKey::windowAlignment),
-                                    &f.popUp(SettingsKey::fileNameDisplay),
+                                    &f.slider(Settings::tintIntensity.key),
+                                    &f.slider(Settings::shelfItemSize.key),
+                                    &f.popUp(Settings::windowEdge.key),
+                                    &f.popUp(Settings::windowAlignment.key),
+                                    &f.popUp(Settings::fileNameDisplay.key),
                                     &f.hideExtensions()};
     QCOMPARE(visited, order);
     QCOMPARE(f.window->focusWidget(), order.first());

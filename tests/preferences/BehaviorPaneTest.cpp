@@ -53,7 +53,7 @@ struct PaneFixture : Fixture {
         return *pane;
     }
 
-    QCheckBox &autoShow() { return *pane->findChild<QCheckBox *>(SettingsKey::autoShowDropWindow); }
+    QCheckBox &autoShow() { return *pane->findChild<QCheckBox *>(Settings::autoShowDropWindow.key); }
     QComboBox &popUp(const QString &key) { return *pane->findChild<QComboBox *>(key); }
     AppExclusionListView &list() { return *pane->findChild<AppExclusionListView *>(); }
 
@@ -120,16 +120,16 @@ void BehaviorPaneTest::the_views_are_where_the_frames_say()
         QCOMPARE(label.topLeft(), QPoint(24, 24));
         QCOMPARE(f.autoShow().geometry().right() + 1, size.width() - 24);
         QVERIFY(qAbs(f.autoShow().geometry().center().y() - label.center().y()) <= 1);
-        const QRect trigger = f.popUp(SettingsKey::autoShowTrigger).geometry();
+        const QRect trigger = f.popUp(Settings::autoShowTrigger.key).geometry();
         QCOMPARE(trigger.y(), label.bottom() + 1 + 12 + 1 + 12);
         QCOMPARE(trigger.x(), 24);
         QCOMPARE(trigger.width(), size.width() - 48);
         const QRect doubleClick = labelWith(pane, kDoubleClick)->geometry();
         QCOMPARE(doubleClick.topLeft(), QPoint(24, trigger.bottom() + 1 + 14 + 1 + 14));
-        const QRect doubleClickPopUp = f.popUp(SettingsKey::doubleClickAction).geometry();
+        const QRect doubleClickPopUp = f.popUp(Settings::doubleClickAction.key).geometry();
         QCOMPARE(doubleClickPopUp.x(), doubleClick.right() + 1 + 8);
         QVERIFY(qAbs(doubleClickPopUp.center().y() - doubleClick.center().y()) <= 1);
-        const QRect mode = f.popUp(SettingsKey::excludeMode).geometry();
+        const QRect mode = f.popUp(Settings::excludeMode.key).geometry();
         QCOMPARE(mode.topLeft(), QPoint(24, doubleClick.bottom() + 1 + 14 + 1 + 14));
         const QRect exclude = labelWith(pane, kExclude)->geometry();
         QCOMPARE(exclude.x(), mode.right() + 1 + 6);
@@ -181,13 +181,13 @@ void BehaviorPaneTest::the_controls_have_their_titles_and_items()
         QCOMPARE(labelWith(pane, text)->font().pixelSize(), 13);
     }
     QCOMPARE(f.autoShow().text(), QString());
-    QCOMPARE(titles(f.popUp(SettingsKey::autoShowTrigger)),
+    QCOMPARE(titles(f.popUp(Settings::autoShowTrigger.key)),
              QStringList({QStringLiteral("When you start dragging"),
                           QStringLiteral("Near cursor position when you start dragging"),
                           QStringLiteral("When dragging towards Parklet's location")}));
-    QCOMPARE(titles(f.popUp(SettingsKey::doubleClickAction)),
+    QCOMPARE(titles(f.popUp(Settings::doubleClickAction.key)),
              QStringList({QStringLiteral("Open file"), QStringLiteral("Select all")}));
-    QCOMPARE(titles(f.popUp(SettingsKey::excludeMode)),
+    QCOMPARE(titles(f.popUp(Settings::excludeMode.key)),
              QStringList({QStringLiteral("Hide"), QStringLiteral("Show only in")}));
 }
 
@@ -196,10 +196,10 @@ void BehaviorPaneTest::a_fresh_installation_shows_the_defaults()
     PaneFixture f;
     f.load();
     QVERIFY(f.autoShow().isChecked());
-    QVERIFY(f.popUp(SettingsKey::autoShowTrigger).isEnabled());
-    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), 0);
-    QCOMPARE(f.popUp(SettingsKey::doubleClickAction).currentText(), QStringLiteral("Select all"));
-    QCOMPARE(f.popUp(SettingsKey::excludeMode).currentText(), QStringLiteral("Hide"));
+    QVERIFY(f.popUp(Settings::autoShowTrigger.key).isEnabled());
+    QCOMPARE(f.popUp(Settings::autoShowTrigger.key).currentIndex(), 0);
+    QCOMPARE(f.popUp(Settings::doubleClickAction.key).currentText(), QStringLiteral("Select all"));
+    QCOMPARE(f.popUp(Settings::excludeMode.key).currentText(), QStringLiteral("Hide"));
     QVERIFY(f.list().ids.isEmpty());
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
 }
@@ -207,16 +207,16 @@ void BehaviorPaneTest::a_fresh_installation_shows_the_defaults()
 void BehaviorPaneTest::the_controls_show_what_is_stored()
 {
     PaneFixture f;
-    f.values = {{SettingsKey::autoShowDropWindow, false},
-                {SettingsKey::autoShowTrigger, 2.0},
-                {SettingsKey::doubleClickAction, 0.0},
-                {SettingsKey::excludeMode, 1.0},
-                {SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a"), QStringLiteral("b")}}};
+    f.values = {{Settings::autoShowDropWindow.key, false},
+                {Settings::autoShowTrigger.key, 2.0},
+                {Settings::doubleClickAction.key, 0.0},
+                {Settings::excludeMode.key, 1.0},
+                {Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), QStringLiteral("b")}}};
     f.load();
     QVERIFY(!f.autoShow().isChecked());
-    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), 2);
-    QCOMPARE(f.popUp(SettingsKey::doubleClickAction).currentIndex(), 0);
-    QCOMPARE(f.popUp(SettingsKey::excludeMode).currentIndex(), 1);
+    QCOMPARE(f.popUp(Settings::autoShowTrigger.key).currentIndex(), 2);
+    QCOMPARE(f.popUp(Settings::doubleClickAction.key).currentIndex(), 0);
+    QCOMPARE(f.popUp(Settings::excludeMode.key).currentIndex(), 1);
     QCOMPARE(f.list().ids, QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 }
 
@@ -225,13 +225,13 @@ void BehaviorPaneTest::the_check_box_stores_and_enables_the_trigger_at_once()
     PaneFixture f;
     f.load();
     f.autoShow().click();
-    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(false));
-    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow).typeId(), static_cast<int>(QMetaType::Bool));
-    QVERIFY(!f.popUp(SettingsKey::autoShowTrigger).isEnabled());
+    QCOMPARE(f.stored(Settings::autoShowDropWindow.key), QVariant(false));
+    QCOMPARE(f.stored(Settings::autoShowDropWindow.key).typeId(), static_cast<int>(QMetaType::Bool));
+    QVERIFY(!f.popUp(Settings::autoShowTrigger.key).isEnabled());
     f.autoShow().click();
-    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(true));
-    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow).typeId(), static_cast<int>(QMetaType::Bool));
-    QVERIFY(f.popUp(SettingsKey::autoShowTrigger).isEnabled());
+    QCOMPARE(f.stored(Settings::autoShowDropWindow.key), QVariant(true));
+    QCOMPARE(f.stored(Settings::autoShowDropWindow.key).typeId(), static_cast<int>(QMetaType::Bool));
+    QVERIFY(f.popUp(Settings::autoShowTrigger.key).isEnabled());
 }
 
 void BehaviorPaneTest::the_check_box_stores_before_the_pane_is_built()
@@ -241,15 +241,15 @@ void BehaviorPaneTest::the_check_box_stores_before_the_pane_is_built()
     QCheckBox box;
     box.setChecked(false);
     pane.autoShowChanged(&box);
-    QCOMPARE(f.stored(SettingsKey::autoShowDropWindow), QVariant(false));
+    QCOMPARE(f.stored(Settings::autoShowDropWindow.key), QVariant(false));
 }
 
 void BehaviorPaneTest::a_trigger_is_built_disabled_while_the_shelf_does_not_show_by_itself()
 {
     PaneFixture f;
-    f.values.insert(SettingsKey::autoShowDropWindow, false);
+    f.values.insert(Settings::autoShowDropWindow.key, false);
     f.load();
-    QComboBox &trigger = f.popUp(SettingsKey::autoShowTrigger);
+    QComboBox &trigger = f.popUp(Settings::autoShowTrigger.key);
     QVERIFY(!trigger.isEnabled());
     f.autoShow().click();
     QVERIFY(trigger.isEnabled());
@@ -259,9 +259,9 @@ void BehaviorPaneTest::the_pop_ups_store_their_index_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("count");
-    QTest::newRow("trigger") << SettingsKey::autoShowTrigger << 3;
-    QTest::newRow("double click") << SettingsKey::doubleClickAction << 2;
-    QTest::newRow("exclusion mode") << SettingsKey::excludeMode << 2;
+    QTest::newRow("trigger") << Settings::autoShowTrigger.key << 3;
+    QTest::newRow("double click") << Settings::doubleClickAction.key << 2;
+    QTest::newRow("exclusion mode") << Settings::excludeMode.key << 2;
 }
 
 void BehaviorPaneTest::the_pop_ups_store_their_index()
@@ -302,11 +302,12 @@ void BehaviorPaneTest::nothing_here_posts_a_notification()
     const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/Second"));
     f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.second"));
     f.virtualPlatform.openPanels.choice = file;
-    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a")});
     f.load();
     f.autoShow().click();
     f.autoShow().click();
-    for (const QString &key : {SettingsKey::autoShowTrigger, SettingsKey::doubleClickAction, SettingsKey::excludeMode})
+    for (const QString &key :
+         {Settings::autoShowTrigger.key, Settings::doubleClickAction.key, Settings::excludeMode.key})
         QTest::keyClick(&f.popUp(key), Qt::Key_Down);
     f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
     f.list().removeBtn->click();
@@ -320,27 +321,27 @@ void BehaviorPaneTest::nothing_here_posts_a_notification()
 void BehaviorPaneTest::the_list_shows_and_stores_the_excluded_applications()
 {
     PaneFixture f;
-    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("org.first")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("org.first")});
     const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/Second"));
     f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.second"));
     f.virtualPlatform.openPanels.choice = file;
     f.load();
     f.list().addBtn->click();
     QCoreApplication::sendPostedEvents(&f.list(), QEvent::MetaCall);
-    QCOMPARE(f.settings.defaults.stringArray(SettingsKey::excludedBundleIDs),
+    QCOMPARE(f.settings.get(Settings::excludedBundleIDs),
              QStringList({QStringLiteral("org.first"), QStringLiteral("org.second")}));
-    QCOMPARE(f.stored(SettingsKey::excludedBundleIDs).typeId(), static_cast<int>(QMetaType::QVariantList));
+    QCOMPARE(f.stored(Settings::excludedBundleIDs.key).typeId(), static_cast<int>(QMetaType::QVariantList));
 }
 
 void BehaviorPaneTest::removing_the_last_application_stores_an_empty_array()
 {
     PaneFixture f;
-    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("org.only")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("org.only")});
     f.load();
     f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
     f.list().removeBtn->click();
-    QCOMPARE(f.stored(SettingsKey::excludedBundleIDs), QVariant(QVariantList()));
-    QVERIFY(f.values.contains(SettingsKey::excludedBundleIDs));
+    QCOMPARE(f.stored(Settings::excludedBundleIDs.key), QVariant(QVariantList()));
+    QVERIFY(f.values.contains(Settings::excludedBundleIDs.key));
 }
 
 void BehaviorPaneTest::a_list_that_outlives_the_pane_stores_nothing()
@@ -356,37 +357,37 @@ void BehaviorPaneTest::a_list_that_outlives_the_pane_stores_nothing()
 void BehaviorPaneTest::values_of_the_wrong_type_or_range_do_no_harm()
 {
     PaneFixture f;
-    f.values = {{SettingsKey::autoShowDropWindow, QStringLiteral("no")},
-                {SettingsKey::autoShowTrigger, 7.0},
-                {SettingsKey::doubleClickAction, -3.0},
-                {SettingsKey::excludeMode, QVariantList{1.0}},
-                {SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a"), 3.0}}};
+    f.values = {{Settings::autoShowDropWindow.key, QStringLiteral("no")},
+                {Settings::autoShowTrigger.key, 7.0},
+                {Settings::doubleClickAction.key, -3.0},
+                {Settings::excludeMode.key, QVariantList{1.0}},
+                {Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), 3.0}}};
     const auto before = f.values;
     f.load();
     QVERIFY(f.autoShow().isChecked());
-    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), -1);
-    QCOMPARE(f.popUp(SettingsKey::doubleClickAction).currentIndex(), -1);
-    QCOMPARE(f.popUp(SettingsKey::excludeMode).currentIndex(), 0);
+    QCOMPARE(f.popUp(Settings::autoShowTrigger.key).currentIndex(), -1);
+    QCOMPARE(f.popUp(Settings::doubleClickAction.key).currentIndex(), -1);
+    QCOMPARE(f.popUp(Settings::excludeMode.key).currentIndex(), 0);
     QVERIFY(f.list().ids.isEmpty());
     QCOMPARE(f.values, before);
-    QTest::keyClick(&f.popUp(SettingsKey::autoShowTrigger), Qt::Key_Down);
-    QCOMPARE(f.stored(SettingsKey::autoShowTrigger), QVariant(0));
+    QTest::keyClick(&f.popUp(Settings::autoShowTrigger.key), Qt::Key_Down);
+    QCOMPARE(f.stored(Settings::autoShowTrigger.key), QVariant(0));
 }
 
 void BehaviorPaneTest::a_store_that_cannot_be_written_keeps_its_values()
 {
     PaneFixture f;
-    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("org.kept")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("org.kept")});
     f.virtualPlatform.userDefaults.writable = false;
     f.load();
     f.autoShow().click();
-    QTest::keyClick(&f.popUp(SettingsKey::autoShowTrigger), Qt::Key_Down);
+    QTest::keyClick(&f.popUp(Settings::autoShowTrigger.key), Qt::Key_Down);
     f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
     f.list().removeBtn->click();
     QCOMPARE(f.values.size(), 1);
     f.load();
     QVERIFY(f.autoShow().isChecked());
-    QCOMPARE(f.popUp(SettingsKey::autoShowTrigger).currentIndex(), 0);
+    QCOMPARE(f.popUp(Settings::autoShowTrigger.key).currentIndex(), 0);
     QCOMPARE(f.list().ids, QStringList{QStringLiteral("org.kept")});
 }
 
@@ -404,9 +405,9 @@ void BehaviorPaneTest::the_exclusion_mode_is_a_small_control()
 {
     PaneFixture f;
     f.load();
-    const QComboBox &mode = f.popUp(SettingsKey::excludeMode);
+    const QComboBox &mode = f.popUp(Settings::excludeMode.key);
     QVERIFY(mode.testAttribute(Qt::WA_MacSmallSize));
-    QVERIFY(mode.height() < f.popUp(SettingsKey::doubleClickAction).height());
+    QVERIFY(mode.height() < f.popUp(Settings::doubleClickAction.key).height());
 }
 
 void BehaviorPaneTest::every_control_has_a_label()
@@ -418,9 +419,9 @@ void BehaviorPaneTest::every_control_has_a_label()
     // The trigger has none on screen, and a screen reader would take the check box's for both.
     const QLabel *trigger = labelWith(pane, QStringLiteral("When to show the drop window"));
     QVERIFY(trigger->isHidden());
-    QCOMPARE(trigger->buddy(), &f.popUp(SettingsKey::autoShowTrigger));
-    QCOMPARE(labelWith(pane, kDoubleClick)->buddy(), &f.popUp(SettingsKey::doubleClickAction));
-    QCOMPARE(labelWith(pane, kExclude)->buddy(), &f.popUp(SettingsKey::excludeMode));
+    QCOMPARE(trigger->buddy(), &f.popUp(Settings::autoShowTrigger.key));
+    QCOMPARE(labelWith(pane, kDoubleClick)->buddy(), &f.popUp(Settings::doubleClickAction.key));
+    QCOMPARE(labelWith(pane, kExclude)->buddy(), &f.popUp(Settings::excludeMode.key));
     QCOMPARE(f.list().tableView->accessibleName(), kExclude);
 }
 
@@ -435,8 +436,8 @@ void BehaviorPaneTest::focus_goes_from_top_to_bottom()
         visited.append(f.window->focusWidget());
         QTest::keyClick(f.window->focusWidget(), Qt::Key_Tab);
     }
-    QCOMPARE(visited, QList<QWidget *>({&f.autoShow(), &f.popUp(SettingsKey::autoShowTrigger),
-                                        &f.popUp(SettingsKey::doubleClickAction), &f.popUp(SettingsKey::excludeMode),
+    QCOMPARE(visited, QList<QWidget *>({&f.autoShow(), &f.popUp(Settings::autoShowTrigger.key),
+                                        &f.popUp(Settings::doubleClickAction.key), &f.popUp(Settings::excludeMode.key),
                                         f.list().tableView, f.list().addBtn, f.list().removeBtn}));
 }
 

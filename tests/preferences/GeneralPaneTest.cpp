@@ -47,8 +47,9 @@ struct PaneFixture : Fixture {
     GeneralPane *pane = nullptr;
 };
 
-const QStringList kCheckBoxKeys = {SettingsKey::launchAtLogin, SettingsKey::showMenuBarIcon, SettingsKey::showDockIcon,
-                                   SettingsKey::removeItemsWhenDraggedOut, SettingsKey::autoAddScreenshots};
+const QStringList kCheckBoxKeys = {Settings::launchAtLogin.key, Settings::showMenuBarIcon.key,
+                                   Settings::showDockIcon.key, Settings::removeItemsWhenDraggedOut.key,
+                                   Settings::autoAddScreenshots.key};
 
 // The views of the stack from top to bottom.
 QList<QWidget *> stackedViews(const QWidget &pane)
@@ -128,11 +129,11 @@ void GeneralPaneTest::a_fresh_installation_shows_the_defaults()
 {
     PaneFixture f;
     f.load();
-    QCOMPARE(f.box(SettingsKey::launchAtLogin)->isChecked(), false);
-    QCOMPARE(f.box(SettingsKey::showMenuBarIcon)->isChecked(), true);
-    QCOMPARE(f.box(SettingsKey::showDockIcon)->isChecked(), false);
-    QCOMPARE(f.box(SettingsKey::removeItemsWhenDraggedOut)->isChecked(), true);
-    QCOMPARE(f.box(SettingsKey::autoAddScreenshots)->isChecked(), true);
+    QCOMPARE(f.box(Settings::launchAtLogin.key)->isChecked(), false);
+    QCOMPARE(f.box(Settings::showMenuBarIcon.key)->isChecked(), true);
+    QCOMPARE(f.box(Settings::showDockIcon.key)->isChecked(), false);
+    QCOMPARE(f.box(Settings::removeItemsWhenDraggedOut.key)->isChecked(), true);
+    QCOMPARE(f.box(Settings::autoAddScreenshots.key)->isChecked(), true);
     QCOMPARE(f.dragMode()->currentText(), QStringLiteral("Copy files"));
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
     QVERIFY(f.posts.isEmpty());
@@ -144,7 +145,7 @@ void GeneralPaneTest::the_controls_show_what_is_stored()
     for (const bool on : {true, false}) {
         for (const QString &key : kCheckBoxKeys)
             f.values.insert(key, on);
-        f.values.insert(SettingsKey::dragMode, on ? 1.0 : 2.0);
+        f.values.insert(Settings::dragMode.key, on ? 1.0 : 2.0);
         f.load();
         for (const QString &key : kCheckBoxKeys)
             QCOMPARE(f.box(key)->isChecked(), on);
@@ -156,11 +157,11 @@ void GeneralPaneTest::a_toggle_is_stored_at_once_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("posts");
-    QTest::newRow("login") << SettingsKey::launchAtLogin << 0;
-    QTest::newRow("menu bar icon") << SettingsKey::showMenuBarIcon << 1;
-    QTest::newRow("Dock icon") << SettingsKey::showDockIcon << 1;
-    QTest::newRow("removal") << SettingsKey::removeItemsWhenDraggedOut << 0;
-    QTest::newRow("screenshots") << SettingsKey::autoAddScreenshots << 0;
+    QTest::newRow("login") << Settings::launchAtLogin.key << 0;
+    QTest::newRow("menu bar icon") << Settings::showMenuBarIcon.key << 1;
+    QTest::newRow("Dock icon") << Settings::showDockIcon.key << 1;
+    QTest::newRow("removal") << Settings::removeItemsWhenDraggedOut.key << 0;
+    QTest::newRow("screenshots") << Settings::autoAddScreenshots.key << 0;
 }
 
 void GeneralPaneTest::a_toggle_is_stored_at_once()
@@ -192,9 +193,9 @@ void GeneralPaneTest::start_at_login_registers_and_unregisters_the_login_item()
 {
     PaneFixture f;
     f.load();
-    f.box(SettingsKey::launchAtLogin)->click();
+    f.box(Settings::launchAtLogin.key)->click();
     QVERIFY(f.virtualPlatform.loginItem.enabled);
-    f.box(SettingsKey::launchAtLogin)->click();
+    f.box(Settings::launchAtLogin.key)->click();
     QVERIFY(!f.virtualPlatform.loginItem.enabled);
     QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
     QVERIFY(f.posts.isEmpty());
@@ -205,12 +206,12 @@ void GeneralPaneTest::a_failing_registration_keeps_the_users_choice()
     PaneFixture f;
     f.virtualPlatform.loginItem.fails = true;
     f.load();
-    f.box(SettingsKey::launchAtLogin)->click();
-    QCOMPARE(f.stored(SettingsKey::launchAtLogin), QVariant(true));
-    QVERIFY(f.box(SettingsKey::launchAtLogin)->isChecked());
+    f.box(Settings::launchAtLogin.key)->click();
+    QCOMPARE(f.stored(Settings::launchAtLogin.key), QVariant(true));
+    QVERIFY(f.box(Settings::launchAtLogin.key)->isChecked());
     QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
-    f.box(SettingsKey::launchAtLogin)->click();
-    QCOMPARE(f.stored(SettingsKey::launchAtLogin), QVariant(false));
+    f.box(Settings::launchAtLogin.key)->click();
+    QCOMPARE(f.stored(Settings::launchAtLogin.key), QVariant(false));
     QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
 }
 
@@ -240,12 +241,12 @@ void GeneralPaneTest::the_drag_mode_stores_its_index_and_posts_nothing()
     f.load();
     for (const int index : {1, 2}) {
         QTest::keyClick(f.dragMode(), Qt::Key_Down);
-        QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(index));
-        QCOMPARE(f.stored(SettingsKey::dragMode).typeId(), static_cast<int>(QMetaType::Int));
+        QCOMPARE(f.stored(Settings::dragMode.key), QVariant(index));
+        QCOMPARE(f.stored(Settings::dragMode.key).typeId(), static_cast<int>(QMetaType::Int));
     }
     QCOMPARE(f.dragMode()->currentText(), QStringLiteral("Create alias"));
     QTest::keyClick(f.dragMode(), Qt::Key_Home);
-    QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(0));
+    QCOMPARE(f.stored(Settings::dragMode.key), QVariant(0));
     QVERIFY(f.posts.isEmpty());
 }
 
@@ -254,8 +255,8 @@ void GeneralPaneTest::choosing_the_drag_mode_shown_stores_it()
     PaneFixture f;
     f.load();
     emit f.dragMode()->activated(f.dragMode()->currentIndex());
-    QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(0));
-    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{SettingsKey::dragMode});
+    QCOMPARE(f.stored(Settings::dragMode.key), QVariant(0));
+    QCOMPARE(f.virtualPlatform.userDefaults.writes, QStringList{Settings::dragMode.key});
 }
 
 void GeneralPaneTest::a_drag_mode_without_a_title_shows_none_and_stays_stored()
@@ -263,10 +264,10 @@ void GeneralPaneTest::a_drag_mode_without_a_title_shows_none_and_stays_stored()
     PaneFixture f;
     // What is no number that an index could be counts as 0 for whoever reads it.
     for (const auto &[value, index] : {std::pair(5.0, -1), {-1.0, -1}, {1e300, 0}}) {
-        f.values.insert(SettingsKey::dragMode, value);
+        f.values.insert(Settings::dragMode.key, value);
         f.load();
         QCOMPARE(f.dragMode()->currentIndex(), index);
-        QCOMPARE(f.stored(SettingsKey::dragMode), QVariant(value));
+        QCOMPARE(f.stored(Settings::dragMode.key), QVariant(value));
     }
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
 }
@@ -274,14 +275,14 @@ void GeneralPaneTest::a_drag_mode_without_a_title_shows_none_and_stays_stored()
 void GeneralPaneTest::values_of_the_wrong_type_show_as_the_defaults()
 {
     PaneFixture f;
-    for (const QString &key : kCheckBoxKeys + QStringList{SettingsKey::dragMode})
+    for (const QString &key : kCheckBoxKeys + QStringList{Settings::dragMode.key})
         f.values.insert(key, QStringLiteral("yes"));
     f.load();
-    QCOMPARE(f.box(SettingsKey::launchAtLogin)->isChecked(), false);
-    QCOMPARE(f.box(SettingsKey::showMenuBarIcon)->isChecked(), true);
-    QCOMPARE(f.box(SettingsKey::showDockIcon)->isChecked(), false);
-    QCOMPARE(f.box(SettingsKey::removeItemsWhenDraggedOut)->isChecked(), true);
-    QCOMPARE(f.box(SettingsKey::autoAddScreenshots)->isChecked(), true);
+    QCOMPARE(f.box(Settings::launchAtLogin.key)->isChecked(), false);
+    QCOMPARE(f.box(Settings::showMenuBarIcon.key)->isChecked(), true);
+    QCOMPARE(f.box(Settings::showDockIcon.key)->isChecked(), false);
+    QCOMPARE(f.box(Settings::removeItemsWhenDraggedOut.key)->isChecked(), true);
+    QCOMPARE(f.box(Settings::autoAddScreenshots.key)->isChecked(), true);
     QCOMPARE(f.dragMode()->currentIndex(), 0);
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
 }
@@ -299,8 +300,8 @@ void GeneralPaneTest::a_store_that_cannot_be_written_keeps_its_values()
     QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{QStringLiteral("disable")});
 
     f.load();
-    QCOMPARE(f.box(SettingsKey::launchAtLogin)->isChecked(), false);
-    QCOMPARE(f.box(SettingsKey::showMenuBarIcon)->isChecked(), true);
+    QCOMPARE(f.box(Settings::launchAtLogin.key)->isChecked(), false);
+    QCOMPARE(f.box(Settings::showMenuBarIcon.key)->isChecked(), true);
     QCOMPARE(f.dragMode()->currentIndex(), 0);
 }
 
@@ -310,16 +311,17 @@ void GeneralPaneTest::the_pane_works_by_keyboard_from_top_to_bottom()
     f.load();
     f.window->activateWindow();
     QList<QWidget *> visited;
-    f.box(SettingsKey::launchAtLogin)->setFocus();
+    f.box(Settings::launchAtLogin.key)->setFocus();
     for (int i = 0; i < 6; ++i) {
         visited.append(f.window->focusWidget());
         QTest::keyClick(f.window->focusWidget(), Qt::Key_Tab);
     }
-    QCOMPARE(visited, QList<QWidget *>({f.box(SettingsKey::launchAtLogin), f.box(SettingsKey::showMenuBarIcon),
-                                        f.box(SettingsKey::showDockIcon), f.box(SettingsKey::removeItemsWhenDraggedOut),
-                                        f.dragMode(), f.box(SettingsKey::autoAddScreenshots)}));
+    QCOMPARE(visited,
+             QList<QWidget *>({f.box(Settings::launchAtLogin.key), f.box(Settings::showMenuBarIcon.key),
+                               f.box(Settings::showDockIcon.key), f.box(Settings::removeItemsWhenDraggedOut.key),
+                               f.dragMode(), f.box(Settings::autoAddScreenshots.key)}));
     QTest::keyClick(visited.at(2), Qt::Key_Space);
-    QCOMPARE(f.stored(SettingsKey::showDockIcon), QVariant(true));
+    QCOMPARE(f.stored(Settings::showDockIcon.key), QVariant(true));
 }
 
 void GeneralPaneTest::every_control_has_its_label_as_accessible_name()

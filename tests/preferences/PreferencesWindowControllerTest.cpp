@@ -501,26 +501,26 @@ void PreferencesWindowControllerTest::a_pane_reads_the_settings_when_it_is_shown
         return f.controller.pane()->findChild<QCheckBox *>(key)->isChecked();
     };
     f.controller.showPane(PrefPane::general);
-    QVERIFY(isOn(SettingsKey::showMenuBarIcon));
-    f.values.insert(SettingsKey::showMenuBarIcon, false);
-    QVERIFY(isOn(SettingsKey::showMenuBarIcon));
+    QVERIFY(isOn(Settings::showMenuBarIcon.key));
+    f.values.insert(Settings::showMenuBarIcon.key, false);
+    QVERIFY(isOn(Settings::showMenuBarIcon.key));
     f.controller.showPane(PrefPane::general);
-    QVERIFY(!isOn(SettingsKey::showMenuBarIcon));
+    QVERIFY(!isOn(Settings::showMenuBarIcon.key));
 }
 
 void PreferencesWindowControllerTest::the_appearance_pane_reads_the_settings_at_every_visit()
 {
     WindowFixture f;
     const auto size = [&f] {
-        return f.controller.pane()->findChild<DoubleSlider *>(SettingsKey::shelfItemSize)->doubleValue();
+        return f.controller.pane()->findChild<DoubleSlider *>(Settings::shelfItemSize.key)->doubleValue();
     };
     f.controller.showPane(PrefPane::appearance);
     QCOMPARE(size(), 72.0);
-    f.values.insert(SettingsKey::shelfItemSize, 90.0);
+    f.values.insert(Settings::shelfItemSize.key, 90.0);
     f.controller.showPane(PrefPane::appearance);
     QCOMPARE(size(), 90.0);
     f.controller.showPane(PrefPane::about);
-    f.values.insert(SettingsKey::shelfItemSize, 100.0);
+    f.values.insert(Settings::shelfItemSize.key, 100.0);
     f.controller.showPane(PrefPane::appearance);
     QCOMPARE(size(), 100.0);
 }

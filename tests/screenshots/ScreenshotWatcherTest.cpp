@@ -563,11 +563,11 @@ void ScreenshotWatcherTest::with_the_setting_off_a_change_is_not_even_looked_at(
 {
     Fixture f;
     f.watcher->start();
-    f.settings.setAutoAddScreenshots(false);
+    f.settings.set(Settings::autoAddScreenshots, false);
     f.create(kShot);
     f.change();
     QVERIFY(f.reported.isEmpty());
-    f.settings.setAutoAddScreenshots(true);
+    f.settings.set(Settings::autoAddScreenshots, true);
     f.change();
     QCOMPARE(f.reported, QStringList{kShot});
 }
@@ -575,10 +575,10 @@ void ScreenshotWatcherTest::with_the_setting_off_a_change_is_not_even_looked_at(
 void ScreenshotWatcherTest::a_start_does_not_look_at_the_setting()
 {
     Fixture f;
-    f.settings.setAutoAddScreenshots(false);
+    f.settings.set(Settings::autoAddScreenshots, false);
     f.watcher->start();
     QCOMPARE(f.streams.streams.size(), 1);
-    f.settings.setAutoAddScreenshots(true);
+    f.settings.set(Settings::autoAddScreenshots, true);
     f.create(kShot);
     f.change();
     QCOMPARE(f.reported, QStringList{kShot});
@@ -599,7 +599,7 @@ void ScreenshotWatcherTest::what_was_seen_is_reported_whatever_happens_meanwhile
     f.create(kShot);
     f.streams.send();
     if (event == QStringLiteral("setting off"))
-        f.settings.setAutoAddScreenshots(false);
+        f.settings.set(Settings::autoAddScreenshots, false);
     else if (event == QStringLiteral("stop"))
         f.watcher->stop();
     else

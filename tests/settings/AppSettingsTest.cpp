@@ -38,31 +38,31 @@ struct Fixture {
 
 void AppSettingsTest::every_key_has_its_name()
 {
-    using namespace SettingsKey;
+    using namespace Settings;
     const std::pair<QString, const char *> names[] = {
-        {autoShowDropWindow, "autoShowDropWindow"},
-        {autoShowTrigger, "autoShowTrigger"},
-        {excludeMode, "excludeMode"},
-        {excludedBundleIDs, "excludedBundleIDs"},
-        {doubleClickAction, "doubleClickAction"},
-        {removeItemsWhenDraggedOut, "removeItemsWhenDraggedOut"},
-        {autoAddScreenshots, "autoAddScreenshots"},
-        {dragMode, "dragMode"},
-        {showMenuBarIcon, "showMenuBarIcon"},
-        {showDockIcon, "showDockIcon"},
-        {launchAtLogin, "launchAtLogin"},
-        {tintColorData, "tintColorData"},
-        {tintIntensity, "tintIntensity"},
-        {shelfItemSize, "shelfItemSize"},
-        {windowEdge, "windowEdge"},
-        {windowAlignment, "windowAlignment"},
-        {fileNameDisplay, "fileNameDisplay"},
-        {hideFileExtensions, "hideFileExtensions"},
-        {disableAnimations, "disableAnimations"},
-        {autoHideTimeout, "autoHideTimeout"},
-        {skipClearAllConfirmation, "skipClearAllConfirmation"},
-        {hasShownUpdatePrompt, "hasShownUpdatePrompt"},
-        {autoCheckUpdates, "autoCheckUpdates"},
+        {autoShowDropWindow.key, "autoShowDropWindow"},
+        {autoShowTrigger.key, "autoShowTrigger"},
+        {excludeMode.key, "excludeMode"},
+        {excludedBundleIDs.key, "excludedBundleIDs"},
+        {doubleClickAction.key, "doubleClickAction"},
+        {removeItemsWhenDraggedOut.key, "removeItemsWhenDraggedOut"},
+        {autoAddScreenshots.key, "autoAddScreenshots"},
+        {dragMode.key, "dragMode"},
+        {showMenuBarIcon.key, "showMenuBarIcon"},
+        {showDockIcon.key, "showDockIcon"},
+        {launchAtLogin.key, "launchAtLogin"},
+        {tintColorData.key, "tintColorData"},
+        {tintIntensity.key, "tintIntensity"},
+        {shelfItemSize.key, "shelfItemSize"},
+        {windowEdge.key, "windowEdge"},
+        {windowAlignment.key, "windowAlignment"},
+        {fileNameDisplay.key, "fileNameDisplay"},
+        {hideFileExtensions.key, "hideFileExtensions"},
+        {disableAnimations.key, "disableAnimations"},
+        {autoHideTimeout.key, "autoHideTimeout"},
+        {skipClearAllConfirmation.key, "skipClearAllConfirmation"},
+        {hasShownUpdatePrompt.key, "hasShownUpdatePrompt"},
+        {autoCheckUpdates.key, "autoCheckUpdates"},
     };
     QCOMPARE(std::size(names), size_t(23));
     for (const auto &[key, name] : names)
@@ -80,19 +80,19 @@ void AppSettingsTest::every_notification_has_its_name()
 void AppSettingsTest::a_fresh_store_reads_as_the_defaults()
 {
     Fixture f;
-    QCOMPARE(f.settings.autoShowDropWindow(), true);
-    QCOMPARE(f.settings.autoAddScreenshots(), true);
-    QCOMPARE(f.settings.removeItemsWhenDraggedOut(), true);
-    QCOMPARE(f.settings.doubleClickAction(), 1);
-    QCOMPARE(f.settings.showMenuBarIcon(), true);
-    QCOMPARE(f.settings.showDockIcon(), false);
-    QCOMPARE(f.settings.launchAtLogin(), false);
+    QCOMPARE(f.settings.get(Settings::autoShowDropWindow), true);
+    QCOMPARE(f.settings.get(Settings::autoAddScreenshots), true);
+    QCOMPARE(f.settings.get(Settings::removeItemsWhenDraggedOut), true);
+    QCOMPARE(f.settings.get(Settings::doubleClickAction), DoubleClickAction::SelectAll);
+    QCOMPARE(f.settings.get(Settings::showMenuBarIcon), true);
+    QCOMPARE(f.settings.get(Settings::showDockIcon), false);
+    QCOMPARE(f.settings.get(Settings::launchAtLogin), false);
     QCOMPARE(f.settings.tintColor(), f.virtualPlatform.appearance.accent);
-    QCOMPARE(f.settings.tintIntensity(), 0.4);
-    QCOMPARE(f.settings.shelfItemSize(), 72.0);
-    QCOMPARE(f.settings.windowEdge(), 1);
-    QCOMPARE(f.settings.windowAlignment(), 1);
-    QCOMPARE(f.settings.autoHideTimeout(), 0.0);
+    QCOMPARE(f.settings.get(Settings::tintIntensity), 0.4);
+    QCOMPARE(f.settings.get(Settings::shelfItemSize), 72.0);
+    QCOMPARE(f.settings.get(Settings::windowEdge), WindowEdge::Right);
+    QCOMPARE(f.settings.get(Settings::windowAlignment), WindowAlignment::Center);
+    QCOMPARE(f.settings.get(Settings::autoHideTimeout), 0.0);
     QVERIFY(f.values.isEmpty());
 }
 
@@ -102,21 +102,21 @@ void AppSettingsTest::a_value_of_the_wrong_type_reads_as_the_default()
     const QVariant wrong[] = {QStringLiteral("100"), QVariantList{1}, QByteArray("1")};
     for (const QVariant &value : wrong) {
         for (const QString &key :
-             {SettingsKey::autoShowDropWindow, SettingsKey::autoAddScreenshots, SettingsKey::removeItemsWhenDraggedOut,
-              SettingsKey::doubleClickAction, SettingsKey::showMenuBarIcon, SettingsKey::tintIntensity,
-              SettingsKey::shelfItemSize, SettingsKey::windowEdge, SettingsKey::windowAlignment,
-              SettingsKey::autoHideTimeout, SettingsKey::tintColorData})
+             {Settings::autoShowDropWindow.key, Settings::autoAddScreenshots.key,
+              Settings::removeItemsWhenDraggedOut.key, Settings::doubleClickAction.key, Settings::showMenuBarIcon.key,
+              Settings::tintIntensity.key, Settings::shelfItemSize.key, Settings::windowEdge.key,
+              Settings::windowAlignment.key, Settings::autoHideTimeout.key, Settings::tintColorData.key})
             f.values.insert(key, value);
-        QCOMPARE(f.settings.autoShowDropWindow(), true);
-        QCOMPARE(f.settings.autoAddScreenshots(), true);
-        QCOMPARE(f.settings.removeItemsWhenDraggedOut(), true);
-        QCOMPARE(f.settings.doubleClickAction(), 1);
-        QCOMPARE(f.settings.showMenuBarIcon(), true);
-        QCOMPARE(f.settings.tintIntensity(), 0.4);
-        QCOMPARE(f.settings.shelfItemSize(), 72.0);
-        QCOMPARE(f.settings.windowEdge(), 1);
-        QCOMPARE(f.settings.windowAlignment(), 1);
-        QCOMPARE(f.settings.autoHideTimeout(), 0.0);
+        QCOMPARE(f.settings.get(Settings::autoShowDropWindow), true);
+        QCOMPARE(f.settings.get(Settings::autoAddScreenshots), true);
+        QCOMPARE(f.settings.get(Settings::removeItemsWhenDraggedOut), true);
+        QCOMPARE(f.settings.get(Settings::doubleClickAction), DoubleClickAction::SelectAll);
+        QCOMPARE(f.settings.get(Settings::showMenuBarIcon), true);
+        QCOMPARE(f.settings.get(Settings::tintIntensity), 0.4);
+        QCOMPARE(f.settings.get(Settings::shelfItemSize), 72.0);
+        QCOMPARE(f.settings.get(Settings::windowEdge), WindowEdge::Right);
+        QCOMPARE(f.settings.get(Settings::windowAlignment), WindowAlignment::Center);
+        QCOMPARE(f.settings.get(Settings::autoHideTimeout), 0.0);
         QCOMPARE(f.settings.tintColor(), f.virtualPlatform.appearance.accent);
     }
 }
@@ -124,15 +124,15 @@ void AppSettingsTest::a_value_of_the_wrong_type_reads_as_the_default()
 void AppSettingsTest::a_number_reads_as_its_truth_value()
 {
     Fixture f;
-    f.values.insert(SettingsKey::showMenuBarIcon, 0.0);
-    QCOMPARE(f.settings.showMenuBarIcon(), false);
-    f.values.insert(SettingsKey::showMenuBarIcon, 2.0);
-    QCOMPARE(f.settings.showMenuBarIcon(), true);
-    f.values.insert(SettingsKey::windowEdge, true);
-    QCOMPARE(f.settings.windowEdge(), 1);
+    f.values.insert(Settings::showMenuBarIcon.key, 0.0);
+    QCOMPARE(f.settings.get(Settings::showMenuBarIcon), false);
+    f.values.insert(Settings::showMenuBarIcon.key, 2.0);
+    QCOMPARE(f.settings.get(Settings::showMenuBarIcon), true);
+    f.values.insert(Settings::windowEdge.key, true);
+    QCOMPARE(f.settings.get(Settings::windowEdge), WindowEdge::Right);
     // A number no int can hold is no number of an edge.
-    f.values.insert(SettingsKey::windowEdge, 1e300);
-    QCOMPARE(f.settings.windowEdge(), 1);
+    f.values.insert(Settings::windowEdge.key, 1e300);
+    QCOMPARE(f.settings.get(Settings::windowEdge), WindowEdge::Right);
 }
 
 void AppSettingsTest::a_number_of_any_type_is_a_number()
@@ -140,41 +140,41 @@ void AppSettingsTest::a_number_of_any_type_is_a_number()
     Fixture f;
     const QVariant numbers[] = {50, 50U, qint64(50), quint64(50), 50.0F, 50.0};
     for (const QVariant &number : numbers) {
-        f.values.insert(SettingsKey::shelfItemSize, number);
-        QCOMPARE(f.settings.shelfItemSize(), 50.0);
+        f.values.insert(Settings::shelfItemSize.key, number);
+        QCOMPARE(f.settings.get(Settings::shelfItemSize), 50.0);
         // Through the property and directly, the store means the same by a number.
-        QCOMPARE(f.settings.defaults.number(SettingsKey::shelfItemSize), 50.0);
+        QCOMPARE(f.settings.defaults.number(Settings::shelfItemSize.key), 50.0);
     }
 }
 
 void AppSettingsTest::the_dock_icon_and_login_item_read_as_false_unless_they_are_true()
 {
     Fixture f;
-    f.values.insert(SettingsKey::showDockIcon, QStringLiteral("yes"));
-    f.values.insert(SettingsKey::launchAtLogin, QVariantList{true});
-    QCOMPARE(f.settings.showDockIcon(), false);
-    QCOMPARE(f.settings.launchAtLogin(), false);
-    f.values.insert(SettingsKey::showDockIcon, true);
-    f.values.insert(SettingsKey::launchAtLogin, 1.0);
-    QCOMPARE(f.settings.showDockIcon(), true);
-    QCOMPARE(f.settings.launchAtLogin(), true);
+    f.values.insert(Settings::showDockIcon.key, QStringLiteral("yes"));
+    f.values.insert(Settings::launchAtLogin.key, QVariantList{true});
+    QCOMPARE(f.settings.get(Settings::showDockIcon), false);
+    QCOMPARE(f.settings.get(Settings::launchAtLogin), false);
+    f.values.insert(Settings::showDockIcon.key, true);
+    f.values.insert(Settings::launchAtLogin.key, 1.0);
+    QCOMPARE(f.settings.get(Settings::showDockIcon), true);
+    QCOMPARE(f.settings.get(Settings::launchAtLogin), true);
 }
 
 void AppSettingsTest::a_written_property_is_stored_under_its_own_key()
 {
     Fixture f;
-    f.settings.setAutoShowDropWindow(false);
-    f.settings.setAutoAddScreenshots(false);
-    f.settings.setRemoveItemsWhenDraggedOut(false);
-    f.settings.setDoubleClickAction(0);
-    f.settings.setShowMenuBarIcon(false);
-    f.settings.setShowDockIcon(true);
-    f.settings.setLaunchAtLogin(true);
-    f.settings.setTintIntensity(0.7);
-    f.settings.setShelfItemSize(100.0);
-    f.settings.setWindowEdge(3);
-    f.settings.setWindowAlignment(2);
-    f.settings.setAutoHideTimeout(3.0);
+    f.settings.set(Settings::autoShowDropWindow, false);
+    f.settings.set(Settings::autoAddScreenshots, false);
+    f.settings.set(Settings::removeItemsWhenDraggedOut, false);
+    f.settings.set(Settings::doubleClickAction, DoubleClickAction::OpenFile);
+    f.settings.set(Settings::showMenuBarIcon, false);
+    f.settings.set(Settings::showDockIcon, true);
+    f.settings.set(Settings::launchAtLogin, true);
+    f.settings.set(Settings::tintIntensity, 0.7);
+    f.settings.set(Settings::shelfItemSize, 100.0);
+    f.settings.set(Settings::windowEdge, WindowEdge::Bottom);
+    f.settings.set(Settings::windowAlignment, WindowAlignment::End);
+    f.settings.set(Settings::autoHideTimeout, 3.0);
 
     const QMap<QString, QVariant> expected = {{QStringLiteral("autoShowDropWindow"), false},
                                               {QStringLiteral("autoAddScreenshots"), false},
@@ -193,39 +193,45 @@ void AppSettingsTest::a_written_property_is_stored_under_its_own_key()
     for (auto value = expected.begin(); value != expected.end(); ++value)
         QVERIFY2(f.values.value(value.key()).typeId() == value->typeId(), qPrintable(value.key()));
 
-    QCOMPARE(f.settings.autoShowDropWindow(), false);
-    QCOMPARE(f.settings.autoAddScreenshots(), false);
-    QCOMPARE(f.settings.removeItemsWhenDraggedOut(), false);
-    QCOMPARE(f.settings.doubleClickAction(), 0);
-    QCOMPARE(f.settings.showMenuBarIcon(), false);
-    QCOMPARE(f.settings.showDockIcon(), true);
-    QCOMPARE(f.settings.launchAtLogin(), true);
-    QCOMPARE(f.settings.tintIntensity(), 0.7);
-    QCOMPARE(f.settings.shelfItemSize(), 100.0);
-    QCOMPARE(f.settings.windowEdge(), 3);
-    QCOMPARE(f.settings.windowAlignment(), 2);
-    QCOMPARE(f.settings.autoHideTimeout(), 3.0);
+    QCOMPARE(f.settings.get(Settings::autoShowDropWindow), false);
+    QCOMPARE(f.settings.get(Settings::autoAddScreenshots), false);
+    QCOMPARE(f.settings.get(Settings::removeItemsWhenDraggedOut), false);
+    QCOMPARE(f.settings.get(Settings::doubleClickAction), DoubleClickAction::OpenFile);
+    QCOMPARE(f.settings.get(Settings::showMenuBarIcon), false);
+    QCOMPARE(f.settings.get(Settings::showDockIcon), true);
+    QCOMPARE(f.settings.get(Settings::launchAtLogin), true);
+    QCOMPARE(f.settings.get(Settings::tintIntensity), 0.7);
+    QCOMPARE(f.settings.get(Settings::shelfItemSize), 100.0);
+    QCOMPARE(f.settings.get(Settings::windowEdge), WindowEdge::Bottom);
+    QCOMPARE(f.settings.get(Settings::windowAlignment), WindowAlignment::End);
+    QCOMPARE(f.settings.get(Settings::autoHideTimeout), 3.0);
 }
 
 void AppSettingsTest::keys_without_a_property_read_as_the_stores_zero()
 {
     Fixture f;
-    for (const QString &key : {SettingsKey::autoShowTrigger, SettingsKey::excludeMode, SettingsKey::dragMode,
-                               SettingsKey::fileNameDisplay}) {
-        QCOMPARE(f.settings.defaults.integer(key), 0);
-        f.values.insert(key, QStringLiteral("2"));
-        QCOMPARE(f.settings.defaults.integer(key), 0);
-        f.values.insert(key, 2.0);
-        QCOMPARE(f.settings.defaults.integer(key), 2);
-    }
-    for (const QString &key :
-         {SettingsKey::hideFileExtensions, SettingsKey::disableAnimations, SettingsKey::skipClearAllConfirmation,
-          SettingsKey::hasShownUpdatePrompt, SettingsKey::autoCheckUpdates}) {
-        QCOMPARE(f.settings.defaults.boolean(key), false);
-        f.values.insert(key, QStringLiteral("true"));
-        QCOMPARE(f.settings.defaults.boolean(key), false);
-        f.values.insert(key, true);
-        QCOMPARE(f.settings.defaults.boolean(key), true);
+    const auto readsAsStored = [&f]<typename Choice>(const Setting<Choice> &choice) {
+        QCOMPARE(f.settings.get(choice), Choice(0));
+        f.values.insert(choice.key, QStringLiteral("2"));
+        QCOMPARE(f.settings.get(choice), Choice(0));
+        // A number that no choice has is told as it is, even one that no int holds.
+        for (const double number : {2.0, 5.0, -1.0, 4294967296.0}) {
+            f.values.insert(choice.key, number);
+            QCOMPARE(f.settings.get(choice), Choice(qint64(number)));
+        }
+    };
+    readsAsStored(Settings::autoShowTrigger);
+    readsAsStored(Settings::excludeMode);
+    readsAsStored(Settings::dragMode);
+    readsAsStored(Settings::fileNameDisplay);
+    for (const Setting<bool> &setting :
+         {Settings::hideFileExtensions, Settings::disableAnimations, Settings::skipClearAllConfirmation,
+          Settings::hasShownUpdatePrompt, Settings::autoCheckUpdates}) {
+        QCOMPARE(f.settings.get(setting), false);
+        f.values.insert(setting.key, QStringLiteral("true"));
+        QCOMPARE(f.settings.get(setting), false);
+        f.values.insert(setting.key, true);
+        QCOMPARE(f.settings.get(setting), true);
     }
 }
 
@@ -235,14 +241,14 @@ void AppSettingsTest::a_tint_colour_survives_the_store()
     const QColor color(10, 200, 30, 128);
     f.settings.setTintColor(color);
     QVERIFY(f.values.contains(QStringLiteral("tintColorData")));
-    QCOMPARE(f.values.value(SettingsKey::tintColorData).typeId(), int(QMetaType::QByteArray));
+    QCOMPARE(f.values.value(Settings::tintColorData.key).typeId(), int(QMetaType::QByteArray));
     QCOMPARE(f.settings.tintColor(), color);
 }
 
 void AppSettingsTest::data_that_is_no_colour_reads_as_the_accent_colour()
 {
     Fixture f;
-    f.values.insert(SettingsKey::tintColorData, QByteArray("not a colour"));
+    f.values.insert(Settings::tintColorData.key, QByteArray("not a colour"));
     QCOMPARE(f.settings.tintColor(), f.virtualPlatform.appearance.accent);
     // The accent colour is asked for afresh: the user may have changed it.
     f.virtualPlatform.appearance.accent = Qt::red;
@@ -254,20 +260,20 @@ void AppSettingsTest::a_colour_that_cannot_be_archived_removes_the_stored_one()
     Fixture f;
     f.settings.setTintColor(Qt::green);
     f.settings.setTintColor(QColor());
-    QVERIFY(!f.values.contains(SettingsKey::tintColorData));
+    QVERIFY(!f.values.contains(Settings::tintColorData.key));
     QCOMPARE(f.settings.tintColor(), f.virtualPlatform.appearance.accent);
 }
 
 void AppSettingsTest::excluded_applications_that_are_no_string_array_count_as_none()
 {
     Fixture f;
-    const auto read = [&f] { return f.settings.defaults.stringArray(SettingsKey::excludedBundleIDs); };
+    const auto read = [&f] { return f.settings.get(Settings::excludedBundleIDs); };
     QCOMPARE(read(), QStringList());
-    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a"), QStringLiteral("b")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), QStringLiteral("b")});
     QCOMPARE(read(), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
-    f.values.insert(SettingsKey::excludedBundleIDs, QVariantList{QStringLiteral("a"), 1.0});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), 1.0});
     QCOMPARE(read(), QStringList());
-    f.values.insert(SettingsKey::excludedBundleIDs, QStringLiteral("a"));
+    f.values.insert(Settings::excludedBundleIDs.key, QStringLiteral("a"));
     QCOMPARE(read(), QStringList());
 }
 
@@ -283,7 +289,7 @@ void AppSettingsTest::writing_a_setting_posts_nothing_and_notifications_reach_th
         seen.append(userInfo.value(QStringLiteral("active")).toBool() ? QStringLiteral("active")
                                                                       : QStringLiteral("inactive"));
     });
-    f.settings.setWindowEdge(2);
+    f.settings.set(Settings::windowEdge, WindowEdge::Top);
     QVERIFY(seen.isEmpty());
     center.post(QStringLiteral("com.orvane.Parklet.settingsChanged"));
     center.post(QStringLiteral("com.orvane.Parklet.appearancePaneActive"), {{QStringLiteral("active"), true}});

@@ -34,49 +34,63 @@ const QRectF kOffset(100, 40, 1000, 700);
 void ShelfGeometryTest::the_shelf_stands_where_edge_alignment_and_items_say_data()
 {
     QTest::addColumn<QRectF>("visible");
-    QTest::addColumn<int>("edge");
-    QTest::addColumn<int>("alignment");
+    QTest::addColumn<WindowEdge>("edge");
+    QTest::addColumn<WindowAlignment>("alignment");
     QTest::addColumn<double>("itemSize");
     QTest::addColumn<double>("reserve");
     QTest::addColumn<int>("items");
     QTest::addColumn<QRectF>("expected");
 
-    QTest::newRow("empty, right, centre") << kScreen << 1 << 1 << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
+    QTest::newRow("empty, right, centre")
+        << kScreen << WindowEdge::Right << WindowAlignment::Center << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
     QTest::newRow("one item is as high as none")
-        << kScreen << 1 << 1 << 72.0 << 30.0 << 1 << QRectF(1160, 318, 116, 164);
-    QTest::newRow("three items") << kScreen << 1 << 1 << 72.0 << 30.0 << 3 << QRectF(1160, 210, 116, 380);
+        << kScreen << WindowEdge::Right << WindowAlignment::Center << 72.0 << 30.0 << 1 << QRectF(1160, 318, 116, 164);
+    QTest::newRow("three items") << kScreen << WindowEdge::Right << WindowAlignment::Center << 72.0 << 30.0 << 3
+                                 << QRectF(1160, 210, 116, 380);
     QTest::newRow("ten items on a high screen")
-        << QRectF(0, 0, 1280, 2000) << 1 << 1 << 72.0 << 30.0 << 10 << QRectF(1160, 432, 116, 1136);
+        << QRectF(0, 0, 1280, 2000) << WindowEdge::Right << WindowAlignment::Center << 72.0 << 30.0 << 10
+        << QRectF(1160, 432, 116, 1136);
     QTest::newRow("an eleventh item scrolls")
-        << QRectF(0, 0, 1280, 2000) << 1 << 1 << 72.0 << 30.0 << 11 << QRectF(1160, 432, 116, 1136);
-    QTest::newRow("left, start") << kOffset << 0 << 0 << 72.0 << 30.0 << 0 << QRectF(104, 740 - 164 - 20, 116, 164);
-    QTest::newRow("left, centre") << kOffset << 0 << 1 << 72.0 << 30.0 << 0 << QRectF(104, 390 - 82, 116, 164);
-    QTest::newRow("left, end") << kOffset << 0 << 2 << 72.0 << 30.0 << 0 << QRectF(104, 60, 116, 164);
-    QTest::newRow("right, start") << kOffset << 1 << 0 << 72.0 << 30.0 << 0 << QRectF(980, 556, 116, 164);
-    QTest::newRow("right, end") << kOffset << 1 << 2 << 72.0 << 30.0 << 0 << QRectF(980, 60, 116, 164);
+        << QRectF(0, 0, 1280, 2000) << WindowEdge::Right << WindowAlignment::Center << 72.0 << 30.0 << 11
+        << QRectF(1160, 432, 116, 1136);
+    QTest::newRow("left, start") << kOffset << WindowEdge::Left << WindowAlignment::Start << 72.0 << 30.0 << 0
+                                 << QRectF(104, 740 - 164 - 20, 116, 164);
+    QTest::newRow("left, centre") << kOffset << WindowEdge::Left << WindowAlignment::Center << 72.0 << 30.0 << 0
+                                  << QRectF(104, 390 - 82, 116, 164);
+    QTest::newRow("left, end") << kOffset << WindowEdge::Left << WindowAlignment::End << 72.0 << 30.0 << 0
+                               << QRectF(104, 60, 116, 164);
+    QTest::newRow("right, start") << kOffset << WindowEdge::Right << WindowAlignment::Start << 72.0 << 30.0 << 0
+                                  << QRectF(980, 556, 116, 164);
+    QTest::newRow("right, end") << kOffset << WindowEdge::Right << WindowAlignment::End << 72.0 << 30.0 << 0
+                                << QRectF(980, 60, 116, 164);
     // A row with one tile: 94 + 51 wide, 72 + 30 + 28 + 15 high.
-    QTest::newRow("top, start") << kOffset << 2 << 0 << 72.0 << 30.0 << 0 << QRectF(120, 740 - 145 - 4, 145, 145);
-    QTest::newRow("top, centre") << kOffset << 2 << 1 << 72.0 << 30.0 << 0 << QRectF(600 - 72.5, 591, 145, 145);
-    QTest::newRow("top, end") << kOffset << 2 << 2 << 72.0 << 30.0 << 0 << QRectF(1100 - 145 - 20, 591, 145, 145);
+    QTest::newRow("top, start") << kOffset << WindowEdge::Top << WindowAlignment::Start << 72.0 << 30.0 << 0
+                                << QRectF(120, 740 - 145 - 4, 145, 145);
+    QTest::newRow("top, centre") << kOffset << WindowEdge::Top << WindowAlignment::Center << 72.0 << 30.0 << 0
+                                 << QRectF(600 - 72.5, 591, 145, 145);
+    QTest::newRow("top, end") << kOffset << WindowEdge::Top << WindowAlignment::End << 72.0 << 30.0 << 0
+                              << QRectF(1100 - 145 - 20, 591, 145, 145);
     QTest::newRow("bottom, start, names hidden, two items")
-        << kOffset << 3 << 0 << 72.0 << 16.0 << 2 << QRectF(120, 44, 239, 131);
-    QTest::newRow("bottom, end") << kOffset << 3 << 2 << 72.0 << 30.0 << 0 << QRectF(935, 44, 145, 145);
-    QTest::newRow("larger tiles") << kScreen << 1 << 1 << 100.0 << 30.0 << 2 << QRectF(1132, 236, 144, 328);
+        << kOffset << WindowEdge::Bottom << WindowAlignment::Start << 72.0 << 16.0 << 2 << QRectF(120, 44, 239, 131);
+    QTest::newRow("bottom, end") << kOffset << WindowEdge::Bottom << WindowAlignment::End << 72.0 << 30.0 << 0
+                                 << QRectF(935, 44, 145, 145);
+    QTest::newRow("larger tiles") << kScreen << WindowEdge::Right << WindowAlignment::Center << 100.0 << 30.0 << 2
+                                  << QRectF(1132, 236, 144, 328);
     QTest::newRow("an unknown edge is the right one")
-        << kScreen << 9 << 1 << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
+        << kScreen << WindowEdge(9) << WindowAlignment::Center << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
     QTest::newRow("a negative edge is the right one")
-        << kScreen << -1 << 1 << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
+        << kScreen << WindowEdge(-1) << WindowAlignment::Center << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
     QTest::newRow("an unknown alignment is the centre")
-        << kScreen << 1 << 7 << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
+        << kScreen << WindowEdge::Right << WindowAlignment(7) << 72.0 << 30.0 << 0 << QRectF(1160, 318, 116, 164);
     QTest::newRow("an unknown alignment is the centre along x")
-        << kOffset << 3 << -3 << 72.0 << 30.0 << 0 << QRectF(527.5, 44, 145, 145);
+        << kOffset << WindowEdge::Bottom << WindowAlignment(-3) << 72.0 << 30.0 << 0 << QRectF(527.5, 44, 145, 145);
 }
 
 void ShelfGeometryTest::the_shelf_stands_where_edge_alignment_and_items_say()
 {
     QFETCH(QRectF, visible);
-    QFETCH(int, edge);
-    QFETCH(int, alignment);
+    QFETCH(WindowEdge, edge);
+    QFETCH(WindowAlignment, alignment);
     QFETCH(double, itemSize);
     QFETCH(double, reserve);
     QFETCH(int, items);
@@ -87,13 +101,18 @@ void ShelfGeometryTest::the_shelf_stands_where_edge_alignment_and_items_say()
 void ShelfGeometryTest::a_shelf_cut_to_the_screen_keeps_the_place_of_the_uncut_one()
 {
     // Ten tiles are 1136 high; the screen leaves 792.
-    QCOMPARE(shelfFrame(kScreen, 1, 1, 72, 30, 10, kScroller), QRectF(1160, 400 - 568, 116, 792));
+    QCOMPARE(shelfFrame(kScreen, WindowEdge::Right, WindowAlignment::Center, 72, 30, 10, kScroller),
+             QRectF(1160, 400 - 568, 116, 792));
     // With start alignment it reaches below the visible frame.
-    QCOMPARE(shelfFrame(kScreen, 1, 0, 72, 30, 10, kScroller), QRectF(1160, 800 - 1136 - 20, 116, 792));
-    QCOMPARE(shelfFrame(kScreen, 1, 2, 72, 30, 10, kScroller), QRectF(1160, 20, 116, 792));
+    QCOMPARE(shelfFrame(kScreen, WindowEdge::Right, WindowAlignment::Start, 72, 30, 10, kScroller),
+             QRectF(1160, 800 - 1136 - 20, 116, 792));
+    QCOMPARE(shelfFrame(kScreen, WindowEdge::Right, WindowAlignment::End, 72, 30, 10, kScroller),
+             QRectF(1160, 20, 116, 792));
     // A row is cut in its width: 94 x 10 + 51 = 991 of 992 fit, and of 592 do not.
-    QCOMPARE(shelfFrame(QRectF(0, 0, 1000, 800), 3, 1, 72, 30, 10, kScroller), QRectF(4.5, 4, 991, 145));
-    QCOMPARE(shelfFrame(QRectF(0, 0, 600, 800), 3, 1, 72, 30, 10, kScroller), QRectF(300 - 495.5, 4, 592, 145));
+    QCOMPARE(shelfFrame(QRectF(0, 0, 1000, 800), WindowEdge::Bottom, WindowAlignment::Center, 72, 30, 10, kScroller),
+             QRectF(4.5, 4, 991, 145));
+    QCOMPARE(shelfFrame(QRectF(0, 0, 600, 800), WindowEdge::Bottom, WindowAlignment::Center, 72, 30, 10, kScroller),
+             QRectF(300 - 495.5, 4, 592, 145));
 }
 
 void ShelfGeometryTest::a_column_has_its_header_across_the_top()
@@ -120,31 +139,31 @@ void ShelfGeometryTest::a_row_has_its_header_as_a_column_at_the_left()
 
 void ShelfGeometryTest::a_tile_reserves_room_for_its_name_unless_names_are_hidden()
 {
-    QCOMPARE(tileSize(72, 0), QSizeF(88, 102));
-    QCOMPARE(tileSize(72, 1), QSizeF(88, 88));
-    QCOMPARE(tileSize(72, 2), QSizeF(88, 102));
-    QCOMPARE(tileSize(72, 9), QSizeF(88, 102));
-    QCOMPARE(tileSize(100, 0), QSizeF(116, 130));
+    QCOMPARE(tileSize(72, FileNameDisplay::UnderIcon), QSizeF(88, 102));
+    QCOMPARE(tileSize(72, FileNameDisplay::Hidden), QSizeF(88, 88));
+    QCOMPARE(tileSize(72, FileNameDisplay::OnHover), QSizeF(88, 102));
+    QCOMPARE(tileSize(72, FileNameDisplay(9)), QSizeF(88, 102));
+    QCOMPARE(tileSize(100, FileNameDisplay::UnderIcon), QSizeF(116, 130));
 }
 
 void ShelfGeometryTest::the_views_of_a_tile_stand_in_their_places()
 {
-    const TileLayout named = tileLayout(QSizeF(88, 102), 0);
+    const TileLayout named = tileLayout(QSizeF(88, 102), FileNameDisplay::UnderIcon);
     QCOMPARE(named.imageView, QRectF(4, 27, 80, 67));
     QCOMPARE(named.nameLabel, QRectF(2, -5, 84, 26));
     QCOMPARE(named.removeBtn, QRectF(68, 82, 18, 18));
 
     // With names on hover the room stays reserved: the image does not move.
-    QCOMPARE(tileLayout(QSizeF(88, 102), 2).imageView, named.imageView);
-    QCOMPARE(tileLayout(QSizeF(88, 102), 2).nameLabel, named.nameLabel);
+    QCOMPARE(tileLayout(QSizeF(88, 102), FileNameDisplay::OnHover).imageView, named.imageView);
+    QCOMPARE(tileLayout(QSizeF(88, 102), FileNameDisplay::OnHover).nameLabel, named.nameLabel);
 
-    const TileLayout hidden = tileLayout(QSizeF(88, 88), 1);
+    const TileLayout hidden = tileLayout(QSizeF(88, 88), FileNameDisplay::Hidden);
     QCOMPARE(hidden.imageView, QRectF(4, 8, 80, 72));
     QCOMPARE(hidden.nameLabel, QRectF(2, -5, 84, 0));
     QCOMPARE(hidden.removeBtn, QRectF(68, 68, 18, 18));
 
     // A tile too low for an image has one of no height, not of a negative one.
-    QCOMPARE(tileLayout(QSizeF(88, 30), 0).imageView.height(), 0.0);
+    QCOMPARE(tileLayout(QSizeF(88, 30), FileNameDisplay::UnderIcon).imageView.height(), 0.0);
 }
 
 void ShelfGeometryTest::a_thumbnail_fits_the_item_size_data()

@@ -198,7 +198,7 @@ void ShelfItemViewTest::a_new_tile_is_unselected_and_has_asked_for_its_thumbnail
 void ShelfItemViewTest::the_whole_tile_fades()
 {
     Fixture f;
-    f.set(SettingsKey::disableAnimations, true);
+    f.set(Settings::disableAnimations.key, true);
     ShelfItemView &tile = f.make();
     f.completeThumbnail(picture());
     f.enter();
@@ -272,7 +272,7 @@ void ShelfItemViewTest::the_thumbnail_is_requested_at_the_fitted_size_and_the_sc
     Fixture f;
     f.virtualPlatform.thumbnailGenerator.pixelSizes.insert(f.url, QSize(1920, 1080));
     f.virtualPlatform.screens.screens[0].scale = 1.5;
-    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
     ShelfItemView &tile = f.make();
     const auto &request = f.virtualPlatform.thumbnailGenerator.requests.constFirst();
     QCOMPARE(request.file, f.url);
@@ -330,7 +330,7 @@ void ShelfItemViewTest::of_several_requests_the_last_to_complete_is_shown()
 {
     Fixture f;
     ShelfItemView &tile = f.make();
-    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
     tile.loadThumbnail();
     auto &requests = f.virtualPlatform.thumbnailGenerator.requests;
     QCOMPARE(requests.size(), 2);
@@ -401,7 +401,7 @@ void ShelfItemViewTest::the_name_shows_by_the_setting()
     for (const auto &[value, visible] : cases) {
         Fixture f;
         if (value.isValid())
-            f.set(SettingsKey::fileNameDisplay, value);
+            f.set(Settings::fileNameDisplay.key, value);
         QCOMPARE(!f.make().nameLabel->isHidden(), visible);
     }
 }
@@ -410,18 +410,18 @@ void ShelfItemViewTest::a_hidden_name_keeps_its_text()
 {
     Fixture f(QStringLiteral("a.txt"));
     ShelfItemView &tile = f.make();
-    f.set(SettingsKey::fileNameDisplay, 1.0);
-    f.set(SettingsKey::hideFileExtensions, true);
+    f.set(Settings::fileNameDisplay.key, 1.0);
+    f.set(Settings::hideFileExtensions.key, true);
     tile.updateNameLabel();
     QVERIFY(tile.nameLabel->isHidden());
     QCOMPARE(tile.nameLabel->text(), QStringLiteral("a.txt"));
-    f.set(SettingsKey::fileNameDisplay, 2.0);
+    f.set(Settings::fileNameDisplay.key, 2.0);
     tile.updateNameLabel();
     QVERIFY(tile.nameLabel->isHidden());
     QCOMPARE(tile.nameLabel->text(), QStringLiteral("a"));
     // One that was hidden from the beginning has none.
     Fixture hidden;
-    hidden.set(SettingsKey::fileNameDisplay, 1.0);
+    hidden.set(Settings::fileNameDisplay.key, 1.0);
     QCOMPARE(hidden.make().nameLabel->text(), QString());
 }
 
@@ -445,7 +445,7 @@ void ShelfItemViewTest::the_extension_is_hidden_by_the_setting()
     QFETCH(QString, name);
     QFETCH(QString, shown);
     Fixture f(name);
-    f.set(SettingsKey::hideFileExtensions, true);
+    f.set(Settings::hideFileExtensions.key, true);
     QCOMPARE(f.make().nameLabel->text(), shown);
     QCOMPARE(ShelfItemView::displayName(file(name), false), name.section(QLatin1Char('/'), -1));
 }
@@ -513,7 +513,7 @@ void ShelfItemViewTest::the_views_are_placed_in_the_tile_and_the_name_hangs_out_
     tile.move(50, 60);
     QCOMPARE(tile.nameLabel->pos(), QPoint(52, 60 + 81));
 
-    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.set(Settings::fileNameDisplay.key, 1.0);
     tile.resize(88, 88);
     QCOMPARE(tile.imageView->geometry(), QRect(4, 8, 80, 72));
     QCOMPARE(tile.nameLabel->height(), 0);
@@ -564,7 +564,7 @@ void ShelfItemViewTest::the_hover_background_is_white_with_corners_of_8_points()
 void ShelfItemViewTest::on_hover_shows_the_name_while_the_pointer_is_there()
 {
     Fixture f;
-    f.set(SettingsKey::fileNameDisplay, 2.0);
+    f.set(Settings::fileNameDisplay.key, 2.0);
     const ShelfItemView &tile = f.make();
     f.enter();
     QVERIFY(!tile.nameLabel->isHidden());
@@ -575,7 +575,7 @@ void ShelfItemViewTest::on_hover_shows_the_name_while_the_pointer_is_there()
     const ShelfItemView &other = always.make();
     always.leave();
     QVERIFY(!other.nameLabel->isHidden());
-    always.set(SettingsKey::fileNameDisplay, 1.0);
+    always.set(Settings::fileNameDisplay.key, 1.0);
     other.nameLabel->hide();
     always.enter();
     QVERIFY(other.nameLabel->isHidden());
@@ -584,7 +584,7 @@ void ShelfItemViewTest::on_hover_shows_the_name_while_the_pointer_is_there()
 void ShelfItemViewTest::a_new_size_resets_the_hover_look_but_not_the_name()
 {
     Fixture f;
-    f.set(SettingsKey::fileNameDisplay, 2.0);
+    f.set(Settings::fileNameDisplay.key, 2.0);
     ShelfItemView &tile = f.make();
     f.enter();
     f.virtualPlatform.mainQueue.advance(0.15);
@@ -597,7 +597,7 @@ void ShelfItemViewTest::a_new_size_resets_the_hover_look_but_not_the_name()
 void ShelfItemViewTest::the_hover_fade_ignores_disabled_animations()
 {
     Fixture f;
-    f.set(SettingsKey::disableAnimations, true);
+    f.set(Settings::disableAnimations.key, true);
     const ShelfItemView &tile = f.make();
     f.enter();
     QCOMPARE(tile.removeBtn->alpha(), 0.0);
@@ -653,14 +653,14 @@ void ShelfItemViewTest::a_double_click_selects_all_unless_it_opens()
     for (const QVariant &action : {QVariant(), QVariant(1.0), QVariant(5.0)}) {
         Fixture f;
         if (action.isValid())
-            f.set(SettingsKey::doubleClickAction, action);
+            f.set(Settings::doubleClickAction.key, action);
         f.make();
         QTest::mouseDClick(f.tile.get(), Qt::LeftButton, {}, QPoint(40, 40));
         QCOMPARE(f.calls.last(), QStringLiteral("selectAll"));
         QVERIFY(f.virtualPlatform.workspace.opened.isEmpty());
     }
     Fixture opens;
-    opens.set(SettingsKey::doubleClickAction, 0.0);
+    opens.set(Settings::doubleClickAction.key, 0.0);
     opens.virtualPlatform.workspace.openSucceeds = false;
     opens.make();
     opens.press();
@@ -761,7 +761,7 @@ void ShelfItemViewTest::the_drag_mode_decides_the_only_operation()
     QFETCH(int, operation);
     Fixture f;
     if (mode.isValid())
-        f.set(SettingsKey::dragMode, mode);
+        f.set(Settings::dragMode.key, mode);
     f.make();
     f.completeThumbnail(picture());
     f.drag();
@@ -783,7 +783,7 @@ void ShelfItemViewTest::a_drag_carries_the_file_with_its_picture()
     QCOMPARE(session.items.first().frame, QRectF(0, 30, 72, 72));
     QVERIFY(!session.items.first().contents.isNull());
     // At the size that items have as the drag begins, not as the tile was made.
-    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
     f.drag();
     QCOMPARE(f.virtualPlatform.dragSessions.sessions.last().items.first().frame, QRectF(0, 2, 100, 100));
     // Without a thumbnail the icon goes along, at the item's size.
@@ -872,7 +872,7 @@ void ShelfItemViewTest::the_end_of_a_drag_is_reported_when_it_did_something()
     for (const bool multiple : {false, true}) {
         Fixture f;
         if (removes.isValid())
-            f.set(SettingsKey::removeItemsWhenDraggedOut, removes);
+            f.set(Settings::removeItemsWhenDraggedOut.key, removes);
         ShelfItemView &tile = f.make();
         f.completeThumbnail(picture());
         if (multiple) {

@@ -168,8 +168,8 @@ void ShelfPanelFadesTest::without_animation_it_shows_and_hides_at_once()
 void ShelfPanelFadesTest::disabled_animations_show_and_hide_at_once_and_arm_no_timer()
 {
     PanelFixture f;
-    f.set(SettingsKey::disableAnimations, true);
-    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.set(Settings::disableAnimations.key, true);
+    f.set(Settings::autoHideTimeout.key, 3.0);
     f.panel->show(true);
     QVERIFY(f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
@@ -181,7 +181,7 @@ void ShelfPanelFadesTest::disabled_animations_show_and_hide_at_once_and_arm_no_t
 void ShelfPanelFadesTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_back()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.set(Settings::autoHideTimeout.key, 1.0);
     f.panel->show(true);
     f.advance(1.1);
     QVERIFY(f.panel->isHiding());
@@ -200,7 +200,7 @@ void ShelfPanelFadesTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_
 void ShelfPanelFadesTest::hiding_takes_an_empty_shelf_that_fades_out_whatever_arrives()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.set(Settings::autoHideTimeout.key, 1.0);
     f.panel->show(true);
     f.advance(1.1);
     QVERIFY(f.panel->isHiding());
@@ -217,7 +217,7 @@ void ShelfPanelFadesTest::a_shelf_that_the_user_hides_goes_though_its_time_is_up
     PanelFixture f;
     f.panel->show(false);
     f.panel->hide(true);
-    f.set(SettingsKey::autoHideTimeout, 0.05);
+    f.set(Settings::autoHideTimeout.key, 0.05);
     f.panel->restartAutoHideTimer();
     f.advance(0.06);
     f.add(1);
@@ -240,7 +240,7 @@ void ShelfPanelFadesTest::no_timeout_arms_no_timer()
 void ShelfPanelFadesTest::a_timeout_hides_a_shelf_that_is_then_empty()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.set(Settings::autoHideTimeout.key, 3.0);
     f.panel->show(true);
     f.advance(2.99);
     QVERIFY(f.panel->isVisible());
@@ -252,7 +252,7 @@ void ShelfPanelFadesTest::a_timeout_hides_a_shelf_that_is_then_empty()
 void ShelfPanelFadesTest::a_timeout_leaves_a_shelf_that_holds_items()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.set(Settings::autoHideTimeout.key, 3.0);
     f.add(1);
     f.panel->show(true);
     f.advance(10);
@@ -262,7 +262,7 @@ void ShelfPanelFadesTest::a_timeout_leaves_a_shelf_that_holds_items()
 void ShelfPanelFadesTest::adding_an_item_arms_the_timeout_again()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.set(Settings::autoHideTimeout.key, 3.0);
     f.panel->show(true);
     f.advance(2);
     f.add(1);
@@ -280,7 +280,7 @@ void ShelfPanelFadesTest::an_emptied_shelf_hides_after_1_5_seconds_whatever_the_
         f.add(1);
         f.panel->show(true);
         f.advance(1);
-        f.set(SettingsKey::autoHideTimeout, timeout);
+        f.set(Settings::autoHideTimeout.key, timeout);
         f.panel->removeItem(file(0));
         f.advance(0.18);
         f.advance(1.49);
@@ -294,12 +294,12 @@ void ShelfPanelFadesTest::an_emptied_shelf_hides_after_1_5_seconds_whatever_the_
 void ShelfPanelFadesTest::arming_a_timer_ends_the_previous_one()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.set(Settings::autoHideTimeout.key, 1.0);
     f.panel->show(true);
     f.panel->scheduleHideIfEmpty();
     f.advance(1.4);
     QVERIFY(f.panel->isVisible());
-    f.set(SettingsKey::autoHideTimeout, 0.0);
+    f.set(Settings::autoHideTimeout.key, 0.0);
     f.panel->restartAutoHideTimer();
     f.advance(10);
     QVERIFY(f.panel->isVisible());
@@ -308,7 +308,7 @@ void ShelfPanelFadesTest::arming_a_timer_ends_the_previous_one()
 void ShelfPanelFadesTest::hiding_ends_the_timer()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 1.0);
+    f.set(Settings::autoHideTimeout.key, 1.0);
     f.panel->show(true);
     f.panel->hide(false);
     // A timer that went on would hide what is shown again without one.
@@ -320,7 +320,7 @@ void ShelfPanelFadesTest::hiding_ends_the_timer()
 void ShelfPanelFadesTest::fading_out_ends_the_timer()
 {
     PanelFixture f;
-    f.set(SettingsKey::autoHideTimeout, 3.0);
+    f.set(Settings::autoHideTimeout.key, 3.0);
     f.panel->show(true);
     f.advance(1);
     QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
@@ -334,7 +334,7 @@ void ShelfPanelFadesTest::a_timer_that_outlives_the_panel_does_nothing()
 {
     for (const bool emptied : {false, true}) {
         PanelFixture f;
-        f.set(SettingsKey::autoHideTimeout, 1.0);
+        f.set(Settings::autoHideTimeout.key, 1.0);
         f.panel->show(false);
         if (emptied)
             f.panel->scheduleHideIfEmpty();

@@ -162,7 +162,7 @@ void ShelfPanelItemsTest::an_added_item_gets_a_tile_at_the_end()
 void ShelfPanelItemsTest::an_item_on_the_shelf_is_not_added_again()
 {
     Fixture f;
-    f.set(SettingsKey::autoHideTimeout, 5.0);
+    f.set(Settings::autoHideTimeout.key, 5.0);
     f.add(1);
     f.advance(4);
     f.panel->addItem(file(0));
@@ -348,7 +348,7 @@ void ShelfPanelItemsTest::a_removed_item_goes_at_once_and_its_tile_after_0_18_se
 void ShelfPanelItemsTest::the_removal_fade_ignores_disabled_animations()
 {
     Fixture f;
-    f.set(SettingsKey::disableAnimations, true);
+    f.set(Settings::disableAnimations.key, true);
     f.add(2);
     f.panel->removeItem(file(0));
     f.advance(0.17);
@@ -480,7 +480,7 @@ void ShelfPanelItemsTest::a_drag_forgets_the_drop_before_it()
 void ShelfPanelItemsTest::the_selection_is_dragged_in_selection_order_with_its_pictures()
 {
     Fixture f;
-    f.set(SettingsKey::shelfItemSize, 60.0);
+    f.set(Settings::shelfItemSize.key, 60.0);
     f.add(3);
     // Only the first two have their pictures yet.
     QImage image(60, 60, QImage::Format_RGB32);
@@ -711,7 +711,7 @@ void ShelfPanelItemsTest::several_items_are_cleared_after_a_question()
         QVERIFY(alert.dark);
         QVERIFY(alert.activates);
         QVERIFY(f.panel->items.isEmpty());
-        QVERIFY(!f.virtualPlatform.userDefaults.values.contains(SettingsKey::skipClearAllConfirmation));
+        QVERIFY(!f.virtualPlatform.userDefaults.values.contains(Settings::skipClearAllConfirmation.key));
     }
 }
 
@@ -724,7 +724,7 @@ void ShelfPanelItemsTest::cancelling_keeps_everything_and_stores_nothing()
     f.panel->clearAll();
     QCOMPARE(f.panel->items.size(), 3);
     QCOMPARE(f.panel->selectedViews.size(), 3);
-    QVERIFY(!f.virtualPlatform.userDefaults.values.contains(SettingsKey::skipClearAllConfirmation));
+    QVERIFY(!f.virtualPlatform.userDefaults.values.contains(Settings::skipClearAllConfirmation.key));
 }
 
 void ShelfPanelItemsTest::the_question_can_be_switched_off()
@@ -743,7 +743,7 @@ void ShelfPanelItemsTest::the_question_can_be_switched_off()
 void ShelfPanelItemsTest::clearing_shows_the_label_hides_the_button_and_then_the_shelf()
 {
     Fixture f;
-    f.set(SettingsKey::skipClearAllConfirmation, true);
+    f.set(Settings::skipClearAllConfirmation.key, true);
     f.add(3);
     f.panel->show(true);
     f.advance(1);
@@ -767,7 +767,7 @@ void ShelfPanelItemsTest::clearing_shows_the_label_hides_the_button_and_then_the
 void ShelfPanelItemsTest::a_removal_ends_after_its_fade_also_when_all_was_cleared_meanwhile()
 {
     Fixture f;
-    f.set(SettingsKey::skipClearAllConfirmation, true);
+    f.set(Settings::skipClearAllConfirmation.key, true);
     f.add(3);
     f.panel->show(true);
     f.advance(1);
@@ -837,7 +837,7 @@ void ShelfPanelItemsTest::the_announcement_of_a_change_carries_nothing()
     f.panel->removeItem(file(0));
     f.advance(0.18);
     QCOMPARE(f.changes, 4);
-    f.set(SettingsKey::skipClearAllConfirmation, true);
+    f.set(Settings::skipClearAllConfirmation.key, true);
     f.panel->clearAll();
     QCOMPARE(f.changes, 5);
     QVERIFY(f.carried.isEmpty());

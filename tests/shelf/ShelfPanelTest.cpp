@@ -273,7 +273,7 @@ void ShelfPanelTest::a_layer_is_a_rounded_rectangle_to_the_pixel()
 void ShelfPanelTest::the_background_and_the_tint_have_corners_of_14_points()
 {
     PanelFixture f;
-    f.set(SettingsKey::tintIntensity, 1.0);
+    f.set(Settings::tintIntensity.key, 1.0);
     f.notifications.post(Notifications::settingsChanged);
     f.panel->show(false);
     const double expected = (1 - M_PI / 4) * 14 * 14;
@@ -288,7 +288,7 @@ void ShelfPanelTest::the_scroll_view_draws_no_background()
 {
     PanelFixture f;
     f.settings.setTintColor(Qt::green);
-    f.set(SettingsKey::tintIntensity, 9.0);
+    f.set(Settings::tintIntensity.key, 9.0);
     f.notifications.post(Notifications::settingsChanged);
     f.panel->show(false);
     const QImage image = drawn(*f.panel);
@@ -350,9 +350,9 @@ void ShelfPanelTest::eleven_items_on_a_high_screen_make_it_1136_high()
 void ShelfPanelTest::a_row_of_two_without_names_stands_at_the_bottom()
 {
     PanelFixture f;
-    f.set(SettingsKey::windowEdge, 3.0);
-    f.set(SettingsKey::windowAlignment, 0.0);
-    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.set(Settings::windowEdge.key, 3.0);
+    f.set(Settings::windowAlignment.key, 0.0);
+    f.set(Settings::fileNameDisplay.key, 1.0);
     f.add(2);
     const int height = 72 + 16 + 28 + qRound(f.virtualPlatform.appearance.legacyScrollerWidth());
     QCOMPARE(f.panel->geometry(), QRect(20, 800 - 4 - height, 239, height));
@@ -363,8 +363,8 @@ void ShelfPanelTest::a_row_has_room_for_a_scroller_of_the_desktops_width()
 {
     PanelFixture f;
     f.virtualPlatform.appearance.scrollerWidth = 31;
-    f.set(SettingsKey::windowEdge, 3.0);
-    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.set(Settings::windowEdge.key, 3.0);
+    f.set(Settings::fileNameDisplay.key, 1.0);
     f.add(2);
     QCOMPARE(f.panel->height(), 72 + 16 + 28 + 31);
 }
@@ -388,13 +388,13 @@ void ShelfPanelTest::reserved_space_is_respected_and_y_is_turned_over()
     // A bar at the top of the primary screen, a second screen below and to the right that has the focus.
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 800), QRectF(0, 30, 1280, 770), 1.0},
                                          Screen{QRectF(1280, 200, 1000, 900), QRectF(1280, 200, 1000, 860), 1.0}};
-    f.set(SettingsKey::windowAlignment, 0.0);
+    f.set(Settings::windowAlignment.key, 0.0);
     f.panel->updateFrame();
     QCOMPARE(f.panel->geometry(), QRect(1160, 50, 116, 164));
     f.virtualPlatform.screens.mainIndex = 1;
     f.panel->updateFrame();
     QCOMPARE(f.panel->geometry(), QRect(2280 - 116 - 4, 220, 116, 164));
-    f.set(SettingsKey::windowAlignment, 2.0);
+    f.set(Settings::windowAlignment.key, 2.0);
     f.panel->updateFrame();
     QCOMPARE(f.panel->geometry(), QRect(2160, 1060 - 20 - 164, 116, 164));
 }
@@ -405,7 +405,7 @@ void ShelfPanelTest::without_a_main_screen_the_frame_stays_and_tiles_are_refresh
     f.add(2);
     const QRect before = f.panel->geometry();
     f.virtualPlatform.screens.mainIndex = -1;
-    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
     f.panel->applySettings();
     QCOMPARE(f.panel->geometry(), before);
     QCOMPARE(f.tile(0)->height(), 130);
@@ -421,7 +421,7 @@ void ShelfPanelTest::the_header_turns_with_the_edge()
     QCOMPARE(f.panel->trashBtn->geometry(), QRect(88, 2, 20, 20));
     QCOMPARE(f.panel->sepLine->geometry(), QRect(8, 34, 100, 1));
     QCOMPARE(f.panel->scrollView->geometry(), QRect(0, 37, 116, 119));
-    f.set(SettingsKey::windowEdge, 2.0);
+    f.set(Settings::windowEdge.key, 2.0);
     f.panel->updateFrame();
     const int height = f.panel->height();
     QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 0, 36, height));
@@ -432,7 +432,7 @@ void ShelfPanelTest::the_header_turns_with_the_edge()
     QCOMPARE(f.panel->sepLine->geometry(), QRect(36, 8, 1, height - 16));
     QCOMPARE(f.panel->visualFX->geometry(), f.panel->rect());
     QCOMPARE(f.panel->tintOverlay->geometry(), f.panel->rect());
-    f.set(SettingsKey::windowEdge, 0.0);
+    f.set(Settings::windowEdge.key, 0.0);
     f.panel->updateFrame();
     QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 8, 116, 24));
 }
@@ -446,7 +446,7 @@ void ShelfPanelTest::tiles_stand_six_points_apart_and_centred()
     QCOMPARE(f.tile(0)->geometry(), QRect(14, 6, 88, 102));
     QCOMPARE(f.tile(1)->geometry(), QRect(14, 114, 88, 102));
     QCOMPARE(f.tile(2)->geometry(), QRect(14, 222, 88, 102));
-    f.set(SettingsKey::windowEdge, 3.0);
+    f.set(Settings::windowEdge.key, 3.0);
     f.panel->updateFrame();
     QCOMPARE(f.tile(0)->x(), 6);
     QCOMPARE(f.tile(1)->x(), 6 + 88 + 6);
@@ -484,11 +484,11 @@ void ShelfPanelTest::the_scroller_over_the_tiles_shows_from_the_eleventh_on()
     QCOMPARE(scroller->geometry().right(), f.panel->scrollView->rect().right());
     QCOMPARE(scroller->height(), f.panel->scrollView->height());
     // A row has one of its own below the tiles.
-    f.set(SettingsKey::windowEdge, 3.0);
+    f.set(Settings::windowEdge.key, 3.0);
     f.panel->updateFrame();
     QApplication::processEvents();
     QVERIFY(!scroller->isVisible());
-    f.set(SettingsKey::windowEdge, 0.0);
+    f.set(Settings::windowEdge.key, 0.0);
     f.panel->updateFrame();
     QApplication::processEvents();
     QVERIFY(scroller->isVisible());
@@ -518,7 +518,7 @@ void ShelfPanelTest::a_new_item_size_changes_heights_and_thumbnails_but_not_widt
     f.add(1);
     f.panel->show(false);
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 1);
-    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
     f.panel->applySettings();
     QCOMPARE(f.tile(0)->size(), QSize(88, 130));
     QCOMPARE(f.tile(0)->lastLoadedSize, 100.0);
@@ -536,7 +536,7 @@ void ShelfPanelTest::hiding_names_changes_heights_and_no_thumbnail()
     PanelFixture f;
     f.add(1);
     f.panel->show(false);
-    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.set(Settings::fileNameDisplay.key, 1.0);
     f.panel->applySettings();
     QCOMPARE(f.tile(0)->size(), QSize(88, 88));
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 1);
@@ -551,9 +551,9 @@ void ShelfPanelTest::a_settings_change_tints_and_refreshes_tiles()
     f.add(1);
     f.panel->show(false);
     const QRect before = f.panel->geometry();
-    f.set(SettingsKey::tintIntensity, 0.0);
-    f.set(SettingsKey::shelfItemSize, 100.0);
-    f.set(SettingsKey::hideFileExtensions, true);
+    f.set(Settings::tintIntensity.key, 0.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
+    f.set(Settings::hideFileExtensions.key, true);
     f.notifications.post(Notifications::settingsChanged);
     QVERIFY(f.panel->tintOverlay->isHidden());
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 2);
@@ -584,7 +584,7 @@ void ShelfPanelTest::the_tint_follows_its_intensity()
     PanelFixture f;
     f.virtualPlatform.appearance.accent = QColor(200, 10, 20);
     if (intensity.isValid())
-        f.set(SettingsKey::tintIntensity, intensity);
+        f.set(Settings::tintIntensity.key, intensity);
     f.notifications.post(Notifications::settingsChanged);
     QCOMPARE(!f.panel->tintOverlay->isHidden(), visible);
     if (visible) {
@@ -623,7 +623,7 @@ void ShelfPanelTest::a_settings_change_after_the_panel_has_gone_is_no_matter()
     PanelFixture f;
     f.add(1);
     f.panel.reset();
-    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
     const int requests = f.virtualPlatform.thumbnailGenerator.requestCount;
     f.notifications.post(Notifications::settingsChanged);
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, requests);
@@ -634,7 +634,7 @@ void ShelfPanelTest::a_tint_that_is_switched_off_keeps_its_colour()
     PanelFixture f;
     const QColor before = f.panel->tintOverlay->color();
     QVERIFY(!f.panel->tintOverlay->isHidden());
-    f.set(SettingsKey::tintIntensity, 0.0);
+    f.set(Settings::tintIntensity.key, 0.0);
     f.settings.setTintColor(Qt::green);
     f.notifications.post(Notifications::settingsChanged);
     QCOMPARE(f.panel->tintOverlay->color(), before);
@@ -652,18 +652,18 @@ void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
             else
                 f.panel->applySettings();
         };
-        f.set(SettingsKey::hideFileExtensions, true);
+        f.set(Settings::hideFileExtensions.key, true);
         announce();
         QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0"));
         QVERIFY(!f.tile(0)->nameLabel->isHidden());
-        f.set(SettingsKey::fileNameDisplay, 1.0);
-        f.set(SettingsKey::hideFileExtensions, false);
+        f.set(Settings::fileNameDisplay.key, 1.0);
+        f.set(Settings::hideFileExtensions.key, false);
         announce();
         QVERIFY(f.tile(0)->nameLabel->isHidden());
         QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0"));
         // The image takes the room of the name, whatever the tile's height.
         QCOMPARE(f.tile(0)->imageView->geometry().bottom(), f.tile(0)->height() - 8 - 1);
-        f.set(SettingsKey::fileNameDisplay, 2.0);
+        f.set(Settings::fileNameDisplay.key, 2.0);
         announce();
         QVERIFY(f.tile(0)->nameLabel->isHidden());
         QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0.png"));
@@ -675,12 +675,12 @@ void ShelfPanelTest::an_absurd_item_size_is_survived()
     for (const double size : {1e300, -80.0, 0.0, std::numeric_limits<double>::infinity()}) {
         PanelFixture f;
         f.add(2);
-        f.set(SettingsKey::shelfItemSize, size);
+        f.set(Settings::shelfItemSize.key, size);
         f.panel->applySettings();
         f.add(1);
         f.panel->show(false);
         QVERIFY(f.panel->width() >= 0 && f.panel->width() <= 32000);
-        f.set(SettingsKey::shelfItemSize, 72.0);
+        f.set(Settings::shelfItemSize.key, 72.0);
         f.panel->applySettings();
         QCOMPARE(f.panel->geometry(), QRect(1160, 210, 116, 380));
     }
@@ -689,7 +689,7 @@ void ShelfPanelTest::an_absurd_item_size_is_survived()
 void ShelfPanelTest::a_row_scrolls_sideways_and_by_the_wheel()
 {
     PanelFixture f;
-    f.set(SettingsKey::windowEdge, 3.0);
+    f.set(Settings::windowEdge.key, 3.0);
     f.add(11);
     f.panel->show(false);
     QApplication::processEvents();

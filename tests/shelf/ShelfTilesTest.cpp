@@ -138,7 +138,7 @@ void ShelfTilesTest::select_all_can_be_called_by_its_name()
 void ShelfTilesTest::a_change_is_told_last_and_without_more_words()
 {
     Fixture f(2);
-    f.set(SettingsKey::autoHideTimeout, 5.0);
+    f.set(Settings::autoHideTimeout.key, 5.0);
     const int heightOfTwo = f.panel->height();
     qsizetype items = 0;
     qsizetype tiles = 0;
@@ -172,8 +172,8 @@ void ShelfTilesTest::a_change_is_told_last_and_without_more_words()
     QCOMPARE(tiles, 2);
     QCOMPARE(height, heightOfTwo);
 
-    f.set(SettingsKey::autoHideTimeout, 0.0);
-    f.set(SettingsKey::skipClearAllConfirmation, true);
+    f.set(Settings::autoHideTimeout.key, 0.0);
+    f.set(Settings::skipClearAllConfirmation.key, true);
     f.advance(10);
     f.panel->clearAll();
     QCOMPARE(told, 3);
@@ -202,7 +202,7 @@ void ShelfTilesTest::a_tile_added_while_names_are_hidden_has_no_room_for_one()
 {
     Fixture f(1);
     QCOMPARE(f.tile(0)->size(), QSize(88, 102));
-    f.set(SettingsKey::fileNameDisplay, 1.0);
+    f.set(Settings::fileNameDisplay.key, 1.0);
     f.panel->addItem(file(1));
     QCOMPARE(f.tile(1)->size(), QSize(88, 88));
 }
@@ -212,7 +212,7 @@ void ShelfTilesTest::the_selection_is_dragged_at_todays_size()
     Fixture f(2);
     f.showImages({Qt::red, Qt::green});
     f.panel->selectAll();
-    f.set(SettingsKey::shelfItemSize, 100.0);
+    f.set(Settings::shelfItemSize.key, 100.0);
     const auto dragged = f.tile(1)->getDragItems();
     QCOMPARE(dragged->size(), 2);
     for (const DraggingItem &item : *dragged)

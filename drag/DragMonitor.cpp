@@ -3,6 +3,7 @@
 
 #include "platform/DragPasteboard.h"
 #include "platform/MainQueue.h"
+#include "platform/WhileAlive.h"
 
 DragMonitor::DragMonitor(EventMonitors &monitors, DragPasteboard &pasteboard, MainQueue &queue)
     : eventMonitors(monitors)
@@ -13,15 +14,8 @@ DragMonitor::DragMonitor(EventMonitors &monitors, DragPasteboard &pasteboard, Ma
 
 void DragMonitor::start()
 {
-    const QPointer<DragMonitor> monitor(this);
-    globalDragMonitor = eventMonitors.add(LeftMouseDragged, [monitor] {
-        if (monitor)
-            monitor->checkForDrag();
-    });
-    globalUpMonitor = eventMonitors.add(LeftMouseUp, [monitor] {
-        if (monitor)
-            monitor->mouseWentUp();
-    });
+    globalDragMonitor = eventMonitors.add(LeftMouseDragged, whileAlive(this, [this] { checkForDrag(); }));
+    globalUpMonitor = eventMonitors.add(LeftMouseUp, whileAlive(this, [this] { mouseWentUp(); }));
 }
 
 void DragMonitor::checkForDrag()
@@ -34,9 +28,9 @@ void DragMonitor::checkForDrag()
         return;
     lastSeenChangeCount = dragPasteboard.changeCount();
     isDragging = true;
-    mainQueue.async([monitor = QPointer<DragMonitor>(this), urls] {
-        if (monitor && monitor->delegate)
-            monitor->delegate->dragMonitorDidStartDrag(urls);
+    mainQueue.async(this, [this, urls] {
+        if (delegate)
+            delegate->dragMonitorDidStartDrag(urls);
     });
 }
 
@@ -45,8 +39,8 @@ void DragMonitor::mouseWentUp()
     if (!isDragging)
         return;
     isDragging = false;
-    mainQueue.async([monitor = QPointer<DragMonitor>(this)] {
-        if (monitor && monitor->delegate)
-            monitor->delegate->dragMonitorDidEndDrag();
+    mainQueue.async(this, [this] {
+        if (delegate)
+            delegate->dragMonitorDidEndDrag();
     });
 }

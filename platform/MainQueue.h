@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/WhileAlive.h"
+
 #include <QDateTime>
+#include <QObject>
 
 #include <functional>
 #include <memory>
@@ -24,6 +27,9 @@ public:
 
     // Runs `work` on the main thread in a later turn of its loop, in the order queued. May be called on any thread.
     virtual void async(std::function<void()> work) = 0;
+
+    // The same, unless `context` has gone by then. Main thread only.
+    void async(const QObject *context, std::function<void()> work) { async(whileAlive(context, std::move(work))); }
 
     // Runs `work` once, `seconds` from now. Main thread only.
     virtual std::shared_ptr<Timer> after(double seconds, std::function<void()> work) = 0;

@@ -2,12 +2,12 @@
 #include "preferences/BehaviorPane.h"
 
 #include "platform/Platform.h"
+#include "platform/WhileAlive.h"
 #include "preferences/AppExclusionListView.h"
 #include "preferences/Controls.h"
 #include "settings/AppSettings.h"
 
 #include <QEvent>
-#include <QPointer>
 #include <QStyle>
 
 #include <algorithm>
@@ -116,11 +116,7 @@ void BehaviorPane::loadView()
 
     excludeList = new AppExclusionListView(
         s.get(Settings::excludedBundleIDs),
-        [pane = QPointer(this)](const QStringList &ids) {
-            if (pane)
-                pane->s.set(Settings::excludedBundleIDs, ids);
-        },
-        platform, this);
+        whileAlive(this, [this](const QStringList &ids) { s.set(Settings::excludedBundleIDs, ids); }), platform, this);
     excludeList->tableView->setAccessibleName(excludeLabel->text());
     layOut();
 }

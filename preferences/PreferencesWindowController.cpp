@@ -2,6 +2,7 @@
 #include "preferences/PreferencesWindowController.h"
 
 #include "platform/Platform.h"
+#include "platform/WhileAlive.h"
 #include "preferences/AboutPane.h"
 #include "preferences/AppearancePane.h"
 #include "preferences/BehaviorPane.h"
@@ -15,7 +16,6 @@
 #include <QApplication>
 #include <QDialog>
 #include <QPainter>
-#include <QPointer>
 #include <QShortcut>
 #include <QSplitterHandle>
 #include <QVBoxLayout>
@@ -146,10 +146,7 @@ void PreferencesWindowController::setUpSplitView()
     splitVC->addWidget(sidebarVC);
     splitVC->addWidget(detailVC);
     splitVC->setSizes({kSidebarWidth, kContentSize.width() - kSidebarWidth - kDividerWidth});
-    sidebarVC->onSelect = [controller = QPointer(this)](PrefPane selected) {
-        if (controller)
-            controller->showPane(selected);
-    };
+    sidebarVC->onSelect = whileAlive(this, [this](PrefPane selected) { showPane(selected); });
     showPane(PrefPane::welcome);
 }
 

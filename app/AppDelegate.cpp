@@ -191,7 +191,7 @@ bool AppDelegate::isShelfShown() const
 void AppDelegate::showShelf()
 {
     if (!isShelfShown())
-        shelf.show(true);
+        shelf.show(Animated::Yes);
 }
 
 void AppDelegate::performAction(const QString &name)
@@ -211,9 +211,9 @@ void AppDelegate::performAction(const QString &name)
 void AppDelegate::toggleShelf()
 {
     if (isShelfShown())
-        shelf.hide(true);
+        shelf.hide(Animated::Yes);
     else
-        shelf.show(true);
+        shelf.show(Animated::Yes);
 }
 
 void AppDelegate::addFromClipboard()
@@ -301,8 +301,8 @@ void AppDelegate::handleAppearancePaneActive(const QVariantMap &userInfo)
     if (active.typeId() == QMetaType::Bool && active.toBool()) {
         shelfWasVisibleBeforeAppearancePane = isShelfShown();
         if (!shelfWasVisibleBeforeAppearancePane)
-            shelf.show(true);
+            shelf.show(Animated::Yes);
     } else if (!shelfWasVisibleBeforeAppearancePane) {
-        shelf.hide(true);
+        shelf.hide(Animated::Yes);
     }
 }

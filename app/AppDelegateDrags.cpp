@@ -60,7 +60,7 @@ void AppDelegate::proximityCheck()
         return;
     platform.mainQueue->async([delegate = QPointer<AppDelegate>(this)] {
         if (delegate && !delegate->shelf.isVisible()) {
-            delegate->shelf.show(true);
+            delegate->shelf.show(Animated::Yes);
             delegate->shelfShownByCurrentDrag = true;
         }
     });
@@ -79,6 +79,6 @@ void AppDelegate::dragMonitorDidEndDrag()
         return;
     platform.mainQueue->after(kHideCheckDelay, [delegate = QPointer<AppDelegate>(this)] {
         if (delegate && !delegate->dropReceivedOnShelf && delegate->shelf.items.isEmpty())
-            delegate->shelf.hide(true);
+            delegate->shelf.hide(Animated::Yes);
     });
 }

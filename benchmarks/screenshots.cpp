@@ -148,7 +148,7 @@ void measureArrival()
         const auto tiles = road.shelf->findChildren<ShelfItemView *>();
         tiles.last()->installEventFilter(&painted);
     };
-    road.shelf->show(false);
+    road.shelf->show(Animated::No);
     road.watcher->start();
 
     std::vector<double> arrivals;

@@ -2,20 +2,16 @@
 #include "shelf/CursorShelf.h"
 
 #include "platform/Platform.h"
+#include "platform/WhileAlive.h"
 #include "shelf/ShelfGeometry.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfViews.h"
 
 #include <QPainter>
-#include <QPointer>
+
+using namespace ShelfMetrics;
 
 namespace {
-
-constexpr double kPanelSize = 88;
-constexpr int kIconSize = 34;
-constexpr float kIconTint = 0.65F;
-constexpr double kHighlightBorder = 2;
-constexpr double kFadeIn = 0.15;  // seconds
-constexpr double kFadeOut = 0.12; // seconds
 
 // Whether `point` is on the screen. Its right and bottom edges belong to the screens beside and below it.
 bool contains(const Screen &screen, const QPointF &point)
@@ -52,9 +48,8 @@ private:
 CursorDropZone::CursorDropZone(Platform &platform, QWidget *parent)
     : QWidget(parent)
     , visualFX(new VisualEffectView(*platform.floatingPanels, this))
-    , iconView(new SymbolView(
-          platform.appearance->symbol(QStringLiteral("tray.and.arrow.down"), QColor::fromRgbF(1, 1, 1, kIconTint)),
-          tr("Drop here"), this))
+    , iconView(new SymbolView(platform.appearance->symbol(QStringLiteral("tray.and.arrow.down"), white(kSymbolAlpha)),
+                              tr("Drop here"), this))
 {
     setAcceptDrops(true);
     onHighlight = [this, &platform](bool on) {
@@ -65,7 +60,8 @@ CursorDropZone::CursorDropZone(Platform &platform, QWidget *parent)
 void CursorDropZone::resizeEvent(QResizeEvent *)
 {
     visualFX->setGeometry(rect());
-    iconView->setGeometry((width() - kIconSize) / 2, (height() - kIconSize) / 2, kIconSize, kIconSize);
+    iconView->setGeometry((width() - kCursorSymbolSize) / 2, (height() - kCursorSymbolSize) / 2, kCursorSymbolSize,
+                          kCursorSymbolSize);
 }
 
 CursorShelf::CursorShelf(Platform &services)
@@ -75,12 +71,12 @@ CursorShelf::CursorShelf(Platform &services)
           *services.mainQueue, [this](double value) { platform.floatingPanels->setAlpha(*this, value); }, 1.0)
 {
     setWindowTitle(QStringLiteral("Parklet"));
-    platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("cursor-shelf"), VisualEffectView::kCornerRadius});
-    dropZone->onDrop = [panel = QPointer<CursorShelf>(this)](const QList<QUrl> &urls) {
-        if (panel && panel->onDrop)
-            panel->onDrop(urls);
-    };
-    resize(QSizeF(kPanelSize, kPanelSize).toSize());
+    platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("cursor-shelf"), kPanelCornerRadius});
+    dropZone->onDrop = whileAlive(this, [this](const QList<QUrl> &urls) {
+        if (onDrop)
+            onDrop(urls);
+    });
+    resize(QSizeF(kCursorShelfSize, kCursorShelfSize).toSize());
 }
 
 void CursorShelf::resizeEvent(QResizeEvent *)
@@ -109,7 +105,7 @@ void CursorShelf::showNearCursor()
     hiding = false;
     fader.setAlpha(0);
     platform.floatingPanels->orderFront(*this);
-    fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
+    fader.fade(1.0, kCursorFadeIn, FadeCurve::EaseOut);
 }
 
 void CursorShelf::hide()
@@ -117,7 +113,7 @@ void CursorShelf::hide()
     if (!isVisible() || hiding)
         return;
     hiding = true;
-    fader.fade(0.0, kFadeOut, FadeCurve::Standard, [this] {
+    fader.fade(0.0, kCursorFadeOut, FadeCurve::Standard, [this] {
         hiding = false;
         platform.floatingPanels->orderOut(*this);
         fader.setAlpha(1.0);

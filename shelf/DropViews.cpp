@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/DropViews.h"
 
+#include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfScroller.h"
 
 #include <QApplication>
 #include <QWheelEvent>
 
-namespace {
-
-constexpr int kOverlayWidth = 9;
-
-} // namespace
+using namespace ShelfMetrics;
 
 DroppableView::DroppableView(QWidget *parent)
     : QWidget(parent)
@@ -63,7 +60,7 @@ void ShelfScrollView::placeOverlay()
     overlay->setSingleStep(bar->singleStep());
     overlay->setRange(bar->minimum(), bar->maximum());
     overlay->setValue(bar->value());
-    overlay->setGeometry(width() - kOverlayWidth, 0, kOverlayWidth, height());
+    overlay->setGeometry(width() - kOverlayScrollerWidth, 0, kOverlayScrollerWidth, height());
     overlay->setVisible(!isRow && bar->maximum() > bar->minimum());
     overlay->raise();
 }

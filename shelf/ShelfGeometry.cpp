@@ -1,58 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/ShelfGeometry.h"
 
+#include "shelf/ShelfMetrics.h"
+
 #include <algorithm>
 #include <cmath>
 
+using namespace ShelfMetrics;
+
 namespace {
-
-// The panel and its screen.
-constexpr double kPanelGap = 4;     // to the screen edge it sits on
-constexpr double kCornerGap = 20;   // to the screen corner, for the start and end alignments
-constexpr double kScreenMargin = 8; // what a panel cut to the screen leaves free, both sides together
-constexpr qsizetype kFewestSlots = 1;
-constexpr qsizetype kMostSlots = 10;
-
-// A column of tiles: the panel is wider than a tile and higher than the tiles by these.
-constexpr double kColumnWidth = 44;
-constexpr double kTileSpacing = 6;
-constexpr double kStackInsets = 12;
-constexpr double kColumnHeader = 44;
-// A row of tiles.
-constexpr double kRowTileWidth = 22;
-constexpr double kRowHeader = 39;
-constexpr double kRowHeight = 28;
-
-// Inside the panel.
-constexpr double kHeaderTop = 8;
-constexpr double kHeaderHeight = 24;
-constexpr double kHeaderWidth = 36; // as a column beside a row of tiles
-constexpr double kButtonSize = 20;
-constexpr double kButtonMargin = 8;
-constexpr double kButtonEnd = 10;
-constexpr double kSeparatorInset = 8;
-constexpr double kSeparatorGap = 2;
-constexpr double kSeparatorThickness = 1;
-constexpr double kScrollMargin = 8;
-
-// Inside a tile.
-constexpr double kTileMargin = 16;
-constexpr double kReserveWithName = 30;
-constexpr double kReserveWithoutName = 16;
-constexpr double kImageInset = 4;
-constexpr double kImageBottomWithName = 27;
-constexpr double kImageBottomWithoutName = 8;
-constexpr double kImageTop = 8;
-constexpr double kNameInset = 2;
-constexpr double kNameOverhang = 5;
-constexpr double kNameHeight = 26;
-constexpr double kRemoveOffset = 20;
-constexpr double kRemoveSize = 18;
-
-// The cursor shelf.
-constexpr double kCursorShelfSize = 88;
-constexpr double kPointerGapX = 24;
-constexpr double kPointerGapY = 16;
 
 double alongX(const QRectF &visible, WindowAlignment alignment, double width)
 {
@@ -123,9 +79,9 @@ QRectF shelfFrame(const QRectF &visible, WindowEdge edge, WindowAlignment alignm
     const auto slotCount = static_cast<double>(std::clamp(itemCount, kFewestSlots, kMostSlots));
     const bool horizontal = isHorizontal(edge);
     double width =
-        horizontal ? (itemSize + kRowTileWidth) * slotCount + kStackInsets + kRowHeader : itemSize + kColumnWidth;
+        horizontal ? (itemSize + kRowTileWidth) * slotCount + 2 * kStackInset + kRowHeader : itemSize + kColumnWidth;
     double height = horizontal ? itemSize + reserve + kRowHeight + scrollerWidth
-                               : (itemSize + reserve + kTileSpacing) * slotCount + kStackInsets + kColumnHeader;
+                               : (itemSize + reserve + kTileSpacing) * slotCount + 2 * kStackInset + kColumnHeader;
 
     QPointF origin;
     switch (edge) {
@@ -150,11 +106,11 @@ QRectF shelfFrame(const QRectF &visible, WindowEdge edge, WindowAlignment alignm
     return QRectF(origin, QSizeF(width, height));
 }
 
-ShelfLayout shelfLayout(const QSizeF &size, bool horizontal)
+ShelfLayout shelfLayout(const QSizeF &size, Qt::Orientation orientation)
 {
     ShelfLayout layout;
     const QSizeF button(kButtonSize, kButtonSize);
-    if (horizontal) {
+    if (orientation == Qt::Horizontal) {
         layout.headerBar = QRectF(0, 0, kHeaderWidth, size.height());
         const double x = (kHeaderWidth - kButtonSize) / 2;
         layout.trashBtn = QRectF(QPointF(x, kButtonEnd), button);

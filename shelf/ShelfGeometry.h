@@ -43,7 +43,7 @@ struct ShelfLayout {
     QRectF sepLine;
     QRectF scrollView;
 };
-ShelfLayout shelfLayout(const QSizeF &size, bool horizontal);
+ShelfLayout shelfLayout(const QSizeF &size, Qt::Orientation orientation);
 
 // Where the views of a tile stand inside it.
 struct TileLayout {

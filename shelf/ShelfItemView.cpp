@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "settings/AppSettings.h"
 #include "shelf/ShelfGeometry.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/TileViews.h"
 
 #include <QApplication>
@@ -12,11 +13,10 @@
 #include <QPainter>
 #include <QPainterPath>
 
+using namespace ShelfMetrics;
+
 namespace {
 
-constexpr double kCornerRadius = 8;
-constexpr double kHoverBackground = 0.12; // alpha of the white over a tile under the pointer
-constexpr double kHoverFade = 0.15;       // seconds
 constexpr double kScaleWithoutScreen = 2.0;
 
 } // namespace
@@ -179,7 +179,7 @@ void ShelfItemView::applyHoverAppearance(double removeButtonAlpha, double backgr
 
 void ShelfItemView::enterEvent(QEnterEvent *)
 {
-    applyHoverAppearance(1.0, kHoverBackground);
+    applyHoverAppearance(1.0, kHoverAlpha);
     if (settings.get(Settings::fileNameDisplay) == FileNameDisplay::OnHover)
         nameLabel->show();
 }
@@ -197,19 +197,17 @@ void ShelfItemView::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(alpha());
     if (hoverAlpha > 0) {
-        QColor background(Qt::white);
-        background.setAlphaF(static_cast<float>(hoverAlpha));
         painter.setPen(Qt::NoPen);
-        painter.setBrush(background);
-        painter.drawRoundedRect(rect(), kCornerRadius, kCornerRadius);
+        painter.setBrush(white(static_cast<float>(hoverAlpha)));
+        painter.drawRoundedRect(rect(), kTileCornerRadius, kTileCornerRadius);
     }
     if (layerBorderWidth > 0) {
         // The border lies inside the tile's edge, as the stroke is centred on its path.
         const double inset = layerBorderWidth / 2;
         painter.setPen(QPen(borderColor, layerBorderWidth));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kCornerRadius - inset,
-                                kCornerRadius - inset);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kTileCornerRadius - inset,
+                                kTileCornerRadius - inset);
     }
 }
 

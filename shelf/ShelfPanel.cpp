@@ -1,43 +1,24 @@
 // SPDX-License-Identifier: MIT
+// The panel itself: its views, its frame and how it looks.
 #include "shelf/ShelfPanel.h"
 
 #include "platform/Platform.h"
+#include "platform/WhileAlive.h"
 #include "settings/AppSettings.h"
 #include "settings/Notifications.h"
 #include "shelf/DropViews.h"
-#include "shelf/SelectAllKey.h"
 #include "shelf/ShelfAccessibility.h"
 #include "shelf/ShelfGeometry.h"
 #include "shelf/ShelfItemView.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfStackView.h"
 #include "shelf/ShelfViews.h"
 #include "shelf/TileViews.h"
 
 #include <QEvent>
 #include <QLabel>
-#include <QPointer>
 
-namespace {
-
-constexpr double kFadeIn = 0.22;         // seconds
-constexpr double kFadeOut = 0.18;        // seconds
-constexpr double kEmptyShelfDelay = 1.5; // seconds an emptied shelf stays
-
-constexpr float kHeaderTint = 0.65F; // alpha of the white of the header's symbols
-constexpr float kSeparatorAlpha = 0.12F;
-constexpr float kDropLabelAlpha = 0.35F;
-constexpr int kDropLabelFontSize = 11;
-constexpr int kDropLabelOffset = 10; // below the middle
-
-constexpr double kTintThreshold = 0.01; // a weaker tint is not drawn at all
-constexpr double kTintStrength = 0.6;   // alpha of the tint at full intensity
-
-QColor white(float alpha)
-{
-    return QColor::fromRgbF(1, 1, 1, alpha);
-}
-
-} // namespace
+using namespace ShelfMetrics;
 
 ShelfPanel::ShelfPanel(Platform &services, AppSettings &appSettings, NotificationCenter &center)
     : platform(services)
@@ -50,33 +31,26 @@ ShelfPanel::ShelfPanel(Platform &services, AppSettings &appSettings, Notificatio
     setGeometry(0, 0, 0, 0);
     // Else only the windows of the active program have tool tips, and a panel never makes its program that one.
     setAttribute(Qt::WA_AlwaysShowToolTips);
-    platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("shelf"), VisualEffectView::kCornerRadius});
+    platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("shelf"), kPanelCornerRadius});
     buildInterface();
 }
 
 HeaderButton *ShelfPanel::makeHeaderButton(const QString &symbol, const QString &label)
 {
-    return new HeaderButton(platform.appearance->symbol(symbol, white(kHeaderTint)), label, headerBar);
+    return new HeaderButton(platform.appearance->symbol(symbol, white(kSymbolAlpha)), label, headerBar);
 }
 
 void ShelfPanel::buildInterface()
 {
-    const QPointer<ShelfPanel> self(this);
-    const auto drop = [self](const QList<QUrl> &urls) {
-        if (self)
-            self->handleDrop(urls);
-    };
-    const auto highlightDrop = [self](bool on) {
-        if (self)
-            self->highlight(on);
-    };
+    const auto drop = whileAlive(this, [this](const QList<QUrl> &urls) { handleDrop(urls); });
+    const auto highlightDrop = whileAlive(this, [this](bool on) { highlight(on); });
 
     container = new DroppableView(this);
     container->onDrop = drop;
     container->onHighlight = highlightDrop;
 
     visualFX = new VisualEffectView(*platform.floatingPanels, container);
-    tintOverlay = new ColorView(VisualEffectView::kCornerRadius, container);
+    tintOverlay = new ColorView(kPanelCornerRadius, container);
     tintOverlay->hide();
     applyTint();
 
@@ -129,7 +103,7 @@ void ShelfPanel::changeEvent(QEvent *event)
 
 void ShelfPanel::layoutViews()
 {
-    const ShelfLayout layout = shelfLayout(size(), stackView->isHorizontal());
+    const ShelfLayout layout = shelfLayout(size(), stackView->isHorizontal() ? Qt::Horizontal : Qt::Vertical);
     container->setGeometry(rect());
     visualFX->setGeometry(rect());
     tintOverlay->setGeometry(rect());
@@ -168,67 +142,12 @@ void ShelfPanel::applyOrientation(bool horizontal)
     layoutViews();
 }
 
-void ShelfPanel::show(bool animated)
-{
-    hiding = false;
-    updateFrame();
-    if (animated && !settings.get(Settings::disableAnimations)) {
-        fader.setAlpha(0);
-        platform.floatingPanels->orderFront(*this);
-        fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
-        restartAutoHideTimer();
-    } else {
-        // Without the fade the timer is not armed again.
-        fader.setAlpha(1.0);
-        platform.floatingPanels->orderFront(*this);
-    }
-}
-
-void ShelfPanel::hide(bool animated)
-{
-    if (!isVisible())
-        return;
-    if (autoHideTimer)
-        autoHideTimer->invalidate();
-    hidesOnlyEmpty = false;
-    if (!animated || settings.get(Settings::disableAnimations))
-        vanish();
-    else if (!hiding)
-        fadeOut();
-}
-
-void ShelfPanel::fadeOut()
-{
-    hiding = true;
-    fader.fade(0.0, kFadeOut, FadeCurve::Standard, [this] {
-        if (!hidesOnlyEmpty || items.isEmpty()) {
-            vanish();
-            return;
-        }
-        hiding = false;
-        fader.fade(1.0, kFadeIn, FadeCurve::EaseOut);
-    });
-}
-
-void ShelfPanel::vanish()
-{
-    hiding = false;
-    platform.floatingPanels->orderOut(*this);
-    fader.setAlpha(1.0);
-}
-
 void ShelfPanel::applySettings()
 {
     const UserDefaults::ReadsOfOneMoment moment(settings.defaults);
-    const double itemSize = settings.get(Settings::shelfItemSize);
-    const double reserve = labelReserve(settings.get(Settings::fileNameDisplay));
-    for (ShelfItemView *tile : stackView->arrangedSubviews()) {
-        tile->updateNameLabel();
-        if (tile->lastLoadedSize != itemSize)
-            tile->loadThumbnail();
-        tile->layoutTile();
-    }
-    stackView->setTileHeight(itemSize + reserve);
+    refreshTiles();
+    stackView->setTileHeight(settings.get(Settings::shelfItemSize) +
+                             labelReserve(settings.get(Settings::fileNameDisplay)));
     updateFrame();
 }
 
@@ -236,6 +155,11 @@ void ShelfPanel::settingsDidChange()
 {
     const UserDefaults::ReadsOfOneMoment moment(settings.defaults);
     applyTint();
+    refreshTiles();
+}
+
+void ShelfPanel::refreshTiles()
+{
     const double itemSize = settings.get(Settings::shelfItemSize);
     for (ShelfItemView *tile : stackView->arrangedSubviews()) {
         tile->updateNameLabel();
@@ -256,62 +180,10 @@ void ShelfPanel::applyTint()
     tintOverlay->setVisible(intensity > kTintThreshold);
 }
 
-void ShelfPanel::restartAutoHideTimer()
+void ShelfPanel::updateHeader()
 {
-    if (autoHideTimer)
-        autoHideTimer->invalidate();
-    const double timeout = settings.get(Settings::autoHideTimeout);
-    if (timeout > 0) {
-        autoHideTimer = platform.mainQueue->after(timeout, [panel = QPointer<ShelfPanel>(this)] {
-            if (panel)
-                panel->hideIfEmpty();
-        });
-    }
-}
-
-void ShelfPanel::scheduleHideIfEmpty()
-{
-    if (autoHideTimer)
-        autoHideTimer->invalidate();
-    autoHideTimer = platform.mainQueue->after(kEmptyShelfDelay, [panel = QPointer<ShelfPanel>(this)] {
-        if (panel)
-            panel->hideIfEmpty();
-    });
-}
-
-void ShelfPanel::hideIfEmpty()
-{
-    if (!items.isEmpty() || hiding)
-        return;
-    hide(true);
-    // What arrives while an empty shelf fades out brings it back.
-    hidesOnlyEmpty = hiding;
-}
-
-void ShelfPanel::installCmdATap()
-{
-    if (isTapInstalled)
-        return;
-    MainQueue &mainQueue = *platform.mainQueue;
-    isTapInstalled = platform.keyTap->install(
-        [panel = QPointer<ShelfPanel>(this), &mainQueue](Qt::Key key, Qt::KeyboardModifiers modifiers) {
-            if (!isSelectAllKey(key, modifiers))
-                return false;
-            // The key press is answered at once and never waits for the tiles.
-            mainQueue.async([panel] {
-                if (panel)
-                    panel->selectAll();
-            });
-            return true;
-        });
-}
-
-void ShelfPanel::removeCmdATap()
-{
-    if (!isTapInstalled)
-        return;
-    platform.keyTap->remove();
-    isTapInstalled = false;
+    dropLabel->setVisible(items.isEmpty());
+    selectAllBtn->setVisible(items.size() >= 2);
 }
 
 void ShelfPanel::openPrefs()

@@ -26,26 +26,22 @@ class Timer;
 class VisualEffectView;
 struct Platform;
 
+// Whether the shelf fades. `disableAnimations` turns every fade off.
+enum class Animated { No, Yes };
+
 // The floating shelf: a panel at a screen edge that holds file references as tiles, at most 50 and no two the same,
-// in the order they arrived.
+// in the order they arrived. Four sources implement it, in the order of the groups below:
+//
+//   ShelfPanel.cpp            its views, its frame and how it looks
+//   ShelfPanelVisibility.cpp  when it shows, what empties it, and when it hides
+//   ShelfPanelItems.cpp       how files come, by a drop or otherwise, and what a drag out takes with it
+//   ShelfPanelSelection.cpp   which tiles are selected, and the key that selects them all
 class ShelfPanel : public QWidget {
     Q_OBJECT
 
 public:
     // The panel is created hidden.
     ShelfPanel(Platform &platform, AppSettings &settings, NotificationCenter &notifications);
-
-    QList<QUrl> items;
-
-    // Called once for every drop of files on the panel, before they are added.
-    std::function<void()> onDropReceived;
-
-    // Puts the panel in its place and shows it above all other windows; animated, it fades in over 0.22 s, also when
-    // it is already visible. `disableAnimations` turns the fade off.
-    void show(bool animated);
-
-    // Hides the panel if it is visible; animated, it fades out over 0.18 s first. A fade-out under way goes on.
-    void hide(bool animated);
 
     // Gives the panel the frame for the current settings and number of items, whether it is visible or not. Without a
     // main screen the frame stays.
@@ -57,47 +53,68 @@ public:
     // Reads every appearance setting again. Tiles on the shelf keep the width they were added with.
     void applySettings();
 
-    // Arms the timer that hides a shelf which is then empty: after autoHideTimeout seconds, or not at all when that
-    // is 0; or after 1.5 seconds. There is one timer; arming it ends the previous one.
-    void restartAutoHideTimer();
-    void scheduleHideIfEmpty();
+    // The views, from the back to the front.
+    DroppableView *container;
+    VisualEffectView *visualFX;
+    ColorView *tintOverlay = nullptr;
+    QWidget *headerBar;
+    HeaderButton *gearBtn;
+    HeaderButton *selectAllBtn;
+    HeaderButton *trashBtn;
+    ColorView *sepLine;
+    QLabel *dropLabel;
+    ShelfScrollView *scrollView;
+    ShelfStackView *stackView;
 
-    // The tap that selects all tiles on Command-A in whatever application; there while a selection exists.
-    void installCmdATap();
-    void removeCmdATap();
+    // Visibility
 
-    // Appends a file unless it is on the shelf already or the shelf holds 50. Does not show the panel.
-    void addItem(const QUrl &url);
+    // Puts the panel in its place and shows it above all other windows; animated, it fades in over 0.22 s, also when
+    // it is already visible.
+    void show(Animated animated);
 
-    // Takes a file off the shelf; its tile fades out over 0.18 s.
-    void removeItem(const QUrl &url);
+    // Hides the panel if it is visible; animated, it fades out over 0.18 s first. A fade-out under way goes on.
+    void hide(Animated animated);
 
     double alpha() const { return fader.alpha(); }
 
     // Whether the panel is fading out; it is still visible then.
     bool isHiding() const { return hiding; }
 
-    VisualEffectView *visualFX;
-    ColorView *tintOverlay = nullptr;
-    ShelfStackView *stackView;
-    ShelfScrollView *scrollView;
-    QWidget *headerBar;
-    HeaderButton *trashBtn;
-    HeaderButton *gearBtn;
-    HeaderButton *selectAllBtn;
-    QLabel *dropLabel;
-    ColorView *sepLine;
-    DroppableView *container;
+    // Takes a file off the shelf; its tile fades out over 0.18 s.
+    void removeItem(const QUrl &url);
+
+    // Arms the timer that hides a shelf which is then empty: after autoHideTimeout seconds, or not at all when that
+    // is 0; or after 1.5 seconds. There is one timer; arming it ends the previous one.
+    void restartAutoHideTimer();
+    void scheduleHideIfEmpty();
+
+    // Items
+
+    QList<QUrl> items;
+
+    // Called once for every drop of files on the panel, before they are added.
+    std::function<void()> onDropReceived;
+
+    // Appends a file unless it is on the shelf already or the shelf holds 50. Does not show the panel.
+    void addItem(const QUrl &url);
+
+    bool droppedBackOnSelf = false; // a drop on the panel happened while a tile was being dragged out
+
+    // Selection
+
     QList<ShelfItemView *> selectedViews; // in the order they were selected
-    bool droppedBackOnSelf = false;       // a drop on the panel happened while a tile was being dragged out
+
+    // The tap that selects all tiles on Command-A in whatever application; there while a selection exists.
+    void installCmdATap();
+    void removeCmdATap();
 
 public slots:
+    void openPrefs();
     // Asks before it clears two or more items, unless the user has said not to.
     void clearAll();
     void selectAll();
     // Selects all, or none when all are selected.
     void selectAllAction();
-    void openPrefs();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -106,37 +123,40 @@ protected:
 private:
     HeaderButton *makeHeaderButton(const QString &symbol, const QString &label);
     void buildInterface();
+    void layoutViews();
     void applyOrientation(bool horizontal);
     void applyTint();
     void settingsDidChange();
+    void refreshTiles();
+    void updateHeader();
+
+    void tileDidFadeOut(ShelfItemView *tile);
+    void removeAllItems();
+    void itemsDidChange();
     void hideIfEmpty();
     void fadeOut();
     void vanish();
-    void layoutViews();
 
     void handleDrop(const QList<QUrl> &urls);
     void highlight(bool on);
-    void setSelected(ShelfItemView *tile, bool selected);
-    void clearSelection();
-    void select(ShelfItemView *tile);
     std::optional<QList<DraggingItem>> dragItems(ShelfItemView *tile);
     void didDragOut(const QUrl &url);
     void didDragOutSelection(const QList<QUrl> &selection, const QList<QUrl> &carried);
     bool cameBack(const QUrl &url) const;
     void forgetDrop();
-    void tileDidFadeOut(ShelfItemView *tile);
-    void removeAllItems();
-    void itemsDidChange();
-    void updateHeader();
+
+    void setSelected(ShelfItemView *tile, bool selected);
+    void clearSelection();
+    void select(ShelfItemView *tile);
 
     Platform &platform;
     AppSettings &settings;
     NotificationCenter &notifications;
-    Fader fader;
     QRectF currentFrame;
-    bool isTapInstalled = false;
+    Fader fader;
     bool hiding = false;
     bool hidesOnlyEmpty = false; // the fade-out under way is that of an empty shelf, and of one that is still so
-    QSet<QUrl> droppedURLs;      // on the panel while droppedBackOnSelf is true
     std::shared_ptr<Timer> autoHideTimer;
+    QSet<QUrl> droppedURLs; // on the panel while droppedBackOnSelf is true
+    bool isTapInstalled = false;
 };

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/ShelfScroller.h"
 
+#include "shelf/ShelfMetrics.h"
+
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyle>
 #include <QStyleOptionSlider>
 
-namespace {
+using namespace ShelfMetrics;
 
-constexpr double kThickness = 5;
-constexpr float kRestingAlpha = 0.28F;
-constexpr float kActiveAlpha = 0.5F;
+namespace {
 
 class LegacyStyle : public QProxyStyle {
 public:
@@ -64,12 +64,12 @@ void ShelfScroller::paintEvent(QPaintEvent *)
     initStyleOption(&option);
     QRectF thumb = style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
     if (orientation() == Qt::Vertical)
-        thumb = QRectF((width() - kThickness) / 2, thumb.y(), kThickness, thumb.height());
+        thumb = QRectF((width() - kScrollerThickness) / 2, thumb.y(), kScrollerThickness, thumb.height());
     else
-        thumb = QRectF(thumb.x(), (height() - kThickness) / 2, thumb.width(), kThickness);
+        thumb = QRectF(thumb.x(), (height() - kScrollerThickness) / 2, thumb.width(), kScrollerThickness);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor::fromRgbF(1, 1, 1, underMouse() || isSliderDown() ? kActiveAlpha : kRestingAlpha));
-    painter.drawRoundedRect(thumb, kThickness / 2, kThickness / 2);
+    painter.setBrush(white(underMouse() || isSliderDown() ? kScrollerActiveAlpha : kScrollerRestingAlpha));
+    painter.drawRoundedRect(thumb, kScrollerThickness / 2, kScrollerThickness / 2);
 }

@@ -3,14 +3,10 @@
 
 #include "shelf/ShelfGeometry.h"
 #include "shelf/ShelfItemView.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/TileViews.h"
 
-namespace {
-
-constexpr double kSpacing = 6;
-constexpr double kEdgeInset = 6;
-
-} // namespace
+using namespace ShelfMetrics;
 
 ShelfStackView::ShelfStackView(QWidget *parent)
     : QWidget(parent)
@@ -60,16 +56,16 @@ void ShelfStackView::resizeEvent(QResizeEvent *)
 
 void ShelfStackView::arrange()
 {
-    double along = kEdgeInset;
+    double along = kStackInset;
     for (ShelfItemView *tile : tiles) {
         const QSizeF size = sizes.value(tile);
         const QRectF frame = horizontal ? QRectF(QPointF(along, (height() - size.height()) / 2), size)
                                         : QRectF(QPointF((width() - size.width()) / 2, along), size);
         tile->setGeometry(wholePoints(frame));
-        along += (horizontal ? size.width() : size.height()) + kSpacing;
+        along += (horizontal ? size.width() : size.height()) + kTileSpacing;
     }
     const int length =
-        wholePoints(QRectF(0, 0, tiles.isEmpty() ? 2 * kEdgeInset : along - kSpacing + kEdgeInset, 0)).width();
+        wholePoints(QRectF(0, 0, tiles.isEmpty() ? 2 * kStackInset : along - kTileSpacing + kStackInset, 0)).width();
     // The scroll view stretches the stack across; along, it is as long as its tiles.
     setMinimumSize(horizontal ? length : 0, horizontal ? 0 : length);
 }

@@ -2,22 +2,15 @@
 #include "shelf/ShelfViews.h"
 
 #include "platform/FloatingPanels.h"
+#include "shelf/ShelfMetrics.h"
 
 #include <QPainter>
 
 #include <cmath>
 
+using namespace ShelfMetrics;
+
 namespace {
-
-// Dark enough that white text is readable over a white wallpaper.
-const QColor kBackground(34, 34, 38);
-constexpr float kBackgroundAlpha = 0.84F;
-constexpr float kRimAlpha = 0.13F; // the fine light line that sets the panel off a dark wallpaper
-
-constexpr double kHeaderSymbolSize = 16;
-constexpr float kHoverAlpha = 0.14F;
-constexpr float kPressedAlpha = 0.24F;
-constexpr double kHoverRadius = 5;
 
 // Calls `draw` for the corners of a rounded rectangle of that outline, above and below, and answers the plain part
 // between them; nothing where that begins within a pixel, and `draw` is called for the whole. Drawing only the corners
@@ -69,7 +62,7 @@ void drawBackground(QPainter &painter, const QRect &rect, bool blends)
         background.setAlphaF(kBackgroundAlpha);
     else
         painter.fillRect(rect, background);
-    fillRoundedRect(painter, rect, VisualEffectView::kCornerRadius, background);
+    fillRoundedRect(painter, rect, kPanelCornerRadius, background);
 }
 
 } // namespace
@@ -98,8 +91,8 @@ void VisualEffectView::paintEvent(QPaintEvent *)
     else if (!highlighted)
         return;
     const double width = highlighted ? layerBorderWidth : 1;
-    const QColor color = highlighted ? layerBorderColor : QColor::fromRgbF(1, 1, 1, kRimAlpha);
-    strokeRoundedRect(painter, rect(), kCornerRadius, width, color);
+    const QColor color = highlighted ? layerBorderColor : white(kRimAlpha);
+    strokeRoundedRect(painter, rect(), kPanelCornerRadius, width, color);
 }
 
 ColorView::ColorView(double radius, QWidget *parent)
@@ -138,8 +131,8 @@ void HeaderButton::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     if (underMouse() || isDown()) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor::fromRgbF(1, 1, 1, isDown() ? kPressedAlpha : kHoverAlpha));
-        painter.drawRoundedRect(rect(), kHoverRadius, kHoverRadius);
+        painter.setBrush(white(isDown() ? kButtonPressedAlpha : kButtonHoverAlpha));
+        painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
     }
     const double x = (width() - kHeaderSymbolSize) / 2;
     const double y = (height() - kHeaderSymbolSize) / 2;

@@ -13,9 +13,6 @@ class VisualEffectView : public QWidget {
     Q_OBJECT
 
 public:
-    // The panels' corner radius, in points.
-    static constexpr double kCornerRadius = 14;
-
     // `panels` tells at each drawing whether what is behind the window shows through, and whether the desktop draws
     // the background.
     VisualEffectView(const FloatingPanels &panels, QWidget *parent);

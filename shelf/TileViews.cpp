@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/TileViews.h"
 
+#include "shelf/ShelfMetrics.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QTextLayout>
@@ -8,18 +10,7 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr double kImageCornerRadius = 6;
-constexpr double kRemoveCornerRadius = 9;
-constexpr double kRemoveSymbolSize = 8;
-const QColor kRemoveColor = QColor::fromRgbF(1.0F, 0.231F, 0.188F, 0.85F);
-
-constexpr int kNameFontSize = 11;
-constexpr int kNameLines = 2;
-constexpr float kNameShadowAlpha = 0.55F; // keeps white letters readable over a light wallpaper
-
-} // namespace
+using namespace ShelfMetrics;
 
 TileImageView::TileImageView(QWidget *parent)
     : QWidget(parent)
@@ -37,10 +28,9 @@ void TileImageView::setImage(const QPixmap &bitmap, const QSizeF &pointSize)
 
 void TileImageView::setImage(const QIcon &fileIcon)
 {
-    constexpr double kIconSize = 32;
     pixmap = QPixmap();
     icon = fileIcon;
-    size = QSizeF(kIconSize, kIconSize);
+    size = QSizeF(kFileIconSize, kFileIconSize);
     update();
 }
 

@@ -36,7 +36,7 @@ int main(int argc, char *argv[])
         AppSettings settings(virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance);
         NotificationCenter notifications;
         ShelfPanel panel(virtualPlatform.platform, settings, notifications);
-        panel.show(false);
+        panel.show(Animated::No);
         for (int i = 1; i <= 50; ++i) {
             QElapsedTimer clock;
             clock.start();

@@ -120,7 +120,7 @@ void TranslatedTextsFitTest::the_narrowest_shelf_has_room_for_its_text()
     Fixture f;
     f.values.insert(Settings::shelfItemSize.key, kSmallestItem);
     ShelfPanel shelf(f.virtualPlatform.platform, f.settings, f.notifications);
-    shelf.show(false);
+    shelf.show(Animated::No);
     const auto *label = shelf.findChild<QLabel *>();
     QVERIFY(label && label->isVisible());
     QVERIFY2(label->x() >= 0 && label->geometry().right() < shelf.width(), qPrintable(label->text()));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/CursorShelf.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfViews.h"
 #include "tests/support/DragEvents.h"
 #include "tests/support/TestProgram.h"
@@ -100,7 +101,7 @@ void CursorShelfTest::the_background_fills_the_zone_and_the_symbol_stands_in_its
     QCOMPARE(f.zone.geometry(), QRect(0, 0, 88, 88));
     QCOMPARE(f.zone.visualFX->geometry(), QRect(0, 0, 88, 88));
     QCOMPARE(f.zone.iconView->geometry(), QRect(27, 27, 34, 34));
-    QCOMPARE(VisualEffectView::kCornerRadius, 14.0);
+    QCOMPARE(ShelfMetrics::kPanelCornerRadius, 14.0);
     // The symbol lies above the background.
     QVERIFY(f.zone.children().indexOf(f.zone.visualFX) < f.zone.children().indexOf(f.zone.iconView));
 

@@ -117,7 +117,7 @@ void ShelfGeometryTest::a_shelf_cut_to_the_screen_keeps_the_place_of_the_uncut_o
 
 void ShelfGeometryTest::a_column_has_its_header_across_the_top()
 {
-    const ShelfLayout layout = shelfLayout(QSizeF(116, 164), false);
+    const ShelfLayout layout = shelfLayout(QSizeF(116, 164), Qt::Vertical);
     QCOMPARE(layout.headerBar, QRectF(0, 8, 116, 24));
     QCOMPARE(layout.gearBtn, QRectF(8, 2, 20, 20));
     QCOMPARE(layout.selectAllBtn, QRectF(48, 2, 20, 20));
@@ -128,7 +128,7 @@ void ShelfGeometryTest::a_column_has_its_header_across_the_top()
 
 void ShelfGeometryTest::a_row_has_its_header_as_a_column_at_the_left()
 {
-    const ShelfLayout layout = shelfLayout(QSizeF(239, 131), true);
+    const ShelfLayout layout = shelfLayout(QSizeF(239, 131), Qt::Horizontal);
     QCOMPARE(layout.headerBar, QRectF(0, 0, 36, 131));
     QCOMPARE(layout.trashBtn, QRectF(8, 10, 20, 20));
     QCOMPARE(layout.selectAllBtn, QRectF(8, 38, 20, 20));

@@ -39,7 +39,7 @@ private slots:
 void ShelfPanelFadesTest::showing_fades_in_over_0_22_seconds()
 {
     PanelFixture f;
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     QVERIFY(f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 0.0);
     QCOMPARE(f.panel->geometry(), QRect(1160, 318, 116, 164));
@@ -64,16 +64,16 @@ void ShelfPanelFadesTest::the_panel_is_transparent_before_it_comes_to_the_front(
     f.virtualPlatform.floatingPanels.whenOrderedFront = [&](QWidget &window) {
         atFront.append(f.virtualPlatform.floatingPanels.alphas.value(&window, 1.0));
     };
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     QCOMPARE(atFront, QList<double>{0.0});
 }
 
 void ShelfPanelFadesTest::showing_again_fades_in_again()
 {
     PanelFixture f;
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     QCOMPARE(f.panel->alpha(), 0.0);
     QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 2);
     f.advance(0.22);
@@ -83,8 +83,8 @@ void ShelfPanelFadesTest::showing_again_fades_in_again()
 void ShelfPanelFadesTest::hiding_fades_out_over_0_18_seconds_and_restores_the_opacity()
 {
     PanelFixture f;
-    f.panel->show(false);
-    f.panel->hide(true);
+    f.panel->show(Animated::No);
+    f.panel->hide(Animated::Yes);
     QCOMPARE(f.panel->alpha(), 1.0);
     f.advance(0.10);
     // The standard curve: the middle goes by fast.
@@ -105,9 +105,9 @@ void ShelfPanelFadesTest::the_panel_is_still_transparent_as_it_is_ordered_out()
     f.virtualPlatform.floatingPanels.whenOrderedOut = [&](QWidget &window) {
         atOut.append(f.virtualPlatform.floatingPanels.alphas.value(&window, 1.0));
     };
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
-    f.panel->hide(true);
+    f.panel->hide(Animated::Yes);
     f.advance(0.18);
     QCOMPARE(atOut, QList<double>{0.0});
     QCOMPARE(f.panel->alpha(), 1.0);
@@ -116,20 +116,20 @@ void ShelfPanelFadesTest::the_panel_is_still_transparent_as_it_is_ordered_out()
 void ShelfPanelFadesTest::hiding_again_lets_the_fade_out_go_on()
 {
     PanelFixture f;
-    f.panel->show(false);
-    f.panel->hide(true);
+    f.panel->show(Animated::No);
+    f.panel->hide(Animated::Yes);
     f.advance(0.1);
-    f.panel->hide(true);
+    f.panel->hide(Animated::Yes);
     f.advance(0.07);
     QVERIFY(f.panel->isVisible());
     f.advance(0.01);
     QVERIFY(!f.panel->isVisible());
     QVERIFY(!f.panel->isHiding());
     // One that shall go at once does.
-    f.panel->show(false);
-    f.panel->hide(true);
+    f.panel->show(Animated::No);
+    f.panel->hide(Animated::Yes);
     f.advance(0.1);
-    f.panel->hide(false);
+    f.panel->hide(Animated::No);
     QVERIFY(!f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
 }
@@ -137,8 +137,8 @@ void ShelfPanelFadesTest::hiding_again_lets_the_fade_out_go_on()
 void ShelfPanelFadesTest::hiding_a_hidden_panel_does_nothing()
 {
     PanelFixture f;
-    f.panel->hide(true);
-    f.panel->hide(false);
+    f.panel->hide(Animated::Yes);
+    f.panel->hide(Animated::No);
     f.advance(1);
     QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 0);
 }
@@ -146,10 +146,10 @@ void ShelfPanelFadesTest::hiding_a_hidden_panel_does_nothing()
 void ShelfPanelFadesTest::showing_during_the_fade_out_keeps_the_panel()
 {
     PanelFixture f;
-    f.panel->show(false);
-    f.panel->hide(true);
+    f.panel->show(Animated::No);
+    f.panel->hide(Animated::Yes);
     f.advance(0.1);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
     QVERIFY(f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
@@ -158,10 +158,10 @@ void ShelfPanelFadesTest::showing_during_the_fade_out_keeps_the_panel()
 void ShelfPanelFadesTest::without_animation_it_shows_and_hides_at_once()
 {
     PanelFixture f;
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QVERIFY(f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
-    f.panel->hide(false);
+    f.panel->hide(Animated::No);
     QVERIFY(!f.panel->isVisible());
 }
 
@@ -170,11 +170,11 @@ void ShelfPanelFadesTest::disabled_animations_show_and_hide_at_once_and_arm_no_t
     PanelFixture f;
     f.set(Settings::disableAnimations.key, true);
     f.set(Settings::autoHideTimeout.key, 3.0);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     QVERIFY(f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
     QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
-    f.panel->hide(true);
+    f.panel->hide(Animated::Yes);
     QVERIFY(!f.panel->isVisible());
 }
 
@@ -182,7 +182,7 @@ void ShelfPanelFadesTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_
 {
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 1.0);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1.1);
     QVERIFY(f.panel->isHiding());
     f.add(1);
@@ -191,7 +191,7 @@ void ShelfPanelFadesTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_
     QVERIFY(!f.panel->isHiding());
     QCOMPARE(f.panel->alpha(), 1.0);
     // A shelf that the user hides goes, whatever is on it.
-    f.panel->hide(true);
+    f.panel->hide(Animated::Yes);
     f.add(1);
     f.advance(1);
     QVERIFY(!f.panel->isVisible());
@@ -201,10 +201,10 @@ void ShelfPanelFadesTest::hiding_takes_an_empty_shelf_that_fades_out_whatever_ar
 {
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 1.0);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1.1);
     QVERIFY(f.panel->isHiding());
-    f.panel->hide(true);
+    f.panel->hide(Animated::Yes);
     f.add(1);
     f.advance(0.07);
     QVERIFY(f.panel->isVisible());
@@ -215,8 +215,8 @@ void ShelfPanelFadesTest::hiding_takes_an_empty_shelf_that_fades_out_whatever_ar
 void ShelfPanelFadesTest::a_shelf_that_the_user_hides_goes_though_its_time_is_up()
 {
     PanelFixture f;
-    f.panel->show(false);
-    f.panel->hide(true);
+    f.panel->show(Animated::No);
+    f.panel->hide(Animated::Yes);
     f.set(Settings::autoHideTimeout.key, 0.05);
     f.panel->restartAutoHideTimer();
     f.advance(0.06);
@@ -230,7 +230,7 @@ void ShelfPanelFadesTest::a_shelf_that_the_user_hides_goes_though_its_time_is_up
 void ShelfPanelFadesTest::no_timeout_arms_no_timer()
 {
     PanelFixture f;
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(0.22);
     QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
     f.advance(100);
@@ -241,7 +241,7 @@ void ShelfPanelFadesTest::a_timeout_hides_a_shelf_that_is_then_empty()
 {
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 3.0);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(2.99);
     QVERIFY(f.panel->isVisible());
     QCOMPARE(f.panel->alpha(), 1.0);
@@ -254,7 +254,7 @@ void ShelfPanelFadesTest::a_timeout_leaves_a_shelf_that_holds_items()
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 3.0);
     f.add(1);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(10);
     QVERIFY(f.panel->isVisible());
 }
@@ -263,7 +263,7 @@ void ShelfPanelFadesTest::adding_an_item_arms_the_timeout_again()
 {
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 3.0);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(2);
     f.add(1);
     QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
@@ -278,7 +278,7 @@ void ShelfPanelFadesTest::an_emptied_shelf_hides_after_1_5_seconds_whatever_the_
     for (const double timeout : {0.0, 60.0}) {
         PanelFixture f;
         f.add(1);
-        f.panel->show(true);
+        f.panel->show(Animated::Yes);
         f.advance(1);
         f.set(Settings::autoHideTimeout.key, timeout);
         f.panel->removeItem(file(0));
@@ -295,7 +295,7 @@ void ShelfPanelFadesTest::arming_a_timer_ends_the_previous_one()
 {
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 1.0);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.panel->scheduleHideIfEmpty();
     f.advance(1.4);
     QVERIFY(f.panel->isVisible());
@@ -309,10 +309,10 @@ void ShelfPanelFadesTest::hiding_ends_the_timer()
 {
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 1.0);
-    f.panel->show(true);
-    f.panel->hide(false);
+    f.panel->show(Animated::Yes);
+    f.panel->hide(Animated::No);
     // A timer that went on would hide what is shown again without one.
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     f.advance(5);
     QVERIFY(f.panel->isVisible());
 }
@@ -321,10 +321,10 @@ void ShelfPanelFadesTest::fading_out_ends_the_timer()
 {
     PanelFixture f;
     f.set(Settings::autoHideTimeout.key, 3.0);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
     QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 1);
-    f.panel->hide(true);
+    f.panel->hide(Animated::Yes);
     f.advance(0.18);
     QVERIFY(!f.panel->isVisible());
     QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
@@ -335,7 +335,7 @@ void ShelfPanelFadesTest::a_timer_that_outlives_the_panel_does_nothing()
     for (const bool emptied : {false, true}) {
         PanelFixture f;
         f.set(Settings::autoHideTimeout.key, 1.0);
-        f.panel->show(false);
+        f.panel->show(Animated::No);
         if (emptied)
             f.panel->scheduleHideIfEmpty();
         else

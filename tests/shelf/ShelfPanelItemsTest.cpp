@@ -433,7 +433,7 @@ void ShelfPanelItemsTest::the_last_item_brings_the_label_back_after_its_fade()
 {
     Fixture f;
     f.add(1);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
     f.panel->removeItem(file(0));
     QVERIFY(f.panel->dropLabel->isHidden());
@@ -686,7 +686,7 @@ void ShelfPanelItemsTest::a_single_item_is_cleared_at_once()
 void ShelfPanelItemsTest::an_empty_shelf_is_cleared_without_a_question()
 {
     Fixture f;
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
     f.panel->trashBtn->click();
     QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
@@ -745,7 +745,7 @@ void ShelfPanelItemsTest::clearing_shows_the_label_hides_the_button_and_then_the
     Fixture f;
     f.set(Settings::skipClearAllConfirmation.key, true);
     f.add(3);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
     f.panel->selectAll();
     f.changes = 0;
@@ -769,7 +769,7 @@ void ShelfPanelItemsTest::a_removal_ends_after_its_fade_also_when_all_was_cleare
     Fixture f;
     f.set(Settings::skipClearAllConfirmation.key, true);
     f.add(3);
-    f.panel->show(true);
+    f.panel->show(Animated::Yes);
     f.advance(1);
     f.changes = 0;
     f.panel->removeItem(file(0));
@@ -792,7 +792,7 @@ void ShelfPanelItemsTest::cleared_tiles_take_their_names_along()
 {
     Fixture f;
     f.add(2);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     const QPointer<TileLabel> name = f.tile(0)->nameLabel;
     QVERIFY(name->isVisible());
     f.virtualPlatform.alerts.answers = {AlertAnswer{0, false}};

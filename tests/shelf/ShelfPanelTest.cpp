@@ -3,6 +3,7 @@
 #include "shelf/ShelfGeometry.h"
 #include "shelf/ShelfItemView.h"
 #include "shelf/ShelfScroller.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfViews.h"
 #include "shelf/TileViews.h"
 #include "tests/shelf/PanelFixture.h"
@@ -204,7 +205,7 @@ void ShelfPanelTest::the_views_lie_above_each_other_in_their_order()
 void ShelfPanelTest::the_drop_label_stands_ten_points_below_the_middle()
 {
     PanelFixture f;
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     const QRect label = f.panel->dropLabel->geometry();
     QVERIFY(std::abs(label.center().y() - (164 / 2 + 10)) <= 1);
     QVERIFY(std::abs(label.center().x() - 116 / 2) <= 1);
@@ -245,7 +246,7 @@ void ShelfPanelTest::a_layer_is_a_rounded_rectangle_to_the_pixel()
         return drawn;
     };
     const QColor tint(200, 10, 20, 100);
-    ColorView color(VisualEffectView::kCornerRadius, nullptr);
+    ColorView color(ShelfMetrics::kPanelCornerRadius, nullptr);
     color.setColor(tint);
     QCOMPARE(layer(color), image([&](QPainter &painter) {
                  painter.setPen(Qt::NoPen);
@@ -275,7 +276,7 @@ void ShelfPanelTest::the_background_and_the_tint_have_corners_of_14_points()
     PanelFixture f;
     f.set(Settings::tintIntensity.key, 1.0);
     f.notifications.post(Notifications::settingsChanged);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     const double expected = (1 - M_PI / 4) * 14 * 14;
     const double tolerance = 2; // how an edge is smoothed; one point of radius makes five
     QList<double> areas = cornerAreas(drawn(*f.panel->tintOverlay), 0.6) + cornerAreas(drawn(*f.panel->visualFX), 0.84);
@@ -290,7 +291,7 @@ void ShelfPanelTest::the_scroll_view_draws_no_background()
     f.settings.setTintColor(Qt::green);
     f.set(Settings::tintIntensity.key, 9.0);
     f.notifications.post(Notifications::settingsChanged);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     const QImage image = drawn(*f.panel);
     const QPoint overTiles = f.panel->scrollView->geometry().bottomLeft() + QPoint(20, -20);
     QVERIFY(f.panel->stackView->rect().contains(f.panel->stackView->mapFrom(f.panel.get(), overTiles)));
@@ -414,7 +415,7 @@ void ShelfPanelTest::without_a_main_screen_the_frame_stays_and_tiles_are_refresh
 void ShelfPanelTest::the_header_turns_with_the_edge()
 {
     PanelFixture f;
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 8, 116, 24));
     QCOMPARE(f.panel->gearBtn->geometry(), QRect(8, 2, 20, 20));
     QCOMPARE(f.panel->selectAllBtn->geometry(), QRect(48, 2, 20, 20));
@@ -441,7 +442,7 @@ void ShelfPanelTest::tiles_stand_six_points_apart_and_centred()
 {
     PanelFixture f;
     f.add(3);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QCOMPARE(f.panel->stackView->width(), f.panel->scrollView->width());
     QCOMPARE(f.tile(0)->geometry(), QRect(14, 6, 88, 102));
     QCOMPARE(f.tile(1)->geometry(), QRect(14, 114, 88, 102));
@@ -458,7 +459,7 @@ void ShelfPanelTest::an_eleventh_tile_scrolls()
     PanelFixture f;
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 2000), QRectF(0, 0, 1280, 2000), 1.0}};
     f.add(10);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QApplication::processEvents();
     QCOMPARE(f.panel->scrollView->verticalScrollBar()->maximum(), 0);
     f.add(1);
@@ -473,7 +474,7 @@ void ShelfPanelTest::the_scroller_over_the_tiles_shows_from_the_eleventh_on()
     PanelFixture f;
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 2000, 2000), QRectF(0, 0, 2000, 2000), 1.0}};
     f.add(10);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QApplication::processEvents();
     const ShelfScroller *scroller = columnScroller(*f.panel);
     QVERIFY(scroller);
@@ -498,7 +499,7 @@ void ShelfPanelTest::the_scroller_and_the_tiles_move_each_other()
 {
     PanelFixture f;
     f.add(20);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QApplication::processEvents();
     ShelfScroller *scroller = columnScroller(*f.panel);
     QScrollBar *bar = f.panel->scrollView->verticalScrollBar();
@@ -516,7 +517,7 @@ void ShelfPanelTest::a_new_item_size_changes_heights_and_thumbnails_but_not_widt
 {
     PanelFixture f;
     f.add(1);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 1);
     f.set(Settings::shelfItemSize.key, 100.0);
     f.panel->applySettings();
@@ -535,7 +536,7 @@ void ShelfPanelTest::hiding_names_changes_heights_and_no_thumbnail()
 {
     PanelFixture f;
     f.add(1);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     f.set(Settings::fileNameDisplay.key, 1.0);
     f.panel->applySettings();
     QCOMPARE(f.tile(0)->size(), QSize(88, 88));
@@ -549,7 +550,7 @@ void ShelfPanelTest::a_settings_change_tints_and_refreshes_tiles()
 {
     PanelFixture f;
     f.add(1);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     const QRect before = f.panel->geometry();
     f.set(Settings::tintIntensity.key, 0.0);
     f.set(Settings::shelfItemSize.key, 100.0);
@@ -645,7 +646,7 @@ void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
     for (const bool posted : {false, true}) {
         PanelFixture f;
         f.add(1);
-        f.panel->show(false);
+        f.panel->show(Animated::No);
         const auto announce = [&] {
             if (posted)
                 f.notifications.post(Notifications::settingsChanged);
@@ -678,7 +679,7 @@ void ShelfPanelTest::an_absurd_item_size_is_survived()
         f.set(Settings::shelfItemSize.key, size);
         f.panel->applySettings();
         f.add(1);
-        f.panel->show(false);
+        f.panel->show(Animated::No);
         QVERIFY(f.panel->width() >= 0 && f.panel->width() <= 32000);
         f.set(Settings::shelfItemSize.key, 72.0);
         f.panel->applySettings();
@@ -691,7 +692,7 @@ void ShelfPanelTest::a_row_scrolls_sideways_and_by_the_wheel()
     PanelFixture f;
     f.set(Settings::windowEdge.key, 3.0);
     f.add(11);
-    f.panel->show(false);
+    f.panel->show(Animated::No);
     QApplication::processEvents();
     QScrollBar *bar = f.panel->scrollView->horizontalScrollBar();
     QVERIFY(bar->maximum() > 0);

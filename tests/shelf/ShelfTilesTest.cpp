@@ -43,7 +43,7 @@ struct Fixture {
         panel = std::make_unique<ShelfPanel>(virtualPlatform.platform, settings, notifications);
         for (int i = 0; i < count; ++i)
             panel->addItem(file(i));
-        panel->show(false);
+        panel->show(Animated::No);
     }
 
     void showImages(const QList<QColor> &colors)

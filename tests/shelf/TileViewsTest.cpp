@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/TileViews.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfViews.h"
 #include "tests/support/Corners.h"
 #include "tests/support/TestProgram.h"
@@ -178,7 +179,7 @@ void TileViewsTest::the_remove_button_fades_as_a_whole()
 void TileViewsTest::the_colour_over_the_panel_has_its_corners()
 {
     const QSize size(116, 164);
-    ColorView view(VisualEffectView::kCornerRadius, nullptr);
+    ColorView view(ShelfMetrics::kPanelCornerRadius, nullptr);
     view.setColor(QColor(200, 30, 90, 128));
     const QImage image = shown(view, size);
     const double area = coveredArea(image, 128 / 255.0);

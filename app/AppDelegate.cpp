@@ -1,34 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegate.h"
 
+#include "app/LaunchQuestions.h"
 #include "app/MainMenu.h"
 #include "app/SharedInstances.h"
+#include "app/StatusMenu.h"
 #include "platform/Platform.h"
+#include "platform/WhileAlive.h"
 #include "settings/BuildInfo.h"
 
 #include <QCoreApplication>
-#include <QEvent>
-#include <QMenu>
 
 namespace {
 
 constexpr double kTrustPollInterval = 5.0; // seconds between two looks whether the permission was granted
-
-// Notices that the application is asked to quit while a question is on screen. The question goes away as if it had been
-// closed, and the next one would not even be shown: the main loop is about to end.
-class QuitWatch : public QObject {
-public:
-    QuitWatch() { qApp->installEventFilter(this); }
-
-    bool quits = false;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        quits = quits || (watched == qApp && event->type() == QEvent::Quit);
-        return false;
-    }
-};
 
 } // namespace
 
@@ -45,7 +30,6 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching()
 {
     AppSettings &settings = shared.settings();
-    const QPointer<AppDelegate> delegate(this);
 
     platform.menuBar->setMainMenu(buildMainMenu());
     if (settings.get(Settings::showMenuBarIcon))
@@ -56,12 +40,10 @@ void AppDelegate::applicationDidFinishLaunching()
     else if (!requestAccessibilityPermission())
         return;
 
-    shared.screenshotWatcher().onNewScreenshot = [delegate](const QUrl &file) {
-        if (!delegate)
-            return;
-        delegate->shelf.addItem(file);
-        delegate->showShelf();
-    };
+    shared.screenshotWatcher().onNewScreenshot = whileAlive(this, [this](const QUrl &file) {
+        shelf.addItem(file);
+        showShelf();
+    });
     if (settings.get(Settings::autoAddScreenshots))
         shared.screenshotWatcher().start();
 
@@ -74,22 +56,17 @@ void AppDelegate::applicationDidFinishLaunching()
 
     synchronizeLoginItem();
 
-    shelf.onDropReceived = [delegate] {
-        if (delegate)
-            delegate->dropReceivedOnShelf = true;
-    };
+    shelf.onDropReceived = whileAlive(this, [this] { dropReceivedOnShelf = true; });
     // The shelf itself is on screen already when the cursor shelf is.
-    cursorShelf.onDrop = [delegate](const QList<QUrl> &urls) {
-        if (!delegate)
-            return;
-        delegate->dropReceivedOnShelf = true;
+    cursorShelf.onDrop = whileAlive(this, [this](const QList<QUrl> &urls) {
+        dropReceivedOnShelf = true;
         for (const QUrl &url : urls)
-            delegate->shelf.addItem(url);
-    };
-    platform.screens->onChange = [delegate] {
-        if (delegate && (delegate->shelf.isVisible() || delegate->proximityMonitor))
-            delegate->shelf.updateFrame();
-    };
+            shelf.addItem(url);
+    });
+    platform.screens->onChange = whileAlive(this, [this] {
+        if (shelf.isVisible() || proximityMonitor)
+            shelf.updateFrame();
+    });
 
     if (!settings.get(Settings::hasShownUpdatePrompt)) {
         // The flag comes first, so that a question which was cut short is not asked again.
@@ -106,28 +83,7 @@ void AppDelegate::setUpStatusItem()
 {
     statusItem = platform.statusBar->createItem();
     statusItem->setSymbol(QStringLiteral("tray.and.arrow.down"), QStringLiteral("Parklet"));
-    statusItem->setMenu(buildStatusMenu());
-}
-
-std::unique_ptr<QMenu> AppDelegate::buildStatusMenu()
-{
-    auto menu = std::make_unique<QMenu>();
-    menu->addAction(QStringLiteral("Parklet"))->setEnabled(false);
-    menu->addSeparator();
-    menu->addAction(tr("Add From Clipboard"), this, &AppDelegate::addFromClipboard);
-    menu->addSeparator();
-    menu->addAction(tr("Show Shelf"), this, &AppDelegate::toggleShelf);
-    menu->addSeparator();
-    menu->addAction(tr("Preferences…"), this, &AppDelegate::openPreferences)->setShortcut(Qt::CTRL | Qt::Key_Comma);
-    menu->addAction(tr("Check for Updates…"), this, &AppDelegate::checkForUpdates);
-    menu->addAction(tr("More from Orvane"), this, &AppDelegate::openMoreApps);
-    menu->addSeparator();
-    QAction *launchAtLogin = menu->addAction(tr("Launch at Login"), this, &AppDelegate::toggleLaunchAtLogin);
-    launchAtLogin->setCheckable(true);
-    launchAtLogin->setChecked(shared.settings().get(Settings::launchAtLogin));
-    menu->addSeparator();
-    menu->addAction(tr("Quit Parklet"), qApp, &QCoreApplication::quit)->setShortcut(Qt::CTRL | Qt::Key_Q);
-    return menu;
+    statusItem->setMenu(makeStatusMenu(*this, shared.settings().get(Settings::launchAtLogin)));
 }
 
 void AppDelegate::startDragMonitor()
@@ -139,46 +95,29 @@ void AppDelegate::startDragMonitor()
 // False when the application was quit instead of an answer.
 bool AppDelegate::requestAccessibilityPermission()
 {
-    QuitWatch watch;
-    Alert alert;
-    alert.messageText = tr("Accessibility Permission Required");
-    alert.informativeText = tr("Parklet needs Accessibility access to detect when you're dragging files. "
-                               "Please grant access in System Settings.");
-    alert.buttons = {tr("Open System Settings"), tr("Later")};
-    alert.activates = false;
-    const AlertAnswer answer = platform.alerts->runModal(alert);
-    if (watch.quits)
+    const auto wantsSettings = LaunchQuestions::askForAccessibility(platform);
+    if (!wantsSettings)
         return false;
-    if (answer.isFirstButton())
+    if (*wantsSettings)
         platform.accessibilityTrust->openAccessibilitySettings();
 
-    accessibilityTimer = platform.mainQueue->every(kTrustPollInterval, [delegate = QPointer<AppDelegate>(this)] {
-        if (!delegate || !delegate->platform.accessibilityTrust->isProcessTrusted())
-            return;
-        delegate->accessibilityTimer->invalidate();
-        delegate->accessibilityTimer.reset();
-        delegate->startDragMonitor();
-    });
+    accessibilityTimer = platform.mainQueue->every(kTrustPollInterval, whileAlive(this, [this] {
+                                                       if (!platform.accessibilityTrust->isProcessTrusted())
+                                                           return;
+                                                       accessibilityTimer->invalidate();
+                                                       accessibilityTimer.reset();
+                                                       startDragMonitor();
+                                                   }));
     return true;
 }
 
 // False when the application was quit instead of an answer.
 bool AppDelegate::askAboutUpdateChecks()
 {
-    QuitWatch watch;
-    Alert alert;
-    alert.icon = platform.appearance->applicationIcon();
-    alert.messageText = tr("Check for updates automatically?");
-    alert.informativeText = tr("Should Parklet automatically check for updates? "
-                               "You can always check manually from the Parklet menu.");
-    // The check box reassures; its state changes no setting.
-    alert.checkboxTitle = tr("Automatically download and install updates");
-    alert.buttons = {tr("Check Automatically"), tr("Don't Check")};
-    alert.dark = true;
-    const AlertAnswer answer = platform.alerts->runModal(alert);
-    if (watch.quits)
+    const auto wantsChecks = LaunchQuestions::askAboutUpdateChecks(platform);
+    if (!wantsChecks)
         return false;
-    shared.settings().set(Settings::autoCheckUpdates, answer.isFirstButton());
+    shared.settings().set(Settings::autoCheckUpdates, *wantsChecks);
     return true;
 }
 
@@ -249,9 +188,9 @@ void AppDelegate::toggleLaunchAtLogin()
     if (!statusItem)
         return;
     // This runs out of the very menu that is replaced.
-    platform.mainQueue->async([delegate = QPointer<AppDelegate>(this)] {
-        if (delegate && delegate->statusItem)
-            delegate->statusItem->setMenu(delegate->buildStatusMenu());
+    platform.mainQueue->async(this, [this] {
+        if (statusItem)
+            statusItem->setMenu(makeStatusMenu(*this, shared.settings().get(Settings::launchAtLogin)));
     });
 }
 
@@ -283,10 +222,7 @@ void AppDelegate::handleSettingsChanged()
                                                  : ActivationPolicy::Policy::Accessory);
     if (preferencesVisible) {
         // The change of policy can take the window away from the front.
-        platform.mainQueue->async([delegate = QPointer<AppDelegate>(this)] {
-            if (delegate)
-                delegate->shared.preferences().showWindowAgain();
-        });
+        platform.mainQueue->async(this, [this] { shared.preferences().showWindowAgain(); });
     }
 
     if (settings.get(Settings::autoAddScreenshots))

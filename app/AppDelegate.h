@@ -6,8 +6,6 @@
 #include "shelf/CursorShelf.h"
 #include "shelf/ShelfPanel.h"
 
-#include <QMenu>
-
 #include <memory>
 #include <optional>
 
@@ -54,7 +52,6 @@ public slots:
 
 private:
     void setUpStatusItem();
-    std::unique_ptr<QMenu> buildStatusMenu();
     bool isShelfShown() const;
     void startDragMonitor();
     bool requestAccessibilityPermission();

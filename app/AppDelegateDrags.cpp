@@ -4,6 +4,7 @@
 #include "app/SharedInstances.h"
 #include "drag/AutoShow.h"
 #include "platform/Platform.h"
+#include "platform/WhileAlive.h"
 #include "shelf/ShelfGeometry.h"
 
 namespace {
@@ -45,10 +46,7 @@ void AppDelegate::startProximityMonitor()
 {
     // The place where the shelf would appear, though it is hidden.
     shelf.updateFrame();
-    proximityMonitor = platform.eventMonitors->add(LeftMouseDragged, [delegate = QPointer<AppDelegate>(this)] {
-        if (delegate)
-            delegate->proximityCheck();
-    });
+    proximityMonitor = platform.eventMonitors->add(LeftMouseDragged, whileAlive(this, [this] { proximityCheck(); }));
 }
 
 void AppDelegate::proximityCheck()
@@ -58,10 +56,10 @@ void AppDelegate::proximityCheck()
     const QPointF pointer = flipped(platform.screens->pointer(), platform.screens->flipHeight());
     if (!isNear(pointer, shelf.frame()))
         return;
-    platform.mainQueue->async([delegate = QPointer<AppDelegate>(this)] {
-        if (delegate && !delegate->shelf.isVisible()) {
-            delegate->shelf.show(Animated::Yes);
-            delegate->shelfShownByCurrentDrag = true;
+    platform.mainQueue->async(this, [this] {
+        if (!shelf.isVisible()) {
+            shelf.show(Animated::Yes);
+            shelfShownByCurrentDrag = true;
         }
     });
 }
@@ -77,8 +75,8 @@ void AppDelegate::dragMonitorDidEndDrag()
     shelfShownByCurrentDrag = false;
     if (!shown)
         return;
-    platform.mainQueue->after(kHideCheckDelay, [delegate = QPointer<AppDelegate>(this)] {
-        if (delegate && !delegate->dropReceivedOnShelf && delegate->shelf.items.isEmpty())
-            delegate->shelf.hide(Animated::Yes);
-    });
+    platform.mainQueue->after(kHideCheckDelay, whileAlive(this, [this] {
+                                  if (!dropReceivedOnShelf && shelf.items.isEmpty())
+                                      shelf.hide(Animated::Yes);
+                              }));
 }

@@ -9,73 +9,6 @@
     </message>
 </context>
 <context>
-    <name>AppDelegate</name>
-    <message>
-        <source>Add From Clipboard</source>
-        <translation>Aus der Zwischenablage hinzufügen</translation>
-    </message>
-    <message>
-        <source>Show Shelf</source>
-        <translation>Ablage anzeigen</translation>
-    </message>
-    <message>
-        <source>Preferences…</source>
-        <translation>Einstellungen&#xa0;…</translation>
-    </message>
-    <message>
-        <source>Check for Updates…</source>
-        <translation>Nach Aktualisierungen suchen&#xa0;…</translation>
-    </message>
-    <message>
-        <source>More from Orvane</source>
-        <translation>Mehr von Orvane</translation>
-    </message>
-    <message>
-        <source>Launch at Login</source>
-        <translation>Beim Anmelden starten</translation>
-    </message>
-    <message>
-        <source>Quit Parklet</source>
-        <translation>Parklet beenden</translation>
-    </message>
-    <message>
-        <source>Accessibility Permission Required</source>
-        <translation>Zugriff auf die Bedienungshilfen erforderlich</translation>
-    </message>
-    <message>
-        <source>Parklet needs Accessibility access to detect when you&apos;re dragging files. Please grant access in System Settings.</source>
-        <translation>Parklet benötigt Zugriff auf die Bedienungshilfen, um zu erkennen, wann Dateien gezogen werden. Bitte den Zugriff in den Systemeinstellungen erlauben.</translation>
-    </message>
-    <message>
-        <source>Open System Settings</source>
-        <translation>Systemeinstellungen öffnen</translation>
-    </message>
-    <message>
-        <source>Later</source>
-        <translation>Später</translation>
-    </message>
-    <message>
-        <source>Check for updates automatically?</source>
-        <translation>Automatisch nach Aktualisierungen suchen?</translation>
-    </message>
-    <message>
-        <source>Should Parklet automatically check for updates? You can always check manually from the Parklet menu.</source>
-        <translation>Soll Parklet automatisch nach Aktualisierungen suchen? Von Hand ist das über das Menü von Parklet jederzeit möglich.</translation>
-    </message>
-    <message>
-        <source>Automatically download and install updates</source>
-        <translation>Aktualisierungen automatisch herunterladen und installieren</translation>
-    </message>
-    <message>
-        <source>Check Automatically</source>
-        <translation>Automatisch suchen</translation>
-    </message>
-    <message>
-        <source>Don&apos;t Check</source>
-        <translation>Nicht suchen</translation>
-    </message>
-</context>
-<context>
     <name>AppExclusionListView</name>
     <message>
         <source>Add application</source>
@@ -302,6 +235,45 @@ Ohne Option startet Parklet oder zeigt die Ablage des bereits laufenden Parklet 
     </message>
 </context>
 <context>
+    <name>LaunchQuestions</name>
+    <message>
+        <source>Accessibility Permission Required</source>
+        <translation>Zugriff auf die Bedienungshilfen erforderlich</translation>
+    </message>
+    <message>
+        <source>Parklet needs Accessibility access to detect when you&apos;re dragging files. Please grant access in System Settings.</source>
+        <translation>Parklet benötigt Zugriff auf die Bedienungshilfen, um zu erkennen, wann Dateien gezogen werden. Bitte den Zugriff in den Systemeinstellungen erlauben.</translation>
+    </message>
+    <message>
+        <source>Open System Settings</source>
+        <translation>Systemeinstellungen öffnen</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically?</source>
+        <translation>Automatisch nach Aktualisierungen suchen?</translation>
+    </message>
+    <message>
+        <source>Should Parklet automatically check for updates? You can always check manually from the Parklet menu.</source>
+        <translation>Soll Parklet automatisch nach Aktualisierungen suchen? Von Hand ist das über das Menü von Parklet jederzeit möglich.</translation>
+    </message>
+    <message>
+        <source>Automatically download and install updates</source>
+        <translation>Aktualisierungen automatisch herunterladen und installieren</translation>
+    </message>
+    <message>
+        <source>Check Automatically</source>
+        <translation>Automatisch suchen</translation>
+    </message>
+    <message>
+        <source>Don&apos;t Check</source>
+        <translation>Nicht suchen</translation>
+    </message>
+</context>
+<context>
     <name>MainMenu</name>
     <message>
         <source>Edit</source>
@@ -425,6 +397,37 @@ Ohne Option startet Parklet oder zeigt die Ablage des bereits laufenden Parklet 
     <message>
         <source>Panes</source>
         <translation>Bereiche</translation>
+    </message>
+</context>
+<context>
+    <name>StatusMenu</name>
+    <message>
+        <source>Add From Clipboard</source>
+        <translation>Aus der Zwischenablage hinzufügen</translation>
+    </message>
+    <message>
+        <source>Show Shelf</source>
+        <translation>Ablage anzeigen</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Einstellungen&#xa0;…</translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation>Nach Aktualisierungen suchen&#xa0;…</translation>
+    </message>
+    <message>
+        <source>More from Orvane</source>
+        <translation>Mehr von Orvane</translation>
+    </message>
+    <message>
+        <source>Launch at Login</source>
+        <translation>Beim Anmelden starten</translation>
+    </message>
+    <message>
+        <source>Quit Parklet</source>
+        <translation>Parklet beenden</translation>
     </message>
 </context>
 <context>

@@ -22,7 +22,7 @@ const QString kFolder = QStringLiteral(PARKLET_TRANSLATIONS_FOLDER);
 
 QString showShelf()
 {
-    return QCoreApplication::translate("AppDelegate", "Show Shelf");
+    return QCoreApplication::translate("StatusMenu", "Show Shelf");
 }
 
 // The arguments that a text takes, with %L1 as another writing of %1.

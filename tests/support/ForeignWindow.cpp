@@ -40,7 +40,7 @@ ForeignWindow::ForeignWindow(const QRect &geometry, const QColor &color, Kind ki
     if (kind == Kind::Dock)
         change("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {xcb->atom("_NET_WM_WINDOW_TYPE_DOCK")});
     subscription = xcb->listen([this](const xcb_generic_event_t &event) {
-        if ((event.response_type & 0x7f) == XCB_KEY_PRESS)
+        if (eventType(event) == XCB_KEY_PRESS)
             presses.push_back(reinterpret_cast<const xcb_key_press_event_t &>(event).detail);
     });
 }

@@ -49,8 +49,7 @@ void TrayWatch::watchServer()
         return;
     selection = connection->atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(connection->screenNumber()));
     subscription = connection->listen([this, type = *firstEvent](const xcb_generic_event_t &event) {
-        constexpr quint8 kSentByClient = 0x80;
-        if ((event.response_type & ~kSentByClient) != type + XCB_XFIXES_SELECTION_NOTIFY)
+        if (eventType(event) != type + XCB_XFIXES_SELECTION_NOTIFY)
             return;
         const auto &notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
         if (notify.selection == selection && notify.owner != XCB_NONE)

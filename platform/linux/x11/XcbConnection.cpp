@@ -149,6 +149,12 @@ std::vector<quint32> XcbConnection::values(xcb_window_t window, xcb_atom_t prope
     return propertyValues(reply(xcb_get_property_reply, cookie).get());
 }
 
+bool XcbConnection::hasCompositor()
+{
+    const auto owner = reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(connection, compositorSelection()));
+    return owner && owner->owner != XCB_NONE;
+}
+
 bool XcbConnection::succeeded(xcb_void_cookie_t cookie)
 {
     const XcbReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
@@ -185,13 +191,12 @@ void XcbConnection::collectQueued()
 
 void XcbConnection::dispatch()
 {
-    constexpr quint8 kSentByClient = 0x80;
     // A handler may run a loop that comes here again, add listeners and drop them; or drop the connection itself.
     const auto keep = weak_from_this().lock();
     while (!pending.empty()) {
         const auto event = std::move(pending.front());
         pending.pop_front();
-        if ((event->response_type & ~kSentByClient) == 0)
+        if (eventType(*event) == 0)
             continue;
         const auto audience = listeners;
         for (const auto &listener : audience) {

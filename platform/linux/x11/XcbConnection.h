@@ -75,6 +75,10 @@ public:
         return answer;
     }
 
+    // Whether a compositor runs, so that windows may be translucent: it owns this selection.
+    bool hasCompositor();
+    xcb_atom_t compositorSelection() { return atom("_NET_WM_CM_S" + QByteArray::number(number)); }
+
     // Whether a checked request succeeded.
     bool succeeded(xcb_void_cookie_t cookie);
 
@@ -96,6 +100,13 @@ private:
     quint32 rootEvents = 0;
     std::optional<quint8> xfixesEvent;
 };
+
+// What kind of event it is, whether the server or a client has sent it.
+inline quint8 eventType(const xcb_generic_event_t &event)
+{
+    constexpr quint8 kTypeWithoutSendEventBit = 0x7f;
+    return event.response_type & kTypeWithoutSendEventBit;
+}
 
 // The values of a reply to a property request, as XcbConnection::values() gives them.
 std::vector<quint32> propertyValues(const xcb_get_property_reply_t *reply);

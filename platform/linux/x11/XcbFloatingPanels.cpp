@@ -29,15 +29,12 @@ XcbFloatingPanels::XcbFloatingPanels(std::shared_ptr<XcbConnection> connection)
     subscription = xcb->listen([this](const xcb_generic_event_t &event) { handle(event); });
     xcb->addRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
 
-    compositorSelection = xcb->atom("_NET_WM_CM_S" + QByteArray::number(xcb->screenNumber()));
     if (xcb->xfixesFirstEvent())
-        xcb_xfixes_select_selection_input(xcb->get(), xcb->root(), compositorSelection,
+        xcb_xfixes_select_selection_input(xcb->get(), xcb->root(), xcb->compositorSelection(),
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    const auto owner =
-        xcb->reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(xcb->get(), compositorSelection));
-    blends = owner && owner->owner != XCB_NONE;
+    blends = xcb->hasCompositor();
 }
 
 void XcbFloatingPanels::make(QWidget &window, const PanelStyle &style)
@@ -101,7 +98,7 @@ bool XcbFloatingPanels::isButtonPressed() const
 
 void XcbFloatingPanels::handle(const xcb_generic_event_t &event)
 {
-    const int type = event.response_type & 0x7f;
+    const int type = eventType(event);
     if (type == XCB_PROPERTY_NOTIFY) {
         const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
         // A window that becomes full screen changes the order of the stack, or it becomes the active one.
@@ -111,7 +108,7 @@ void XcbFloatingPanels::handle(const xcb_generic_event_t &event)
             reorderSoon.start(0);
     } else if (xcb->xfixesFirstEvent() && type == *xcb->xfixesFirstEvent() + XCB_XFIXES_SELECTION_NOTIFY) {
         const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
-        if (change.selection == compositorSelection)
+        if (change.selection == xcb->compositorSelection())
             setBlends(change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER && change.owner != XCB_NONE);
     }
 }

@@ -34,7 +34,6 @@ private:
 
     std::shared_ptr<XcbConnection> xcb;
     XcbConnection::Subscription subscription;
-    xcb_atom_t compositorSelection = XCB_ATOM_NONE;
     std::vector<std::unique_ptr<XcbPanel>> panels;
     bool blends = true;
     QTimer reorderSoon; // window managers report one change of the stack in several steps

@@ -197,7 +197,7 @@ void XcbKeyTap::selectKeyboardEvents(bool selected)
 
 void XcbKeyTap::handle(const xcb_generic_event_t &event)
 {
-    const quint8 type = event.response_type & 0x7f;
+    const quint8 type = eventType(event);
     if (type == XCB_MAPPING_NOTIFY || type == keyboardEvent) {
         regrab.start(0);
         return;

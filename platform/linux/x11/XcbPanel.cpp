@@ -236,7 +236,7 @@ void XcbPanel::withdraw()
     withdrawalLimit.start();
     // The manager must have let go of the window first, or it would take the next map for its own.
     withdrawal = xcb->listen([this, native](const xcb_generic_event_t &event) {
-        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+        if (eventType(event) != XCB_PROPERTY_NOTIFY)
             return;
         const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
         const xcb_atom_t state = xcb->atom("WM_STATE");

@@ -126,7 +126,7 @@ void XcbScreens::follow(QScreen *screen)
 
 void XcbScreens::handle(const xcb_generic_event_t &event)
 {
-    if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+    if (eventType(event) != XCB_PROPERTY_NOTIFY)
         return;
     const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
     const bool ofRoot = change.window == xcb->root();

@@ -129,7 +129,7 @@ void LinuxActivationPolicyTest::the_same_policy_again_asks_the_window_manager_fo
     QStringList wishes;
     const auto subscription = other->listen([&](const xcb_generic_event_t &event) {
         const auto &message = reinterpret_cast<const xcb_client_message_event_t &>(event);
-        if ((event.response_type & ~0x80) == XCB_CLIENT_MESSAGE && message.type == other->atom("_NET_WM_STATE"))
+        if (eventType(event) == XCB_CLIENT_MESSAGE && message.type == other->atom("_NET_WM_STATE"))
             wishes.append(QString::number(message.data.data32[0]));
     });
     other->addRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);

@@ -130,7 +130,7 @@ private:
 
     static int isChange(const xcb_generic_event_t &event, xcb_atom_t property)
     {
-        return (event.response_type & 0x7f) == XCB_PROPERTY_NOTIFY &&
+        return eventType(event) == XCB_PROPERTY_NOTIFY &&
                reinterpret_cast<const xcb_property_notify_event_t &>(event).atom == property;
     }
 

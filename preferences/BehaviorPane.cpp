@@ -5,12 +5,11 @@
 #include "platform/WhileAlive.h"
 #include "preferences/AppExclusionListView.h"
 #include "preferences/Controls.h"
+#include "preferences/Rows.h"
 #include "settings/AppSettings.h"
 
 #include <QEvent>
 #include <QStyle>
-
-#include <algorithm>
 
 namespace {
 
@@ -22,50 +21,10 @@ constexpr int kAroundSeparator = 14;
 constexpr int kDoubleClickGap = 8;
 constexpr int kExcludeLabelGap = 6;
 constexpr int kAboveList = 8;
-constexpr int kSeparatorHeight = 1;
 constexpr double kSmallControlSize = 11;
 constexpr int kExcludeLabelLines = 2;
 
-// The rectangle of `size` at `x` whose middle is at the height of `other`'s.
-QRect centeredOn(const QRect &other, int x, const QSize &size)
-{
-    return {QPoint(x, other.y() + (other.height() - size.height()) / 2), size};
-}
-
 } // namespace
-
-BehaviorFrames behaviorFrames(const QSize &pane, const BehaviorSizes &sizes)
-{
-    const int trailing = pane.width() - kMargin;
-    const int width = trailing - kMargin;
-    const auto below = [](const QRect &frame, int distance) { return frame.y() + frame.height() + distance; };
-    const auto separator = [width](int y) { return QRect(kMargin, y, width, kSeparatorHeight); };
-
-    BehaviorFrames frames;
-    const int boxX = trailing - sizes.autoShowBox.width();
-    frames.autoShowLabel = QRect(kMargin, kMargin, std::min(sizes.autoShowLabel.width(), boxX - kBoxGap - kMargin),
-                                 sizes.autoShowLabel.height());
-    frames.autoShowBox = centeredOn(frames.autoShowLabel, boxX, sizes.autoShowBox);
-    frames.separatorA = separator(below(frames.autoShowLabel, kAboveFirstSeparator));
-    frames.trigger = QRect(kMargin, below(frames.separatorA, kAboveFirstSeparator), width, sizes.triggerHeight);
-    frames.separatorB = separator(below(frames.trigger, kAroundSeparator));
-
-    frames.doubleClickLabel =
-        QRect(QPoint(kMargin, below(frames.separatorB, kAroundSeparator)), sizes.doubleClickLabel);
-    frames.doubleClickPopUp = centeredOn(
-        frames.doubleClickLabel, kMargin + sizes.doubleClickLabel.width() + kDoubleClickGap, sizes.doubleClickPopUp);
-    frames.separatorC = separator(below(frames.doubleClickLabel, kAroundSeparator));
-
-    frames.excludeModePopUp =
-        QRect(QPoint(kMargin, below(frames.separatorC, kAroundSeparator)), sizes.excludeModePopUp);
-    const int labelX = kMargin + sizes.excludeModePopUp.width() + kExcludeLabelGap;
-    const int labelWidth = std::max(0, trailing - labelX);
-    frames.excludeLabel =
-        centeredOn(frames.excludeModePopUp, labelX, QSize(labelWidth, sizes.excludeLabelHeight(labelWidth)));
-    const int listY = below(frames.excludeModePopUp, kAboveList);
-    frames.excludeList = QRect(kMargin, listY, width, std::max(0, pane.height() - kMargin - listY));
-    return frames;
-}
 
 BehaviorPane::BehaviorPane(AppSettings &settings, Platform &services, QWidget *parent)
     : BasePane(parent)
@@ -125,34 +84,23 @@ void BehaviorPane::layOut()
 {
     if (!excludeList)
         return;
-    const auto place = [this](QWidget *view, const QRect &frame) {
-        view->setGeometry(QStyle::visualRect(layoutDirection(), rect(), frame));
-    };
-    const BehaviorFrames frames =
-        behaviorFrames(size(), {.autoShowLabel = autoShowLabel->sizeHint(),
-                                .autoShowBox = autoShowBox->sizeHint(),
-                                .triggerHeight = triggerPop->sizeHint().height(),
-                                .doubleClickLabel = doubleClickLabel->sizeHint(),
-                                .doubleClickPopUp = doubleClickPop->sizeHint(),
-                                .excludeModePopUp = excludeModePop->sizeHint(),
-                                .excludeLabelHeight = [this](int width) {
-                                    return std::min(excludeLabel->heightForWidth(width),
-                                                    kExcludeLabelLines * excludeLabel->fontMetrics().lineSpacing());
-                                }});
-    place(autoShowLabel, frames.autoShowLabel);
-    place(autoShowBox, frames.autoShowBox);
-    place(separatorA, frames.separatorA);
-    place(triggerPop, frames.trigger);
-    place(separatorB, frames.separatorB);
-    place(doubleClickLabel, frames.doubleClickLabel);
-    place(doubleClickPop, frames.doubleClickPopUp);
-    place(separatorC, frames.separatorC);
-    place(excludeModePop, frames.excludeModePopUp);
-    place(excludeLabel, frames.excludeLabel);
+    Rows rows(*this, kMargin);
+    rows.begin(*autoShowLabel, 0, rows.width() - kBoxGap - autoShowBox->sizeHint().width());
+    rows.end(*autoShowBox);
+    rows.fill(*separatorA, kAboveFirstSeparator);
+    rows.fill(*triggerPop, kAboveFirstSeparator);
+    rows.fill(*separatorB, kAroundSeparator);
+
+    rows.begin(*doubleClickLabel, kAroundSeparator);
+    rows.next(*doubleClickPop, kDoubleClickGap);
+    rows.fill(*separatorC, kAroundSeparator);
+
+    rows.begin(*excludeModePop, kAroundSeparator);
+    rows.nextWrapped(*excludeLabel, kExcludeLabelGap, kExcludeLabelLines * excludeLabel->fontMetrics().lineSpacing());
     // A label aligns itself by the letters of its text; this one goes on from the pop-up, at whichever side that is.
     excludeLabel->setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter) |
                                Qt::AlignAbsolute);
-    place(excludeList, frames.excludeList);
+    rows.fillRest(*excludeList, kAboveList);
 }
 
 void BehaviorPane::resizeEvent(QResizeEvent *event)

@@ -13,10 +13,9 @@ class BehaviorPaneTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void the_frames_keep_the_stated_distances();
     void a_long_first_label_stops_8_points_before_its_check_box();
     void the_list_takes_the_height_that_is_left();
-    void the_views_are_where_the_frames_say();
+    void the_views_keep_the_stated_distances();
     void the_views_are_mirrored_where_the_language_begins_at_the_right();
     void the_controls_have_their_titles_and_items();
     void a_fresh_installation_shows_the_defaults();
@@ -60,17 +59,6 @@ struct PaneFixture : Fixture {
     BehaviorPane *pane = nullptr;
 };
 
-BehaviorSizes someSizes()
-{
-    return {.autoShowLabel = QSize(200, 16),
-            .autoShowBox = QSize(20, 20),
-            .triggerHeight = 26,
-            .doubleClickLabel = QSize(180, 16),
-            .doubleClickPopUp = QSize(90, 26),
-            .excludeModePopUp = QSize(80, 22),
-            .excludeLabelHeight = [](int) { return 32; }};
-}
-
 QStringList titles(const QComboBox &box)
 {
     QStringList list;
@@ -81,37 +69,27 @@ QStringList titles(const QComboBox &box)
 
 } // namespace
 
-void BehaviorPaneTest::the_frames_keep_the_stated_distances()
-{
-    const BehaviorFrames frames = behaviorFrames(QSize(519, 500), someSizes());
-    QCOMPARE(frames.autoShowLabel, QRect(24, 24, 200, 16));
-    QCOMPARE(frames.autoShowBox, QRect(475, 22, 20, 20));
-    QCOMPARE(frames.separatorA, QRect(24, 52, 471, 1));
-    QCOMPARE(frames.trigger, QRect(24, 65, 471, 26));
-    QCOMPARE(frames.separatorB, QRect(24, 105, 471, 1));
-    QCOMPARE(frames.doubleClickLabel, QRect(24, 120, 180, 16));
-    QCOMPARE(frames.doubleClickPopUp, QRect(212, 115, 90, 26));
-    QCOMPARE(frames.separatorC, QRect(24, 150, 471, 1));
-    QCOMPARE(frames.excludeModePopUp, QRect(24, 165, 80, 22));
-    QCOMPARE(frames.excludeLabel, QRect(110, 160, 385, 32));
-    QCOMPARE(frames.excludeList, QRect(24, 195, 471, 281));
-}
-
 void BehaviorPaneTest::a_long_first_label_stops_8_points_before_its_check_box()
 {
-    BehaviorSizes sizes = someSizes();
-    sizes.autoShowLabel.setWidth(600);
-    const BehaviorFrames frames = behaviorFrames(QSize(519, 500), sizes);
-    QCOMPARE(frames.autoShowLabel, QRect(24, 24, 443, 16));
+    PaneFixture f;
+    const QWidget &pane = f.load(QSize(200, 500));
+    const QLabel *label = labelWith(pane, kAutoShow);
+    QVERIFY(label->width() < label->sizeHint().width());
+    QCOMPARE(label->geometry().right() + 1 + 8, f.autoShow().x());
 }
 
 void BehaviorPaneTest::the_list_takes_the_height_that_is_left()
 {
-    QCOMPARE(behaviorFrames(QSize(519, 1000), someSizes()).excludeList, QRect(24, 195, 471, 781));
-    QCOMPARE(behaviorFrames(QSize(519, 100), someSizes()).excludeList.height(), 0);
+    PaneFixture f;
+    f.load(QSize(519, 500));
+    const QRect list = f.list().geometry();
+    f.load(QSize(519, 1000));
+    QCOMPARE(f.list().geometry(), list.adjusted(0, 0, 0, 500));
+    f.load(QSize(519, 100));
+    QCOMPARE(f.list().height(), 0);
 }
 
-void BehaviorPaneTest::the_views_are_where_the_frames_say()
+void BehaviorPaneTest::the_views_keep_the_stated_distances()
 {
     PaneFixture f;
     for (const QSize &size : {QSize(519, 500), QSize(399, 420)}) {

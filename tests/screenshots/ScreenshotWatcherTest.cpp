@@ -3,13 +3,12 @@
 
 #include "platform/FileURLs.h"
 #include "settings/AppSettings.h"
-#include "tests/support/NoDescriptors.h"
+#include "tests/screenshots/WatcherFixture.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -19,6 +18,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+// Which files the watcher reports, and how.
 class ScreenshotWatcherTest : public QObject {
     Q_OBJECT
 
@@ -41,21 +41,6 @@ private slots:
     void a_file_that_comes_back_is_new_again();
     void a_renamed_file_is_reported_again_only_while_it_is_recent();
     void two_hundred_files_at_once_are_each_reported_once();
-    void a_second_start_adds_a_second_stream_and_reports_nothing_twice();
-    void a_second_start_takes_a_fresh_look();
-    void a_start_forgets_what_an_earlier_one_knew_data();
-    void a_start_forgets_what_an_earlier_one_knew();
-    void a_change_between_two_calls_of_one_turn_is_found_data();
-    void a_change_between_two_calls_of_one_turn_is_found();
-    void a_call_within_a_look_reports_nothing_twice();
-    void a_folder_that_stays_as_it_is_is_looked_at_once_a_turn();
-    void a_stop_ends_the_stream_of_the_last_start_only();
-    void a_stop_without_a_stream_does_nothing();
-    void a_second_stop_leaves_the_stream_of_an_earlier_start();
-    void a_stop_keeps_what_is_known_for_a_stream_still_running();
-    void a_refused_stream_leaves_the_running_one_in_place();
-    void with_the_setting_off_a_change_is_not_even_looked_at();
-    void a_start_does_not_look_at_the_setting();
     void what_was_seen_is_reported_whatever_happens_meanwhile_data();
     void what_was_seen_is_reported_whatever_happens_meanwhile();
     void a_folder_that_cannot_be_read_at_the_start_knows_nothing();
@@ -71,64 +56,7 @@ private slots:
 
 namespace {
 
-struct Fixture {
-    Fixture()
-        : desktop(root.path() + QStringLiteral("/Desktop"))
-    {
-        QDir().mkpath(desktop);
-        watcher.emplace(settings, streams, queue, QUrl::fromLocalFile(desktop));
-        watcher->onNewScreenshot = [this](const QUrl &file) { reported.append(file.fileName()); };
-    }
-
-    QUrl url(const QString &name) const { return QUrl::fromLocalFile(desktop + QLatin1Char('/') + name); }
-
-    void create(const QString &name, double age = 0)
-    {
-        QFile file(url(name).toLocalFile());
-        QVERIFY(file.open(QFile::WriteOnly));
-        setAge(name, age);
-    }
-
-    void setAge(const QString &name, double age)
-    {
-        streams.creationDates[url(name)] = queue.currentDate().addMSecs(-qRound64(age * 1000));
-    }
-
-    // One change of the folder, told by every running stream, and what the program does about it.
-    void change()
-    {
-        streams.send();
-        queue.runPending();
-    }
-
-    void remove(const QString &name) const { QVERIFY(QFile::remove(url(name).toLocalFile())); }
-
-    // Waits until the next change of the folder bears a date of its own.
-    void awaitClockTick() const
-    {
-        const QString probe = root.filePath(QStringLiteral("probe"));
-        const auto changeOf = [](const QString &path) { return QFileInfo(path).metadataChangeTime(); };
-        const auto isLater = [&] {
-            QFile::remove(probe);
-            return QFile(probe).open(QFile::WriteOnly) && changeOf(probe) > changeOf(desktop);
-        };
-        QTRY_VERIFY(isLater());
-    }
-
-    QStringList takeReported() { return std::exchange(reported, {}); }
-
-    VirtualPlatform virtualPlatform;
-    VirtualMainQueue &queue = virtualPlatform.mainQueue;
-    VirtualFileEventStreams &streams = virtualPlatform.fileEventStreams;
-    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
-    QTemporaryDir root;
-    QString desktop;
-    QStringList reported;
-    std::optional<ScreenshotWatcher> watcher;
-};
-
-const QString kShot = QStringLiteral("shot.png");
-const QStringList kStopped = {QStringLiteral("start"), QStringLiteral("stop"), QStringLiteral("invalidate")};
+using Fixture = WatcherFixture;
 
 } // namespace
 
@@ -364,224 +292,6 @@ void ScreenshotWatcherTest::two_hundred_files_at_once_are_each_reported_once()
     f.change();
     f.reported.sort();
     QCOMPARE(f.reported, names);
-}
-
-void ScreenshotWatcherTest::a_second_start_adds_a_second_stream_and_reports_nothing_twice()
-{
-    Fixture f;
-    f.watcher->start();
-    f.watcher->start();
-    QCOMPARE(f.streams.streams.size(), 2);
-    QVERIFY(f.streams.streams.first()->isRunning());
-    QVERIFY(f.streams.streams.last()->isRunning());
-    f.create(kShot);
-    f.change();
-    QCOMPARE(f.takeReported(), QStringList{kShot});
-
-    // The two need not call in the same turn.
-    f.create(QStringLiteral("next.png"));
-    f.streams.streams.last()->handler();
-    f.queue.runPending();
-    f.streams.streams.first()->handler();
-    f.queue.runPending();
-    QCOMPARE(f.reported, QStringList{QStringLiteral("next.png")});
-}
-
-void ScreenshotWatcherTest::a_second_start_takes_a_fresh_look()
-{
-    Fixture f;
-    f.watcher->start();
-    f.create(kShot);
-    f.watcher->start();
-    f.change();
-    QVERIFY(f.reported.isEmpty());
-}
-
-void ScreenshotWatcherTest::a_start_forgets_what_an_earlier_one_knew_data()
-{
-    QTest::addColumn<bool>("stops");
-    QTest::newRow("two streams") << false;
-    QTest::newRow("one after the other") << true;
-}
-
-void ScreenshotWatcherTest::a_start_forgets_what_an_earlier_one_knew()
-{
-    QFETCH(const bool, stops);
-    Fixture f;
-    f.create(kShot);
-    f.watcher->start();
-    f.remove(kShot);
-    if (stops)
-        f.watcher->stop();
-    f.watcher->start();
-    f.create(kShot);
-    f.change();
-    QCOMPARE(f.reported, QStringList{kShot});
-}
-
-void ScreenshotWatcherTest::a_change_between_two_calls_of_one_turn_is_found_data()
-{
-    QTest::addColumn<bool>("settled");
-    QTest::addColumn<bool>("starts");
-    QTest::newRow("at once") << false << false;
-    QTest::newRow("at once, after a start") << false << true;
-    QTest::newRow("long after the change before") << true << false;
-    QTest::newRow("long after the change before, after a start") << true << true;
-}
-
-void ScreenshotWatcherTest::a_change_between_two_calls_of_one_turn_is_found()
-{
-    QFETCH(const bool, settled);
-    QFETCH(const bool, starts);
-    Fixture f;
-    const QStringList names = {QStringLiteral("a.png"), QStringLiteral("b.png")};
-    f.watcher->start();
-    f.watcher->start();
-    f.create(names.first());
-    if (settled) {
-        f.awaitClockTick();
-        f.queue.startDate = QDateTime::currentDateTime().addSecs(60);
-        f.setAge(names.first(), 0);
-    }
-    f.streams.streams.first()->handler();
-    if (starts)
-        f.watcher->start();
-    f.create(names.last());
-    f.streams.streams.last()->handler();
-    f.queue.runPending();
-    QCOMPARE(f.reported, names);
-}
-
-void ScreenshotWatcherTest::a_call_within_a_look_reports_nothing_twice()
-{
-    Fixture f;
-    const QString second = QStringLiteral("shot too.png");
-    f.watcher->start();
-    f.streams.whenAsked = [&] {
-        f.streams.whenAsked = nullptr;
-        f.create(second);
-        f.streams.send();
-    };
-    f.create(kShot);
-    f.change();
-    f.reported.sort();
-    QCOMPARE(f.reported, (QStringList{second, kShot}));
-}
-
-void ScreenshotWatcherTest::a_folder_that_stays_as_it_is_is_looked_at_once_a_turn()
-{
-    Fixture f;
-    f.queue.startDate = QDateTime::currentDateTime().addSecs(60); // the folder's last change is long past
-    f.watcher->start();
-    f.watcher->start();
-    f.create(kShot);
-    f.streams.streams.first()->handler();
-    {
-        // A second look would see an empty folder now, and the next one the file coming back.
-        const NoDescriptors noDescriptors;
-        f.streams.streams.last()->handler();
-    }
-    f.change();
-    QCOMPARE(f.takeReported(), QStringList{kShot});
-
-    // The next turn looks again, as not every file system dates each change.
-    {
-        const NoDescriptors noDescriptors;
-        f.change();
-    }
-    f.change();
-    QCOMPARE(f.reported, QStringList{kShot});
-}
-
-void ScreenshotWatcherTest::a_stop_ends_the_stream_of_the_last_start_only()
-{
-    Fixture f;
-    f.watcher->start();
-    f.watcher->start();
-    f.watcher->stop();
-    QVERIFY(f.streams.streams.first()->isRunning());
-    QCOMPARE(f.streams.streams.last()->calls, kStopped);
-    f.create(kShot);
-    f.change();
-    QCOMPARE(f.reported, QStringList{kShot});
-}
-
-void ScreenshotWatcherTest::a_stop_without_a_stream_does_nothing()
-{
-    Fixture f;
-    f.watcher->stop();
-    f.watcher->start();
-    f.watcher->stop();
-    f.watcher->stop();
-    QCOMPARE(f.streams.streams.first()->calls, kStopped);
-    // Stopped, it holds the stream no longer.
-    QCOMPARE(f.streams.streams.first().use_count(), 1);
-}
-
-void ScreenshotWatcherTest::a_second_stop_leaves_the_stream_of_an_earlier_start()
-{
-    Fixture f;
-    f.watcher->start();
-    f.watcher->start();
-    f.watcher->stop();
-    f.watcher->stop();
-    QVERIFY(f.streams.streams.first()->isRunning());
-    f.create(kShot);
-    f.change();
-    QCOMPARE(f.reported, QStringList{kShot});
-}
-
-void ScreenshotWatcherTest::a_stop_keeps_what_is_known_for_a_stream_still_running()
-{
-    Fixture f;
-    const QString second = QStringLiteral("shot too.png");
-    f.create(kShot);
-    f.watcher->start();
-    f.watcher->start();
-    f.create(second);
-    f.watcher->stop();
-    f.change();
-    QCOMPARE(f.reported, QStringList{second});
-}
-
-void ScreenshotWatcherTest::a_refused_stream_leaves_the_running_one_in_place()
-{
-    Fixture f;
-    f.streams.refuses = true;
-    f.watcher->start();
-    f.watcher->stop();
-    f.streams.refuses = false;
-    f.watcher->start();
-    f.streams.refuses = true;
-    f.watcher->start();
-    QCOMPARE(f.streams.streams.size(), 1);
-    f.watcher->stop();
-    QCOMPARE(f.streams.streams.first()->calls, kStopped);
-}
-
-void ScreenshotWatcherTest::with_the_setting_off_a_change_is_not_even_looked_at()
-{
-    Fixture f;
-    f.watcher->start();
-    f.settings.set(Settings::autoAddScreenshots, false);
-    f.create(kShot);
-    f.change();
-    QVERIFY(f.reported.isEmpty());
-    f.settings.set(Settings::autoAddScreenshots, true);
-    f.change();
-    QCOMPARE(f.reported, QStringList{kShot});
-}
-
-void ScreenshotWatcherTest::a_start_does_not_look_at_the_setting()
-{
-    Fixture f;
-    f.settings.set(Settings::autoAddScreenshots, false);
-    f.watcher->start();
-    QCOMPARE(f.streams.streams.size(), 1);
-    f.settings.set(Settings::autoAddScreenshots, true);
-    f.create(kShot);
-    f.change();
-    QCOMPARE(f.reported, QStringList{kShot});
 }
 
 void ScreenshotWatcherTest::what_was_seen_is_reported_whatever_happens_meanwhile_data()

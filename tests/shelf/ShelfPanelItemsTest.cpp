@@ -3,20 +3,17 @@
 #include "settings/Notifications.h"
 #include "shelf/DropViews.h"
 #include "shelf/ShelfItemView.h"
-#include "shelf/ShelfPanel.h"
-#include "shelf/ShelfStackView.h"
 #include "shelf/ShelfViews.h"
-#include "shelf/TileViews.h"
+#include "tests/shelf/ItemsFixture.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QTest>
 
-// The panel's content: what is on it, how it comes, is selected, and goes.
+// The panel's files: how they come, and what a drag out takes with it.
 class ShelfPanelItemsTest : public QObject {
     Q_OBJECT
 
@@ -33,20 +30,6 @@ private slots:
     void a_drop_of_known_files_is_announced_and_adds_nothing();
     void a_drop_of_sixty_keeps_the_first_fifty();
     void both_drop_targets_light_up_the_border_in_todays_accent_colour();
-    // Selection
-    void a_click_selects_one_tile_alone();
-    void select_all_takes_the_tiles_in_their_order();
-    void the_select_all_button_takes_turns();
-    void select_all_of_an_empty_shelf_installs_no_tap();
-    // Removal
-    void a_removed_item_goes_at_once_and_its_tile_after_0_18_seconds();
-    void the_removal_fade_ignores_disabled_animations();
-    void removing_what_is_not_there_does_nothing();
-    void removing_twice_removes_once();
-    void a_file_that_comes_back_while_its_tile_fades_has_a_tile_of_its_own();
-    void a_removed_tile_leaves_the_selection_and_the_tap_stays();
-    void a_tile_selected_while_it_fades_leaves_the_selection_when_it_goes();
-    void the_last_item_brings_the_label_back_after_its_fade();
     // Drags out
     void a_dragged_out_item_is_removed();
     void an_item_dropped_back_stays();
@@ -62,15 +45,6 @@ private slots:
     void of_a_dragged_selection_stays_what_came_back();
     void a_selection_that_came_back_stays_with_those_it_could_not_carry();
     // Clearing
-    void a_single_item_is_cleared_at_once();
-    void an_empty_shelf_is_cleared_without_a_question();
-    void several_items_are_cleared_after_a_question();
-    void cancelling_keeps_everything_and_stores_nothing();
-    void the_question_can_be_switched_off();
-    void clearing_shows_the_label_hides_the_button_and_then_the_shelf();
-    void a_removal_ends_after_its_fade_also_when_all_was_cleared_meanwhile();
-    void cleared_tiles_take_their_names_along();
-    void an_alert_that_is_closed_clears_nothing();
     void a_screen_reader_meets_the_tiles_as_a_list();
     // Announcing
     void the_announcement_of_a_change_carries_nothing();
@@ -80,70 +54,7 @@ private slots:
 
 namespace {
 
-QUrl file(int number)
-{
-    return QUrl::fromLocalFile(QStringLiteral("/files/%1.png").arg(number));
-}
-
-QList<QUrl> files(int first, int count)
-{
-    QList<QUrl> urls;
-    for (int i = 0; i < count; ++i)
-        urls.append(file(first + i));
-    return urls;
-}
-
-struct Fixture {
-    Fixture()
-    {
-        panel = std::make_unique<ShelfPanel>(virtualPlatform.platform, settings, notifications);
-        notifications.observe(Notifications::shelfItemsChanged, &observer, [this](const QVariantMap &userInfo) {
-            ++changes;
-            carried.insert(userInfo);
-        });
-        panel->onDropReceived = [this] { dropsWithItemCount.append(panel->items.size()); };
-    }
-
-    void add(int count)
-    {
-        for (const QUrl &url : files(static_cast<int>(panel->items.size()), count))
-            panel->addItem(url);
-    }
-    void showImages()
-    {
-        QImage image(72, 72, QImage::Format_RGB32);
-        image.fill(Qt::red);
-        virtualPlatform.thumbnailGenerator.completeAll(image);
-        virtualPlatform.mainQueue.runPending();
-    }
-    // The left button goes down on a tile and moves on.
-    void dragTile(qsizetype index) const
-    {
-        ShelfItemView *source = tile(index);
-        QTest::mousePress(source, Qt::LeftButton, {}, QPoint(40, 40));
-        QMouseEvent move(QEvent::MouseMove, QPointF(80, 80), source->mapToGlobal(QPointF(80, 80)), Qt::NoButton,
-                         Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(source, &move);
-    }
-    void drop(const QList<QUrl> &urls) { panel->container->onDrop(urls); }
-    void set(const QString &key, const QVariant &value) { virtualPlatform.userDefaults.values.insert(key, value); }
-    void advance(double seconds)
-    {
-        virtualPlatform.mainQueue.advance(seconds);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    ShelfItemView *tile(qsizetype index) const { return panel->stackView->arrangedSubviews().at(index); }
-    qsizetype tileCount() const { return panel->stackView->arrangedSubviews().size(); }
-
-    VirtualPlatform virtualPlatform;
-    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
-    NotificationCenter notifications;
-    QObject observer;
-    int changes = 0;
-    QVariantMap carried; // by all announcements of changes
-    QList<qsizetype> dropsWithItemCount;
-    std::unique_ptr<ShelfPanel> panel;
-};
+using Fixture = ItemsFixture;
 
 } // namespace
 
@@ -269,180 +180,6 @@ void ShelfPanelItemsTest::both_drop_targets_light_up_the_border_in_todays_accent
     QCOMPARE(f.panel->visualFX->borderColor(), QColor(Qt::blue));
     f.panel->scrollView->onHighlight(false);
     QCOMPARE(f.panel->visualFX->borderWidth(), 0.0);
-}
-
-void ShelfPanelItemsTest::a_click_selects_one_tile_alone()
-{
-    Fixture f;
-    f.add(3);
-    f.panel->selectAll();
-    f.tile(1)->onSelect();
-    QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(1)});
-    QVERIFY(f.tile(1)->isSelected);
-    QCOMPARE(f.tile(1)->borderWidth(), 2.0);
-    QVERIFY(!f.tile(0)->isSelected);
-    QCOMPARE(f.tile(0)->borderWidth(), 0.0);
-    QVERIFY(!f.tile(2)->isSelected);
-    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
-}
-
-void ShelfPanelItemsTest::select_all_takes_the_tiles_in_their_order()
-{
-    Fixture f;
-    f.add(3);
-    f.tile(2)->onSelect();
-    f.tile(0)->onSelectAll();
-    QCOMPARE(f.panel->selectedViews, f.panel->stackView->arrangedSubviews());
-    for (const ShelfItemView *tile : f.panel->selectedViews) {
-        QVERIFY(tile->isSelected);
-        QCOMPARE(tile->borderWidth(), 2.0);
-    }
-}
-
-void ShelfPanelItemsTest::the_select_all_button_takes_turns()
-{
-    Fixture f;
-    f.add(4);
-    f.panel->selectAllBtn->click();
-    QCOMPARE(f.panel->selectedViews.size(), 4);
-    f.panel->selectAllBtn->click();
-    QVERIFY(f.panel->selectedViews.isEmpty());
-    QVERIFY(!f.tile(0)->isSelected);
-    QVERIFY(!f.virtualPlatform.keyTap.handler);
-    f.panel->selectAll();
-    f.panel->removeItem(file(0));
-    f.panel->addItem(file(7));
-    f.advance(0.18);
-    QCOMPARE(f.panel->selectedViews.size(), 3);
-    f.panel->selectAllBtn->click();
-    QCOMPARE(f.panel->selectedViews.size(), 4);
-}
-
-void ShelfPanelItemsTest::select_all_of_an_empty_shelf_installs_no_tap()
-{
-    Fixture f;
-    f.panel->selectAll();
-    f.panel->selectAllAction();
-    QCOMPARE(f.virtualPlatform.keyTap.installs, 0);
-}
-
-void ShelfPanelItemsTest::a_removed_item_goes_at_once_and_its_tile_after_0_18_seconds()
-{
-    Fixture f;
-    f.add(3);
-    const int height = f.panel->height();
-    f.changes = 0;
-    f.tile(1)->onRemove();
-    QCOMPARE(f.panel->items, (QList<QUrl>{file(0), file(2)}));
-    QCOMPARE(f.tileCount(), 3);
-    QCOMPARE(f.panel->height(), height);
-    f.advance(0.17);
-    QVERIFY(f.tile(1)->alpha() > 0 && f.tile(1)->alpha() < 0.2);
-    QCOMPARE(f.changes, 0);
-    f.advance(0.01);
-    QCOMPARE(f.tileCount(), 2);
-    QCOMPARE(f.panel->height(), height - 108);
-    QCOMPARE(f.changes, 1);
-}
-
-void ShelfPanelItemsTest::the_removal_fade_ignores_disabled_animations()
-{
-    Fixture f;
-    f.set(Settings::disableAnimations.key, true);
-    f.add(2);
-    f.panel->removeItem(file(0));
-    f.advance(0.17);
-    QCOMPARE(f.tileCount(), 2);
-    f.advance(0.01);
-    QCOMPARE(f.tileCount(), 1);
-}
-
-void ShelfPanelItemsTest::removing_what_is_not_there_does_nothing()
-{
-    Fixture f;
-    f.add(1);
-    f.changes = 0;
-    f.panel->removeItem(file(7));
-    f.advance(1);
-    QCOMPARE(f.panel->items.size(), 1);
-    QCOMPARE(f.changes, 0);
-}
-
-void ShelfPanelItemsTest::removing_twice_removes_once()
-{
-    Fixture f;
-    f.add(2);
-    f.changes = 0;
-    f.panel->removeItem(file(0));
-    f.advance(0.1);
-    f.panel->removeItem(file(0));
-    f.advance(0.08);
-    QCOMPARE(f.tileCount(), 1);
-    QCOMPARE(f.changes, 1);
-    f.advance(1);
-    QCOMPARE(f.changes, 1);
-}
-
-void ShelfPanelItemsTest::a_file_that_comes_back_while_its_tile_fades_has_a_tile_of_its_own()
-{
-    Fixture f;
-    f.add(1);
-    f.panel->removeItem(file(0));
-    f.advance(0.1);
-    f.panel->addItem(file(0));
-    QCOMPARE(f.tileCount(), 2);
-    f.advance(0.08);
-    QCOMPARE(f.tileCount(), 1);
-    QCOMPARE(f.tile(0)->alpha(), 1.0);
-    QCOMPARE(f.panel->items.size(), 1);
-
-    // Taken off again before the first tile has gone, it goes for good.
-    f.panel->removeItem(file(0));
-    f.advance(0.1);
-    f.panel->addItem(file(0));
-    f.panel->removeItem(file(0));
-    f.advance(1);
-    QCOMPARE(f.tileCount(), 0);
-    QVERIFY(f.panel->items.isEmpty());
-}
-
-void ShelfPanelItemsTest::a_removed_tile_leaves_the_selection_and_the_tap_stays()
-{
-    Fixture f;
-    f.add(2);
-    f.tile(0)->onSelect();
-    f.panel->removeItem(file(0));
-    QVERIFY(f.panel->selectedViews.isEmpty());
-    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
-    f.advance(1);
-    QVERIFY(f.virtualPlatform.keyTap.handler != nullptr);
-}
-
-void ShelfPanelItemsTest::a_tile_selected_while_it_fades_leaves_the_selection_when_it_goes()
-{
-    Fixture f;
-    f.add(2);
-    f.panel->removeItem(file(0));
-    f.panel->selectAll();
-    QCOMPARE(f.panel->selectedViews.size(), 2);
-    f.advance(0.18);
-    QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(0)});
-}
-
-void ShelfPanelItemsTest::the_last_item_brings_the_label_back_after_its_fade()
-{
-    Fixture f;
-    f.add(1);
-    f.panel->show(Animated::Yes);
-    f.advance(1);
-    f.panel->removeItem(file(0));
-    QVERIFY(f.panel->dropLabel->isHidden());
-    f.advance(0.18);
-    QVERIFY(!f.panel->dropLabel->isHidden());
-    f.advance(1.5 + 0.17);
-    QVERIFY(f.panel->isVisible());
-    f.advance(0.01);
-    QVERIFY(!f.panel->isVisible());
 }
 
 void ShelfPanelItemsTest::a_dragged_out_item_is_removed()
@@ -671,143 +408,6 @@ void ShelfPanelItemsTest::a_selection_that_came_back_stays_with_those_it_could_n
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     QVERIFY(f.panel->items.isEmpty());
     QVERIFY(f.panel->selectedViews.isEmpty());
-}
-
-void ShelfPanelItemsTest::a_single_item_is_cleared_at_once()
-{
-    Fixture f;
-    f.add(1);
-    f.panel->trashBtn->click();
-    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
-    QVERIFY(f.panel->items.isEmpty());
-    QCOMPARE(f.tileCount(), 0);
-}
-
-void ShelfPanelItemsTest::an_empty_shelf_is_cleared_without_a_question()
-{
-    Fixture f;
-    f.panel->show(Animated::Yes);
-    f.advance(1);
-    f.panel->trashBtn->click();
-    QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
-    QCOMPARE(f.changes, 1);
-    f.advance(1.5 + 0.18);
-    QVERIFY(!f.panel->isVisible());
-}
-
-void ShelfPanelItemsTest::several_items_are_cleared_after_a_question()
-{
-    for (const int count : {2, 3}) {
-        Fixture f;
-        f.add(count);
-        f.virtualPlatform.alerts.answers = {AlertAnswer{0, false}};
-        f.panel->trashBtn->click();
-        QCOMPARE(f.virtualPlatform.alerts.shown.size(), 1);
-        const Alert &alert = f.virtualPlatform.alerts.shown.first();
-        QCOMPARE(alert.messageText, QStringLiteral("Clear all files?"));
-        QCOMPARE(alert.informativeText, QStringLiteral("This will remove all %1 files from the shelf.").arg(count));
-        QCOMPARE(alert.buttons, (QStringList{QStringLiteral("Clear All"), QStringLiteral("Cancel")}));
-        QCOMPARE(alert.checkboxTitle, QStringLiteral("Don't show this message again"));
-        QVERIFY(alert.dark);
-        QVERIFY(alert.activates);
-        QVERIFY(f.panel->items.isEmpty());
-        QVERIFY(!f.virtualPlatform.userDefaults.values.contains(Settings::skipClearAllConfirmation.key));
-    }
-}
-
-void ShelfPanelItemsTest::cancelling_keeps_everything_and_stores_nothing()
-{
-    Fixture f;
-    f.add(3);
-    f.panel->selectAll();
-    f.virtualPlatform.alerts.answers = {AlertAnswer{1, true}};
-    f.panel->clearAll();
-    QCOMPARE(f.panel->items.size(), 3);
-    QCOMPARE(f.panel->selectedViews.size(), 3);
-    QVERIFY(!f.virtualPlatform.userDefaults.values.contains(Settings::skipClearAllConfirmation.key));
-}
-
-void ShelfPanelItemsTest::the_question_can_be_switched_off()
-{
-    Fixture f;
-    f.add(2);
-    f.virtualPlatform.alerts.answers = {AlertAnswer{0, true}};
-    f.panel->clearAll();
-    QCOMPARE(f.virtualPlatform.userDefaults.values.value(QStringLiteral("skipClearAllConfirmation")), QVariant(true));
-    f.add(5);
-    f.panel->clearAll();
-    QCOMPARE(f.virtualPlatform.alerts.shown.size(), 1);
-    QVERIFY(f.panel->items.isEmpty());
-}
-
-void ShelfPanelItemsTest::clearing_shows_the_label_hides_the_button_and_then_the_shelf()
-{
-    Fixture f;
-    f.set(Settings::skipClearAllConfirmation.key, true);
-    f.add(3);
-    f.panel->show(Animated::Yes);
-    f.advance(1);
-    f.panel->selectAll();
-    f.changes = 0;
-    f.panel->clearAll();
-    // No fade: the tiles are gone.
-    QCOMPARE(f.tileCount(), 0);
-    QVERIFY(f.panel->selectedViews.isEmpty());
-    QVERIFY(!f.virtualPlatform.keyTap.handler);
-    QVERIFY(!f.panel->dropLabel->isHidden());
-    QVERIFY(f.panel->selectAllBtn->isHidden());
-    QCOMPARE(f.panel->height(), 164);
-    QCOMPARE(f.changes, 1);
-    f.advance(1.49);
-    QVERIFY(f.panel->isVisible());
-    f.advance(0.01 + 0.18);
-    QVERIFY(!f.panel->isVisible());
-}
-
-void ShelfPanelItemsTest::a_removal_ends_after_its_fade_also_when_all_was_cleared_meanwhile()
-{
-    Fixture f;
-    f.set(Settings::skipClearAllConfirmation.key, true);
-    f.add(3);
-    f.panel->show(Animated::Yes);
-    f.advance(1);
-    f.changes = 0;
-    f.panel->removeItem(file(0));
-    f.advance(0.1);
-    f.panel->clearAll();
-    QCOMPARE(f.changes, 1);
-    QCOMPARE(f.tileCount(), 0);
-    f.advance(0.07);
-    QCOMPARE(f.changes, 1);
-    f.advance(0.01);
-    QCOMPARE(f.changes, 2);
-    // With it the wait for the empty shelf to hide begins anew.
-    f.advance(1.49);
-    QVERIFY(!f.panel->isHiding());
-    f.advance(0.01);
-    QVERIFY(f.panel->isHiding());
-}
-
-void ShelfPanelItemsTest::cleared_tiles_take_their_names_along()
-{
-    Fixture f;
-    f.add(2);
-    f.panel->show(Animated::No);
-    const QPointer<TileLabel> name = f.tile(0)->nameLabel;
-    QVERIFY(name->isVisible());
-    f.virtualPlatform.alerts.answers = {AlertAnswer{0, false}};
-    f.panel->clearAll();
-    // The tile is deleted later, its name would hang there until then.
-    QVERIFY(name && !name->isVisible());
-}
-
-void ShelfPanelItemsTest::an_alert_that_is_closed_clears_nothing()
-{
-    Fixture f;
-    f.add(2);
-    f.virtualPlatform.alerts.answers = {AlertAnswer{-1, true}};
-    f.panel->clearAll();
-    QCOMPARE(f.panel->items.size(), 2);
 }
 
 void ShelfPanelItemsTest::a_screen_reader_meets_the_tiles_as_a_list()

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tests/app/AppFixture.h"
+#include "tests/support/DragEvents.h"
+
+#include <QTest>
+
+constexpr int kAtOnce = 0;
+constexpr int kNearCursor = 1;
+constexpr int kWhenNear = 2;
+
+inline const QString kEditor = QStringLiteral("org.example.Editor");
+
+// The delegate, launched with a trigger, and a hand that drags in another application.
+struct DragsFixture : AppFixture {
+    explicit DragsFixture(int trigger, const QMap<QString, QVariant> &settings = {})
+    {
+        values.insert(Settings::autoShowTrigger.key, trigger);
+        values.insert(settings);
+        launch();
+    }
+
+    // The user begins to drag a file in another application.
+    void startDrag()
+    {
+        ++virtualPlatform.dragPasteboard.count;
+        virtualPlatform.dragPasteboard.urls = {file("/dragged.txt")};
+        monitors.send(LeftMouseDragged);
+        queue.runPending();
+    }
+    // Moves the pointer, in coordinates from the top left, and lets the program act on it.
+    void dragTo(const QPointF &pointer)
+    {
+        moveTo(pointer);
+        queue.runPending();
+    }
+    void moveTo(const QPointF &pointer)
+    {
+        virtualPlatform.screens.pointerPosition = pointer;
+        monitors.send(LeftMouseDragged);
+    }
+    void release()
+    {
+        monitors.send(LeftMouseUp);
+        queue.runPending();
+    }
+    void drop(QWidget &target, const QList<QUrl> &urls)
+    {
+        QMimeData data;
+        data.setUrls(urls);
+        QVERIFY(sendDragEnter(target, data));
+        QVERIFY(sendDrop(target, data));
+    }
+    void showShelf()
+    {
+        delegate->toggleShelf();
+        queue.advance(1);
+    }
+    // The monitors that follow the drag beside the one that noticed it.
+    qsizetype proximityMonitors() const { return monitors.count(LeftMouseDragged) - 1; }
+
+    VirtualEventMonitors &monitors = virtualPlatform.eventMonitors;
+};
+
+inline const QPointF kFarAway(100, 700);
+// The default shelf stands at x 1160 to 1276 and y 318 to 482.
+inline const QPointF kNearby(1100, 400);

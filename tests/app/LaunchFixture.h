@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tests/app/AppFixture.h"
+#include "tests/support/LoopbackServer.h"
+
+#include <QCoreApplication>
+#include <QNetworkReply>
+#include <QTcpSocket>
+#include <QTest>
+#include <QTimer>
+
+// What the log calls the services that a launch asks.
+inline const QString kIconCall = QStringLiteral("makeStatusItem");
+inline const QString kTrustCall = QStringLiteral("isProcessTrusted");
+inline const QString kDraggedCall = QStringLiteral("addMonitor 64");
+inline const QString kUpCall = QStringLiteral("addMonitor 4");
+inline const QString kStreamCall = QStringLiteral("openStream");
+inline const QString kLoginCall = QStringLiteral("isLoginItemEnabled");
+inline const QString kSynchronizeCall = QStringLiteral("synchronize");
+inline const QString kAlertCall = QStringLiteral("alert");
+
+// The delegate, not yet launched, with what it asks at its launch.
+struct LaunchFixture : AppFixture {
+    VirtualAlerts &alerts = virtualPlatform.alerts;
+    VirtualAccessibilityTrust &trust = virtualPlatform.accessibilityTrust;
+    VirtualMenuBar &menuBar = virtualPlatform.menuBar;
+    VirtualEventMonitors &monitors = virtualPlatform.eventMonitors;
+
+    // Runs `work` the first time that the service is called.
+    void at(const QString &wanted, std::function<void()> work)
+    {
+        virtualPlatform.log.onCall = [wanted, work = std::move(work), done = false](const QString &call) mutable {
+            if (done || call != wanted)
+                return;
+            done = true;
+            work();
+        };
+    }
+
+    // Launches in a main loop that ends when the user, while the alert of that number is shown, quits. True when it
+    // was quitting that ended the loop.
+    bool launchAndQuitAtAlert(qsizetype number)
+    {
+        constexpr int kNotQuit = 1;
+        alerts.whileShown = [this, number] {
+            if (alerts.shown.size() == number)
+                QCoreApplication::quit();
+        };
+        QTimer::singleShot(0, &shelf, [this] { launch(); });
+        QTimer::singleShot(10'000, &shelf, [] { QCoreApplication::exit(kNotQuit); });
+        return QCoreApplication::exec() == 0;
+    }
+};
+
+// An application whose updates are on a server of the test's own.
+struct UpdateFixture : LaunchFixture {
+    explicit UpdateFixture(const QByteArray &version)
+    {
+        shared.versionURL = server.url();
+        server.onRequest = [version](QTcpSocket &socket, const QByteArray &) {
+            LoopbackServer::reply(socket, "200 OK",
+                                  R"({"version": ")" + version + R"(", "url": "https://example.com/get"})");
+        };
+    }
+
+    // Waits until every request is over and lets the program act on it.
+    void finish()
+    {
+        [this] {
+            QTRY_VERIFY_WITH_TIMEOUT(shared.updateChecker().findChildren<QNetworkReply *>().isEmpty(), 20'000);
+        }();
+        queue.runPending();
+    }
+
+    LoopbackServer server;
+};

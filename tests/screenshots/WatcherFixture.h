@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "screenshots/ScreenshotWatcher.h"
+#include "settings/AppSettings.h"
+#include "tests/support/VirtualPlatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <optional>
+#include <utility>
+
+// A watcher of a Desktop folder of its own, on a virtual platform.
+struct WatcherFixture {
+    WatcherFixture()
+        : desktop(root.path() + QStringLiteral("/Desktop"))
+    {
+        QDir().mkpath(desktop);
+        watcher.emplace(settings, streams, queue, QUrl::fromLocalFile(desktop));
+        watcher->onNewScreenshot = [this](const QUrl &file) { reported.append(file.fileName()); };
+    }
+
+    QUrl url(const QString &name) const { return QUrl::fromLocalFile(desktop + QLatin1Char('/') + name); }
+
+    void create(const QString &name, double age = 0)
+    {
+        QFile file(url(name).toLocalFile());
+        QVERIFY(file.open(QFile::WriteOnly));
+        setAge(name, age);
+    }
+
+    void setAge(const QString &name, double age)
+    {
+        streams.creationDates[url(name)] = queue.currentDate().addMSecs(-qRound64(age * 1000));
+    }
+
+    // One change of the folder, told by every running stream, and what the program does about it.
+    void change()
+    {
+        streams.send();
+        queue.runPending();
+    }
+
+    void remove(const QString &name) const { QVERIFY(QFile::remove(url(name).toLocalFile())); }
+
+    // Waits until the next change of the folder bears a date of its own.
+    void awaitClockTick() const
+    {
+        const QString probe = root.filePath(QStringLiteral("probe"));
+        const auto changeOf = [](const QString &path) { return QFileInfo(path).metadataChangeTime(); };
+        const auto isLater = [&] {
+            QFile::remove(probe);
+            return QFile(probe).open(QFile::WriteOnly) && changeOf(probe) > changeOf(desktop);
+        };
+        QTRY_VERIFY(isLater());
+    }
+
+    QStringList takeReported() { return std::exchange(reported, {}); }
+
+    VirtualPlatform virtualPlatform;
+    VirtualMainQueue &queue = virtualPlatform.mainQueue;
+    VirtualFileEventStreams &streams = virtualPlatform.fileEventStreams;
+    AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
+    QTemporaryDir root;
+    QString desktop;
+    QStringList reported;
+    std::optional<ScreenshotWatcher> watcher;
+};
+
+inline const QString kShot = QStringLiteral("shot.png");
+inline const QStringList kStopped = {QStringLiteral("start"), QStringLiteral("stop"), QStringLiteral("invalidate")};

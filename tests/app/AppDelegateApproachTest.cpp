@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // How a drag in another application that comes near brings the shelf.
 class AppDelegateApproachTest : public QObject {
     Q_OBJECT
@@ -43,7 +45,7 @@ void AppDelegateApproachTest::an_approach_follows_the_drag_from_its_start_to_its
     QCOMPARE(f.proximityMonitors(), 0);
     f.startDrag();
     QCOMPARE(f.proximityMonitors(), 1);
-    QCOMPARE(f.calls.last(), QStringLiteral("addMonitor 64"));
+    QCOMPARE(f.calls.last(), u"addMonitor 64"_s);
     QVERIFY(!f.shelf.isVisible());
     QVERIFY(!f.cursorShelf.isVisible());
     // It stays installed after the shelf has appeared.

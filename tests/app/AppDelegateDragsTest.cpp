@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // How the begin of a drag in another application brings the shelf, and how the shelf goes again.
 class AppDelegateDragsTest : public QObject {
     Q_OBJECT
@@ -96,12 +98,12 @@ void AppDelegateDragsTest::near_the_cursor_both_shelves_appear_the_big_one_first
     f.virtualPlatform.screens.pointerPosition = QPointF(300, 200);
     QStringList fronts;
     f.virtualPlatform.log.onCall = [&](const QString &call) {
-        if (call == QStringLiteral("orderFront"))
-            fronts.append(f.shelf.isVisible() ? QStringLiteral("second") : QStringLiteral("first"));
+        if (call == u"orderFront"_s)
+            fronts.append(f.shelf.isVisible() ? u"second"_s : u"first"_s);
         QVERIFY(!f.cursorShelf.isVisible());
     };
     f.startDrag();
-    QCOMPARE(fronts, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+    QCOMPARE(fronts, QStringList({u"first"_s, u"second"_s}));
     QVERIFY(f.shelf.isVisible());
     QVERIFY(f.cursorShelf.isVisible());
     QCOMPARE(f.cursorShelf.geometry(), QRect(324, 216, 88, 88));
@@ -181,8 +183,8 @@ void AppDelegateDragsTest::an_excluded_application_brings_nothing_in_any_mode()
 void AppDelegateDragsTest::the_exclusions_follow_the_frontmost_application_and_the_settings_data()
 {
     const QVariant none;
-    const QVariant listed = QVariantList{QStringLiteral("a.b"), kEditor};
-    const QVariant other = QVariantList{QStringLiteral("org.example.Other")};
+    const QVariant listed = QVariantList{u"a.b"_s, kEditor};
+    const QVariant other = QVariantList{u"org.example.Other"_s};
     QTest::addColumn<QString>("frontmost"); // null for none
     QTest::addColumn<QVariant>("mode");
     QTest::addColumn<QVariant>("list");
@@ -226,7 +228,7 @@ void AppDelegateDragsTest::the_frontmost_application_is_the_one_at_the_start_of_
     f.startDrag();
     f.release();
     QVERIFY(!f.shelf.isVisible());
-    f.virtualPlatform.workspace.frontmost = QStringLiteral("org.example.Files");
+    f.virtualPlatform.workspace.frontmost = u"org.example.Files"_s;
     f.startDrag();
     QVERIFY(f.shelf.isVisible());
 }

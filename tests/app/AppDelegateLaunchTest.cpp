@@ -9,6 +9,8 @@
 #include <QNetworkReply>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The launch: its order, the login item and the first update check.
 class AppDelegateLaunchTest : public QObject {
     Q_OBJECT
@@ -74,8 +76,8 @@ void AppDelegateLaunchTest::a_first_launch_without_the_permission_goes_in_its_or
     f.launch();
     QCOMPARE(f.calls,
              QStringList({kIconCall, kTrustCall, kAlertCall, kStreamCall, kLoginCall, kSynchronizeCall, kAlertCall}));
-    QCOMPARE(f.alerts.shown.at(0).messageText, QStringLiteral("Accessibility Permission Required"));
-    QCOMPARE(f.alerts.shown.at(1).messageText, QStringLiteral("Check for updates automatically?"));
+    QCOMPARE(f.alerts.shown.at(0).messageText, u"Accessibility Permission Required"_s);
+    QCOMPARE(f.alerts.shown.at(1).messageText, u"Check for updates automatically?"_s);
 }
 
 void AppDelegateLaunchTest::the_main_menu_is_there_before_the_status_item()
@@ -86,7 +88,7 @@ void AppDelegateLaunchTest::the_main_menu_is_there_before_the_status_item()
     f.launch();
     QVERIFY(hadMenu);
     QCOMPARE(f.menuBar.mainMenu->actions().size(), 1);
-    QCOMPARE(f.menuBar.mainMenu->actions().constFirst()->text(), QStringLiteral("Edit"));
+    QCOMPARE(f.menuBar.mainMenu->actions().constFirst()->text(), u"Edit"_s);
 }
 
 void AppDelegateLaunchTest::the_drag_monitor_knows_its_delegate_before_it_starts()
@@ -106,7 +108,7 @@ void AppDelegateLaunchTest::the_screenshot_watcher_is_wired_before_it_starts()
     f.at(kStreamCall, [&] { wired = bool(f.shared.screenshotWatcher().onNewScreenshot); });
     f.launch();
     QVERIFY(wired);
-    QCOMPARE(f.virtualPlatform.fileEventStreams.streams.first()->folder, f.home.path() + QStringLiteral("/Desktop"));
+    QCOMPARE(f.virtualPlatform.fileEventStreams.streams.first()->folder, f.home.path() + u"/Desktop"_s);
 }
 
 void AppDelegateLaunchTest::the_notifications_are_subscribed_after_the_watcher_and_before_the_login_item()
@@ -114,7 +116,7 @@ void AppDelegateLaunchTest::the_notifications_are_subscribed_after_the_watcher_a
     const auto postAll = [](Fixture &f) {
         f.shared.notifications().post(Notifications::openPreferences);
         f.shared.notifications().post(Notifications::settingsChanged);
-        f.shared.notifications().post(Notifications::appearancePaneActive, {{QStringLiteral("active"), true}});
+        f.shared.notifications().post(Notifications::appearancePaneActive, {{u"active"_s, true}});
     };
     Fixture early;
     early.at(kStreamCall, [&] { postAll(early); });
@@ -187,7 +189,7 @@ void AppDelegateLaunchTest::what_is_made_on_first_use_is_not_there_after_the_lau
     f.delegate->openPreferences();
     QVERIFY(f.shared.hasPreferences());
     QVERIFY(!f.shared.hasUpdateChecker());
-    f.shared.versionURL = QUrl(QStringLiteral("http://127.0.0.1:1/version.json"));
+    f.shared.versionURL = QUrl(u"http://127.0.0.1:1/version.json"_s);
     f.delegate->checkForUpdates();
     QVERIFY(f.shared.hasUpdateChecker());
 }
@@ -223,7 +225,7 @@ void AppDelegateLaunchTest::an_automatic_check_is_silent_when_nothing_is_newer()
     f.finish();
     QCOMPARE(f.server.requestLines.size(), 2);
     QCOMPARE(f.alerts.shown.size(), 1);
-    QCOMPARE(f.alerts.shown.first().messageText, QStringLiteral("Parklet is up to date"));
+    QCOMPARE(f.alerts.shown.first().messageText, u"Parklet is up to date"_s);
 }
 
 void AppDelegateLaunchTest::an_automatic_check_tells_of_a_newer_version()
@@ -233,7 +235,7 @@ void AppDelegateLaunchTest::an_automatic_check_tells_of_a_newer_version()
     f.launch();
     f.finish();
     QCOMPARE(f.alerts.shown.size(), 1);
-    QCOMPARE(f.alerts.shown.first().messageText, QStringLiteral("Parklet update available"));
+    QCOMPARE(f.alerts.shown.first().messageText, u"Parklet update available"_s);
 }
 
 void AppDelegateLaunchTest::a_check_compares_with_the_version_that_the_application_runs_as_data()
@@ -241,10 +243,10 @@ void AppDelegateLaunchTest::a_check_compares_with_the_version_that_the_applicati
     QTest::addColumn<QString>("running");
     QTest::addColumn<QByteArray>("published");
     QTest::addColumn<QString>("told");
-    const QString update = QStringLiteral("Parklet update available");
-    const QString upToDate = QStringLiteral("Parklet is up to date");
-    QTest::newRow("older") << QStringLiteral("7.0") << QByteArray("6.9") << upToDate;
-    QTest::newRow("newer") << QStringLiteral("7.0") << QByteArray("7.1") << update;
+    const QString update = u"Parklet update available"_s;
+    const QString upToDate = u"Parklet is up to date"_s;
+    QTest::newRow("older") << u"7.0"_s << QByteArray("6.9") << upToDate;
+    QTest::newRow("newer") << u"7.0"_s << QByteArray("7.1") << update;
     QTest::newRow("without a version, the same as 1.0") << QString() << QByteArray("1.0") << upToDate;
     QTest::newRow("without a version, newer than 1.0") << QString() << QByteArray("1.0.1") << update;
 }
@@ -286,8 +288,8 @@ void AppDelegateLaunchTest::the_login_item_is_brought_in_step_data()
     QTest::addColumn<QStringList>("calls");
     QTest::newRow("neither") << false << false << QStringList();
     QTest::newRow("both") << true << true << QStringList();
-    QTest::newRow("wanted only") << true << false << QStringList{QStringLiteral("enable")};
-    QTest::newRow("registered only") << false << true << QStringList{QStringLiteral("disable")};
+    QTest::newRow("wanted only") << true << false << QStringList{u"enable"_s};
+    QTest::newRow("registered only") << false << true << QStringList{u"disable"_s};
 }
 
 void AppDelegateLaunchTest::the_login_item_is_brought_in_step()

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 // What the status menu and the launcher ask for: the shelf, the clipboard, the preferences, updates, the login item.
 class AppDelegateMenuTest : public QObject {
     Q_OBJECT
@@ -54,8 +56,8 @@ void AppDelegateMenuTest::the_status_item_shows_the_tray_symbol_and_the_menu()
     Fixture f;
     QVERIFY(f.item());
     QCOMPARE(f.virtualPlatform.statusBar.created, 1);
-    QCOMPARE(f.item()->symbol, QStringLiteral("tray.and.arrow.down"));
-    QCOMPARE(f.item()->description, QStringLiteral("Parklet"));
+    QCOMPARE(f.item()->symbol, u"tray.and.arrow.down"_s);
+    QCOMPARE(f.item()->description, u"Parklet"_s);
     QVERIFY(f.item()->menu);
 }
 
@@ -71,23 +73,21 @@ void AppDelegateMenuTest::the_status_menu_holds_its_items_in_their_order()
     Fixture f;
     QStringList items;
     for (const QAction *action : f.menuItems()) {
-        QString item = action->isSeparator() ? QStringLiteral("-") : action->text();
+        QString item = action->isSeparator() ? u"-"_s : action->text();
         if (!action->isEnabled())
-            item += QStringLiteral(" (disabled)");
+            item += u" (disabled)"_s;
         if (action->isCheckable())
-            item += QStringLiteral(" (checkable)");
+            item += u" (checkable)"_s;
         if (!action->shortcut().isEmpty())
             item += QLatin1Char(' ') + action->shortcut().toString(QKeySequence::PortableText);
         QVERIFY(!action->menu());
         items.append(item);
     }
-    const QString separator = QStringLiteral("-");
-    QCOMPARE(
-        items,
-        QStringList({QStringLiteral("Parklet (disabled)"), separator, QStringLiteral("Add From Clipboard"), separator,
-                     QStringLiteral("Show Shelf"), separator, QStringLiteral("Preferences\u2026 Ctrl+,"),
-                     QStringLiteral("Check for Updates\u2026"), QStringLiteral("More from Orvane"), separator,
-                     QStringLiteral("Launch at Login (checkable)"), separator, QStringLiteral("Quit Parklet Ctrl+Q")}));
+    const QString separator = u"-"_s;
+    QCOMPARE(items,
+             QStringList({u"Parklet (disabled)"_s, separator, u"Add From Clipboard"_s, separator, u"Show Shelf"_s,
+                          separator, u"Preferences\u2026 Ctrl+,"_s, u"Check for Updates\u2026"_s, u"More from Orvane"_s,
+                          separator, u"Launch at Login (checkable)"_s, separator, u"Quit Parklet Ctrl+Q"_s}));
 }
 
 void AppDelegateMenuTest::the_check_mark_tells_whether_the_login_item_is_wanted()
@@ -101,7 +101,7 @@ void AppDelegateMenuTest::the_check_mark_tells_whether_the_login_item_is_wanted(
 void AppDelegateMenuTest::the_shelf_item_toggles_and_keeps_its_title()
 {
     Fixture f;
-    const QString title = QStringLiteral("Show Shelf");
+    const QString title = u"Show Shelf"_s;
     f.choose(title);
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.shelf.alpha(), 0.0);
@@ -123,7 +123,7 @@ void AppDelegateMenuTest::the_shelf_item_brings_back_a_shelf_that_fades_out()
 {
     Fixture f;
     f.fadeOut();
-    f.choose(QStringLiteral("Show Shelf"));
+    f.choose(u"Show Shelf"_s);
     QVERIFY(f.comesBack());
 }
 
@@ -131,13 +131,13 @@ void AppDelegateMenuTest::the_preferences_item_shows_the_window_in_front()
 {
     Fixture f;
     QVERIFY(!f.shared.isPreferencesWindowVisible());
-    f.choose(QStringLiteral("Preferences\u2026"));
+    f.choose(u"Preferences\u2026"_s);
     QVERIFY(f.shared.isPreferencesWindowVisible());
     const auto &activated = f.virtualPlatform.activationPolicy.activated;
     QCOMPARE(activated.size(), 1);
     QCOMPARE(activated.first().data(), f.shared.preferences().window());
     // There is one window, which comes to the front again.
-    f.choose(QStringLiteral("Preferences\u2026"));
+    f.choose(u"Preferences\u2026"_s);
     QCOMPARE(activated.size(), 2);
     QCOMPARE(activated.last().data(), activated.first().data());
 }
@@ -146,16 +146,16 @@ void AppDelegateMenuTest::the_updates_item_asks_for_a_check()
 {
     Fixture f;
     // An address of this machine on which nobody answers.
-    f.shared.versionURL = QUrl(QStringLiteral("http://127.0.0.1:1/version.json"));
+    f.shared.versionURL = QUrl(u"http://127.0.0.1:1/version.json"_s);
     QVERIFY(!f.shared.updateChecker().findChild<QNetworkAccessManager *>());
-    f.choose(QStringLiteral("Check for Updates\u2026"));
+    f.choose(u"Check for Updates\u2026"_s);
     QVERIFY(f.shared.updateChecker().findChild<QNetworkAccessManager *>());
 }
 
 void AppDelegateMenuTest::the_more_item_opens_the_makers_page()
 {
     Fixture f;
-    f.choose(QStringLiteral("More from Orvane"));
+    f.choose(u"More from Orvane"_s);
     QCOMPARE(f.virtualPlatform.workspace.opened, QList{BuildInfo::moreAppsURL()});
 }
 
@@ -164,10 +164,10 @@ void AppDelegateMenuTest::a_malformed_address_of_the_build_stops_the_program_dat
     QTest::addColumn<QString>("item");
     QTest::addColumn<QUrl>("address");
     QTest::addColumn<bool>("stops");
-    const QUrl malformed(QStringLiteral("https://orvane.example:port/"), QUrl::StrictMode);
-    const QUrl whole(QStringLiteral("http://127.0.0.1:1/version.json"));
-    const QString more = QStringLiteral("More from Orvane");
-    const QString updates = QStringLiteral("Check for Updates\u2026");
+    const QUrl malformed(u"https://orvane.example:port/"_s, QUrl::StrictMode);
+    const QUrl whole(u"http://127.0.0.1:1/version.json"_s);
+    const QString more = u"More from Orvane"_s;
+    const QString updates = u"Check for Updates\u2026"_s;
     QTest::newRow("no page of the maker") << more << QUrl() << true;
     QTest::newRow("a malformed page of the maker") << more << malformed << true;
     QTest::newRow("a page of the maker") << more << whole << false;
@@ -193,7 +193,7 @@ void AppDelegateMenuTest::the_quit_item_ends_the_application()
 {
     Fixture f;
     constexpr int kNotQuit = 1;
-    QTimer::singleShot(0, &f.shelf, [&f] { f.choose(QStringLiteral("Quit Parklet")); });
+    QTimer::singleShot(0, &f.shelf, [&f] { f.choose(u"Quit Parklet"_s); });
     QTimer::singleShot(10'000, &f.shelf, [] { QCoreApplication::exit(kNotQuit); });
     QCOMPARE(QCoreApplication::exec(), 0);
 }
@@ -202,23 +202,23 @@ void AppDelegateMenuTest::the_launchers_actions_do_what_their_names_say()
 {
     // As on a desktop without a tray.
     Fixture f({{Settings::showMenuBarIcon.key, false}});
-    f.shared.versionURL = QUrl(QStringLiteral("http://127.0.0.1:1/version.json"));
-    f.delegate->performAction(QStringLiteral("nonsense"));
+    f.shared.versionURL = QUrl(u"http://127.0.0.1:1/version.json"_s);
+    f.delegate->performAction(u"nonsense"_s);
     QVERIFY(!f.shelf.isVisible());
 
-    f.delegate->performAction(QStringLiteral("show-shelf"));
+    f.delegate->performAction(u"show-shelf"_s);
     QVERIFY(f.shelf.isVisible());
-    f.delegate->performAction(QStringLiteral("show-shelf"));
+    f.delegate->performAction(u"show-shelf"_s);
     QVERIFY(f.shelf.isVisible());
     f.virtualPlatform.generalPasteboard.urls = {file("/a.txt")};
     QVERIFY(f.shelf.items.isEmpty());
-    f.delegate->performAction(QStringLiteral("add-from-clipboard"));
+    f.delegate->performAction(u"add-from-clipboard"_s);
     QCOMPARE(f.shelf.items, QList{file("/a.txt")});
     QVERIFY(!f.shared.isPreferencesWindowVisible());
-    f.delegate->performAction(QStringLiteral("preferences"));
+    f.delegate->performAction(u"preferences"_s);
     QVERIFY(f.shared.isPreferencesWindowVisible());
     QVERIFY(!f.shared.updateChecker().findChild<QNetworkAccessManager *>());
-    f.delegate->performAction(QStringLiteral("check-for-updates"));
+    f.delegate->performAction(u"check-for-updates"_s);
     QVERIFY(f.shared.updateChecker().findChild<QNetworkAccessManager *>());
 }
 
@@ -226,7 +226,7 @@ void AppDelegateMenuTest::the_launcher_can_quit()
 {
     Fixture f;
     constexpr int kNotQuit = 1;
-    QTimer::singleShot(0, &f.shelf, [&f] { f.delegate->performAction(QStringLiteral("quit")); });
+    QTimer::singleShot(0, &f.shelf, [&f] { f.delegate->performAction(u"quit"_s); });
     QTimer::singleShot(10'000, &f.shelf, [] { QCoreApplication::exit(kNotQuit); });
     QCOMPARE(QCoreApplication::exec(), 0);
 }
@@ -238,7 +238,7 @@ void AppDelegateMenuTest::the_clipboards_files_are_added_in_order_and_the_shelf_
     f.virtualPlatform.generalPasteboard.urls = urls;
     qsizetype addedBefore = 0;
     f.virtualPlatform.log.onCall = [&](const QString &) { addedBefore = f.shelf.items.size(); };
-    f.choose(QStringLiteral("Add From Clipboard"));
+    f.choose(u"Add From Clipboard"_s);
     QCOMPARE(f.shelf.items, urls);
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.shelf.alpha(), 0.0); // it fades in
@@ -263,14 +263,14 @@ void AppDelegateMenuTest::the_clipboard_brings_back_a_shelf_that_fades_out()
     Fixture f;
     f.fadeOut();
     f.virtualPlatform.generalPasteboard.urls = {file("/a.txt")};
-    f.choose(QStringLiteral("Add From Clipboard"));
+    f.choose(u"Add From Clipboard"_s);
     QVERIFY(f.comesBack());
 }
 
 void AppDelegateMenuTest::a_clipboard_without_files_does_nothing()
 {
     Fixture f;
-    f.choose(QStringLiteral("Add From Clipboard"));
+    f.choose(u"Add From Clipboard"_s);
     QVERIFY(f.shelf.items.isEmpty());
     QVERIFY(!f.shelf.isVisible());
     QCOMPARE(f.panels.ordersFront, 0);
@@ -283,7 +283,7 @@ void AppDelegateMenuTest::launch_at_login_changes_the_setting_the_item_and_the_c
     const QMenu *before = f.item()->menu.get();
     f.choose(Fixture::kLaunchAtLogin);
     QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(true));
-    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{QStringLiteral("enable")});
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{u"enable"_s});
     QVERIFY(f.isChecked());
     f.queue.runPending();
     QVERIFY(f.isChecked());
@@ -300,7 +300,7 @@ void AppDelegateMenuTest::launch_at_login_chosen_twice_leaves_everything_as_it_w
     f.choose(Fixture::kLaunchAtLogin);
     f.queue.runPending();
     QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(false));
-    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({u"enable"_s, u"disable"_s}));
     QVERIFY(!f.virtualPlatform.loginItem.enabled);
     QVERIFY(!f.isChecked());
 

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // How the running application reacts: to screenshots, settings, the Appearance pane and a changed screen.
 class AppDelegateTest : public QObject {
     Q_OBJECT
@@ -54,7 +56,7 @@ void AppDelegateTest::a_new_screenshot_is_added_and_shows_the_shelf()
     Fixture f;
     qsizetype addedBefore = 0;
     f.virtualPlatform.log.onCall = [&](const QString &) { addedBefore = f.shelf.items.size(); };
-    const QUrl first = f.saveScreenshot(QStringLiteral("one.png"));
+    const QUrl first = f.saveScreenshot(u"one.png"_s);
     QVERIFY(f.shelf.items.isEmpty());
     f.queue.runPending();
     QCOMPARE(f.shelf.items, QList{first});
@@ -64,7 +66,7 @@ void AppDelegateTest::a_new_screenshot_is_added_and_shows_the_shelf()
 
     // A visible shelf is not shown again.
     f.queue.advance(1);
-    const QUrl second = f.saveScreenshot(QStringLiteral("two.png"));
+    const QUrl second = f.saveScreenshot(u"two.png"_s);
     f.queue.runPending();
     QCOMPARE(f.shelf.items, QList({first, second}));
     QCOMPARE(f.panels.ordersFront, 1);
@@ -75,7 +77,7 @@ void AppDelegateTest::a_new_screenshot_brings_back_a_shelf_that_fades_out()
 {
     Fixture f;
     f.fadeOut();
-    f.saveScreenshot(QStringLiteral("one.png"));
+    f.saveScreenshot(u"one.png"_s);
     f.queue.runPending();
     QCOMPARE(f.shelf.items.size(), 1);
     QVERIFY(f.comesBack());
@@ -85,9 +87,9 @@ void AppDelegateTest::a_new_screenshot_shows_a_full_shelf()
 {
     Fixture f;
     for (int i = 0; i < 50; ++i)
-        f.shelf.addItem(QUrl::fromLocalFile(QStringLiteral("/%1.txt").arg(i)));
+        f.shelf.addItem(QUrl::fromLocalFile(u"/%1.txt"_s.arg(i)));
     QVERIFY(!f.shelf.isVisible());
-    f.saveScreenshot(QStringLiteral("one.png"));
+    f.saveScreenshot(u"one.png"_s);
     f.queue.runPending();
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.shelf.items.size(), 50);
@@ -96,14 +98,14 @@ void AppDelegateTest::a_new_screenshot_shows_a_full_shelf()
 void AppDelegateTest::a_screenshot_made_again_under_its_name_shows_the_shelf()
 {
     Fixture f;
-    const QUrl one = f.saveScreenshot(QStringLiteral("one.png"));
+    const QUrl one = f.saveScreenshot(u"one.png"_s);
     f.queue.advance(1);
     f.delegate->toggleShelf();
     f.queue.advance(1);
     QVERIFY(!f.shelf.isVisible());
     QVERIFY(QFile::remove(one.toLocalFile()));
     f.virtualPlatform.fileEventStreams.send();
-    f.saveScreenshot(QStringLiteral("one.png"));
+    f.saveScreenshot(u"one.png"_s);
     f.queue.runPending();
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.shelf.items, QList{one});
@@ -113,7 +115,7 @@ void AppDelegateTest::a_screenshot_while_the_setting_is_off_is_ignored_at_once()
 {
     Fixture f;
     f.values.insert(Settings::autoAddScreenshots.key, false);
-    f.saveScreenshot(QStringLiteral("one.png"));
+    f.saveScreenshot(u"one.png"_s);
     f.queue.runPending();
     QVERIFY(f.shelf.items.isEmpty());
     QVERIFY(!f.shelf.isVisible());
@@ -139,14 +141,13 @@ void AppDelegateTest::a_settings_change_goes_in_its_order()
     f.calls.clear();
     QRectF frameAtIcon;
     f.virtualPlatform.log.onCall = [&](const QString &call) {
-        if (call == QStringLiteral("makeStatusItem"))
+        if (call == u"makeStatusItem"_s)
             frameAtIcon = f.shelf.frame();
     };
     f.values.insert(Settings::showMenuBarIcon.key, true);
     f.change(Settings::windowEdge.key, int(WindowEdge::Left));
     f.queue.runPending();
-    QCOMPARE(f.calls, QStringList({QStringLiteral("makeStatusItem"), QStringLiteral("setPolicy"),
-                                   QStringLiteral("openStream"), QStringLiteral("activate")}));
+    QCOMPARE(f.calls, QStringList({u"makeStatusItem"_s, u"setPolicy"_s, u"openStream"_s, u"activate"_s}));
     QCOMPARE(frameAtIcon.x(), 4.0);
 }
 
@@ -178,8 +179,8 @@ void AppDelegateTest::turning_the_icon_off_and_on_makes_a_fresh_item_and_menu()
     f.change(Settings::showMenuBarIcon.key, true);
     QVERIFY(f.item());
     QCOMPARE(f.virtualPlatform.statusBar.created, 2);
-    QCOMPARE(f.item()->symbol, QStringLiteral("tray.and.arrow.down"));
-    QCOMPARE(f.item()->description, QStringLiteral("Parklet"));
+    QCOMPARE(f.item()->symbol, u"tray.and.arrow.down"_s);
+    QCOMPARE(f.item()->description, u"Parklet"_s);
     QCOMPARE(f.menuItems().size(), 13);
     QVERIFY(f.isChecked());
 }
@@ -219,7 +220,7 @@ void AppDelegateTest::visible_preferences_are_shown_again_in_a_later_turn()
     QCOMPARE(activated.size(), 1);
     // The desktop may take the window away as the policy changes; what counts is that it was visible before.
     f.virtualPlatform.log.onCall = [&](const QString &call) {
-        if (call == QStringLiteral("setPolicy"))
+        if (call == u"setPolicy"_s)
             f.shared.preferences().window()->hide();
     };
     f.change(Settings::showDockIcon.key, true);
@@ -268,7 +269,7 @@ void AppDelegateTest::every_settings_change_starts_or_stops_the_watcher()
 
     f.change(Settings::autoAddScreenshots.key, false);
     QCOMPARE(streams.size(), 2);
-    const QStringList ended = {QStringLiteral("start"), QStringLiteral("stop"), QStringLiteral("invalidate")};
+    const QStringList ended = {u"start"_s, u"stop"_s, u"invalidate"_s};
     QCOMPARE(streams.last()->calls, ended);
     // There is none left to stop.
     f.change(Settings::tintIntensity.key, 0.8);
@@ -286,7 +287,7 @@ void AppDelegateTest::a_settings_change_leaves_the_login_item()
     f.calls.clear();
     f.change(Settings::launchAtLogin.key, true);
     f.queue.runPending();
-    QVERIFY(!f.calls.contains(QStringLiteral("isLoginItemEnabled")));
+    QVERIFY(!f.calls.contains(u"isLoginItemEnabled"_s));
     QVERIFY(f.virtualPlatform.loginItem.calls.isEmpty());
 }
 
@@ -364,9 +365,9 @@ void AppDelegateTest::anything_but_true_counts_as_leaving_data()
     QTest::addColumn<QVariantMap>("userInfo");
     QTest::newRow("false") << Fixture::active(false);
     QTest::newRow("no user info") << QVariantMap();
-    QTest::newRow("another key") << QVariantMap{{QStringLiteral("Active"), true}};
+    QTest::newRow("another key") << QVariantMap{{u"Active"_s, true}};
     QTest::newRow("a number") << Fixture::active(1);
-    QTest::newRow("a string") << Fixture::active(QStringLiteral("true"));
+    QTest::newRow("a string") << Fixture::active(u"true"_s);
     QTest::newRow("an invalid value") << Fixture::active(QVariant());
 }
 

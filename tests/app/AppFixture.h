@@ -12,6 +12,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 // An application delegate on the virtual platform, not yet launched, with a home folder of its own. The question of
 // the first run has been answered already.
 struct AppFixture {
@@ -19,7 +21,7 @@ struct AppFixture {
     {
         values.insert(Settings::hasShownUpdatePrompt.key, true);
         qputenv("HOME", home.path().toLocal8Bit());
-        QDir(home.path()).mkdir(QStringLiteral("Desktop"));
+        QDir(home.path()).mkdir(u"Desktop"_s);
     }
 
     void launch() { delegate->applicationDidFinishLaunching(); }

@@ -6,11 +6,13 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 constexpr int kAtOnce = 0;
 constexpr int kNearCursor = 1;
 constexpr int kWhenNear = 2;
 
-inline const QString kEditor = QStringLiteral("org.example.Editor");
+inline const QString kEditor = u"org.example.Editor"_s;
 
 // The delegate, launched with a trigger, and a hand that drags in another application.
 struct DragsFixture : AppFixture {

@@ -10,15 +10,17 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 // What the log calls the services that a launch asks.
-inline const QString kIconCall = QStringLiteral("makeStatusItem");
-inline const QString kTrustCall = QStringLiteral("isProcessTrusted");
-inline const QString kDraggedCall = QStringLiteral("addMonitor 64");
-inline const QString kUpCall = QStringLiteral("addMonitor 4");
-inline const QString kStreamCall = QStringLiteral("openStream");
-inline const QString kLoginCall = QStringLiteral("isLoginItemEnabled");
-inline const QString kSynchronizeCall = QStringLiteral("synchronize");
-inline const QString kAlertCall = QStringLiteral("alert");
+inline const QString kIconCall = u"makeStatusItem"_s;
+inline const QString kTrustCall = u"isProcessTrusted"_s;
+inline const QString kDraggedCall = u"addMonitor 64"_s;
+inline const QString kUpCall = u"addMonitor 4"_s;
+inline const QString kStreamCall = u"openStream"_s;
+inline const QString kLoginCall = u"isLoginItemEnabled"_s;
+inline const QString kSynchronizeCall = u"synchronize"_s;
+inline const QString kAlertCall = u"alert"_s;
 
 // The delegate, not yet launched, with what it asks at its launch.
 struct LaunchFixture : AppFixture {

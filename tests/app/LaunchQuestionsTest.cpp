@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // What the program asks at its launch: for the permission, and about update checks.
 class LaunchQuestionsTest : public QObject {
     Q_OBJECT
@@ -44,11 +46,10 @@ void LaunchQuestionsTest::the_permission_is_asked_for_in_these_words()
     f.launch();
     QCOMPARE(f.alerts.shown.size(), 1);
     const Alert &alert = f.alerts.shown.first();
-    QCOMPARE(alert.messageText, QStringLiteral("Accessibility Permission Required"));
-    QCOMPARE(alert.informativeText,
-             QStringLiteral("Parklet needs Accessibility access to detect when you're dragging files. "
-                            "Please grant access in System Settings."));
-    QCOMPARE(alert.buttons, QStringList({QStringLiteral("Open System Settings"), QStringLiteral("Later")}));
+    QCOMPARE(alert.messageText, u"Accessibility Permission Required"_s);
+    QCOMPARE(alert.informativeText, u"Parklet needs Accessibility access to detect when you're dragging files. "
+                                    "Please grant access in System Settings."_s);
+    QCOMPARE(alert.buttons, QStringList({u"Open System Settings"_s, u"Later"_s}));
     QVERIFY(alert.checkboxTitle.isEmpty());
     QVERIFY(alert.icon.isNull());
     QVERIFY(!alert.dark);
@@ -189,22 +190,22 @@ void LaunchQuestionsTest::the_first_run_asks_in_these_words()
     f.launch();
     QCOMPARE(f.alerts.shown.size(), 1);
     const Alert &alert = f.alerts.shown.first();
-    QCOMPARE(alert.messageText, QStringLiteral("Check for updates automatically?"));
-    QCOMPARE(alert.informativeText, QStringLiteral("Should Parklet automatically check for updates? "
-                                                   "You can always check manually from the Parklet menu."));
-    QCOMPARE(alert.checkboxTitle, QStringLiteral("Automatically download and install updates"));
-    QCOMPARE(alert.buttons, QStringList({QStringLiteral("Check Automatically"), QStringLiteral("Don't Check")}));
+    QCOMPARE(alert.messageText, u"Check for updates automatically?"_s);
+    QCOMPARE(alert.informativeText, u"Should Parklet automatically check for updates? "
+                                    "You can always check manually from the Parklet menu."_s);
+    QCOMPARE(alert.checkboxTitle, u"Automatically download and install updates"_s);
+    QCOMPARE(alert.buttons, QStringList({u"Check Automatically"_s, u"Don't Check"_s}));
     QVERIFY(!alert.icon.isNull());
     QVERIFY(alert.dark);
     QVERIFY(alert.activates);
-    QCOMPARE(f.virtualPlatform.appearance.symbolRequests.last().first, QStringLiteral("AppIcon"));
+    QCOMPARE(f.virtualPlatform.appearance.symbolRequests.last().first, u"AppIcon"_s);
 }
 
 void LaunchQuestionsTest::without_an_image_of_its_own_the_question_shows_the_applications_icon()
 {
     Fixture f;
     f.values.clear();
-    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    f.virtualPlatform.appearance.missingSymbols = {u"AppIcon"_s};
     f.launch();
     QVERIFY(f.alerts.shown.constFirst().icon.isNull()); // which stands for the application's own
 }

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 class MainMenuTest : public QObject {
     Q_OBJECT
 
@@ -37,12 +39,12 @@ public:
     QStringList calls;
 
 public slots:
-    void undo() { calls.append(QStringLiteral("undo")); }
-    void redo() { calls.append(QStringLiteral("redo")); }
-    void cut() { calls.append(QStringLiteral("cut")); }
-    void copy() { calls.append(QStringLiteral("copy")); }
-    void paste() { calls.append(QStringLiteral("paste")); }
-    void selectAll() { calls.append(QStringLiteral("selectAll")); }
+    void undo() { calls.append(u"undo"_s); }
+    void redo() { calls.append(u"redo"_s); }
+    void cut() { calls.append(u"cut"_s); }
+    void copy() { calls.append(u"copy"_s); }
+    void paste() { calls.append(u"paste"_s); }
+    void selectAll() { calls.append(u"selectAll"_s); }
 };
 
 // A view that answers to one of them.
@@ -91,12 +93,12 @@ void MainMenuTest::actions()
 {
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("action");
-    QTest::newRow("Undo") << QStringLiteral("Undo") << QStringLiteral("undo");
-    QTest::newRow("Redo") << QStringLiteral("Redo") << QStringLiteral("redo");
-    QTest::newRow("Cut") << QStringLiteral("Cut") << QStringLiteral("cut");
-    QTest::newRow("Copy") << QStringLiteral("Copy") << QStringLiteral("copy");
-    QTest::newRow("Paste") << QStringLiteral("Paste") << QStringLiteral("paste");
-    QTest::newRow("Select All") << QStringLiteral("Select All") << QStringLiteral("selectAll");
+    QTest::newRow("Undo") << u"Undo"_s << u"undo"_s;
+    QTest::newRow("Redo") << u"Redo"_s << u"redo"_s;
+    QTest::newRow("Cut") << u"Cut"_s << u"cut"_s;
+    QTest::newRow("Copy") << u"Copy"_s << u"copy"_s;
+    QTest::newRow("Paste") << u"Paste"_s << u"paste"_s;
+    QTest::newRow("Select All") << u"Select All"_s << u"selectAll"_s;
 }
 
 void MainMenuTest::the_main_menu_holds_an_edit_menu_and_nothing_else()
@@ -104,10 +106,10 @@ void MainMenuTest::the_main_menu_holds_an_edit_menu_and_nothing_else()
     const auto mainMenu = buildMainMenu();
     QCOMPARE(mainMenu->actions().size(), 1);
     const QAction *item = mainMenu->actions().constFirst();
-    QCOMPARE(item->text(), QStringLiteral("Edit"));
+    QCOMPARE(item->text(), u"Edit"_s);
     QVERIFY(item->shortcut().isEmpty());
     QVERIFY(item->menu());
-    QCOMPARE(item->menu()->title(), QStringLiteral("Edit"));
+    QCOMPARE(item->menu()->title(), u"Edit"_s);
 }
 
 void MainMenuTest::the_edit_menu_holds_its_items_in_their_order()
@@ -116,14 +118,13 @@ void MainMenuTest::the_edit_menu_holds_its_items_in_their_order()
     QStringList items;
     for (const QAction *item : editMenu(*mainMenu)->actions()) {
         items.append(item->isSeparator()
-                         ? QStringLiteral("-")
+                         ? u"-"_s
                          : item->text() + QLatin1Char('|') + item->shortcut().toString(QKeySequence::PortableText));
         QVERIFY(item->isSeparator() || item->isEnabled());
         QVERIFY(!item->isCheckable());
     }
-    QCOMPARE(items, QStringList({QStringLiteral("Undo|Ctrl+Z"), QStringLiteral("Redo|Ctrl+Shift+Z"),
-                                 QStringLiteral("-"), QStringLiteral("Cut|Ctrl+X"), QStringLiteral("Copy|Ctrl+C"),
-                                 QStringLiteral("Paste|Ctrl+V"), QStringLiteral("Select All|Ctrl+A")}));
+    QCOMPARE(items, QStringList({u"Undo|Ctrl+Z"_s, u"Redo|Ctrl+Shift+Z"_s, u"-"_s, u"Cut|Ctrl+X"_s, u"Copy|Ctrl+C"_s,
+                                 u"Paste|Ctrl+V"_s, u"Select All|Ctrl+A"_s}));
 }
 
 void MainMenuTest::an_item_has_the_name_of_its_action()
@@ -132,9 +133,7 @@ void MainMenuTest::an_item_has_the_name_of_its_action()
     QStringList names;
     for (const QAction *item : editMenu(*mainMenu)->actions())
         names.append(item->objectName());
-    const QStringList expected = {QStringLiteral("undo"),      QStringLiteral("redo"),  QString(),
-                                  QStringLiteral("cut:"),      QStringLiteral("copy:"), QStringLiteral("paste:"),
-                                  QStringLiteral("selectAll:")};
+    const QStringList expected = {u"undo"_s, u"redo"_s, QString(), u"cut:"_s, u"copy:"_s, u"paste:"_s, u"selectAll:"_s};
     QCOMPARE(names, expected);
 }
 
@@ -158,12 +157,12 @@ void MainMenuTest::an_item_goes_on_to_the_first_view_around_that_answers_to_it()
     Copier copier(&window);
     QWidget view(&copier);
     QVERIFY(focus(window, view));
-    trigger(*mainMenu, QStringLiteral("Copy"));
+    trigger(*mainMenu, u"Copy"_s);
     QCOMPARE(copier.copies, 1);
     QVERIFY(window.calls.isEmpty());
-    trigger(*mainMenu, QStringLiteral("Paste"));
+    trigger(*mainMenu, u"Paste"_s);
     QCOMPARE(copier.copies, 1);
-    QCOMPARE(window.calls, QStringList{QStringLiteral("paste")});
+    QCOMPARE(window.calls, QStringList{u"paste"_s});
 }
 
 void MainMenuTest::an_item_goes_to_the_window_when_no_view_has_the_focus()
@@ -174,8 +173,8 @@ void MainMenuTest::an_item_goes_to_the_window_when_no_view_has_the_focus()
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     QVERIFY(!QApplication::focusWidget());
-    trigger(*mainMenu, QStringLiteral("Select All"));
-    QCOMPARE(window.calls, QStringList{QStringLiteral("selectAll")});
+    trigger(*mainMenu, u"Select All"_s);
+    QCOMPARE(window.calls, QStringList{u"selectAll"_s});
 }
 
 void MainMenuTest::an_item_that_nobody_answers_to_does_nothing()
@@ -199,24 +198,24 @@ void MainMenuTest::a_text_field_is_edited()
     QWidget window;
     QLineEdit field(&window);
     QVERIFY(focus(window, field));
-    field.insert(QStringLiteral("abc"));
-    trigger(*mainMenu, QStringLiteral("Select All"));
-    QCOMPARE(field.selectedText(), QStringLiteral("abc"));
-    trigger(*mainMenu, QStringLiteral("Cut"));
+    field.insert(u"abc"_s);
+    trigger(*mainMenu, u"Select All"_s);
+    QCOMPARE(field.selectedText(), u"abc"_s);
+    trigger(*mainMenu, u"Cut"_s);
     QCOMPARE(field.text(), QString());
-    trigger(*mainMenu, QStringLiteral("Undo"));
-    QCOMPARE(field.text(), QStringLiteral("abc"));
-    trigger(*mainMenu, QStringLiteral("Redo"));
+    trigger(*mainMenu, u"Undo"_s);
+    QCOMPARE(field.text(), u"abc"_s);
+    trigger(*mainMenu, u"Redo"_s);
     QCOMPARE(field.text(), QString());
-    trigger(*mainMenu, QStringLiteral("Paste"));
-    trigger(*mainMenu, QStringLiteral("Paste"));
-    QCOMPARE(field.text(), QStringLiteral("abcabc"));
-    trigger(*mainMenu, QStringLiteral("Select All"));
-    trigger(*mainMenu, QStringLiteral("Copy"));
-    QCOMPARE(field.text(), QStringLiteral("abcabc"));
+    trigger(*mainMenu, u"Paste"_s);
+    trigger(*mainMenu, u"Paste"_s);
+    QCOMPARE(field.text(), u"abcabc"_s);
+    trigger(*mainMenu, u"Select All"_s);
+    trigger(*mainMenu, u"Copy"_s);
+    QCOMPARE(field.text(), u"abcabc"_s);
     field.clear();
-    trigger(*mainMenu, QStringLiteral("Paste"));
-    QCOMPARE(field.text(), QStringLiteral("abcabc"));
+    trigger(*mainMenu, u"Paste"_s);
+    QCOMPARE(field.text(), u"abcabc"_s);
 }
 
 PARKLET_TEST(MainMenuTest)

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The same delegate, launched.
 struct RunningFixture : AppFixture {
     explicit RunningFixture(const QMap<QString, QVariant> &settings = {})
@@ -32,12 +34,12 @@ struct RunningFixture : AppFixture {
     {
         shared.notifications().post(Notifications::appearancePaneActive, userInfo);
     }
-    static QVariantMap active(const QVariant &value) { return {{QStringLiteral("active"), value}}; }
+    static QVariantMap active(const QVariant &value) { return {{u"active"_s, value}}; }
 
     // Saves a new PNG on the Desktop.
     QUrl saveScreenshot(const QString &name)
     {
-        QFile png(home.path() + QStringLiteral("/Desktop/") + name);
+        QFile png(home.path() + u"/Desktop/"_s + name);
         [&] { QVERIFY(png.open(QIODevice::WriteOnly)); }();
         const QUrl url = QUrl::fromLocalFile(png.fileName());
         virtualPlatform.fileEventStreams.creationDates.insert(url, queue.currentDate());
@@ -64,5 +66,5 @@ struct RunningFixture : AppFixture {
         return shelf.isVisible() && shelf.alpha() == 1.0;
     }
 
-    inline static const QString kLaunchAtLogin = QStringLiteral("Launch at Login");
+    inline static const QString kLaunchAtLogin = u"Launch at Login"_s;
 };

@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QSize kSmallestWindow(600, 420);
@@ -36,7 +38,7 @@ QString cut(const QWidget &pane, const QWidget &view)
     if (needed.width() <= frame.width() && needed.height() <= frame.height() && frame.left() >= 0 &&
         frame.right() < pane.width())
         return {};
-    return QStringLiteral("%1 \"%2\" needs %3 x %4 and has %5 x %6 at %7")
+    return u"%1 \"%2\" needs %3 x %4 and has %5 x %6 at %7"_s
         .arg(QString::fromUtf8(view.metaObject()->className()), view.property("text").toString())
         .arg(needed.width())
         .arg(needed.height())
@@ -67,7 +69,7 @@ void TranslatedTextsFitTest::languages()
 {
     QTest::addColumn<QString>("language");
     QTest::newRow("en") << "en";
-    const QStringList files = QDir(QStringLiteral(":/i18n")).entryList();
+    const QStringList files = QDir(u":/i18n"_s).entryList();
     QVERIFY(!files.isEmpty());
     for (const QString &file : files) {
         const QString language = file.section(QLatin1Char('_'), 1).section(QLatin1Char('.'), 0, 0);

@@ -16,6 +16,8 @@
 
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QString kFolder = QStringLiteral(PARKLET_TRANSLATIONS_FOLDER);
@@ -28,7 +30,7 @@ QString showShelf()
 // The arguments that a text takes, with %L1 as another writing of %1.
 QStringList markers(const QString &text)
 {
-    static const QRegularExpression marker(QStringLiteral("%L?(\\d{1,2}|n)"));
+    static const QRegularExpression marker(u"%L?(\\d{1,2}|n)"_s);
     QStringList found;
     for (auto matches = marker.globalMatch(text); matches.hasNext();)
         found.append(matches.next().captured(1));
@@ -57,8 +59,8 @@ private slots:
 
 void TranslationsTest::the_first_language_that_there_is_speaks_data()
 {
-    const QString english = QStringLiteral("Show Shelf");
-    const QString german = QStringLiteral("Ablage anzeigen");
+    const QString english = u"Show Shelf"_s;
+    const QString german = u"Ablage anzeigen"_s;
     QTest::addColumn<QString>("languages");
     QTest::addColumn<QString>("expected");
     QTest::newRow("German") << "de-DE de-Latn-DE de" << german;
@@ -125,10 +127,10 @@ void TranslationsTest::the_c_locale_has_no_language()
 void TranslationsTest::it_speaks_as_long_as_it_lives()
 {
     {
-        const Translations translations({QStringLiteral("de")});
-        QCOMPARE(showShelf(), QStringLiteral("Ablage anzeigen"));
+        const Translations translations({u"de"_s});
+        QCOMPARE(showShelf(), u"Ablage anzeigen"_s);
     }
-    QCOMPARE(showShelf(), QStringLiteral("Show Shelf"));
+    QCOMPARE(showShelf(), u"Show Shelf"_s);
 }
 
 void TranslationsTest::numbers_and_values_take_their_places()
@@ -136,20 +138,19 @@ void TranslationsTest::numbers_and_values_take_their_places()
     const auto question = [](int count) {
         return ShelfPanel::tr("This will remove all %n files from the shelf.", nullptr, count);
     };
-    QCOMPARE(question(2), QStringLiteral("This will remove all 2 files from the shelf."));
-    const VersionRecord record{QStringLiteral("2.0 %2"), {}, QStringLiteral("100 %1 better")};
-    QCOMPARE(updateAlert(record).informativeText,
-             QStringLiteral("Version 2.0 %2 is available.\n\nRelease notes: 100 %1 better"));
+    QCOMPARE(question(2), u"This will remove all 2 files from the shelf."_s);
+    const VersionRecord record{u"2.0 %2"_s, {}, u"100 %1 better"_s};
+    QCOMPARE(updateAlert(record).informativeText, u"Version 2.0 %2 is available.\n\nRelease notes: 100 %1 better"_s);
 
-    const Translations translations({QStringLiteral("de")});
-    QCOMPARE(question(50), QStringLiteral("Damit werden alle 50 Dateien aus der Ablage entfernt."));
+    const Translations translations({u"de"_s});
+    QCOMPARE(question(50), u"Damit werden alle 50 Dateien aus der Ablage entfernt."_s);
     QCOMPARE(updateAlert(record).informativeText,
-             QStringLiteral("Version 2.0 %2 ist verfügbar.\n\nVersionshinweise: 100 %1 better"));
+             u"Version 2.0 %2 ist verfügbar.\n\nVersionshinweise: 100 %1 better"_s);
 }
 
 void TranslationsTest::the_terminal_is_told_in_the_same_language()
 {
-    const Translations translations({QStringLiteral("de")});
+    const Translations translations({u"de"_s});
     // What was typed comes back as it was, though it is no text in any encoding.
     QCOMPARE(answerCommandLine({"-\xff%1"})->error,
              std::string("parklet: unbekannte Option „-\xff%1“\nMehr dazu mit „parklet --help“.\n"));
@@ -161,7 +162,7 @@ void TranslationsTest::the_terminal_is_told_in_the_same_language()
 void TranslationsTest::every_translation_is_in_the_program_data()
 {
     QTest::addColumn<QString>("name");
-    const QStringList files = QDir(kFolder).entryList({QStringLiteral("*.ts")});
+    const QStringList files = QDir(kFolder).entryList({u"*.ts"_s});
     QVERIFY(!files.isEmpty());
     for (const QString &file : files)
         QTest::newRow(qPrintable(file)) << file;
@@ -171,11 +172,11 @@ void TranslationsTest::every_translation_is_in_the_program()
 {
     QFETCH(QString, name);
     const QString base = name.chopped(3);
-    QVERIFY(QFile::exists(QStringLiteral(":/i18n/") + base + QStringLiteral(".qm")));
+    QVERIFY(QFile::exists(u":/i18n/"_s + base + u".qm"_s));
     const QString language = base.mid(base.indexOf(QLatin1Char('_')) + 1);
     QVERIFY(QLocale(language).language() != QLocale::C);
     const Translations translations({QLocale(language).bcp47Name()});
-    QVERIFY(showShelf() != QStringLiteral("Show Shelf"));
+    QVERIFY(showShelf() != u"Show Shelf"_s);
 }
 
 void TranslationsTest::every_translated_text_takes_the_same_arguments_data()
@@ -203,7 +204,7 @@ void TranslationsTest::every_translated_text_takes_the_same_arguments()
             const QString text = reader.readElementText();
             ++texts;
             QVERIFY2(!text.isEmpty(), qPrintable(source));
-            QVERIFY2(markers(text) == markers(source), qPrintable(source + QStringLiteral(" -> ") + text));
+            QVERIFY2(markers(text) == markers(source), qPrintable(source + u" -> "_s + text));
         }
     }
     QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));

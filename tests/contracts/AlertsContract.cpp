@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class AlertsContract : public QObject {
     Q_OBJECT
 
@@ -31,9 +33,9 @@ namespace {
 Alert question()
 {
     Alert alert;
-    alert.messageText = QStringLiteral("Does this alert go away by itself?");
-    alert.informativeText = QStringLiteral("It belongs to a test.");
-    alert.buttons = {QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("Third")};
+    alert.messageText = u"Does this alert go away by itself?"_s;
+    alert.informativeText = u"It belongs to a test."_s;
+    alert.buttons = {u"First"_s, u"Second"_s, u"Third"_s};
     return alert;
 }
 
@@ -52,7 +54,7 @@ void AlertsContract::the_chosen_button_is_answered_by_its_number()
 void AlertsContract::the_check_box_is_off_until_the_user_turns_it_on()
 {
     Alert alert = question();
-    alert.checkboxTitle = QStringLiteral("Never ask again");
+    alert.checkboxTitle = u"Never ask again"_s;
     for (const bool on : {false, true}) {
         world.answerAlert(alert, 0, on);
         QCOMPARE(alerts().runModal(alert).checkboxOn, on);
@@ -68,7 +70,7 @@ void AlertsContract::without_a_check_box_none_is_on()
 void AlertsContract::a_text_of_any_length_can_be_answered()
 {
     Alert alert = question();
-    alert.informativeText = QStringLiteral("One more line.\n").repeated(2000);
+    alert.informativeText = u"One more line.\n"_s.repeated(2000);
     alert.dark = true;
     world.answerAlert(alert, 1, false);
     QCOMPARE(alerts().runModal(alert).button, 1);

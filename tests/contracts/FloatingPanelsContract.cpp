@@ -6,6 +6,8 @@
 #include <QTest>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 class FloatingPanelsContract : public QObject {
     Q_OBJECT
 
@@ -30,7 +32,7 @@ private:
 void FloatingPanelsContract::a_panel_is_shown_and_hidden()
 {
     QWidget panel;
-    floatingPanels().make(panel, {QStringLiteral("shelf"), 14});
+    floatingPanels().make(panel, {u"shelf"_s, 14});
     QVERIFY(!panel.isVisible());
     floatingPanels().orderFront(panel);
     QVERIFY(panel.isVisible());
@@ -44,7 +46,7 @@ void FloatingPanelsContract::a_panel_is_shown_and_hidden()
 void FloatingPanelsContract::a_panel_does_not_become_the_active_window()
 {
     QWidget panel;
-    floatingPanels().make(panel, {QStringLiteral("cursor-shelf"), 14});
+    floatingPanels().make(panel, {u"cursor-shelf"_s, 14});
     floatingPanels().orderFront(panel);
     QVERIFY(world.waitFor([&panel] { return panel.isVisible(); }));
     QVERIFY(QApplication::activeWindow() != &panel);
@@ -54,7 +56,7 @@ void FloatingPanelsContract::a_panel_does_not_become_the_active_window()
 void FloatingPanelsContract::a_panel_keeps_its_place()
 {
     QWidget panel;
-    floatingPanels().make(panel, {QStringLiteral("shelf"), 14});
+    floatingPanels().make(panel, {u"shelf"_s, 14});
     const QRect frame(300, 200, 116, 164);
     panel.setGeometry(frame);
     floatingPanels().orderFront(panel);
@@ -69,11 +71,11 @@ void FloatingPanelsContract::a_panel_may_be_deleted()
 {
     {
         QWidget gone;
-        floatingPanels().make(gone, {QStringLiteral("shelf"), 14});
+        floatingPanels().make(gone, {u"shelf"_s, 14});
         floatingPanels().orderFront(gone);
     }
     QWidget panel;
-    floatingPanels().make(panel, {QStringLiteral("shelf"), 14});
+    floatingPanels().make(panel, {u"shelf"_s, 14});
     floatingPanels().orderFront(panel);
     QVERIFY(panel.isVisible());
     floatingPanels().orderOut(panel);

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class MainQueueContract : public QObject {
     Q_OBJECT
 
@@ -33,7 +35,7 @@ void MainQueueContract::queued_work_runs_later_and_in_order()
     mainQueue().async([&order] { order += QLatin1Char('b'); });
     QVERIFY(order.isEmpty());
     QVERIFY(world.waitFor([&order] { return order.size() == 2; }));
-    QCOMPARE(order, QStringLiteral("ab"));
+    QCOMPARE(order, u"ab"_s);
 }
 
 void MainQueueContract::a_timer_fires_once()

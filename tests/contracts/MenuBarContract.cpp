@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class MenuBarContract : public QObject {
     Q_OBJECT
 
@@ -30,10 +32,10 @@ namespace {
 std::unique_ptr<QMenu> editMenu()
 {
     auto menu = std::make_unique<QMenu>();
-    QMenu *edit = menu->addMenu(QStringLiteral("Edit"));
-    edit->addAction(QStringLiteral("Copy"))->setObjectName(QStringLiteral("copy:"));
+    QMenu *edit = menu->addMenu(u"Edit"_s);
+    edit->addAction(u"Copy"_s)->setObjectName(u"copy:"_s);
     edit->addSeparator();
-    edit->addAction(QStringLiteral("Plain"));
+    edit->addAction(u"Plain"_s);
     return menu;
 }
 

@@ -5,6 +5,8 @@
 #include <QTest>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 class OpenPanelsContract : public QObject {
     Q_OBJECT
 
@@ -25,8 +27,7 @@ private:
 
     OpenPanel applications() const
     {
-        return {QStringLiteral("Goes away by itself"), QStringLiteral("Add"),
-                world.platform().workspace->applicationsFolders()};
+        return {u"Goes away by itself"_s, u"Add"_s, world.platform().workspace->applicationsFolders()};
     }
 
     World &world;

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class PasteboardContract : public QObject {
     Q_OBJECT
 
@@ -25,15 +27,14 @@ private:
 
 void PasteboardContract::copied_files_are_read_in_their_order()
 {
-    const QList<QUrl> files = {QUrl::fromLocalFile(QStringLiteral("/tmp/second b.txt")),
-                               QUrl::fromLocalFile(QStringLiteral("/tmp/first.txt"))};
+    const QList<QUrl> files = {QUrl::fromLocalFile(u"/tmp/second b.txt"_s), QUrl::fromLocalFile(u"/tmp/first.txt"_s)};
     world.copy(files);
     QVERIFY(world.waitFor([&] { return generalPasteboard().fileURLs() == files; }));
 }
 
 void PasteboardContract::copied_words_are_no_files()
 {
-    world.copy(QStringLiteral("/tmp/first.txt"));
+    world.copy(u"/tmp/first.txt"_s);
     QVERIFY(world.waitFor([&] { return generalPasteboard().fileURLs().isEmpty(); }));
 }
 

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
@@ -78,7 +80,7 @@ int main(int argc, char *argv[])
         qFatal("%s", qPrintable(QString::fromUtf8(obstacle->text)
                                     .replace(QLatin1String("%1"), QString::fromStdString(obstacle->detail))));
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("parklet-contracts"));
+    QApplication::setApplicationName(u"parklet-contracts"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     if (argc > 1 && qstrcmp(argv[1], kClaimArgument) == 0)
         return createSessionInstance()->claim() ? kClaimed : kRefused;

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class StatusBarContract : public QObject {
     Q_OBJECT
 
@@ -26,8 +28,8 @@ void StatusBarContract::an_item_can_get_another_menu_and_go()
 {
     auto item = statusBar().createItem();
     QVERIFY(item);
-    item->setSymbol(QStringLiteral("tray.and.arrow.down"), QStringLiteral("Parklet"));
-    for (const QString &title : {QStringLiteral("one"), QStringLiteral("two")}) {
+    item->setSymbol(u"tray.and.arrow.down"_s, u"Parklet"_s);
+    for (const QString &title : {u"one"_s, u"two"_s}) {
         auto menu = std::make_unique<QMenu>();
         menu->addAction(title);
         item->setMenu(std::move(menu));

@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class SystemAppearanceContract : public QObject {
     Q_OBJECT
 
@@ -62,7 +64,7 @@ void SystemAppearanceContract::every_symbol_of_the_interface_is_there()
 
 void SystemAppearanceContract::a_symbol_that_is_not_there_is_null()
 {
-    QVERIFY(appearance().symbol(QStringLiteral("no.such.symbol"), Qt::red).isNull());
+    QVERIFY(appearance().symbol(u"no.such.symbol"_s, Qt::red).isNull());
 }
 
 void SystemAppearanceContract::the_application_has_an_icon()

@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QSet>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double kPatience = 20; // virtual seconds
@@ -16,7 +18,7 @@ class VirtualWorld : public World {
 public:
     VirtualWorld()
     {
-        virtualPlatform.appearance.missingSymbols = {QStringLiteral("no.such.symbol")};
+        virtualPlatform.appearance.missingSymbols = {u"no.such.symbol"_s};
         const auto turn = [this] { virtualPlatform.mainQueue.runPending(); };
         virtualPlatform.alerts.whileShown = turn;
         virtualPlatform.openPanels.whileShown = turn;

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class WorkspaceContract : public QObject {
     Q_OBJECT
 
@@ -27,22 +29,22 @@ private:
 
 void WorkspaceContract::every_file_has_an_icon()
 {
-    QVERIFY(!workspace().icon(world.makeFile(QStringLiteral("words.txt"), "words")).isNull());
+    QVERIFY(!workspace().icon(world.makeFile(u"words.txt"_s, "words")).isNull());
     QVERIFY(!workspace().icon(QUrl::fromLocalFile(world.folder.path())).isNull());
-    const QUrl gone = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("gone.png")));
+    const QUrl gone = QUrl::fromLocalFile(world.folder.filePath(u"gone.png"_s));
     QVERIFY(!workspace().icon(gone).isNull());
 }
 
 void WorkspaceContract::an_application_that_is_not_installed_is_not_found()
 {
-    QVERIFY(!workspace().application(QStringLiteral("com.orvane.nosuchapplication")));
+    QVERIFY(!workspace().application(u"com.orvane.nosuchapplication"_s));
     QVERIFY(!workspace().application(QString()));
 }
 
 void WorkspaceContract::a_file_that_is_no_application_has_no_identifier()
 {
-    QVERIFY(!workspace().bundleIdentifier(world.makeFile(QStringLiteral("letters.txt"), "letters")));
-    QVERIFY(!workspace().bundleIdentifier(QUrl(QStringLiteral("https://orvane.example/"))));
+    QVERIFY(!workspace().bundleIdentifier(world.makeFile(u"letters.txt"_s, "letters")));
+    QVERIFY(!workspace().bundleIdentifier(QUrl(u"https://orvane.example/"_s)));
 }
 
 void WorkspaceContract::there_is_a_folder_of_applications()

@@ -3,11 +3,13 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::StringLiterals;
+
 // The build of the desktop tests: version 1.9, whose version record is wherever the test serves it.
 
 QString BuildInfo::builtVersion()
 {
-    return QStringLiteral("1.9");
+    return u"1.9"_s;
 }
 
 QString BuildInfo::runningVersion()
@@ -17,7 +19,7 @@ QString BuildInfo::runningVersion()
 
 QUrl BuildInfo::moreAppsURL()
 {
-    return QUrl(QStringLiteral("http://127.0.0.1/apps"));
+    return QUrl(u"http://127.0.0.1/apps"_s);
 }
 
 QUrl BuildInfo::versionURL()
@@ -27,5 +29,5 @@ QUrl BuildInfo::versionURL()
 
 QString BuildInfo::makerLine()
 {
-    return QStringLiteral("The maker");
+    return u"The maker"_s;
 }

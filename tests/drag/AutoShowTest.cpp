@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class AutoShowTest : public QObject {
     Q_OBJECT
 
@@ -19,7 +21,7 @@ private slots:
 
 namespace {
 
-const QString kEditor = QStringLiteral("org.example.Editor");
+const QString kEditor = u"org.example.Editor"_s;
 
 QStringList list(const char *identifiers)
 {

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class DragMonitorTest : public QObject {
     Q_OBJECT
 
@@ -43,10 +45,10 @@ class RecordingDelegate : public DragMonitorDelegate {
 public:
     void dragMonitorDidStartDrag(const QList<QUrl> &urls) override
     {
-        calls.append(QStringLiteral("start"));
+        calls.append(u"start"_s);
         carried.append(urls);
     }
-    void dragMonitorDidEndDrag() override { calls.append(QStringLiteral("end")); }
+    void dragMonitorDidEndDrag() override { calls.append(u"end"_s); }
 
     QStringList calls;
     QList<QList<QUrl>> carried;
@@ -80,8 +82,8 @@ struct Fixture {
     }
 };
 
-const QStringList kStart = {QStringLiteral("start")};
-const QStringList kStartAndEnd = {QStringLiteral("start"), QStringLiteral("end")};
+const QStringList kStart = {u"start"_s};
+const QStringList kStartAndEnd = {u"start"_s, u"end"_s};
 
 } // namespace
 
@@ -89,8 +91,7 @@ void DragMonitorTest::starting_follows_dragged_and_up_events()
 {
     Fixture f;
     f.monitor->start();
-    QCOMPARE(f.virtualPlatform.log.calls,
-             QStringList({QStringLiteral("addMonitor 64"), QStringLiteral("addMonitor 4")}));
+    QCOMPARE(f.virtualPlatform.log.calls, QStringList({u"addMonitor 64"_s, u"addMonitor 4"_s}));
 }
 
 void DragMonitorTest::before_the_start_nothing_is_followed()

@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class AboutPaneTest : public QObject {
     Q_OBJECT
 
@@ -53,7 +55,7 @@ void AboutPaneTest::the_views_stand_centred_with_10_points_between_them()
     PaneFixture f;
     for (const QSize &size : {QSize(519, 500), QSize(399, 420)}) {
         const AboutPane &pane = f.load(size);
-        const QList<QWidget *> views = {pane.findChild<ImageView *>(), labelWith(pane, QStringLiteral("Parklet 1.0")),
+        const QList<QWidget *> views = {pane.findChild<ImageView *>(), labelWith(pane, u"Parklet 1.0"_s),
                                         labelWith(pane, BuildInfo::makerLine()), &moreApps(pane)};
         for (int i = 0; i < 4; ++i) {
             QVERIFY(views.at(i));
@@ -71,7 +73,7 @@ void AboutPaneTest::the_views_stand_centred_with_10_points_between_them()
 void AboutPaneTest::without_its_artwork_the_applications_own_icon_shows_at_128_points()
 {
     PaneFixture f;
-    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    f.virtualPlatform.appearance.missingSymbols = {u"AppIcon"_s};
     QPixmap small(48, 48);
     small.fill(QColor(10, 200, 90));
     f.virtualPlatform.appearance.installedIcon = QIcon(small);
@@ -84,22 +86,22 @@ void AboutPaneTest::without_its_artwork_the_applications_own_icon_shows_at_128_p
 
 void AboutPaneTest::the_version_is_the_applications_own()
 {
-    QCoreApplication::setApplicationVersion(QStringLiteral("2.7.1"));
+    QCoreApplication::setApplicationVersion(u"2.7.1"_s);
     PaneFixture f;
-    QVERIFY(labelWith(f.load(), QStringLiteral("Parklet 2.7.1")));
+    QVERIFY(labelWith(f.load(), u"Parklet 2.7.1"_s));
 }
 
 void AboutPaneTest::a_missing_version_shows_as_1_0()
 {
     PaneFixture f;
-    QVERIFY(labelWith(f.load(), QStringLiteral("Parklet 1.0")));
+    QVERIFY(labelWith(f.load(), u"Parklet 1.0"_s));
 }
 
 void AboutPaneTest::the_texts_have_their_sizes_and_colours()
 {
     PaneFixture f;
     const AboutPane &pane = f.load();
-    const QLabel *name = labelWith(pane, QStringLiteral("Parklet 1.0"));
+    const QLabel *name = labelWith(pane, u"Parklet 1.0"_s);
     QCOMPARE(name->font().pixelSize(), 18);
     QCOMPARE(name->foregroundRole(), QPalette::WindowText);
     const QLabel *maker = labelWith(pane, BuildInfo::makerLine());
@@ -112,7 +114,7 @@ void AboutPaneTest::the_button_is_a_link_in_the_accent_colour()
     PaneFixture f;
     f.virtualPlatform.appearance.accent = QColor(200, 100, 50);
     const QPushButton &button = moreApps(f.load());
-    QCOMPARE(button.text(), QStringLiteral("More from Orvane"));
+    QCOMPARE(button.text(), u"More from Orvane"_s);
     QVERIFY(button.isFlat());
     QCOMPARE(button.palette().color(QPalette::ButtonText), QColor(200, 100, 50));
 }
@@ -140,8 +142,8 @@ void AboutPaneTest::a_malformed_page_of_the_maker_stops_the_program_data()
     QTest::addColumn<QUrl>("address");
     QTest::addColumn<bool>("stops");
     QTest::newRow("none") << QUrl() << true;
-    QTest::newRow("malformed") << QUrl(QStringLiteral("https://orvane.example:port/"), QUrl::StrictMode) << true;
-    QTest::newRow("whole") << QUrl(QStringLiteral("https://orvane.example/")) << false;
+    QTest::newRow("malformed") << QUrl(u"https://orvane.example:port/"_s, QUrl::StrictMode) << true;
+    QTest::newRow("whole") << QUrl(u"https://orvane.example/"_s) << false;
 }
 
 void AboutPaneTest::a_malformed_page_of_the_maker_stops_the_program()

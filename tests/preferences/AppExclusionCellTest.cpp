@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // How a row of the list looks.
 class AppExclusionCellTest : public QObject {
     Q_OBJECT
@@ -75,8 +77,7 @@ std::pair<QRect, QRect> inkOf(const QImage &image)
 void AppExclusionCellTest::rows_are_26_points_high_with_icon_name_and_line_in_their_places()
 {
     ListFixture f;
-    f.virtualPlatform.workspace.applications.insert(kFirst,
-                                                    Application{kFirst, QStringLiteral("HHH"), square(Qt::red)});
+    f.virtualPlatform.workspace.applications.insert(kFirst, Application{kFirst, u"HHH"_s, square(Qt::red)});
     AppExclusionListView &view = f.load({kFirst, kSecond});
     const QAbstractItemModel &model = *view.tableView->model();
     QCOMPARE(view.tableView->visualRect(model.index(0, 0)).height(), 26);
@@ -96,8 +97,7 @@ void AppExclusionCellTest::rows_are_26_points_high_with_icon_name_and_line_in_th
 void AppExclusionCellTest::a_row_is_mirrored_where_the_language_begins_at_the_right()
 {
     ListFixture f;
-    f.virtualPlatform.workspace.applications.insert(kFirst,
-                                                    Application{kFirst, QStringLiteral("HHH"), square(Qt::red)});
+    f.virtualPlatform.workspace.applications.insert(kFirst, Application{kFirst, u"HHH"_s, square(Qt::red)});
     const auto [icon, name] = inkOf(drawnRow(f.load({kFirst}), QStyle::State_Enabled, {.direction = Qt::RightToLeft}));
     QCOMPARE(icon, QRect(300 - 4 - 18, 4, 18, 18));
     QVERIFY(name.right() < 300 - 28 && name.right() >= 300 - 31);
@@ -108,7 +108,7 @@ void AppExclusionCellTest::a_long_name_ends_4_points_before_the_row_does()
 {
     ListFixture f;
     f.virtualPlatform.workspace.applications.insert(
-        kFirst, Application{kFirst, QStringLiteral("An application with a very long name"), square(Qt::red)});
+        kFirst, Application{kFirst, u"An application with a very long name"_s, square(Qt::red)});
     const AppExclusionListView &view = f.load({kFirst});
     // Where the text is cut varies with the width; over a few points it comes close to its limit.
     int nearest = 0;

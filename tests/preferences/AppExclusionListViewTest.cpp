@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class AppExclusionListViewTest : public QObject {
     Q_OBJECT
 
@@ -59,10 +61,10 @@ void AppExclusionListViewTest::the_list_fills_the_view_above_two_small_buttons()
     QCOMPARE(remove.y(), add.y());
     QCOMPARE(add.size(), remove.size());
     QCOMPARE(add.width(), add.height());
-    QCOMPARE(view.addBtn->text(), QStringLiteral("+"));
+    QCOMPARE(view.addBtn->text(), u"+"_s);
     QCOMPARE(view.removeBtn->text(), QString(QChar(0x2212)));
-    QCOMPARE(view.addBtn->accessibleDescription(), QStringLiteral("Add application"));
-    QCOMPARE(view.removeBtn->accessibleDescription(), QStringLiteral("Remove application"));
+    QCOMPARE(view.addBtn->accessibleDescription(), u"Add application"_s);
+    QCOMPARE(view.removeBtn->accessibleDescription(), u"Remove application"_s);
     QVERIFY(view.tableView->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
     QVERIFY(view.tableView->frameShape() != QFrame::NoFrame);
 }
@@ -70,9 +72,9 @@ void AppExclusionListViewTest::the_list_fills_the_view_above_two_small_buttons()
 void AppExclusionListViewTest::an_installed_application_shows_its_own_name_and_icon()
 {
     VirtualPlatform platform;
-    platform.workspace.applications.insert(kFirst, Application{kFirst, QStringLiteral("First"), square(Qt::green)});
+    platform.workspace.applications.insert(kFirst, Application{kFirst, u"First"_s, square(Qt::green)});
     const AppLabel label = resolveApp(kFirst, platform.workspace, platform.appearance, Qt::gray);
-    QCOMPARE(label.name, QStringLiteral("First"));
+    QCOMPARE(label.name, u"First"_s);
     QCOMPARE(label.icon.pixmap(18).toImage().pixelColor(9, 9), QColor(Qt::green));
 }
 
@@ -82,15 +84,15 @@ void AppExclusionListViewTest::an_unknown_application_shows_its_identifier_and_a
     const AppLabel label = resolveApp(kFirst, platform.workspace, platform.appearance, Qt::magenta);
     QCOMPARE(label.name, kFirst);
     QCOMPARE(platform.appearance.symbolRequests,
-             (QList<std::pair<QString, QColor>>{{QStringLiteral("questionmark.app"), Qt::magenta}}));
+             (QList<std::pair<QString, QColor>>{{u"questionmark.app"_s, Qt::magenta}}));
     QVERIFY(!label.icon.isNull());
-    QVERIFY(QFile::exists(QStringLiteral(":/symbols/questionmark.app.svg")));
+    QVERIFY(QFile::exists(u":/symbols/questionmark.app.svg"_s));
 }
 
 void AppExclusionListViewTest::without_the_symbol_the_icon_is_empty()
 {
     ListFixture f;
-    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("questionmark.app")};
+    f.virtualPlatform.appearance.missingSymbols = {u"questionmark.app"_s};
     AppExclusionListView &view = f.load({kFirst});
     QVERIFY(view.tableView->model()->index(0, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
     QVERIFY(!view.grab().isNull());
@@ -112,8 +114,8 @@ void AppExclusionListViewTest::the_open_panel_starts_where_the_applications_are(
     f.pressAdd();
     QCOMPARE(f.virtualPlatform.openPanels.shown.size(), 1);
     const OpenPanel &panel = f.virtualPlatform.openPanels.shown.first();
-    QCOMPARE(panel.title, QStringLiteral("Add application"));
-    QCOMPARE(panel.prompt, QStringLiteral("Add"));
+    QCOMPARE(panel.title, u"Add application"_s);
+    QCOMPARE(panel.prompt, u"Add"_s);
     QCOMPARE(panel.folders, f.virtualPlatform.workspace.folders);
     QCOMPARE(f.virtualPlatform.openPanels.windows.first().data(), f.window.get());
 }
@@ -196,8 +198,8 @@ void AppExclusionListViewTest::identifiers_are_compared_exactly()
 {
     ListFixture f;
     f.load({kFirst});
-    f.pick(QStringLiteral("org.First"));
-    QCOMPARE(f.view->ids, QStringList({kFirst, QStringLiteral("org.First")}));
+    f.pick(u"org.First"_s);
+    QCOMPARE(f.view->ids, QStringList({kFirst, u"org.First"_s}));
 }
 
 void AppExclusionListViewTest::a_cancelled_panel_adds_nothing()
@@ -214,7 +216,7 @@ void AppExclusionListViewTest::a_file_that_is_no_application_is_refused_in_silen
 {
     ListFixture f;
     f.load({});
-    f.virtualPlatform.openPanels.choice = QUrl::fromLocalFile(QStringLiteral("/tmp/picture.png"));
+    f.virtualPlatform.openPanels.choice = QUrl::fromLocalFile(u"/tmp/picture.png"_s);
     f.pressAdd();
     f.pick(QString()); // an application whose identifier is empty
     QVERIFY(f.changes.isEmpty());
@@ -226,8 +228,8 @@ void AppExclusionListViewTest::a_view_that_goes_while_the_panel_is_open_is_left_
 {
     ListFixture f;
     f.load({});
-    f.virtualPlatform.workspace.identifiers.insert(QUrl::fromLocalFile(QStringLiteral("/Applications/x")), kFirst);
-    f.virtualPlatform.openPanels.choice = QUrl::fromLocalFile(QStringLiteral("/Applications/x"));
+    f.virtualPlatform.workspace.identifiers.insert(QUrl::fromLocalFile(u"/Applications/x"_s), kFirst);
+    f.virtualPlatform.openPanels.choice = QUrl::fromLocalFile(u"/Applications/x"_s);
     f.virtualPlatform.openPanels.whileShown = [&f] { f.window.reset(); };
     f.view->addApp();
     QVERIFY(f.changes.isEmpty());
@@ -330,7 +332,7 @@ void AppExclusionListViewTest::a_list_of_5000_applications_looks_up_only_what_is
     ListFixture f;
     QStringList ids;
     for (int i = 0; i < 5000; ++i)
-        ids.append(QStringLiteral("org.example.App%1").arg(i));
+        ids.append(u"org.example.App%1"_s.arg(i));
     AppExclusionListView &view = f.load(ids);
     view.grab();
     const QStringList &lookups = f.virtualPlatform.workspace.applicationLookups;
@@ -367,7 +369,7 @@ void AppExclusionListViewTest::the_question_mark_follows_the_palette()
     view.setPalette(palette);
     view.grab();
     QCOMPARE(f.virtualPlatform.appearance.symbolRequests.last(),
-             std::pair(QStringLiteral("questionmark.app"), secondaryLabelColor(palette, QPalette::Text)));
+             std::pair(u"questionmark.app"_s, secondaryLabelColor(palette, QPalette::Text)));
 }
 
 void AppExclusionListViewTest::the_list_works_by_keyboard()

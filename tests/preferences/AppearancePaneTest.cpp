@@ -14,6 +14,8 @@
 #include <QStyleOptionSlider>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class AppearancePaneTest : public QObject {
     Q_OBJECT
 
@@ -79,22 +81,22 @@ QList<QWidget *> stackedViews(const QWidget &stack)
 QString describe(QWidget *view)
 {
     if (qobject_cast<Separator *>(view))
-        return QStringLiteral("-");
+        return u"-"_s;
     if (auto *label = qobject_cast<QLabel *>(view))
         return label->text();
     if (qobject_cast<ColorWell *>(view))
-        return QStringLiteral("[colour well]");
+        return u"[colour well]"_s;
     if (auto *slider = qobject_cast<DoubleSlider *>(view))
-        return QStringLiteral("[%1 to %2]").arg(slider->minimumValue).arg(slider->maximumValue);
+        return u"[%1 to %2]"_s.arg(slider->minimumValue).arg(slider->maximumValue);
     if (auto *box = qobject_cast<QCheckBox *>(view))
-        return QStringLiteral("[x] ") + box->text();
+        return u"[x] "_s + box->text();
     if (auto *popUp = qobject_cast<QComboBox *>(view)) {
         QStringList titles;
         for (int i = 0; i < popUp->count(); ++i)
             titles.append(popUp->itemText(i));
         return titles.join(QLatin1Char('|'));
     }
-    return QStringLiteral("something else");
+    return u"something else"_s;
 }
 
 QPoint knob(const DoubleSlider &slider)
@@ -121,13 +123,10 @@ void AppearancePaneTest::the_nineteen_views_stand_in_order_with_8_points_between
     for (QWidget *view : views)
         shown.append(describe(view));
     QCOMPARE(shown,
-             QStringList({QStringLiteral("Appearance"), QStringLiteral("-"), QStringLiteral("Tint colour"),
-                          QStringLiteral("[colour well]"), QStringLiteral("Tint intensity"), QStringLiteral("[0 to 1]"),
-                          QStringLiteral("-"), QStringLiteral("Shelf item size"), QStringLiteral("[48 to 120]"),
-                          QStringLiteral("-"), QStringLiteral("Window edge"), QStringLiteral("Left|Right|Top|Bottom"),
-                          QStringLiteral("Alignment"), QStringLiteral("Start|Center|End"), QStringLiteral("-"),
-                          QStringLiteral("File names"), QStringLiteral("Show under icon|Hide|Show on hover"),
-                          QStringLiteral("[x] Hide file extensions"), QStringLiteral(" ")}));
+             QStringList({u"Appearance"_s, u"-"_s, u"Tint colour"_s, u"[colour well]"_s, u"Tint intensity"_s,
+                          u"[0 to 1]"_s, u"-"_s, u"Shelf item size"_s, u"[48 to 120]"_s, u"-"_s, u"Window edge"_s,
+                          u"Left|Right|Top|Bottom"_s, u"Alignment"_s, u"Start|Center|End"_s, u"-"_s, u"File names"_s,
+                          u"Show under icon|Hide|Show on hover"_s, u"[x] Hide file extensions"_s, u" "_s}));
     QCOMPARE(views.size(), 19);
     QCOMPARE(views.first()->y(), 0);
     for (int i = 0; i < views.size(); ++i) {
@@ -194,9 +193,9 @@ void AppearancePaneTest::a_fresh_installation_shows_the_defaults()
     QCOMPARE(f.well().color(), f.virtualPlatform.appearance.accent);
     QCOMPARE(f.slider(Settings::tintIntensity.key).doubleValue(), 0.4);
     QCOMPARE(f.slider(Settings::shelfItemSize.key).doubleValue(), 72.0);
-    QCOMPARE(f.popUp(Settings::windowEdge.key).currentText(), QStringLiteral("Right"));
-    QCOMPARE(f.popUp(Settings::windowAlignment.key).currentText(), QStringLiteral("Center"));
-    QCOMPARE(f.popUp(Settings::fileNameDisplay.key).currentText(), QStringLiteral("Show under icon"));
+    QCOMPARE(f.popUp(Settings::windowEdge.key).currentText(), u"Right"_s);
+    QCOMPARE(f.popUp(Settings::windowAlignment.key).currentText(), u"Center"_s);
+    QCOMPARE(f.popUp(Settings::fileNameDisplay.key).currentText(), u"Show under icon"_s);
     QVERIFY(!f.hideExtensions().isChecked());
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
     QVERIFY(f.posts.isEmpty());
@@ -253,7 +252,7 @@ void AppearancePaneTest::bottom_is_stored_as_3()
     PaneFixture f;
     f.load();
     QTest::keyClick(&f.popUp(Settings::windowEdge.key), Qt::Key_B);
-    QCOMPARE(f.popUp(Settings::windowEdge.key).currentText(), QStringLiteral("Bottom"));
+    QCOMPARE(f.popUp(Settings::windowEdge.key).currentText(), u"Bottom"_s);
     QCOMPARE(f.stored(Settings::windowEdge.key), QVariant(3));
     QCOMPARE(f.settingsChangedPosts(), 1);
 }
@@ -435,7 +434,7 @@ void AppearancePaneTest::values_of_the_wrong_type_or_range_do_no_harm()
                 {Settings::tintIntensity.key, -3.0},
                 {Settings::shelfItemSize.key, 5000.0},
                 {Settings::windowEdge.key, 9.0},
-                {Settings::windowAlignment.key, QStringLiteral("End")},
+                {Settings::windowAlignment.key, u"End"_s},
                 {Settings::fileNameDisplay.key, -1.0},
                 {Settings::hideFileExtensions.key, QVariantList()}};
     const auto before = f.values;
@@ -494,13 +493,12 @@ void AppearancePaneTest::every_control_has_a_label()
 {
     PaneFixture f;
     const QWidget &pane = f.load();
-    const std::pair<QString, QWidget *> labelled[] = {
-        {QStringLiteral("Tint colour"), &f.well()},
-        {QStringLiteral("Tint intensity"), &f.slider(Settings::tintIntensity.key)},
-        {QStringLiteral("Shelf item size"), &f.slider(Settings::shelfItemSize.key)},
-        {QStringLiteral("Window edge"), &f.popUp(Settings::windowEdge.key)},
-        {QStringLiteral("Alignment"), &f.popUp(Settings::windowAlignment.key)},
-        {QStringLiteral("File names"), &f.popUp(Settings::fileNameDisplay.key)}};
+    const std::pair<QString, QWidget *> labelled[] = {{u"Tint colour"_s, &f.well()},
+                                                      {u"Tint intensity"_s, &f.slider(Settings::tintIntensity.key)},
+                                                      {u"Shelf item size"_s, &f.slider(Settings::shelfItemSize.key)},
+                                                      {u"Window edge"_s, &f.popUp(Settings::windowEdge.key)},
+                                                      {u"Alignment"_s, &f.popUp(Settings::windowAlignment.key)},
+                                                      {u"File names"_s, &f.popUp(Settings::fileNameDisplay.key)}};
     for (const auto &[text, control] : labelled) {
         QCOMPARE(labelWith(pane, text)->buddy(), control);
         QCOMPARE(control->accessibleName(), text);

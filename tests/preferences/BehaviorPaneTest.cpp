@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class BehaviorPaneTest : public QObject {
     Q_OBJECT
 
@@ -41,9 +43,9 @@ private slots:
 
 namespace {
 
-const QString kAutoShow = QStringLiteral("Automatically show the drop window");
-const QString kDoubleClick = QStringLiteral("When double-clicking a shelf file:");
-const QString kExclude = QStringLiteral("The Parklet window in the following applications:");
+const QString kAutoShow = u"Automatically show the drop window"_s;
+const QString kDoubleClick = u"When double-clicking a shelf file:"_s;
+const QString kExclude = u"The Parklet window in the following applications:"_s;
 
 struct PaneFixture : Fixture {
     BehaviorPane &load(const QSize &size = QSize(519, 500))
@@ -160,13 +162,10 @@ void BehaviorPaneTest::the_controls_have_their_titles_and_items()
     }
     QCOMPARE(f.autoShow().text(), QString());
     QCOMPARE(titles(f.popUp(Settings::autoShowTrigger.key)),
-             QStringList({QStringLiteral("When you start dragging"),
-                          QStringLiteral("Near cursor position when you start dragging"),
-                          QStringLiteral("When dragging towards Parklet's location")}));
-    QCOMPARE(titles(f.popUp(Settings::doubleClickAction.key)),
-             QStringList({QStringLiteral("Open file"), QStringLiteral("Select all")}));
-    QCOMPARE(titles(f.popUp(Settings::excludeMode.key)),
-             QStringList({QStringLiteral("Hide"), QStringLiteral("Show only in")}));
+             QStringList({u"When you start dragging"_s, u"Near cursor position when you start dragging"_s,
+                          u"When dragging towards Parklet's location"_s}));
+    QCOMPARE(titles(f.popUp(Settings::doubleClickAction.key)), QStringList({u"Open file"_s, u"Select all"_s}));
+    QCOMPARE(titles(f.popUp(Settings::excludeMode.key)), QStringList({u"Hide"_s, u"Show only in"_s}));
 }
 
 void BehaviorPaneTest::a_fresh_installation_shows_the_defaults()
@@ -176,8 +175,8 @@ void BehaviorPaneTest::a_fresh_installation_shows_the_defaults()
     QVERIFY(f.autoShow().isChecked());
     QVERIFY(f.popUp(Settings::autoShowTrigger.key).isEnabled());
     QCOMPARE(f.popUp(Settings::autoShowTrigger.key).currentIndex(), 0);
-    QCOMPARE(f.popUp(Settings::doubleClickAction.key).currentText(), QStringLiteral("Select all"));
-    QCOMPARE(f.popUp(Settings::excludeMode.key).currentText(), QStringLiteral("Hide"));
+    QCOMPARE(f.popUp(Settings::doubleClickAction.key).currentText(), u"Select all"_s);
+    QCOMPARE(f.popUp(Settings::excludeMode.key).currentText(), u"Hide"_s);
     QVERIFY(f.list().ids.isEmpty());
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
 }
@@ -189,13 +188,13 @@ void BehaviorPaneTest::the_controls_show_what_is_stored()
                 {Settings::autoShowTrigger.key, 2.0},
                 {Settings::doubleClickAction.key, 0.0},
                 {Settings::excludeMode.key, 1.0},
-                {Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), QStringLiteral("b")}}};
+                {Settings::excludedBundleIDs.key, QVariantList{u"a"_s, u"b"_s}}};
     f.load();
     QVERIFY(!f.autoShow().isChecked());
     QCOMPARE(f.popUp(Settings::autoShowTrigger.key).currentIndex(), 2);
     QCOMPARE(f.popUp(Settings::doubleClickAction.key).currentIndex(), 0);
     QCOMPARE(f.popUp(Settings::excludeMode.key).currentIndex(), 1);
-    QCOMPARE(f.list().ids, QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(f.list().ids, QStringList({u"a"_s, u"b"_s}));
 }
 
 void BehaviorPaneTest::the_check_box_stores_and_enables_the_trigger_at_once()
@@ -277,10 +276,10 @@ void BehaviorPaneTest::choosing_the_item_shown_stores_it()
 void BehaviorPaneTest::nothing_here_posts_a_notification()
 {
     PaneFixture f;
-    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/Second"));
-    f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.second"));
+    const QUrl file = QUrl::fromLocalFile(u"/Applications/Second"_s);
+    f.virtualPlatform.workspace.identifiers.insert(file, u"org.second"_s);
     f.virtualPlatform.openPanels.choice = file;
-    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{u"a"_s});
     f.load();
     f.autoShow().click();
     f.autoShow().click();
@@ -291,7 +290,7 @@ void BehaviorPaneTest::nothing_here_posts_a_notification()
     f.list().removeBtn->click();
     f.list().addBtn->click();
     QCoreApplication::sendPostedEvents(&f.list(), QEvent::MetaCall);
-    QCOMPARE(f.list().ids, QStringList{QStringLiteral("org.second")});
+    QCOMPARE(f.list().ids, QStringList{u"org.second"_s});
     QVERIFY(f.virtualPlatform.userDefaults.writes.size() >= 5);
     QVERIFY(f.posts.isEmpty());
 }
@@ -299,22 +298,21 @@ void BehaviorPaneTest::nothing_here_posts_a_notification()
 void BehaviorPaneTest::the_list_shows_and_stores_the_excluded_applications()
 {
     PaneFixture f;
-    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("org.first")});
-    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/Second"));
-    f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.second"));
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{u"org.first"_s});
+    const QUrl file = QUrl::fromLocalFile(u"/Applications/Second"_s);
+    f.virtualPlatform.workspace.identifiers.insert(file, u"org.second"_s);
     f.virtualPlatform.openPanels.choice = file;
     f.load();
     f.list().addBtn->click();
     QCoreApplication::sendPostedEvents(&f.list(), QEvent::MetaCall);
-    QCOMPARE(f.settings.get(Settings::excludedBundleIDs),
-             QStringList({QStringLiteral("org.first"), QStringLiteral("org.second")}));
+    QCOMPARE(f.settings.get(Settings::excludedBundleIDs), QStringList({u"org.first"_s, u"org.second"_s}));
     QCOMPARE(f.stored(Settings::excludedBundleIDs.key).typeId(), static_cast<int>(QMetaType::QVariantList));
 }
 
 void BehaviorPaneTest::removing_the_last_application_stores_an_empty_array()
 {
     PaneFixture f;
-    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("org.only")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{u"org.only"_s});
     f.load();
     f.list().tableView->setCurrentIndex(f.list().tableView->model()->index(0, 0));
     f.list().removeBtn->click();
@@ -328,18 +326,18 @@ void BehaviorPaneTest::a_list_that_outlives_the_pane_stores_nothing()
     f.load();
     const AppExclusionListView::OnChange onChange = f.list().onChange;
     f.window.reset();
-    onChange({QStringLiteral("org.late")});
+    onChange({u"org.late"_s});
     QVERIFY(f.values.isEmpty());
 }
 
 void BehaviorPaneTest::values_of_the_wrong_type_or_range_do_no_harm()
 {
     PaneFixture f;
-    f.values = {{Settings::autoShowDropWindow.key, QStringLiteral("no")},
+    f.values = {{Settings::autoShowDropWindow.key, u"no"_s},
                 {Settings::autoShowTrigger.key, 7.0},
                 {Settings::doubleClickAction.key, -3.0},
                 {Settings::excludeMode.key, QVariantList{1.0}},
-                {Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), 3.0}}};
+                {Settings::excludedBundleIDs.key, QVariantList{u"a"_s, 3.0}}};
     const auto before = f.values;
     f.load();
     QVERIFY(f.autoShow().isChecked());
@@ -355,7 +353,7 @@ void BehaviorPaneTest::values_of_the_wrong_type_or_range_do_no_harm()
 void BehaviorPaneTest::a_store_that_cannot_be_written_keeps_its_values()
 {
     PaneFixture f;
-    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("org.kept")});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{u"org.kept"_s});
     f.virtualPlatform.userDefaults.writable = false;
     f.load();
     f.autoShow().click();
@@ -366,7 +364,7 @@ void BehaviorPaneTest::a_store_that_cannot_be_written_keeps_its_values()
     f.load();
     QVERIFY(f.autoShow().isChecked());
     QCOMPARE(f.popUp(Settings::autoShowTrigger.key).currentIndex(), 0);
-    QCOMPARE(f.list().ids, QStringList{QStringLiteral("org.kept")});
+    QCOMPARE(f.list().ids, QStringList{u"org.kept"_s});
 }
 
 void BehaviorPaneTest::the_label_of_the_exclusion_mode_wraps_to_two_lines_at_most()
@@ -395,7 +393,7 @@ void BehaviorPaneTest::every_control_has_a_label()
     QCOMPARE(f.autoShow().accessibleName(), kAutoShow);
     QCOMPARE(labelWith(pane, kAutoShow)->buddy(), &f.autoShow());
     // The trigger has none on screen, and a screen reader would take the check box's for both.
-    const QLabel *trigger = labelWith(pane, QStringLiteral("When to show the drop window"));
+    const QLabel *trigger = labelWith(pane, u"When to show the drop window"_s);
     QVERIFY(trigger->isHidden());
     QCOMPARE(trigger->buddy(), &f.popUp(Settings::autoShowTrigger.key));
     QCOMPARE(labelWith(pane, kDoubleClick)->buddy(), &f.popUp(Settings::doubleClickAction.key));

@@ -10,6 +10,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The colour panel is a window of a fixed size, which needs a real desktop.
 class ColorPanelTest : public QObject {
     Q_OBJECT
@@ -62,7 +64,7 @@ void ColorPanelTest::a_colour_well_opens_one_panel_with_alpha_and_without_button
     QVERIFY(panel->testOption(QColorDialog::NoButtons));
     // Where the desktop has a colour panel of its own, that is the one.
     QVERIFY(!panel->testOption(QColorDialog::DontUseNativeDialog));
-    QCOMPARE(panel->windowTitle(), QStringLiteral("Tint colour"));
+    QCOMPARE(panel->windowTitle(), u"Tint colour"_s);
     f.well.click();
     QCOMPARE(f.well.colorPanel(), panel);
     QVERIFY(f.chosen.isEmpty());

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 class ControlsTest : public QObject {
     Q_OBJECT
 
@@ -146,9 +148,9 @@ void ControlsTest::no_image_draws_nothing()
 void ControlsTest::a_label_shows_its_text_as_it_is()
 {
     QWidget window;
-    const QLabel *label = fieldLabel(QStringLiteral("<b>A & B</b>"), &window, 24);
+    const QLabel *label = fieldLabel(u"<b>A & B</b>"_s, &window, 24);
     QCOMPARE(label->textFormat(), Qt::PlainText);
-    QCOMPARE(label->text(), QStringLiteral("<b>A & B</b>"));
+    QCOMPARE(label->text(), u"<b>A & B</b>"_s);
     QCOMPARE(label->font().pixelSize(), 24);
     QCOMPARE(label->textInteractionFlags() & Qt::TextEditable, Qt::NoTextInteraction);
 }
@@ -159,7 +161,7 @@ void ControlsTest::a_label_is_in_the_windows_text_colour()
     QPalette palette;
     palette.setColor(QPalette::WindowText, Qt::blue);
     window.setPalette(palette);
-    const QLabel *label = fieldLabel(QStringLiteral("text"), &window);
+    const QLabel *label = fieldLabel(u"text"_s, &window);
     QCOMPARE(label->palette().color(label->foregroundRole()), QColor(Qt::blue));
 }
 
@@ -167,13 +169,13 @@ void ControlsTest::the_system_font_is_the_applications_at_that_size()
 {
     const QFont before = QApplication::font();
     QFont font = before;
-    font.setFamily(QStringLiteral("Monospace"));
+    font.setFamily(u"Monospace"_s);
     font.setWeight(QFont::DemiBold);
     font.setItalic(true);
     QApplication::setFont(font);
     const QFont made = systemFont(24);
     QWidget window;
-    const QFont ofLabel = fieldLabel(QStringLiteral("text"), &window, 24)->font();
+    const QFont ofLabel = fieldLabel(u"text"_s, &window, 24)->font();
     QApplication::setFont(before);
     font.setPixelSize(24);
     QCOMPARE(made, font);
@@ -183,7 +185,7 @@ void ControlsTest::the_system_font_is_the_applications_at_that_size()
 void ControlsTest::a_secondary_label_steps_back()
 {
     QWidget window;
-    const QLabel *label = secondaryLabel(QStringLiteral("text"), &window);
+    const QLabel *label = secondaryLabel(u"text"_s, &window);
     const QColor color = label->palette().color(label->foregroundRole());
     QCOMPARE(color, secondaryLabelColor(window.palette()));
     QVERIFY(color.alpha() < 255);
@@ -205,7 +207,7 @@ void ControlsTest::a_secondary_label_can_be_read_on_light_and_on_dark()
     QFETCH(const QColor, text);
     QFETCH(const QColor, background);
     QWidget window;
-    const QLabel *label = secondaryLabel(QStringLiteral("text"), &window);
+    const QLabel *label = secondaryLabel(u"text"_s, &window);
     // As a desktop sets it that cares for nothing more: its placeholders stay black.
     QPalette palette;
     palette.setColor(QPalette::WindowText, text);
@@ -259,7 +261,7 @@ void ControlsTest::a_separator_is_drawn_from_end_to_end()
 void ControlsTest::a_pop_up_shows_nothing_for_an_index_without_a_title()
 {
     QWidget window;
-    const QStringList titles = {QStringLiteral("a"), QStringLiteral("b")};
+    const QStringList titles = {u"a"_s, u"b"_s};
     for (const auto &[index, shown] : {std::pair<qint64, int>(0, 0), {1, 1}, {2, -1}, {-1, -1}, {1LL << 40, -1}})
         QCOMPARE(popUp(titles, index, &window)->currentIndex(), shown);
 }
@@ -267,7 +269,7 @@ void ControlsTest::a_pop_up_shows_nothing_for_an_index_without_a_title()
 void ControlsTest::the_wheel_changes_a_control_only_while_it_has_the_focus()
 {
     QWidget window;
-    QComboBox *box = popUp({QStringLiteral("a"), QStringLiteral("b")}, 0, &window);
+    QComboBox *box = popUp({u"a"_s, u"b"_s}, 0, &window);
     QWidget other(&window);
     other.setFocusPolicy(Qt::StrongFocus);
     window.show();
@@ -397,12 +399,12 @@ void ControlsTest::a_slider_tells_a_screen_reader_its_value()
 {
     QWidget window;
     DoubleSlider slider(48.0, 120.0, 720, &window);
-    QLabel *label = fieldLabel(QStringLiteral("Shelf item size"), &window);
+    QLabel *label = fieldLabel(u"Shelf item size"_s, &window);
     setLabel(*label, slider);
     slider.setDoubleValue(72.0);
     QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&slider);
     QCOMPARE(accessible->role(), QAccessible::Slider);
-    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Shelf item size"));
+    QCOMPARE(accessible->text(QAccessible::Name), u"Shelf item size"_s);
     const QAccessibleValueInterface *value = accessible->valueInterface();
     QVERIFY(value);
     QCOMPARE(value->currentValue().toDouble(), 72.0);
@@ -455,7 +457,7 @@ void ControlsTest::a_colour_well_shows_its_colour()
     WellFixture f;
     const QImage image = f.well.grab().toImage();
     QCOMPARE(image.pixelColor(image.rect().center()), QColor(20, 40, 60));
-    QCOMPARE(f.well.accessibleDescription(), QStringLiteral("#ff14283c"));
+    QCOMPARE(f.well.accessibleDescription(), u"#ff14283c"_s);
 }
 
 void ControlsTest::a_translucent_colour_is_shown_over_a_checker()

@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class GeneralPaneTest : public QObject {
     Q_OBJECT
 
@@ -62,18 +64,18 @@ QList<QWidget *> stackedViews(const QWidget &pane)
 QString describe(QWidget *view)
 {
     if (qobject_cast<Separator *>(view))
-        return QStringLiteral("separator");
+        return u"separator"_s;
     if (auto *label = qobject_cast<QLabel *>(view))
-        return QStringLiteral("label ") + label->text();
+        return u"label "_s + label->text();
     if (auto *box = qobject_cast<QCheckBox *>(view))
-        return QStringLiteral("check box ") + box->text();
+        return u"check box "_s + box->text();
     if (auto *popUp = qobject_cast<QComboBox *>(view)) {
         QStringList titles;
         for (int i = 0; i < popUp->count(); ++i)
             titles.append(popUp->itemText(i));
-        return QStringLiteral("pop-up ") + titles.join(QLatin1Char('|'));
+        return u"pop-up "_s + titles.join(QLatin1Char('|'));
     }
-    return QStringLiteral("something else");
+    return u"something else"_s;
 }
 
 } // namespace
@@ -84,13 +86,11 @@ void GeneralPaneTest::the_controls_stand_in_order_with_their_titles()
     QStringList shown;
     for (QWidget *view : stackedViews(f.load()))
         shown.append(describe(view));
-    QCOMPARE(shown,
-             QStringList({QStringLiteral("label General"), QStringLiteral("separator"),
-                          QStringLiteral("check box Start at login"), QStringLiteral("check box Show menu bar icon"),
-                          QStringLiteral("check box Show Dock icon"), QStringLiteral("separator"),
-                          QStringLiteral("check box Remove items when dragged out"), QStringLiteral("label Drag mode"),
-                          QStringLiteral("pop-up Copy files|Move files|Create alias"), QStringLiteral("separator"),
-                          QStringLiteral("check box Automatically add new screenshots")}));
+    QCOMPARE(shown, QStringList({u"label General"_s, u"separator"_s, u"check box Start at login"_s,
+                                 u"check box Show menu bar icon"_s, u"check box Show Dock icon"_s, u"separator"_s,
+                                 u"check box Remove items when dragged out"_s, u"label Drag mode"_s,
+                                 u"pop-up Copy files|Move files|Create alias"_s, u"separator"_s,
+                                 u"check box Automatically add new screenshots"_s}));
 }
 
 void GeneralPaneTest::the_stack_is_24_points_from_the_edges_with_10_points_between_views()
@@ -134,7 +134,7 @@ void GeneralPaneTest::a_fresh_installation_shows_the_defaults()
     QCOMPARE(f.box(Settings::showDockIcon.key)->isChecked(), false);
     QCOMPARE(f.box(Settings::removeItemsWhenDraggedOut.key)->isChecked(), true);
     QCOMPARE(f.box(Settings::autoAddScreenshots.key)->isChecked(), true);
-    QCOMPARE(f.dragMode()->currentText(), QStringLiteral("Copy files"));
+    QCOMPARE(f.dragMode()->currentText(), u"Copy files"_s);
     QVERIFY(f.virtualPlatform.userDefaults.writes.isEmpty());
     QVERIFY(f.posts.isEmpty());
 }
@@ -149,7 +149,7 @@ void GeneralPaneTest::the_controls_show_what_is_stored()
         f.load();
         for (const QString &key : kCheckBoxKeys)
             QCOMPARE(f.box(key)->isChecked(), on);
-        QCOMPARE(f.dragMode()->currentText(), on ? QStringLiteral("Move files") : QStringLiteral("Create alias"));
+        QCOMPARE(f.dragMode()->currentText(), on ? u"Move files"_s : u"Create alias"_s);
     }
 }
 
@@ -197,7 +197,7 @@ void GeneralPaneTest::start_at_login_registers_and_unregisters_the_login_item()
     QVERIFY(f.virtualPlatform.loginItem.enabled);
     f.box(Settings::launchAtLogin.key)->click();
     QVERIFY(!f.virtualPlatform.loginItem.enabled);
-    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({u"enable"_s, u"disable"_s}));
     QVERIFY(f.posts.isEmpty());
 }
 
@@ -212,7 +212,7 @@ void GeneralPaneTest::a_failing_registration_keeps_the_users_choice()
     QVERIFY(f.virtualPlatform.alerts.shown.isEmpty());
     f.box(Settings::launchAtLogin.key)->click();
     QCOMPARE(f.stored(Settings::launchAtLogin.key), QVariant(false));
-    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({QStringLiteral("enable"), QStringLiteral("disable")}));
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList({u"enable"_s, u"disable"_s}));
 }
 
 void GeneralPaneTest::only_start_at_login_touches_the_login_item()
@@ -244,7 +244,7 @@ void GeneralPaneTest::the_drag_mode_stores_its_index_and_posts_nothing()
         QCOMPARE(f.stored(Settings::dragMode.key), QVariant(index));
         QCOMPARE(f.stored(Settings::dragMode.key).typeId(), static_cast<int>(QMetaType::Int));
     }
-    QCOMPARE(f.dragMode()->currentText(), QStringLiteral("Create alias"));
+    QCOMPARE(f.dragMode()->currentText(), u"Create alias"_s);
     QTest::keyClick(f.dragMode(), Qt::Key_Home);
     QCOMPARE(f.stored(Settings::dragMode.key), QVariant(0));
     QVERIFY(f.posts.isEmpty());
@@ -276,7 +276,7 @@ void GeneralPaneTest::values_of_the_wrong_type_show_as_the_defaults()
 {
     PaneFixture f;
     for (const QString &key : kCheckBoxKeys + QStringList{Settings::dragMode.key})
-        f.values.insert(key, QStringLiteral("yes"));
+        f.values.insert(key, u"yes"_s);
     f.load();
     QCOMPARE(f.box(Settings::launchAtLogin.key)->isChecked(), false);
     QCOMPARE(f.box(Settings::showMenuBarIcon.key)->isChecked(), true);
@@ -297,7 +297,7 @@ void GeneralPaneTest::a_store_that_cannot_be_written_keeps_its_values()
     QTest::keyClick(f.dragMode(), Qt::Key_Down);
     QVERIFY(f.values.isEmpty());
     // What is applied is what is stored, not what the box shows.
-    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{QStringLiteral("disable")});
+    QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{u"disable"_s});
 
     f.load();
     QCOMPARE(f.box(Settings::launchAtLogin.key)->isChecked(), false);
@@ -328,8 +328,8 @@ void GeneralPaneTest::every_control_has_its_label_as_accessible_name()
 {
     PaneFixture f;
     const QWidget &pane = f.load();
-    QCOMPARE(labelWith(pane, QStringLiteral("Drag mode"))->buddy(), f.dragMode());
-    QCOMPARE(f.dragMode()->accessibleName(), QStringLiteral("Drag mode"));
+    QCOMPARE(labelWith(pane, u"Drag mode"_s)->buddy(), f.dragMode());
+    QCOMPARE(f.dragMode()->accessibleName(), u"Drag mode"_s);
     for (const QString &key : kCheckBoxKeys)
         QVERIFY(!f.box(key)->text().isEmpty());
 }

@@ -9,6 +9,8 @@
 #include <QPixmap>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The list of excluded applications in a window of its own.
 struct ListFixture : Fixture {
     AppExclusionListView &load(const QStringList &ids)
@@ -26,7 +28,7 @@ struct ListFixture : Fixture {
     // The user picks the application with that identifier.
     void pick(const QString &id)
     {
-        const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/") + id);
+        const QUrl file = QUrl::fromLocalFile(u"/Applications/"_s + id);
         virtualPlatform.workspace.identifiers.insert(file, id);
         virtualPlatform.openPanels.choice = file;
         pressAdd();
@@ -60,9 +62,9 @@ struct ListFixture : Fixture {
     QList<QStringList> changes;
 };
 
-inline const QString kFirst = QStringLiteral("org.first");
-inline const QString kSecond = QStringLiteral("org.second");
-inline const QString kThird = QStringLiteral("org.third");
+inline const QString kFirst = u"org.first"_s;
+inline const QString kSecond = u"org.second"_s;
+inline const QString kThird = u"org.third"_s;
 
 inline QIcon square(const QColor &color)
 {

@@ -20,6 +20,8 @@
 #include <QTest>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 class PreferencesWindowControllerTest : public QObject {
     Q_OBJECT
 
@@ -72,7 +74,7 @@ struct WindowFixture : Fixture {
     {
         QString text;
         for (const Posted &post : posts) {
-            const QVariant active = post.userInfo.value(QStringLiteral("active"));
+            const QVariant active = post.userInfo.value(u"active"_s);
             if (post.name != Notifications::appearancePaneActive || post.userInfo.size() != 1 ||
                 active.typeId() != QMetaType::Bool)
                 text += QLatin1Char('?');
@@ -106,8 +108,8 @@ void PreferencesWindowControllerTest::the_window_is_700_by_500_points_in_the_mid
     WindowFixture f;
     QWidget *window = f.controller.window();
     QCOMPARE(window->geometry(), QRect(290, 150, 700, 500));
-    QCOMPARE(window->windowTitle(), QStringLiteral("Parklet Preferences"));
-    QCOMPARE(window->windowRole(), QStringLiteral("preferences"));
+    QCOMPARE(window->windowTitle(), u"Parklet Preferences"_s);
+    QCOMPARE(window->windowRole(), u"preferences"_s);
     QVERIFY(!f.controller.isWindowVisible());
     const Qt::WindowFlags flags = window->windowFlags();
     QCOMPARE(flags & Qt::WindowType_Mask, Qt::WindowFlags(Qt::Window));
@@ -395,7 +397,7 @@ void PreferencesWindowControllerTest::showing_a_pane_selects_its_row_without_sho
         QCOMPARE(f.selectedRow(), row++);
     }
     QCOMPARE(choices, 0);
-    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+    QCOMPARE(f.announcements(), u"+-"_s);
 }
 
 void PreferencesWindowControllerTest::a_click_in_the_sidebar_shows_the_pane()
@@ -442,20 +444,20 @@ void PreferencesWindowControllerTest::the_arrow_keys_in_the_sidebar_show_one_pan
     QVERIFY(qobject_cast<AppearancePane *>(f.controller.pane()));
     QTest::keyClick(&f.list(), Qt::Key_Up);
     QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
-    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+    QCOMPARE(f.announcements(), u"+-"_s);
 }
 
 void PreferencesWindowControllerTest::the_appearance_pane_is_announced_when_it_comes_and_when_it_goes()
 {
     WindowFixture f;
     f.controller.showPane(PrefPane::appearance);
-    QCOMPARE(f.announcements(), QStringLiteral("+"));
+    QCOMPARE(f.announcements(), u"+"_s);
     f.controller.showPane(PrefPane::appearance);
-    QCOMPARE(f.announcements(), QStringLiteral("+"));
+    QCOMPARE(f.announcements(), u"+"_s);
     f.controller.showPane(PrefPane::about);
-    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+    QCOMPARE(f.announcements(), u"+-"_s);
     f.controller.showPane(PrefPane::appearance);
-    QCOMPARE(f.announcements(), QStringLiteral("+-+"));
+    QCOMPARE(f.announcements(), u"+-+"_s);
 }
 
 void PreferencesWindowControllerTest::the_pane_and_its_row_are_there_when_it_is_announced()
@@ -463,15 +465,13 @@ void PreferencesWindowControllerTest::the_pane_and_its_row_are_there_when_it_is_
     WindowFixture f;
     QStringList seen;
     f.notifications.observe(Notifications::appearancePaneActive, &f.controller, [&](const QVariantMap &) {
-        seen.append(QStringLiteral("%1 %2 %3")
-                        .arg(f.selectedRow())
+        seen.append(u"%1 %2 %3"_s.arg(f.selectedRow())
                         .arg(QString::fromLatin1(f.controller.pane()->metaObject()->className()),
                              QString::fromLatin1(f.splitter().widget(1)->metaObject()->className())));
     });
     f.controller.showPane(PrefPane::appearance);
     f.controller.showPane(PrefPane::about);
-    QCOMPARE(seen,
-             QStringList({QStringLiteral("3 AppearancePane AppearancePane"), QStringLiteral("4 AboutPane AboutPane")}));
+    QCOMPARE(seen, QStringList({u"3 AppearancePane AppearancePane"_s, u"4 AboutPane AboutPane"_s}));
 }
 
 void PreferencesWindowControllerTest::panes_that_are_not_the_appearance_pane_announce_nothing()
@@ -489,9 +489,9 @@ void PreferencesWindowControllerTest::closing_on_the_appearance_pane_announces_n
     f.controller.showPane(PrefPane::appearance);
     f.controller.window()->close();
     f.controller.showWindow();
-    QCOMPARE(f.announcements(), QStringLiteral("+"));
+    QCOMPARE(f.announcements(), u"+"_s);
     f.controller.showPane(PrefPane::welcome);
-    QCOMPARE(f.announcements(), QStringLiteral("+-"));
+    QCOMPARE(f.announcements(), u"+-"_s);
 }
 
 void PreferencesWindowControllerTest::a_pane_reads_the_settings_when_it_is_shown()
@@ -530,8 +530,8 @@ void PreferencesWindowControllerTest::a_pane_that_goes_while_the_open_panel_is_u
     WindowFixture f;
     f.controller.showWindow();
     f.controller.showPane(PrefPane::behavior);
-    const QUrl file = QUrl::fromLocalFile(QStringLiteral("/Applications/x"));
-    f.virtualPlatform.workspace.identifiers.insert(file, QStringLiteral("org.late"));
+    const QUrl file = QUrl::fromLocalFile(u"/Applications/x"_s);
+    f.virtualPlatform.workspace.identifiers.insert(file, u"org.late"_s);
     f.virtualPlatform.openPanels.choice = file;
     f.virtualPlatform.openPanels.whileShown = [&f] {
         f.controller.showPane(PrefPane::general);

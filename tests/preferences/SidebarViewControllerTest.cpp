@@ -10,6 +10,8 @@
 #include <QPainter>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class SidebarViewControllerTest : public QObject {
     Q_OBJECT
 
@@ -110,11 +112,11 @@ void SidebarViewControllerTest::the_rows_stand_in_order_with_their_titles_and_sy
         PrefPane pane;
     };
     const QList<Expected> expected = {
-        {QStringLiteral("Welcome"), QStringLiteral("hand.wave"), PrefPane::welcome},
-        {QStringLiteral("General"), QStringLiteral("gearshape"), PrefPane::general},
-        {QStringLiteral("Behavior"), QStringLiteral("rectangle.on.rectangle"), PrefPane::behavior},
-        {QStringLiteral("Appearance"), QStringLiteral("paintpalette"), PrefPane::appearance},
-        {QStringLiteral("About"), QStringLiteral("info.circle"), PrefPane::about},
+        {u"Welcome"_s, u"hand.wave"_s, PrefPane::welcome},
+        {u"General"_s, u"gearshape"_s, PrefPane::general},
+        {u"Behavior"_s, u"rectangle.on.rectangle"_s, PrefPane::behavior},
+        {u"Appearance"_s, u"paintpalette"_s, PrefPane::appearance},
+        {u"About"_s, u"info.circle"_s, PrefPane::about},
     };
     Fixture f;
     const QAbstractItemModel &model = *f.sidebar.tableView->model();
@@ -129,7 +131,7 @@ void SidebarViewControllerTest::the_rows_stand_in_order_with_their_titles_and_sy
         QVERIFY(!model.index(i, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
     }
     for (const Expected &row : expected)
-        QVERIFY(QFile::exists(QStringLiteral(":/symbols/%1.svg").arg(row.icon)));
+        QVERIFY(QFile::exists(u":/symbols/%1.svg"_s.arg(row.icon)));
 }
 
 void SidebarViewControllerTest::welcome_is_selected_at_first()
@@ -170,7 +172,7 @@ void SidebarViewControllerTest::one_row_is_selected_at_a_time()
 void SidebarViewControllerTest::a_screen_reader_is_told_what_the_list_is()
 {
     Fixture f;
-    QCOMPARE(f.sidebar.tableView->accessibleName(), QStringLiteral("Panes"));
+    QCOMPARE(f.sidebar.tableView->accessibleName(), u"Panes"_s);
 }
 
 void SidebarViewControllerTest::a_silent_selection_calls_nobody_back_and_selects_exactly_one_row()
@@ -228,8 +230,7 @@ void SidebarViewControllerTest::a_row_is_38_points_high_with_its_symbol_and_titl
     // The title is within x 34, y 10 above the bottom, 120 by 17.
     const QRect title = inkBetween(image, 34, 180);
     QVERIFY(!title.isEmpty());
-    QVERIFY2(QRect(34, 11, 120, 17).contains(title),
-             qPrintable(QStringLiteral("%1 %2").arg(title.y()).arg(title.height())));
+    QVERIFY2(QRect(34, 11, 120, 17).contains(title), qPrintable(u"%1 %2"_s.arg(title.y()).arg(title.height())));
     QVERIFY(title.x() < 38);
     QCOMPARE(f.sidebar.tableView->font().pixelSize(), 13);
 }
@@ -237,8 +238,8 @@ void SidebarViewControllerTest::a_row_is_38_points_high_with_its_symbol_and_titl
 void SidebarViewControllerTest::a_title_is_in_the_middle_of_its_frame_and_cut_to_its_width_data()
 {
     QTest::addColumn<QString>("title");
-    QTest::newRow("short") << QStringLiteral("General");
-    QTest::newRow("long") << QStringLiteral("Allgemeine Einstellungen von Parklet");
+    QTest::newRow("short") << u"General"_s;
+    QTest::newRow("long") << u"Allgemeine Einstellungen von Parklet"_s;
 }
 
 void SidebarViewControllerTest::a_title_is_in_the_middle_of_its_frame_and_cut_to_its_width()
@@ -325,7 +326,7 @@ void SidebarViewControllerTest::the_symbols_follow_the_palette()
     palette.setColor(QPalette::WindowText, Qt::magenta);
     f.sidebar.setPalette(palette);
     QCOMPARE(f.virtualPlatform.appearance.symbolRequests.at(f.virtualPlatform.appearance.symbolRequests.size() - 2),
-             std::pair(QStringLiteral("info.circle"), secondaryLabelColor(palette)));
+             std::pair(u"info.circle"_s, secondaryLabelColor(palette)));
     QVERIFY(f.selected.isEmpty());
 }
 
@@ -396,7 +397,7 @@ void SidebarViewControllerTest::rows_cannot_be_edited()
 void SidebarViewControllerTest::a_missing_symbol_leaves_the_title()
 {
     Fixture f;
-    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("gearshape")};
+    f.virtualPlatform.appearance.missingSymbols = {u"gearshape"_s};
     f.sidebar.reload();
     const QImage image = drawnRow(f, QStyle::State_Enabled);
     QVERIFY(inkBetween(image, 0, 34).isEmpty());

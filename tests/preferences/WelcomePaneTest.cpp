@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class WelcomePaneTest : public QObject {
     Q_OBJECT
 
@@ -23,10 +25,10 @@ private slots:
 
 namespace {
 
-const QString kName = QStringLiteral("Parklet");
-const QString kTagline = QStringLiteral("Lightweight drag & drop file shelf for macOS");
-const QString kDescription = QStringLiteral("Drop files onto the floating shelf panel to temporarily\nstore them, then "
-                                            "drag to their destination whenever\nyou're ready.");
+const QString kName = u"Parklet"_s;
+const QString kTagline = u"Lightweight drag & drop file shelf for macOS"_s;
+const QString kDescription = u"Drop files onto the floating shelf panel to temporarily\nstore them, then "
+                             "drag to their destination whenever\nyou're ready."_s;
 
 struct PaneFixture : Fixture {
     WelcomePane &load(const QSize &size = QSize(519, 500))
@@ -94,7 +96,7 @@ void WelcomePaneTest::the_icon_is_128_points_wide_and_high()
     auto *icon = pane.findChild<ImageView *>();
     QCOMPARE(icon->size(), QSize(128, 128));
     QVERIFY(f.virtualPlatform.appearance.symbolRequests.contains(
-        std::pair(QStringLiteral("AppIcon"), f.virtualPlatform.appearance.accent)));
+        std::pair(u"AppIcon"_s, f.virtualPlatform.appearance.accent)));
     // A small picture is scaled up to fill it.
     const QImage drawn = icon->grab().toImage();
     QCOMPARE(drawn.pixelColor(2, 2), f.virtualPlatform.appearance.accent);
@@ -104,7 +106,7 @@ void WelcomePaneTest::the_icon_is_128_points_wide_and_high()
 void WelcomePaneTest::without_its_artwork_the_applications_own_icon_shows_at_128_points()
 {
     PaneFixture f;
-    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    f.virtualPlatform.appearance.missingSymbols = {u"AppIcon"_s};
     QPixmap small(48, 48);
     small.fill(QColor(10, 200, 90));
     f.virtualPlatform.appearance.installedIcon = QIcon(small);

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class NewScreenshotsTest : public QObject {
     Q_OBJECT
 
@@ -66,9 +68,9 @@ void NewScreenshotsTest::a_listing_is_shallow_and_holds_hidden_names()
     create(folder, "b.PNG");
     create(folder, "c.jpg");
     // Of whatever kind an entry is.
-    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("inner.png")));
+    QVERIFY(QDir(folder.path()).mkdir(u"inner.png"_s));
     create(folder, "inner.png/d.png");
-    QVERIFY(QFile::link(QStringLiteral("nowhere"), folder.filePath(QStringLiteral("link.png"))));
+    QVERIFY(QFile::link(u"nowhere"_s, folder.filePath(u"link.png"_s)));
     QCOMPARE(screenshotNames(folder.path().toLocal8Bit()),
              (QSet<QByteArray>{"a.png", ".hidden.png", "inner.png", "link.png"}));
 }
@@ -126,12 +128,12 @@ void NewScreenshotsTest::new_names_are_those_not_known()
     QCOMPARE(known, (QSet<QByteArray>{"a.png", "b.png"}));
 
     // As many as before, and yet others.
-    QVERIFY(QFile::remove(folder.filePath(QStringLiteral("a.png"))));
+    QVERIFY(QFile::remove(folder.filePath(u"a.png"_s)));
     create(folder, "c.png");
     QCOMPARE(refreshNames(known, path), QList<QByteArray>{"c.png"});
     QCOMPARE(known, (QSet<QByteArray>{"b.png", "c.png"}));
 
-    QVERIFY(QFile::remove(folder.filePath(QStringLiteral("b.png"))));
+    QVERIFY(QFile::remove(folder.filePath(u"b.png"_s)));
     QVERIFY(refreshNames(known, path).isEmpty());
     QCOMPARE(known, QSet<QByteArray>{"c.png"});
 

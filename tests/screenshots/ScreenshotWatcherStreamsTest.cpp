@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 // Starting and stopping the watcher, and what its streams tell meanwhile.
 class ScreenshotWatcherStreamsTest : public QObject {
     Q_OBJECT
@@ -55,12 +57,12 @@ void ScreenshotWatcherStreamsTest::a_second_start_adds_a_second_stream_and_repor
     QCOMPARE(f.takeReported(), QStringList{kShot});
 
     // The two need not call in the same turn.
-    f.create(QStringLiteral("next.png"));
+    f.create(u"next.png"_s);
     f.streams.streams.last()->handler();
     f.queue.runPending();
     f.streams.streams.first()->handler();
     f.queue.runPending();
-    QCOMPARE(f.reported, QStringList{QStringLiteral("next.png")});
+    QCOMPARE(f.reported, QStringList{u"next.png"_s});
 }
 
 void ScreenshotWatcherStreamsTest::a_second_start_takes_a_fresh_look()
@@ -110,7 +112,7 @@ void ScreenshotWatcherStreamsTest::a_change_between_two_calls_of_one_turn_is_fou
     QFETCH(const bool, settled);
     QFETCH(const bool, starts);
     Fixture f;
-    const QStringList names = {QStringLiteral("a.png"), QStringLiteral("b.png")};
+    const QStringList names = {u"a.png"_s, u"b.png"_s};
     f.watcher->start();
     f.watcher->start();
     f.create(names.first());
@@ -131,7 +133,7 @@ void ScreenshotWatcherStreamsTest::a_change_between_two_calls_of_one_turn_is_fou
 void ScreenshotWatcherStreamsTest::a_call_within_a_look_reports_nothing_twice()
 {
     Fixture f;
-    const QString second = QStringLiteral("shot too.png");
+    const QString second = u"shot too.png"_s;
     f.watcher->start();
     f.streams.whenAsked = [&] {
         f.streams.whenAsked = nullptr;
@@ -210,7 +212,7 @@ void ScreenshotWatcherStreamsTest::a_second_stop_leaves_the_stream_of_an_earlier
 void ScreenshotWatcherStreamsTest::a_stop_keeps_what_is_known_for_a_stream_still_running()
 {
     Fixture f;
-    const QString second = QStringLiteral("shot too.png");
+    const QString second = u"shot too.png"_s;
     f.create(kShot);
     f.watcher->start();
     f.watcher->start();

@@ -18,6 +18,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 // Which files the watcher reports, and how.
 class ScreenshotWatcherTest : public QObject {
     Q_OBJECT
@@ -62,13 +64,13 @@ using Fixture = WatcherFixture;
 
 void ScreenshotWatcherTest::it_watches_the_folder_desktop_in_the_home_directory()
 {
-    QCOMPARE(homeDesktop(), QUrl::fromLocalFile(QDir::homePath() + QStringLiteral("/Desktop")));
+    QCOMPARE(homeDesktop(), QUrl::fromLocalFile(QDir::homePath() + u"/Desktop"_s));
 
     VirtualPlatform virtualPlatform;
     AppSettings settings{virtualPlatform.userDefaults, virtualPlatform.colorArchive, virtualPlatform.appearance};
     ScreenshotWatcher watcher(settings, virtualPlatform.fileEventStreams, virtualPlatform.mainQueue);
     watcher.start();
-    QCOMPARE(virtualPlatform.fileEventStreams.streams.first()->folder, QDir::homePath() + QStringLiteral("/Desktop"));
+    QCOMPARE(virtualPlatform.fileEventStreams.streams.first()->folder, QDir::homePath() + u"/Desktop"_s);
 }
 
 void ScreenshotWatcherTest::where_the_desktop_environment_has_its_desktop_does_not_matter()
@@ -81,15 +83,14 @@ void ScreenshotWatcherTest::where_the_desktop_environment_has_its_desktop_does_n
     });
     const QTemporaryDir root;
     qputenv("HOME", root.path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", root.filePath(QStringLiteral(".config")).toLocal8Bit());
-    QVERIFY(QDir(root.path()).mkdir(QStringLiteral(".config")));
-    QFile folders(root.filePath(QStringLiteral(".config/user-dirs.dirs")));
+    qputenv("XDG_CONFIG_HOME", root.filePath(u".config"_s).toLocal8Bit());
+    QVERIFY(QDir(root.path()).mkdir(u".config"_s));
+    QFile folders(root.filePath(u".config/user-dirs.dirs"_s));
     QVERIFY(folders.open(QFile::WriteOnly));
     folders.write("XDG_DESKTOP_DIR=\"$HOME/Elsewhere\"\n");
     folders.close();
-    QCOMPARE(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-             root.filePath(QStringLiteral("Elsewhere")));
-    QCOMPARE(homeDesktop(), QUrl::fromLocalFile(root.filePath(QStringLiteral("Desktop"))));
+    QCOMPARE(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation), root.filePath(u"Elsewhere"_s));
+    QCOMPARE(homeDesktop(), QUrl::fromLocalFile(root.filePath(u"Desktop"_s)));
 }
 
 void ScreenshotWatcherTest::construction_starts_nothing()
@@ -137,7 +138,7 @@ void ScreenshotWatcherTest::a_file_that_comes_after_the_snapshot_is_new_even_bef
 {
     Fixture f;
     f.virtualPlatform.log.onCall = [&f](const QString &call) {
-        QCOMPARE(call, QStringLiteral("openStream"));
+        QCOMPARE(call, u"openStream"_s);
         f.create(kShot);
     };
     f.watcher->start();
@@ -184,14 +185,14 @@ void ScreenshotWatcherTest::the_age_limit_is_ten_seconds_at_the_moment_of_the_lo
 {
     Fixture f;
     f.watcher->start();
-    f.create(QStringLiteral("exactly.png"), 0.001);
-    f.create(QStringLiteral("under.png"), 0);
-    f.create(QStringLiteral("future.png"), -3600);
+    f.create(u"exactly.png"_s, 0.001);
+    f.create(u"under.png"_s, 0);
+    f.create(u"future.png"_s, -3600);
     f.queue.advance(9.999);
     f.streams.send();
     f.queue.advance(60); // how long the report itself waits does not matter
     f.reported.sort();
-    QCOMPARE(f.reported, (QStringList{QStringLiteral("future.png"), QStringLiteral("under.png")}));
+    QCOMPARE(f.reported, (QStringList{u"future.png"_s, u"under.png"_s}));
 }
 
 void ScreenshotWatcherTest::a_file_without_a_creation_date_is_skipped_and_not_tried_again()
@@ -200,9 +201,9 @@ void ScreenshotWatcherTest::a_file_without_a_creation_date_is_skipped_and_not_tr
     f.watcher->start();
     f.create(kShot);
     f.streams.creationDates.clear();
-    f.create(QStringLiteral("other.png"));
+    f.create(u"other.png"_s);
     f.change();
-    QCOMPARE(f.takeReported(), QStringList{QStringLiteral("other.png")});
+    QCOMPARE(f.takeReported(), QStringList{u"other.png"_s});
     f.setAge(kShot, 0);
     f.change();
     QVERIFY(f.reported.isEmpty());
@@ -213,10 +214,10 @@ void ScreenshotWatcherTest::no_file_keeps_the_others_from_being_looked_at()
     Fixture f;
     f.watcher->start();
     for (int i = 0; i < 20; ++i) {
-        const QString undated = QStringLiteral("undated %1.png").arg(i);
+        const QString undated = u"undated %1.png"_s.arg(i);
         f.create(undated);
         f.streams.creationDates.remove(f.url(undated));
-        f.create(QStringLiteral("old %1.png").arg(i), 3600);
+        f.create(u"old %1.png"_s.arg(i), 3600);
     }
     f.create(kShot);
     f.change();
@@ -227,9 +228,9 @@ void ScreenshotWatcherTest::other_kinds_of_files_are_not_reported()
 {
     Fixture f;
     f.watcher->start();
-    f.create(QStringLiteral("shot.jpg"));
-    f.create(QStringLiteral("shot.PNG"));
-    f.create(QStringLiteral("shot.png.part"));
+    f.create(u"shot.jpg"_s);
+    f.create(u"shot.PNG"_s);
+    f.create(u"shot.png.part"_s);
     f.change();
     QVERIFY(f.reported.isEmpty());
 }
@@ -267,8 +268,8 @@ void ScreenshotWatcherTest::a_renamed_file_is_reported_again_only_while_it_is_re
     f.watcher->start();
     f.create(kShot);
     f.change();
-    const QString second = QStringLiteral("second.png");
-    const QString third = QStringLiteral("third.png");
+    const QString second = u"second.png"_s;
+    const QString third = u"third.png"_s;
     QVERIFY(QFile::rename(f.url(kShot).toLocalFile(), f.url(second).toLocalFile()));
     f.setAge(second, 9.9);
     f.change();
@@ -284,7 +285,7 @@ void ScreenshotWatcherTest::two_hundred_files_at_once_are_each_reported_once()
     f.watcher->start();
     QStringList names;
     for (int i = 0; i < 200; ++i) {
-        names.append(QStringLiteral("shot %1.png").arg(i, 3, 10, QLatin1Char('0')));
+        names.append(u"shot %1.png"_s.arg(i, 3, 10, QLatin1Char('0')));
         f.create(names.last());
         if (i % 50 == 0)
             f.change();
@@ -308,9 +309,9 @@ void ScreenshotWatcherTest::what_was_seen_is_reported_whatever_happens_meanwhile
     f.watcher->start();
     f.create(kShot);
     f.streams.send();
-    if (event == QStringLiteral("setting off"))
+    if (event == u"setting off"_s)
         f.settings.set(Settings::autoAddScreenshots, false);
-    else if (event == QStringLiteral("stop"))
+    else if (event == u"stop"_s)
         f.watcher->stop();
     else
         f.remove(kShot);
@@ -321,9 +322,9 @@ void ScreenshotWatcherTest::what_was_seen_is_reported_whatever_happens_meanwhile
 void ScreenshotWatcherTest::a_folder_that_cannot_be_read_at_the_start_knows_nothing()
 {
     Fixture f;
-    const QString elsewhere = f.desktop + QStringLiteral(" elsewhere");
+    const QString elsewhere = f.desktop + u" elsewhere"_s;
     f.create(kShot);
-    f.create(QStringLiteral("old.png"), 10);
+    f.create(u"old.png"_s, 10);
     QVERIFY(QDir().rename(f.desktop, elsewhere));
     f.watcher->start();
     QVERIFY(QDir().rename(elsewhere, f.desktop));
@@ -334,9 +335,9 @@ void ScreenshotWatcherTest::a_folder_that_cannot_be_read_at_the_start_knows_noth
 void ScreenshotWatcherTest::a_folder_that_goes_and_comes_back_is_examined_afresh()
 {
     Fixture f;
-    const QString elsewhere = f.desktop + QStringLiteral(" elsewhere");
+    const QString elsewhere = f.desktop + u" elsewhere"_s;
     f.create(kShot);
-    f.create(QStringLiteral("old.png"), 10);
+    f.create(u"old.png"_s, 10);
     f.watcher->start();
     QVERIFY(QDir().rename(f.desktop, elsewhere));
     f.change();
@@ -352,12 +353,12 @@ void ScreenshotWatcherTest::a_change_right_after_the_look_is_found_at_the_next_c
     f.watcher->onNewScreenshot = [&f](const QUrl &file) {
         f.reported.append(file.fileName());
         if (f.reported.size() == 1)
-            f.create(QStringLiteral("second.png"));
+            f.create(u"second.png"_s);
     };
-    f.create(QStringLiteral("first.png"));
+    f.create(u"first.png"_s);
     f.change();
     f.change();
-    QCOMPARE(f.reported, (QStringList{QStringLiteral("first.png"), QStringLiteral("second.png")}));
+    QCOMPARE(f.reported, (QStringList{u"first.png"_s, u"second.png"_s}));
 }
 
 void ScreenshotWatcherTest::a_callback_that_is_not_set_is_skipped()
@@ -416,7 +417,7 @@ void ScreenshotWatcherTest::each_report_looks_for_the_watcher_and_its_callback()
     };
     f.watcher->start();
     f.create(kShot);
-    f.create(QStringLiteral("shot too.png"));
+    f.create(u"shot too.png"_s);
     f.change();
     QCOMPARE(f.reported.size(), 1);
 }

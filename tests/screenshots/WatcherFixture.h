@@ -14,10 +14,12 @@
 #include <optional>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 // A watcher of a Desktop folder of its own, on a virtual platform.
 struct WatcherFixture {
     WatcherFixture()
-        : desktop(root.path() + QStringLiteral("/Desktop"))
+        : desktop(root.path() + u"/Desktop"_s)
     {
         QDir().mkpath(desktop);
         watcher.emplace(settings, streams, queue, QUrl::fromLocalFile(desktop));
@@ -50,7 +52,7 @@ struct WatcherFixture {
     // Waits until the next change of the folder bears a date of its own.
     void awaitClockTick() const
     {
-        const QString probe = root.filePath(QStringLiteral("probe"));
+        const QString probe = root.filePath(u"probe"_s);
         const auto changeOf = [](const QString &path) { return QFileInfo(path).metadataChangeTime(); };
         const auto isLater = [&] {
             QFile::remove(probe);
@@ -71,5 +73,5 @@ struct WatcherFixture {
     std::optional<ScreenshotWatcher> watcher;
 };
 
-inline const QString kShot = QStringLiteral("shot.png");
-inline const QStringList kStopped = {QStringLiteral("start"), QStringLiteral("stop"), QStringLiteral("invalidate")};
+inline const QString kShot = u"shot.png"_s;
+inline const QStringList kStopped = {u"start"_s, u"stop"_s, u"invalidate"_s};

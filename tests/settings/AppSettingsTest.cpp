@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class AppSettingsTest : public QObject {
     Q_OBJECT
 
@@ -71,10 +73,10 @@ void AppSettingsTest::every_key_has_its_name()
 
 void AppSettingsTest::every_notification_has_its_name()
 {
-    QCOMPARE(Notifications::openPreferences, QStringLiteral("com.orvane.Parklet.openPreferences"));
-    QCOMPARE(Notifications::shelfItemsChanged, QStringLiteral("com.orvane.Parklet.shelfItemsChanged"));
-    QCOMPARE(Notifications::settingsChanged, QStringLiteral("com.orvane.Parklet.settingsChanged"));
-    QCOMPARE(Notifications::appearancePaneActive, QStringLiteral("com.orvane.Parklet.appearancePaneActive"));
+    QCOMPARE(Notifications::openPreferences, u"com.orvane.Parklet.openPreferences"_s);
+    QCOMPARE(Notifications::shelfItemsChanged, u"com.orvane.Parklet.shelfItemsChanged"_s);
+    QCOMPARE(Notifications::settingsChanged, u"com.orvane.Parklet.settingsChanged"_s);
+    QCOMPARE(Notifications::appearancePaneActive, u"com.orvane.Parklet.appearancePaneActive"_s);
 }
 
 void AppSettingsTest::a_fresh_store_reads_as_the_defaults()
@@ -99,7 +101,7 @@ void AppSettingsTest::a_fresh_store_reads_as_the_defaults()
 void AppSettingsTest::a_value_of_the_wrong_type_reads_as_the_default()
 {
     Fixture f;
-    const QVariant wrong[] = {QStringLiteral("100"), QVariantList{1}, QByteArray("1")};
+    const QVariant wrong[] = {u"100"_s, QVariantList{1}, QByteArray("1")};
     for (const QVariant &value : wrong) {
         for (const QString &key :
              {Settings::autoShowDropWindow.key, Settings::autoAddScreenshots.key,
@@ -150,7 +152,7 @@ void AppSettingsTest::a_number_of_any_type_is_a_number()
 void AppSettingsTest::the_dock_icon_and_login_item_read_as_false_unless_they_are_true()
 {
     Fixture f;
-    f.values.insert(Settings::showDockIcon.key, QStringLiteral("yes"));
+    f.values.insert(Settings::showDockIcon.key, u"yes"_s);
     f.values.insert(Settings::launchAtLogin.key, QVariantList{true});
     QCOMPARE(f.settings.get(Settings::showDockIcon), false);
     QCOMPARE(f.settings.get(Settings::launchAtLogin), false);
@@ -176,18 +178,18 @@ void AppSettingsTest::a_written_property_is_stored_under_its_own_key()
     f.settings.set(Settings::windowAlignment, WindowAlignment::End);
     f.settings.set(Settings::autoHideTimeout, 3.0);
 
-    const QMap<QString, QVariant> expected = {{QStringLiteral("autoShowDropWindow"), false},
-                                              {QStringLiteral("autoAddScreenshots"), false},
-                                              {QStringLiteral("removeItemsWhenDraggedOut"), false},
-                                              {QStringLiteral("doubleClickAction"), 0},
-                                              {QStringLiteral("showMenuBarIcon"), false},
-                                              {QStringLiteral("showDockIcon"), true},
-                                              {QStringLiteral("launchAtLogin"), true},
-                                              {QStringLiteral("tintIntensity"), 0.7},
-                                              {QStringLiteral("shelfItemSize"), 100.0},
-                                              {QStringLiteral("windowEdge"), 3},
-                                              {QStringLiteral("windowAlignment"), 2},
-                                              {QStringLiteral("autoHideTimeout"), 3.0}};
+    const QMap<QString, QVariant> expected = {{u"autoShowDropWindow"_s, false},
+                                              {u"autoAddScreenshots"_s, false},
+                                              {u"removeItemsWhenDraggedOut"_s, false},
+                                              {u"doubleClickAction"_s, 0},
+                                              {u"showMenuBarIcon"_s, false},
+                                              {u"showDockIcon"_s, true},
+                                              {u"launchAtLogin"_s, true},
+                                              {u"tintIntensity"_s, 0.7},
+                                              {u"shelfItemSize"_s, 100.0},
+                                              {u"windowEdge"_s, 3},
+                                              {u"windowAlignment"_s, 2},
+                                              {u"autoHideTimeout"_s, 3.0}};
     QCOMPARE(f.values, expected);
     // Equal values may still be of different types.
     for (auto value = expected.begin(); value != expected.end(); ++value)
@@ -212,7 +214,7 @@ void AppSettingsTest::keys_without_a_property_read_as_the_stores_zero()
     Fixture f;
     const auto readsAsStored = [&f]<typename Choice>(const Setting<Choice> &choice) {
         QCOMPARE(f.settings.get(choice), Choice(0));
-        f.values.insert(choice.key, QStringLiteral("2"));
+        f.values.insert(choice.key, u"2"_s);
         QCOMPARE(f.settings.get(choice), Choice(0));
         // A number that no choice has is told as it is, even one that no int holds.
         for (const double number : {2.0, 5.0, -1.0, 4294967296.0}) {
@@ -228,7 +230,7 @@ void AppSettingsTest::keys_without_a_property_read_as_the_stores_zero()
          {Settings::hideFileExtensions, Settings::disableAnimations, Settings::skipClearAllConfirmation,
           Settings::hasShownUpdatePrompt, Settings::autoCheckUpdates}) {
         QCOMPARE(f.settings.get(setting), false);
-        f.values.insert(setting.key, QStringLiteral("true"));
+        f.values.insert(setting.key, u"true"_s);
         QCOMPARE(f.settings.get(setting), false);
         f.values.insert(setting.key, true);
         QCOMPARE(f.settings.get(setting), true);
@@ -240,7 +242,7 @@ void AppSettingsTest::a_tint_colour_survives_the_store()
     Fixture f;
     const QColor color(10, 200, 30, 128);
     f.settings.setTintColor(color);
-    QVERIFY(f.values.contains(QStringLiteral("tintColorData")));
+    QVERIFY(f.values.contains(u"tintColorData"_s));
     QCOMPARE(f.values.value(Settings::tintColorData.key).typeId(), int(QMetaType::QByteArray));
     QCOMPARE(f.settings.tintColor(), color);
 }
@@ -269,11 +271,11 @@ void AppSettingsTest::excluded_applications_that_are_no_string_array_count_as_no
     Fixture f;
     const auto read = [&f] { return f.settings.get(Settings::excludedBundleIDs); };
     QCOMPARE(read(), QStringList());
-    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), QStringLiteral("b")});
-    QCOMPARE(read(), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
-    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{QStringLiteral("a"), 1.0});
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{u"a"_s, u"b"_s});
+    QCOMPARE(read(), (QStringList{u"a"_s, u"b"_s}));
+    f.values.insert(Settings::excludedBundleIDs.key, QVariantList{u"a"_s, 1.0});
     QCOMPARE(read(), QStringList());
-    f.values.insert(Settings::excludedBundleIDs.key, QStringLiteral("a"));
+    f.values.insert(Settings::excludedBundleIDs.key, u"a"_s);
     QCOMPARE(read(), QStringList());
 }
 
@@ -284,18 +286,17 @@ void AppSettingsTest::writing_a_setting_posts_nothing_and_notifications_reach_th
     QStringList seen;
     auto observer = std::make_unique<QObject>();
     center.observe(Notifications::settingsChanged, observer.get(),
-                   [&seen](const QVariantMap &) { seen.append(QStringLiteral("settings")); });
+                   [&seen](const QVariantMap &) { seen.append(u"settings"_s); });
     center.observe(Notifications::appearancePaneActive, observer.get(), [&seen](const QVariantMap &userInfo) {
-        seen.append(userInfo.value(QStringLiteral("active")).toBool() ? QStringLiteral("active")
-                                                                      : QStringLiteral("inactive"));
+        seen.append(userInfo.value(u"active"_s).toBool() ? u"active"_s : u"inactive"_s);
     });
     f.settings.set(Settings::windowEdge, WindowEdge::Top);
     QVERIFY(seen.isEmpty());
-    center.post(QStringLiteral("com.orvane.Parklet.settingsChanged"));
-    center.post(QStringLiteral("com.orvane.Parklet.appearancePaneActive"), {{QStringLiteral("active"), true}});
-    center.post(QStringLiteral("com.orvane.Parklet.openPreferences"));
-    center.post(QStringLiteral("com.orvane.Parklet.shelfItemsChanged"));
-    QCOMPARE(seen, (QStringList{QStringLiteral("settings"), QStringLiteral("active")}));
+    center.post(u"com.orvane.Parklet.settingsChanged"_s);
+    center.post(u"com.orvane.Parklet.appearancePaneActive"_s, {{u"active"_s, true}});
+    center.post(u"com.orvane.Parklet.openPreferences"_s);
+    center.post(u"com.orvane.Parklet.shelfItemsChanged"_s);
+    QCOMPARE(seen, (QStringList{u"settings"_s, u"active"_s}));
     observer.reset();
     center.post(Notifications::settingsChanged);
     QCOMPARE(seen.size(), 2);

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QUrlQuery>
 
+using namespace Qt::StringLiterals;
+
 class BuildInfoTest : public QObject {
     Q_OBJECT
 
@@ -24,14 +26,14 @@ private slots:
 
 void BuildInfoTest::the_running_version_is_the_applications_own()
 {
-    QCoreApplication::setApplicationVersion(QStringLiteral("3.1.4"));
-    QCOMPARE(BuildInfo::runningVersion(), QStringLiteral("3.1.4"));
+    QCoreApplication::setApplicationVersion(u"3.1.4"_s);
+    QCOMPARE(BuildInfo::runningVersion(), u"3.1.4"_s);
 }
 
 void BuildInfoTest::an_application_without_a_version_runs_as_1_0()
 {
     QCoreApplication::setApplicationVersion(QString());
-    QCOMPARE(BuildInfo::runningVersion(), QStringLiteral("1.0"));
+    QCOMPARE(BuildInfo::runningVersion(), u"1.0"_s);
 }
 
 void BuildInfoTest::the_version_of_the_build_is_made_of_dotted_numbers()
@@ -56,15 +58,15 @@ void BuildInfoTest::the_makers_page_is_a_web_address_that_names_this_application
 {
     const QUrl url = BuildInfo::moreAppsURL();
     QVERIFY(url.isValid());
-    QCOMPARE(url.scheme(), QStringLiteral("https"));
-    QCOMPARE(QUrlQuery(url).queryItemValue(QStringLiteral("ref")), QStringLiteral("parklet"));
+    QCOMPARE(url.scheme(), u"https"_s);
+    QCOMPARE(QUrlQuery(url).queryItemValue(u"ref"_s), u"parklet"_s);
 }
 
 void BuildInfoTest::the_version_record_is_a_secure_web_address_of_a_json_file()
 {
     const QUrl url = BuildInfo::versionURL();
     QVERIFY(url.isValid());
-    QCOMPARE(url.scheme(), QStringLiteral("https"));
+    QCOMPARE(url.scheme(), u"https"_s);
     QVERIFY(url.path().endsWith(QLatin1String("/version.json")));
     QCOMPARE(url, QUrl(QStringLiteral(EXPECTED_VERSION_URL)));
 }
@@ -73,8 +75,8 @@ void BuildInfoTest::the_makers_line_is_one_line_of_year_and_name()
 {
     const QString line = BuildInfo::makerLine();
     QVERIFY(!line.contains(QLatin1Char('\n')));
-    QVERIFY2(line.contains(QRegularExpression(QStringLiteral("\\b\\d{4}\\b"))), qPrintable(line));
-    QVERIFY2(line.contains(QStringLiteral("Orvane")), qPrintable(line));
+    QVERIFY2(line.contains(QRegularExpression(u"\\b\\d{4}\\b"_s)), qPrintable(line));
+    QVERIFY2(line.contains(u"Orvane"_s), qPrintable(line));
 }
 
 PARKLET_GUILESS_TEST(BuildInfoTest)

@@ -16,6 +16,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class CursorShelfTest : public QObject {
     Q_OBJECT
 
@@ -88,9 +90,9 @@ void CursorShelfTest::the_panel_is_a_floating_one_of_88_points_and_created_hidde
     QCOMPARE(f.panel->size(), QSize(88, 88));
     QVERIFY(!f.panel->isVisible());
     QCOMPARE(f.panels.styles.size(), 1);
-    QCOMPARE(f.panels.styles.first().role, QStringLiteral("cursor-shelf"));
+    QCOMPARE(f.panels.styles.first().role, u"cursor-shelf"_s);
     QCOMPARE(f.panels.styles.first().cornerRadius, 14.0);
-    QCOMPARE(f.panels.panels.value(QStringLiteral("cursor-shelf")).data(), f.panel.get());
+    QCOMPARE(f.panels.panels.value(u"cursor-shelf"_s).data(), f.panel.get());
     QCOMPARE(f.panels.ordersFront, 0);
 }
 
@@ -115,9 +117,9 @@ void CursorShelfTest::the_symbol_is_described_and_there_is_no_text()
     Fixture f;
     const auto &requests = f.virtualPlatform.appearance.symbolRequests;
     QCOMPARE(requests.size(), 1);
-    QCOMPARE(requests.first().first, QStringLiteral("tray.and.arrow.down"));
+    QCOMPARE(requests.first().first, u"tray.and.arrow.down"_s);
     QCOMPARE(requests.first().second, QColor::fromRgbF(1, 1, 1, 0.65F));
-    QCOMPARE(f.zone.iconView->accessibleName(), QStringLiteral("Drop here"));
+    QCOMPARE(f.zone.iconView->accessibleName(), u"Drop here"_s);
     QVERIFY(f.panel->findChildren<QLabel *>().isEmpty());
     // Drops over the symbol reach the zone.
     QVERIFY(f.zone.acceptDrops());
@@ -459,7 +461,7 @@ void CursorShelfTest::dropping_text_is_refused_and_turns_the_highlight_off()
     sendDragEnter(f.zone, carried);
     QCOMPARE(f.zone.visualFX->borderWidth(), 2.0);
     QMimeData text;
-    text.setText(QStringLiteral("/a.txt"));
+    text.setText(u"/a.txt"_s);
     QVERIFY(!sendDrop(f.zone, text));
     QVERIFY(f.drops.isEmpty());
     QCOMPARE(f.zone.visualFX->borderWidth(), 0.0);
@@ -470,7 +472,7 @@ void CursorShelfTest::dropping_anything_that_is_no_file_is_refused_as_a_whole()
     Fixture f;
     f.showFully();
     QMimeData mixed;
-    mixed.setUrls({file("/a.txt"), QUrl(QStringLiteral("https://example.org/b.txt"))});
+    mixed.setUrls({file("/a.txt"), QUrl(u"https://example.org/b.txt"_s)});
     QVERIFY(sendDragEnter(f.zone, mixed));
     QCOMPARE(f.zone.visualFX->borderWidth(), 2.0);
     QVERIFY(!sendDrop(f.zone, mixed));

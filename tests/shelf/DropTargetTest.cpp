@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // A column's background and its scroll view answer drags alike, so each test runs on both.
 class DropTargetTest : public QObject {
     Q_OBJECT
@@ -76,9 +78,9 @@ DropTargetTest::Target::Target(bool scrolls)
 
 void DropTargetTest::Target::listen()
 {
-    target->onHighlight = [this](bool on) { calls.append(on ? QStringLiteral("on") : QStringLiteral("off")); };
+    target->onHighlight = [this](bool on) { calls.append(on ? u"on"_s : u"off"_s); };
     target->onDrop = [this](const QList<QUrl> &urls) {
-        calls.append(QStringLiteral("drop"));
+        calls.append(u"drop"_s);
         dropped = urls;
     };
 }
@@ -94,12 +96,12 @@ void DropTargetTest::a_drag_of_files_is_answered_with_copy_whatever_the_source_p
     Qt::DropAction action = Qt::IgnoreAction;
     QVERIFY(sendDragEnter(*t.widget, data, &action));
     QCOMPARE(action, Qt::CopyAction);
-    QCOMPARE(t.calls, QStringList{QStringLiteral("on")});
+    QCOMPARE(t.calls, QStringList{u"on"_s});
     QVERIFY(sendDragMove(*t.widget, data, &action));
     QCOMPARE(action, Qt::CopyAction);
     QCOMPARE(t.calls.size(), 1);
     sendDragLeave(*t.widget);
-    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off")}));
+    QCOMPARE(t.calls, (QStringList{u"on"_s, u"off"_s}));
 }
 
 void DropTargetTest::a_drop_hands_over_all_files_in_their_order()
@@ -115,7 +117,7 @@ void DropTargetTest::a_drop_hands_over_all_files_in_their_order()
     QCOMPARE(action, Qt::CopyAction);
     QCOMPARE(t.dropped, (QList<QUrl>{file("/b"), file("/a b"), file("/ä")}));
     // The highlight goes before the files arrive.
-    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off"), QStringLiteral("drop")}));
+    QCOMPARE(t.calls, (QStringList{u"on"_s, u"off"_s, u"drop"_s}));
 }
 
 void DropTargetTest::a_drop_with_anything_else_on_it_is_refused_as_a_whole()
@@ -124,21 +126,21 @@ void DropTargetTest::a_drop_with_anything_else_on_it_is_refused_as_a_whole()
     Target t(scrolls);
     t.listen();
     QMimeData mixed;
-    mixed.setUrls({file("/a"), QUrl(QStringLiteral("https://example.org/b"))});
+    mixed.setUrls({file("/a"), QUrl(u"https://example.org/b"_s)});
     // What a drag carries is not looked at before it is dropped.
     QVERIFY(sendDragEnter(*t.widget, mixed));
     QVERIFY(!sendDrop(*t.widget, mixed));
-    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off")}));
+    QCOMPARE(t.calls, (QStringList{u"on"_s, u"off"_s}));
 
     QMimeData elsewhere;
-    elsewhere.setUrls({QUrl(QStringLiteral("file://elsewhere.example/a"))});
+    elsewhere.setUrls({QUrl(u"file://elsewhere.example/a"_s)});
     QVERIFY(sendDragEnter(*t.widget, elsewhere));
     QVERIFY(!sendDrop(*t.widget, elsewhere));
     QMimeData empty;
-    empty.setData(QStringLiteral("text/uri-list"), "\r\n");
+    empty.setData(u"text/uri-list"_s, "\r\n");
     QVERIFY(sendDragEnter(*t.widget, empty));
     QVERIFY(!sendDrop(*t.widget, empty));
-    QVERIFY(!t.calls.contains(QStringLiteral("drop")));
+    QVERIFY(!t.calls.contains(u"drop"_s));
 }
 
 void DropTargetTest::what_may_not_be_copied_passes_by()
@@ -167,7 +169,7 @@ void DropTargetTest::a_copy_that_is_taken_back_on_the_way_is_refused()
     QVERIFY(!sendDragMove(*t.widget, data, nullptr, Qt::MoveAction));
     QVERIFY(sendDragMove(*t.widget, data));
     QVERIFY(!sendDrop(*t.widget, data, nullptr, Qt::MoveAction));
-    QCOMPARE(t.calls, (QStringList{QStringLiteral("on"), QStringLiteral("off")}));
+    QCOMPARE(t.calls, (QStringList{u"on"_s, u"off"_s}));
 }
 
 void DropTargetTest::a_drag_of_text_passes_by()
@@ -176,11 +178,11 @@ void DropTargetTest::a_drag_of_text_passes_by()
     Target t(scrolls);
     t.listen();
     QMimeData text;
-    text.setText(QStringLiteral("/a"));
+    text.setText(u"/a"_s);
     QVERIFY(!sendDragEnter(*t.widget, text));
     QVERIFY(t.calls.isEmpty());
     QVERIFY(!sendDrop(*t.widget, text));
-    QVERIFY(!t.calls.contains(QStringLiteral("drop")));
+    QVERIFY(!t.calls.contains(u"drop"_s));
 }
 
 void DropTargetTest::without_callbacks_nothing_happens()

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class FaderTest : public QObject {
     Q_OBJECT
 
@@ -59,15 +61,15 @@ void FaderTest::a_new_fade_takes_over_and_the_old_one_never_completes()
     QStringList done;
     Fader fader(
         queue, [](double) {}, 1.0);
-    fader.fade(0.0, 0.18, FadeCurve::Standard, [&] { done.append(QStringLiteral("out")); });
+    fader.fade(0.0, 0.18, FadeCurve::Standard, [&] { done.append(u"out"_s); });
     queue.advance(0.09);
     const double midway = fader.alpha();
     QVERIFY(midway > 0 && midway < 1);
-    fader.fade(1.0, 0.1, FadeCurve::Standard, [&] { done.append(QStringLiteral("in")); });
+    fader.fade(1.0, 0.1, FadeCurve::Standard, [&] { done.append(u"in"_s); });
     QCOMPARE(fader.alpha(), midway);
     queue.advance(1);
     QCOMPARE(fader.alpha(), 1.0);
-    QCOMPARE(done, QStringList{QStringLiteral("in")});
+    QCOMPARE(done, QStringList{u"in"_s});
 }
 
 void FaderTest::setting_the_value_ends_the_fade()

@@ -15,9 +15,11 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 inline QUrl file(int number)
 {
-    return QUrl::fromLocalFile(QStringLiteral("/files/%1.png").arg(number));
+    return QUrl::fromLocalFile(u"/files/%1.png"_s.arg(number));
 }
 
 inline QList<QUrl> files(int first, int count)

@@ -7,9 +7,11 @@
 #include "shelf/ShelfStackView.h"
 #include "tests/support/VirtualPlatform.h"
 
+using namespace Qt::StringLiterals;
+
 inline QUrl file(int number)
 {
-    return QUrl::fromLocalFile(QStringLiteral("/files/%1.png").arg(number));
+    return QUrl::fromLocalFile(u"/files/%1.png"_s.arg(number));
 }
 
 // A panel on a virtual platform.

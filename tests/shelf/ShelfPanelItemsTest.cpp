@@ -13,6 +13,8 @@
 #include <QLabel>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The panel's files: how they come, and what a drag out takes with it.
 class ShelfPanelItemsTest : public QObject {
     Q_OBJECT
@@ -88,9 +90,9 @@ void ShelfPanelItemsTest::an_item_on_the_shelf_is_not_added_again()
 void ShelfPanelItemsTest::links_and_paths_are_not_resolved()
 {
     Fixture f;
-    f.panel->addItem(QUrl(QStringLiteral("file:///files/0.png")));
-    f.panel->addItem(QUrl(QStringLiteral("file:///files/../files/0.png")));
-    f.panel->addItem(QUrl(QStringLiteral("file:///files/0.png/")));
+    f.panel->addItem(QUrl(u"file:///files/0.png"_s));
+    f.panel->addItem(QUrl(u"file:///files/../files/0.png"_s));
+    f.panel->addItem(QUrl(u"file:///files/0.png/"_s));
     QCOMPARE(f.panel->items.size(), 3);
 }
 
@@ -418,8 +420,8 @@ void ShelfPanelItemsTest::a_screen_reader_meets_the_tiles_as_a_list()
     QCOMPARE(list->role(), QAccessible::List);
     QAccessibleInterface *tile = QAccessible::queryAccessibleInterface(f.tile(1));
     QCOMPARE(tile->role(), QAccessible::ListItem);
-    QCOMPARE(tile->text(QAccessible::Name), QStringLiteral("1.png"));
-    QCOMPARE(tile->text(QAccessible::Description), QStringLiteral("/files/1.png"));
+    QCOMPARE(tile->text(QAccessible::Name), u"1.png"_s);
+    QCOMPARE(tile->text(QAccessible::Description), u"/files/1.png"_s);
     QVERIFY(tile->state().selectable);
     QVERIFY(!tile->state().selected);
     tile->actionInterface()->doAction(QAccessibleActionInterface::pressAction());

@@ -12,6 +12,8 @@
 #include <QLabel>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // How files leave the panel, one by one or all.
 class ShelfPanelRemovalTest : public QObject {
     Q_OBJECT
@@ -193,10 +195,10 @@ void ShelfPanelRemovalTest::several_items_are_cleared_after_a_question()
         f.panel->trashBtn->click();
         QCOMPARE(f.virtualPlatform.alerts.shown.size(), 1);
         const Alert &alert = f.virtualPlatform.alerts.shown.first();
-        QCOMPARE(alert.messageText, QStringLiteral("Clear all files?"));
-        QCOMPARE(alert.informativeText, QStringLiteral("This will remove all %1 files from the shelf.").arg(count));
-        QCOMPARE(alert.buttons, (QStringList{QStringLiteral("Clear All"), QStringLiteral("Cancel")}));
-        QCOMPARE(alert.checkboxTitle, QStringLiteral("Don't show this message again"));
+        QCOMPARE(alert.messageText, u"Clear all files?"_s);
+        QCOMPARE(alert.informativeText, u"This will remove all %1 files from the shelf."_s.arg(count));
+        QCOMPARE(alert.buttons, (QStringList{u"Clear All"_s, u"Cancel"_s}));
+        QCOMPARE(alert.checkboxTitle, u"Don't show this message again"_s);
         QVERIFY(alert.dark);
         QVERIFY(alert.activates);
         QVERIFY(f.panel->items.isEmpty());
@@ -222,7 +224,7 @@ void ShelfPanelRemovalTest::the_question_can_be_switched_off()
     f.add(2);
     f.virtualPlatform.alerts.answers = {AlertAnswer{0, true}};
     f.panel->clearAll();
-    QCOMPARE(f.virtualPlatform.userDefaults.values.value(QStringLiteral("skipClearAllConfirmation")), QVariant(true));
+    QCOMPARE(f.virtualPlatform.userDefaults.values.value(u"skipClearAllConfirmation"_s), QVariant(true));
     f.add(5);
     f.panel->clearAll();
     QCOMPARE(f.virtualPlatform.alerts.shown.size(), 1);

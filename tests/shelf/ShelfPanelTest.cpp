@@ -17,6 +17,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 // The panel as a window: its views, its tint and its key tap.
 class ShelfPanelTest : public QObject {
     Q_OBJECT
@@ -89,14 +91,13 @@ void ShelfPanelTest::a_new_panel_is_a_hidden_floating_panel()
     PanelFixture f;
     QVERIFY(!f.panel->isVisible());
     QCOMPARE(f.panel->geometry(), QRect(0, 0, 0, 0));
-    QCOMPARE(f.virtualPlatform.floatingPanels.panels.value(QStringLiteral("shelf")).data(),
-             static_cast<QWidget *>(f.panel.get()));
+    QCOMPARE(f.virtualPlatform.floatingPanels.panels.value(u"shelf"_s).data(), static_cast<QWidget *>(f.panel.get()));
     QCOMPARE(f.virtualPlatform.floatingPanels.styles.first().cornerRadius, 14.0);
     QVERIFY(f.panel->items.isEmpty());
     QVERIFY(f.panel->selectedViews.isEmpty());
     QVERIFY(!f.panel->droppedBackOnSelf);
     QVERIFY(!f.panel->dropLabel->isHidden());
-    QCOMPARE(f.panel->dropLabel->text(), QStringLiteral("Drop files here"));
+    QCOMPARE(f.panel->dropLabel->text(), u"Drop files here"_s);
     QVERIFY(f.panel->selectAllBtn->isHidden());
     QVERIFY(!f.panel->trashBtn->isHidden());
     QVERIFY(!f.panel->gearBtn->isHidden());
@@ -105,9 +106,9 @@ void ShelfPanelTest::a_new_panel_is_a_hidden_floating_panel()
 void ShelfPanelTest::the_header_holds_three_buttons_with_their_labels()
 {
     PanelFixture f;
-    QCOMPARE(f.panel->gearBtn->toolTip(), QStringLiteral("Preferences"));
-    QCOMPARE(f.panel->selectAllBtn->toolTip(), QStringLiteral("Select all"));
-    QCOMPARE(f.panel->trashBtn->toolTip(), QStringLiteral("Clear all"));
+    QCOMPARE(f.panel->gearBtn->toolTip(), u"Preferences"_s);
+    QCOMPARE(f.panel->selectAllBtn->toolTip(), u"Select all"_s);
+    QCOMPARE(f.panel->trashBtn->toolTip(), u"Clear all"_s);
     for (const HeaderButton *button : {f.panel->gearBtn, f.panel->selectAllBtn, f.panel->trashBtn}) {
         QCOMPARE(button->accessibleName(), button->toolTip());
         QCOMPARE(button->parentWidget(), f.panel->headerBar);
@@ -117,10 +118,9 @@ void ShelfPanelTest::the_header_holds_three_buttons_with_their_labels()
     // The panel is never the active window.
     QVERIFY(f.panel->testAttribute(Qt::WA_AlwaysShowToolTips));
     const QColor tint = QColor::fromRgbF(1, 1, 1, 0.65F);
-    QCOMPARE(f.virtualPlatform.appearance.symbolRequests, (decltype(f.virtualPlatform.appearance.symbolRequests){
-                                                              {QStringLiteral("gearshape"), tint},
-                                                              {QStringLiteral("square.stack.3d.down.right"), tint},
-                                                              {QStringLiteral("trash"), tint}}));
+    QCOMPARE(f.virtualPlatform.appearance.symbolRequests,
+             (decltype(f.virtualPlatform.appearance.symbolRequests){
+                 {u"gearshape"_s, tint}, {u"square.stack.3d.down.right"_s, tint}, {u"trash"_s, tint}}));
     // The symbols are white at 0.65.
     const QImage symbol = f.panel->gearBtn->icon().pixmap(16, 16).toImage();
     QCOMPARE(symbol.pixelColor(8, 8).alpha(), 166);
@@ -414,19 +414,19 @@ void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
         };
         f.set(Settings::hideFileExtensions.key, true);
         announce();
-        QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0"));
+        QCOMPARE(f.tile(0)->nameLabel->text(), u"0"_s);
         QVERIFY(!f.tile(0)->nameLabel->isHidden());
         f.set(Settings::fileNameDisplay.key, 1.0);
         f.set(Settings::hideFileExtensions.key, false);
         announce();
         QVERIFY(f.tile(0)->nameLabel->isHidden());
-        QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0"));
+        QCOMPARE(f.tile(0)->nameLabel->text(), u"0"_s);
         // The image takes the room of the name, whatever the tile's height.
         QCOMPARE(f.tile(0)->imageView->geometry().bottom(), f.tile(0)->height() - 8 - 1);
         f.set(Settings::fileNameDisplay.key, 2.0);
         announce();
         QVERIFY(f.tile(0)->nameLabel->isHidden());
-        QCOMPARE(f.tile(0)->nameLabel->text(), QStringLiteral("0.png"));
+        QCOMPARE(f.tile(0)->nameLabel->text(), u"0.png"_s);
     }
 }
 

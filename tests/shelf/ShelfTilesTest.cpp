@@ -14,6 +14,8 @@
 #include <QLabel>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The panel and its tiles together: what a hand meets where, and what others see of it.
 class ShelfTilesTest : public QObject {
     Q_OBJECT
@@ -34,7 +36,7 @@ namespace {
 
 QUrl file(int number)
 {
-    return QUrl::fromLocalFile(QStringLiteral("/files/%1.png").arg(number));
+    return QUrl::fromLocalFile(u"/files/%1.png"_s.arg(number));
 }
 
 struct Fixture {

@@ -12,6 +12,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 // What the views of a tile, and the layer of colour behind them, look like: read off their pixels.
 class TileViewsTest : public QObject {
     Q_OBJECT
@@ -102,7 +104,7 @@ void TileViewsTest::the_name_is_white_11_points_high_and_of_medium_weight()
     TileLabel label(nullptr);
     QCOMPARE(label.font().pixelSize(), 11);
     QCOMPARE(label.font().weight(), QFont::Medium);
-    label.setText(QStringLiteral("■"));
+    label.setText(u"■"_s);
     const QImage image = shown(label, QSize(84, 26));
     int white = 0;
     double left = 0;
@@ -115,7 +117,7 @@ void TileViewsTest::the_name_is_white_11_points_high_and_of_medium_weight()
     }
     QVERIFY(white > 4);
     // In the middle, to the pixel that centring may round away.
-    QVERIFY2(std::abs(left - right) < (left + right) / 4, qPrintable(QStringLiteral("%1 %2").arg(left).arg(right)));
+    QVERIFY2(std::abs(left - right) < (left + right) / 4, qPrintable(u"%1 %2"_s.arg(left).arg(right)));
 }
 
 void TileViewsTest::the_name_is_broken_anew_when_it_or_its_room_changes()
@@ -127,8 +129,8 @@ void TileViewsTest::the_name_is_broken_anew_when_it_or_its_room_changes()
         return shown(label, size);
     };
     TileLabel label(nullptr);
-    const QString first = QStringLiteral("a rather long name of a file.txt");
-    const QString second = QStringLiteral("another one, and just as long.txt");
+    const QString first = u"a rather long name of a file.txt"_s;
+    const QString second = u"another one, and just as long.txt"_s;
     label.setText(first);
     QCOMPARE(shown(label, QSize(84, 26)), fresh(first, QSize(84, 26), label.font()));
     QCOMPARE(shown(label, QSize(60, 26)), fresh(first, QSize(60, 26), label.font()));

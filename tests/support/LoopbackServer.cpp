@@ -3,6 +3,8 @@
 
 #include <QSslSocket>
 
+using namespace Qt::StringLiterals;
+
 LoopbackServer::LoopbackServer()
 {
     if (!listen(QHostAddress::LocalHost))
@@ -17,8 +19,8 @@ void LoopbackServer::setCertificate(const QSslCertificate &ownCertificate, const
 
 QUrl LoopbackServer::url(const QString &path) const
 {
-    const QString scheme = certificate.isNull() ? QStringLiteral("http") : QStringLiteral("https");
-    return QUrl(QStringLiteral("%1://127.0.0.1:%2%3").arg(scheme).arg(serverPort()).arg(path));
+    const QString scheme = certificate.isNull() ? u"http"_s : u"https"_s;
+    return QUrl(u"%1://127.0.0.1:%2%3"_s.arg(scheme).arg(serverPort()).arg(path));
 }
 
 void LoopbackServer::reply(QTcpSocket &socket, const QByteArray &status, const QByteArray &body,

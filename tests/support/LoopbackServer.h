@@ -8,6 +8,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 class QTcpSocket;
 
 // A web server on 127.0.0.1 that does what the test says with each request.
@@ -18,7 +20,7 @@ public:
     // Serves https from here on.
     void setCertificate(const QSslCertificate &certificate, const QSslKey &key);
 
-    QUrl url(const QString &path = QStringLiteral("/version.json")) const;
+    QUrl url(const QString &path = u"/version.json"_s) const;
 
     // Answers a request whole and closes.
     static void reply(QTcpSocket &socket, const QByteArray &status, const QByteArray &body,

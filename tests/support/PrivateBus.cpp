@@ -3,6 +3,8 @@
 
 #include <QTemporaryFile>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
@@ -28,8 +30,8 @@ PrivateBus::PrivateBus()
     QTemporaryFile configuration;
     if (!configuration.open() || configuration.write(kConfiguration) < 0 || !configuration.flush())
         return;
-    daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                                                 QStringLiteral("--config-file=") + configuration.fileName()});
+    daemon.start(u"dbus-daemon"_s,
+                 {u"--nofork"_s, u"--print-address"_s, u"--config-file="_s + configuration.fileName()});
     while (!daemon.canReadLine() && daemon.waitForReadyRead(kPatience)) {
     }
     address = QString::fromUtf8(daemon.readLine()).trimmed();

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 void CallLog::note(const QString &call)
 {
     calls.append(call);
@@ -156,14 +158,14 @@ QIcon VirtualSystemAppearance::symbol(const QString &name, const QColor &tint) c
 
 QIcon VirtualSystemAppearance::applicationIcon() const
 {
-    const QIcon artwork = symbol(QStringLiteral("AppIcon"), accent);
+    const QIcon artwork = symbol(u"AppIcon"_s, accent);
     return artwork.isNull() ? installedIcon : artwork;
 }
 
 std::optional<EventMonitors::Token> VirtualEventMonitors::add(quint32 mask, std::function<void()> handler)
 {
     if (log)
-        log->note(QStringLiteral("addMonitor %1").arg(mask));
+        log->note(u"addMonitor %1"_s.arg(mask));
     if (refuses)
         return {};
     monitors.insert(++lastToken, Monitor{mask, std::move(handler)});
@@ -223,13 +225,13 @@ std::optional<QString> VirtualWorkspace::bundleIdentifier(const QUrl &chosenFile
 bool VirtualLoginItem::isEnabled() const
 {
     if (log)
-        log->note(QStringLiteral("isLoginItemEnabled"));
+        log->note(u"isLoginItemEnabled"_s);
     return enabled;
 }
 
 bool VirtualLoginItem::enable()
 {
-    calls.append(QStringLiteral("enable"));
+    calls.append(u"enable"_s);
     if (fails)
         return false;
     enabled = true;
@@ -238,7 +240,7 @@ bool VirtualLoginItem::enable()
 
 bool VirtualLoginItem::disable()
 {
-    calls.append(QStringLiteral("disable"));
+    calls.append(u"disable"_s);
     if (fails)
         return false;
     enabled = false;
@@ -269,7 +271,7 @@ std::shared_ptr<FileEventStream> VirtualFileEventStreams::create(const QString &
                                                                  std::function<void()> handler)
 {
     if (log)
-        log->note(QStringLiteral("openStream"));
+        log->note(u"openStream"_s);
     if (refuses)
         return nullptr;
     auto stream = std::make_shared<Stream>();
@@ -333,7 +335,7 @@ void VirtualFloatingPanels::make(QWidget &window, const PanelStyle &style)
 void VirtualFloatingPanels::orderFront(QWidget &window)
 {
     if (log)
-        log->note(QStringLiteral("orderFront"));
+        log->note(u"orderFront"_s);
     ++ordersFront;
     if (whenOrderedFront)
         whenOrderedFront(window);
@@ -370,14 +372,14 @@ std::optional<Screen> VirtualScreens::main() const
 void VirtualActivationPolicy::set(Policy policy)
 {
     if (log)
-        log->note(QStringLiteral("setPolicy"));
+        log->note(u"setPolicy"_s);
     policies.append(policy);
 }
 
 void VirtualActivationPolicy::activate(QWidget &window)
 {
     if (log)
-        log->note(QStringLiteral("activate"));
+        log->note(u"activate"_s);
     activated.append(&window);
     window.show();
 }
@@ -385,7 +387,7 @@ void VirtualActivationPolicy::activate(QWidget &window)
 std::unique_ptr<StatusItem> VirtualStatusBar::createItem()
 {
     if (log)
-        log->note(QStringLiteral("makeStatusItem"));
+        log->note(u"makeStatusItem"_s);
     ++created;
     return std::make_unique<Item>(*this);
 }
@@ -411,7 +413,7 @@ void VirtualStatusBar::Item::setSymbol(const QString &name, const QString &acces
 AlertAnswer VirtualAlerts::runModal(const Alert &alert)
 {
     if (log)
-        log->note(QStringLiteral("alert"));
+        log->note(u"alert"_s);
     shown.append(alert);
     if (whileShown)
         whileShown();

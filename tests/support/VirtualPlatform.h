@@ -10,6 +10,8 @@
 #include <mutex>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 // A platform for tests: time, pasteboards, screens and answers are what the test says, and every call is recorded.
 
 // What several services were asked, in the order across all of them.
@@ -63,7 +65,7 @@ public:
     void synchronize() override
     {
         if (log)
-            log->note(QStringLiteral("synchronize"));
+            log->note(u"synchronize"_s);
     }
 
     QMap<QString, QVariant> values;
@@ -145,7 +147,7 @@ public:
     {
         ++checks;
         if (log)
-            log->note(QStringLiteral("isProcessTrusted"));
+            log->note(u"isProcessTrusted"_s);
         return trusted;
     }
     void openAccessibilitySettings() override { ++settingsOpened; }
@@ -171,8 +173,7 @@ public:
     QMap<QString, Application> applications;
     QMap<QUrl, QString> identifiers;
     mutable QStringList applicationLookups;
-    QList<QUrl> folders = {QUrl::fromLocalFile(QStringLiteral("/Applications")),
-                           QUrl::fromLocalFile(QStringLiteral("/Users/me/Applications"))};
+    QList<QUrl> folders = {QUrl::fromLocalFile(u"/Applications"_s), QUrl::fromLocalFile(u"/Users/me/Applications"_s)};
     mutable QList<QUrl> iconRequests;
 };
 
@@ -221,10 +222,10 @@ public:
 };
 
 struct VirtualFileEventStreams::Stream : FileEventStream {
-    void start() override { calls.append(QStringLiteral("start")); }
-    void stop() override { calls.append(QStringLiteral("stop")); }
-    void invalidate() override { calls.append(QStringLiteral("invalidate")); }
-    bool isRunning() const { return calls == QStringList{QStringLiteral("start")}; }
+    void start() override { calls.append(u"start"_s); }
+    void stop() override { calls.append(u"stop"_s); }
+    void invalidate() override { calls.append(u"invalidate"_s); }
+    bool isRunning() const { return calls == QStringList{u"start"_s}; }
 
     QString folder;
     double latency = 0;

@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 DraggingItem item(const QSize &size, const QColor &color, double scale = 1)
@@ -12,7 +14,7 @@ DraggingItem item(const QSize &size, const QColor &color, double scale = 1)
     QPixmap picture(size);
     picture.setDevicePixelRatio(scale);
     picture.fill(color);
-    return {QUrl(QStringLiteral("file:///a")), QRectF(0, 0, 72, 72), picture};
+    return {QUrl(u"file:///a"_s), QRectF(0, 0, 72, 72), picture};
 }
 
 const DragPictureStyle kPlain{.scale = 1, .accent = Qt::blue, .blends = true};
@@ -97,8 +99,7 @@ private slots:
 
     void an_item_without_contents_still_has_a_picture()
     {
-        const DragPicture picture =
-            dragPicture({{QUrl(QStringLiteral("file:///a")), QRectF(0, 0, 72, 72), {}}}, {}, kPlain);
+        const DragPicture picture = dragPicture({{QUrl(u"file:///a"_s), QRectF(0, 0, 72, 72), {}}}, {}, kPlain);
         QVERIFY(picture.pixmap.width() >= 2 && picture.pixmap.height() >= 2);
     }
 

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class FileURLsTest : public QObject {
     Q_OBJECT
 
@@ -32,7 +34,7 @@ void FileURLsTest::a_path_of_any_bytes_survives_its_url()
 void FileURLsTest::the_url_of_a_path_is_the_one_that_qt_makes()
 {
     for (char16_t unit = 1; unit < 0x3000; ++unit) {
-        const QString path = QStringLiteral("/home/a") + QChar(unit) + QStringLiteral("b %41.png");
+        const QString path = u"/home/a"_s + QChar(unit) + u"b %41.png"_s;
         QCOMPARE(fileURL(path.toUtf8()), QUrl::fromLocalFile(path));
     }
 }
@@ -57,12 +59,12 @@ void FileURLsTest::the_name_of_a_file_is_its_last_component_data()
 {
     QTest::addColumn<QByteArray>("path");
     QTest::addColumn<QString>("name");
-    QTest::newRow("plain") << QByteArray("/home/a.txt") << QStringLiteral("a.txt");
-    QTest::newRow("percent") << QByteArray("/home/100% %41.txt") << QStringLiteral("100% %41.txt");
-    QTest::newRow("hash") << QByteArray("/home/#1.txt") << QStringLiteral("#1.txt");
-    QTest::newRow("question mark") << QByteArray("/home/?x=1.txt") << QStringLiteral("?x=1.txt");
-    QTest::newRow("no text") << QByteArray("/home/\xff\xfe.txt") << QStringLiteral("\ufffd\ufffd.txt");
-    QTest::newRow("folder") << QByteArray("/home/a#b/") << QStringLiteral("a#b");
+    QTest::newRow("plain") << QByteArray("/home/a.txt") << u"a.txt"_s;
+    QTest::newRow("percent") << QByteArray("/home/100% %41.txt") << u"100% %41.txt"_s;
+    QTest::newRow("hash") << QByteArray("/home/#1.txt") << u"#1.txt"_s;
+    QTest::newRow("question mark") << QByteArray("/home/?x=1.txt") << u"?x=1.txt"_s;
+    QTest::newRow("no text") << QByteArray("/home/\xff\xfe.txt") << u"\ufffd\ufffd.txt"_s;
+    QTest::newRow("folder") << QByteArray("/home/a#b/") << u"a#b"_s;
 }
 
 void FileURLsTest::the_name_of_a_file_is_its_last_component()
@@ -76,13 +78,13 @@ void FileURLsTest::a_link_is_the_file_on_its_first_line_data()
     const QList<QUrl> file = {fileURL("/tmp/a b.pdf")};
     QTest::addColumn<QString>("link");
     QTest::addColumn<QList<QUrl>>("urls");
-    QTest::newRow("with a title") << QStringLiteral("file:///tmp/a%20b.pdf\nThe file") << file;
-    QTest::newRow("without a title") << QStringLiteral("file:///tmp/a%20b.pdf") << file;
-    QTest::newRow("with its byte order") << QStringLiteral("\ufefffile:///tmp/a%20b.pdf\n") << file;
-    QTest::newRow("with the ends of lines of other systems") << QStringLiteral("file:///tmp/a%20b.pdf\r\nx") << file;
-    QTest::newRow("with a title in lines") << QStringLiteral("file:///tmp/a%20b.pdf\nThe\nfile:///x") << file;
-    QTest::newRow("to a page") << QStringLiteral("https://example.org/\nfile:///tmp/a%20b.pdf") << QList<QUrl>{};
-    QTest::newRow("to another machine") << QStringLiteral("file://elsewhere/tmp/a\nA") << QList<QUrl>{};
+    QTest::newRow("with a title") << u"file:///tmp/a%20b.pdf\nThe file"_s << file;
+    QTest::newRow("without a title") << u"file:///tmp/a%20b.pdf"_s << file;
+    QTest::newRow("with its byte order") << u"\ufefffile:///tmp/a%20b.pdf\n"_s << file;
+    QTest::newRow("with the ends of lines of other systems") << u"file:///tmp/a%20b.pdf\r\nx"_s << file;
+    QTest::newRow("with a title in lines") << u"file:///tmp/a%20b.pdf\nThe\nfile:///x"_s << file;
+    QTest::newRow("to a page") << u"https://example.org/\nfile:///tmp/a%20b.pdf"_s << QList<QUrl>{};
+    QTest::newRow("to another machine") << u"file://elsewhere/tmp/a\nA"_s << QList<QUrl>{};
     QTest::newRow("empty") << QString() << QList<QUrl>{};
 }
 

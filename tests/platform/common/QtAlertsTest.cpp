@@ -13,6 +13,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 class QtAlertsTest : public QObject {
     Q_OBJECT
 
@@ -38,9 +40,9 @@ namespace {
 struct Fixture {
     Fixture()
     {
-        alert.messageText = QStringLiteral("Shall it <b>be</b>?");
-        alert.informativeText = QStringLiteral("It & that.\n\n<i>Soon</i>.");
-        alert.buttons = {QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("Third")};
+        alert.messageText = u"Shall it <b>be</b>?"_s;
+        alert.informativeText = u"It & that.\n\n<i>Soon</i>."_s;
+        alert.buttons = {u"First"_s, u"Second"_s, u"Third"_s};
     }
 
     // Shows the alert and does something with it. One that a failed check left open is closed.
@@ -99,8 +101,8 @@ void QtAlertsTest::the_texts_are_shown_as_they_are()
     QVERIFY(kWarningsAreHarmless);
     Fixture f;
     f.run([](QMessageBox &box) {
-        QCOMPARE(box.text(), QStringLiteral("Shall it <b>be</b>?"));
-        QCOMPARE(box.informativeText(), QStringLiteral("It & that.\n\n<i>Soon</i>."));
+        QCOMPARE(box.text(), u"Shall it <b>be</b>?"_s);
+        QCOMPARE(box.informativeText(), u"It & that.\n\n<i>Soon</i>."_s);
         QCOMPARE(box.textFormat(), Qt::PlainText);
         QVERIFY(!box.iconPixmap().isNull());
         box.reject();
@@ -128,7 +130,7 @@ void QtAlertsTest::the_first_button_is_the_default_one()
 {
     Fixture f;
     f.run([](QMessageBox &box) {
-        QCOMPARE(box.defaultButton(), Fixture::button(box, QStringLiteral("First")));
+        QCOMPARE(box.defaultButton(), Fixture::button(box, u"First"_s));
         box.reject();
     });
 }
@@ -138,7 +140,7 @@ void QtAlertsTest::closing_chooses_the_last_button()
     Fixture f;
     QCOMPARE(f.run([](QMessageBox &box) { box.close(); }).button, 2);
     QCOMPARE(f.run([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); }).button, 2);
-    f.alert.buttons = {QStringLiteral("OK")};
+    f.alert.buttons = {u"OK"_s};
     QCOMPARE(f.run([](QMessageBox &box) { box.close(); }).button, 0);
 }
 
@@ -149,9 +151,9 @@ void QtAlertsTest::the_check_box_starts_off_and_is_answered()
         QVERIFY(!box.checkBox());
         box.reject();
     });
-    f.alert.checkboxTitle = QStringLiteral("Always");
+    f.alert.checkboxTitle = u"Always"_s;
     QCOMPARE(f.run([](QMessageBox &box) {
-                  QCOMPARE(box.checkBox()->text(), QStringLiteral("Always"));
+                  QCOMPARE(box.checkBox()->text(), u"Always"_s);
                   box.reject();
               }).checkboxOn,
              false);
@@ -191,7 +193,7 @@ void QtAlertsTest::an_alert_without_an_icon_shows_the_applications()
     QApplication::setWindowIcon(Fixture::icon(Qt::blue));
     QCOMPARE(f.shownIcon(), QColor(Qt::green));
     // Where there is no image of the application, what the desktop knows it by.
-    f.virtualPlatform.appearance.missingSymbols = {QStringLiteral("AppIcon")};
+    f.virtualPlatform.appearance.missingSymbols = {u"AppIcon"_s};
     QCOMPARE(f.shownIcon(), QColor(Qt::blue));
     QApplication::setWindowIcon(QIcon());
     f.run([](QMessageBox &box) {
@@ -204,11 +206,11 @@ void QtAlertsTest::a_dark_alert_has_light_text_on_dark()
 {
     Fixture f;
     f.alert.dark = true;
-    f.alert.checkboxTitle = QStringLiteral("Always");
+    f.alert.checkboxTitle = u"Always"_s;
     f.run([](QMessageBox &box) {
-        const QList<QWidget *> views = {&box, box.checkBox(), Fixture::button(box, QStringLiteral("First")),
-                                        box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label")),
-                                        box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))};
+        const QList<QWidget *> views = {&box, box.checkBox(), Fixture::button(box, u"First"_s),
+                                        box.findChild<QLabel *>(u"qt_msgbox_label"_s),
+                                        box.findChild<QLabel *>(u"qt_msgbox_informativelabel"_s)};
         for (const QWidget *view : views) {
             QVERIFY(view);
             for (const auto group : {QPalette::Active, QPalette::Inactive}) {
@@ -227,7 +229,7 @@ void QtAlertsTest::any_other_alert_has_the_colours_of_the_application()
     Fixture f;
     f.run([](QMessageBox &box) {
         QCOMPARE(box.palette(), QApplication::palette());
-        QCOMPARE(Fixture::button(box, QStringLiteral("First"))->palette(), QApplication::palette());
+        QCOMPARE(Fixture::button(box, u"First"_s)->palette(), QApplication::palette());
         box.reject();
     });
 }
@@ -236,12 +238,12 @@ void QtAlertsTest::a_text_of_any_length_leaves_the_buttons_in_reach_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("empty") << QString();
-    QTest::newRow("a sentence") << QStringLiteral("A sentence.");
-    QTest::newRow("many lines") << QStringLiteral("A line.\n").repeated(5'000);
-    QTest::newRow("a long line") << QStringLiteral("some words ").repeated(5'000);
-    QTest::newRow("a long word") << QStringLiteral("word").repeated(5'000);
-    QTest::newRow("a word of a few hundred letters") << QStringLiteral("word").repeated(100);
-    QTest::newRow("a megabyte") << QStringLiteral("some words in a line\n").repeated(50'000);
+    QTest::newRow("a sentence") << u"A sentence."_s;
+    QTest::newRow("many lines") << u"A line.\n"_s.repeated(5'000);
+    QTest::newRow("a long line") << u"some words "_s.repeated(5'000);
+    QTest::newRow("a long word") << u"word"_s.repeated(5'000);
+    QTest::newRow("a word of a few hundred letters") << u"word"_s.repeated(100);
+    QTest::newRow("a megabyte") << u"some words in a line\n"_s.repeated(50'000);
 }
 
 void QtAlertsTest::a_text_of_any_length_leaves_the_buttons_in_reach()
@@ -250,8 +252,7 @@ void QtAlertsTest::a_text_of_any_length_leaves_the_buttons_in_reach()
     Fixture f;
     f.alert.informativeText = text;
     f.run([&text](QMessageBox &box) {
-        QVERIFY2(box.width() < 600 && box.height() < 400,
-                 qPrintable(QStringLiteral("%1 x %2").arg(box.width()).arg(box.height())));
+        QVERIFY2(box.width() < 600 && box.height() < 400, qPrintable(u"%1 x %2"_s.arg(box.width()).arg(box.height())));
         const auto *const area = box.findChild<QPlainTextEdit *>();
         if (area)
             QVERIFY(area->isVisible() && box.rect().contains(area->geometry()));
@@ -269,10 +270,9 @@ void QtAlertsTest::a_second_alert_may_come_over_the_first()
 {
     Fixture f;
     const AlertAnswer first = f.run([&f](QMessageBox &box) {
-        const AlertAnswer second =
-            f.run([](QMessageBox &inner) { Fixture::button(inner, QStringLiteral("Second"))->click(); });
+        const AlertAnswer second = f.run([](QMessageBox &inner) { Fixture::button(inner, u"Second"_s)->click(); });
         QCOMPARE(second.button, 1);
-        Fixture::button(box, QStringLiteral("First"))->click();
+        Fixture::button(box, u"First"_s)->click();
     });
     QCOMPARE(first.button, 0);
 }

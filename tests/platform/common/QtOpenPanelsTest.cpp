@@ -16,6 +16,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 class QtOpenPanelsTest : public QObject {
     Q_OBJECT
 
@@ -67,14 +69,14 @@ void name(const QFileDialog &dialog, const QString &file)
 
 void QtOpenPanelsTest::initTestCase()
 {
-    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("applications")));
-    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("more")));
-    QFile file(path(QStringLiteral("applications/editor.desktop")));
+    QVERIFY(QDir(folder.path()).mkdir(u"applications"_s));
+    QVERIFY(QDir(folder.path()).mkdir(u"more"_s));
+    QFile file(path(u"applications/editor.desktop"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QFile notes(path(QStringLiteral("applications/notes.txt")));
+    QFile notes(path(u"applications/notes.txt"_s));
     QVERIFY(notes.open(QIODevice::WriteOnly));
-    QVERIFY(QFile::link(QStringLiteral("editor.desktop"), path(QStringLiteral("applications/link.desktop"))));
-    QVERIFY(QDir(path(QStringLiteral("applications"))).mkdir(QStringLiteral("folder")));
+    QVERIFY(QFile::link(u"editor.desktop"_s, path(u"applications/link.desktop"_s)));
+    QVERIFY(QDir(path(u"applications"_s)).mkdir(u"folder"_s));
 }
 
 std::optional<QUrl> QtOpenPanelsTest::run(const std::function<void(QFileDialog &dialog)> &work)
@@ -95,10 +97,10 @@ std::optional<QUrl> QtOpenPanelsTest::run(const std::function<void(QFileDialog &
             dialog->reject();
     });
     timer.start(kGlance);
-    const OpenPanel panel{.title = QStringLiteral("Add application"),
-                          .prompt = QStringLiteral("Add"),
-                          .folders = {QUrl::fromLocalFile(path(QStringLiteral("applications"))),
-                                      QUrl::fromLocalFile(path(QStringLiteral("more")))}};
+    const OpenPanel panel{
+        .title = u"Add application"_s,
+        .prompt = u"Add"_s,
+        .folders = {QUrl::fromLocalFile(path(u"applications"_s)), QUrl::fromLocalFile(path(u"more"_s))}};
     QtOpenPanels panels;
     const auto chosen = panels.runModal(panel, window.get());
     if (!isDone)
@@ -118,14 +120,14 @@ void QtOpenPanelsTest::the_panel_has_its_title_prompt_and_folders()
         start = dialog.directoryUrl();
         places = dialog.sidebarUrls();
         // "Open" becomes the prompt once there is a file to pick.
-        name(dialog, QStringLiteral("editor.desktop"));
-        hasPrompt = button(dialog, QStringLiteral("Add"));
+        name(dialog, u"editor.desktop"_s);
+        hasPrompt = button(dialog, u"Add"_s);
         parent = dialog.parentWidget();
         dialog.reject();
     });
-    QCOMPARE(title, QStringLiteral("Add application"));
-    QCOMPARE(start, QUrl::fromLocalFile(path(QStringLiteral("applications"))));
-    QVERIFY(places.contains(QUrl::fromLocalFile(path(QStringLiteral("more")))));
+    QCOMPARE(title, u"Add application"_s);
+    QCOMPARE(start, QUrl::fromLocalFile(path(u"applications"_s)));
+    QVERIFY(places.contains(QUrl::fromLocalFile(path(u"more"_s))));
     QVERIFY(hasPrompt);
     QCOMPARE(parent, window.get());
 }
@@ -133,29 +135,29 @@ void QtOpenPanelsTest::the_panel_has_its_title_prompt_and_folders()
 void QtOpenPanelsTest::the_named_file_is_chosen()
 {
     const auto chosen = run([](QFileDialog &dialog) {
-        name(dialog, QStringLiteral("editor.desktop"));
-        button(dialog, QStringLiteral("Add"))->click();
+        name(dialog, u"editor.desktop"_s);
+        button(dialog, u"Add"_s)->click();
     });
-    QCOMPARE(chosen, QUrl::fromLocalFile(path(QStringLiteral("applications/editor.desktop"))));
+    QCOMPARE(chosen, QUrl::fromLocalFile(path(u"applications/editor.desktop"_s)));
 }
 
 void QtOpenPanelsTest::a_file_of_any_kind_can_be_chosen()
 {
     bool isListed = false;
     const auto chosen = run([&isListed](QFileDialog &dialog) {
-        const auto *list = dialog.findChild<QListView *>(QStringLiteral("listView"));
+        const auto *list = dialog.findChild<QListView *>(u"listView"_s);
         isListed = QTest::qWaitFor([list] {
             for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row) {
-                if (list->model()->index(row, 0, list->rootIndex()).data() == QStringLiteral("notes.txt"))
+                if (list->model()->index(row, 0, list->rootIndex()).data() == u"notes.txt"_s)
                     return true;
             }
             return false;
         });
-        name(dialog, QStringLiteral("notes.txt"));
-        button(dialog, QStringLiteral("Add"))->click();
+        name(dialog, u"notes.txt"_s);
+        button(dialog, u"Add"_s)->click();
     });
     QVERIFY(isListed);
-    QCOMPARE(chosen, QUrl::fromLocalFile(path(QStringLiteral("applications/notes.txt"))));
+    QCOMPARE(chosen, QUrl::fromLocalFile(path(u"applications/notes.txt"_s)));
 }
 
 void QtOpenPanelsTest::one_file_is_chosen_at_a_time()
@@ -164,7 +166,7 @@ void QtOpenPanelsTest::one_file_is_chosen_at_a_time()
     auto selection = QAbstractItemView::NoSelection;
     (void)run([&](QFileDialog &dialog) {
         mode = dialog.fileMode();
-        selection = dialog.findChild<QListView *>(QStringLiteral("listView"))->selectionMode();
+        selection = dialog.findChild<QListView *>(u"listView"_s)->selectionMode();
         dialog.reject();
     });
     QCOMPARE(mode, QFileDialog::ExistingFile);
@@ -174,17 +176,17 @@ void QtOpenPanelsTest::one_file_is_chosen_at_a_time()
 void QtOpenPanelsTest::a_link_is_chosen_as_the_link_it_is()
 {
     const auto chosen = run([](QFileDialog &dialog) {
-        name(dialog, QStringLiteral("link.desktop"));
-        button(dialog, QStringLiteral("Add"))->click();
+        name(dialog, u"link.desktop"_s);
+        button(dialog, u"Add"_s)->click();
     });
-    QCOMPARE(chosen, QUrl::fromLocalFile(path(QStringLiteral("applications/link.desktop"))));
+    QCOMPARE(chosen, QUrl::fromLocalFile(path(u"applications/link.desktop"_s)));
 }
 
 void QtOpenPanelsTest::a_folder_is_entered_and_not_chosen()
 {
     bool stayed = false;
     const auto chosen = run([&stayed](QFileDialog &dialog) {
-        name(dialog, QStringLiteral("folder"));
+        name(dialog, u"folder"_s);
         QTest::keyClick(dialog.findChild<QLineEdit *>(), Qt::Key_Return);
         stayed = dialog.isVisible() && dialog.directory().dirName() == QLatin1String("folder");
         dialog.reject();
@@ -196,8 +198,8 @@ void QtOpenPanelsTest::a_folder_is_entered_and_not_chosen()
 void QtOpenPanelsTest::a_cancelled_panel_chooses_nothing()
 {
     const auto chosen = run([](QFileDialog &dialog) {
-        name(dialog, QStringLiteral("editor.desktop"));
-        button(dialog, QStringLiteral("Cancel"))->click();
+        name(dialog, u"editor.desktop"_s);
+        button(dialog, u"Cancel"_s)->click();
     });
     QVERIFY(!chosen);
 }
@@ -205,7 +207,7 @@ void QtOpenPanelsTest::a_cancelled_panel_chooses_nothing()
 void QtOpenPanelsTest::escape_cancels()
 {
     const auto chosen = run([](QFileDialog &dialog) {
-        name(dialog, QStringLiteral("editor.desktop"));
+        name(dialog, u"editor.desktop"_s);
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     QVERIFY(!chosen);
@@ -215,7 +217,7 @@ void QtOpenPanelsTest::a_panel_whose_window_goes_chooses_nothing()
 {
     const QList<QUrl> places = QFileDialog().sidebarUrls();
     const auto chosen = run([this](QFileDialog &dialog) {
-        name(dialog, QStringLiteral("editor.desktop"));
+        name(dialog, u"editor.desktop"_s);
         window.reset();
     });
     QVERIFY(!window);

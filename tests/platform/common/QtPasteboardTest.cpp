@@ -8,6 +8,8 @@
 #include <QMimeData>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class QtPasteboardTest : public QObject {
     Q_OBJECT
 
@@ -24,7 +26,7 @@ private slots:
 
 namespace {
 
-const QUrl kWebAddress(QStringLiteral("https://example.com/a.txt"));
+const QUrl kWebAddress(u"https://example.com/a.txt"_s);
 
 void copy(const QList<QUrl> &urls)
 {

@@ -9,6 +9,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 class AutostartLoginItemTest : public QObject {
     Q_OBJECT
 
@@ -44,17 +46,17 @@ private:
 
 namespace {
 
-const QString kFile = QStringLiteral("/com.orvane.Parklet.desktop");
+const QString kFile = u"/com.orvane.Parklet.desktop"_s;
 
 } // namespace
 
 void AutostartLoginItemTest::init()
 {
     folder = std::make_unique<QTemporaryDir>();
-    user = folder->filePath(QStringLiteral("config/autostart"));
-    system = folder->filePath(QStringLiteral("system"));
+    user = folder->filePath(u"config/autostart"_s);
+    system = folder->filePath(u"system"_s);
     QVERIFY(QDir().mkpath(system));
-    item = std::make_unique<AutostartLoginItem>(user, QStringList{system}, QStringLiteral("/bin/true"));
+    item = std::make_unique<AutostartLoginItem>(user, QStringList{system}, u"/bin/true"_s);
 }
 
 void AutostartLoginItemTest::cleanup()
@@ -176,7 +178,7 @@ void AutostartLoginItemTest::the_users_entry_stands_in_for_the_systems()
 void AutostartLoginItemTest::a_refused_write_is_reported()
 {
     // A file where the folder should be.
-    QVERIFY(QDir().mkpath(folder->filePath(QStringLiteral("config"))));
+    QVERIFY(QDir().mkpath(folder->filePath(u"config"_s)));
     QFile file(user);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QVERIFY(!item->enable());
@@ -220,7 +222,7 @@ void AutostartLoginItemTest::the_standard_item_lies_in_the_users_autostart_folde
 {
     AutostartLoginItem standard;
     QVERIFY(standard.enable());
-    QFile file(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/autostart") + kFile);
+    QFile file(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/autostart"_s + kFile);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().contains("TryExec=" + QFile::encodeName(QCoreApplication::applicationFilePath()) + '\n'));
     QVERIFY(standard.isEnabled());

@@ -13,6 +13,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class BusSessionInstanceTest : public QObject {
     Q_OBJECT
 
@@ -36,9 +38,9 @@ namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
 
-const QString kName = QStringLiteral("com.orvane.Parklet");
-const QString kPath = QStringLiteral("/com/orvane/Parklet");
-const QString kInterface = QStringLiteral("org.freedesktop.Application");
+const QString kName = u"com.orvane.Parklet"_s;
+const QString kPath = u"/com/orvane/Parklet"_s;
+const QString kInterface = u"org.freedesktop.Application"_s;
 
 } // namespace
 
@@ -55,7 +57,7 @@ void BusSessionInstanceTest::cleanup()
 bool BusSessionInstanceTest::startHolder()
 {
     holder = std::make_unique<QProcess>();
-    holder->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--hold")});
+    holder->start(QCoreApplication::applicationFilePath(), {u"--hold"_s});
     return holder->waitForReadyRead(kPatience) && holder->readAll() == "held\n";
 }
 
@@ -74,7 +76,7 @@ void BusSessionInstanceTest::a_later_one_asks_the_first_to_show_itself()
     QVERIFY(first.claim());
     for (int i = 1; i <= 3; ++i) {
         QProcess later;
-        later.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--claim")});
+        later.start(QCoreApplication::applicationFilePath(), {u"--claim"_s});
         QTRY_COMPARE_WITH_TIMEOUT(later.state(), QProcess::NotRunning, kPatience);
         QCOMPARE(later.readAllStandardOutput(), QByteArray("other\n"));
         QCOMPARE(activations, i);
@@ -85,25 +87,24 @@ void BusSessionInstanceTest::a_launcher_reaches_it_as_an_application()
 {
     BusSessionInstance first(QDBusConnection::sessionBus());
     QStringList heard;
-    first.onActivate = [&heard] { heard.append(QStringLiteral("activate")); };
+    first.onActivate = [&heard] { heard.append(u"activate"_s); };
     first.onAction = [&heard](const QString &name) { heard.append(name); };
     QVERIFY(first.claim());
     const QList<std::pair<QString, QVariantList>> calls = {
-        {QStringLiteral("Activate"), {QVariantMap{{QStringLiteral("desktop-startup-id"), QStringLiteral("x")}}}},
-        {QStringLiteral("Open"), {QStringList{QStringLiteral("file:///tmp")}, QVariantMap()}},
-        {QStringLiteral("ActivateAction"), {QStringLiteral("preferences"), QVariantList(), QVariantMap()}},
+        {u"Activate"_s, {QVariantMap{{u"desktop-startup-id"_s, u"x"_s}}}},
+        {u"Open"_s, {QStringList{u"file:///tmp"_s}, QVariantMap()}},
+        {u"ActivateAction"_s, {u"preferences"_s, QVariantList(), QVariantMap()}},
     };
     for (const auto &[method, arguments] : calls) {
         auto message = QDBusMessage::createMethodCall(kName, kPath, kInterface, method);
         message.setArguments(arguments);
         QDBusPendingCall call =
-            QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("launcher")).asyncCall(message);
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"launcher"_s).asyncCall(message);
         QTRY_VERIFY_WITH_TIMEOUT(call.isFinished(), kPatience);
         QVERIFY2(!call.isError(), qPrintable(call.error().message()));
     }
-    QCOMPARE(heard,
-             QStringList({QStringLiteral("activate"), QStringLiteral("activate"), QStringLiteral("preferences")}));
-    QDBusConnection::disconnectFromBus(QStringLiteral("launcher"));
+    QCOMPARE(heard, QStringList({u"activate"_s, u"activate"_s, u"preferences"_s}));
+    QDBusConnection::disconnectFromBus(u"launcher"_s);
 }
 
 void BusSessionInstanceTest::a_killed_holder_does_not_block_the_next_one()
@@ -128,12 +129,12 @@ void BusSessionInstanceTest::a_hung_holder_does_not_hang_a_later_one()
 void BusSessionInstanceTest::a_stranger_with_the_name_is_left_to_it()
 {
     // It has the name, but no object to be asked.
-    auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("stranger"));
+    auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"stranger"_s);
     QVERIFY(bus.registerService(kName));
     BusSessionInstance later(QDBusConnection::sessionBus());
     QVERIFY(!later.claim());
     bus.unregisterService(kName);
-    QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
+    QDBusConnection::disconnectFromBus(u"stranger"_s);
     QVERIFY(later.claim());
 }
 
@@ -141,7 +142,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 2 && arguments.at(1).startsWith(QStringLiteral("--"))) {
+    if (arguments.size() == 2 && arguments.at(1).startsWith(u"--"_s)) {
         BusSessionInstance instance(QDBusConnection::sessionBus());
         std::fputs(instance.claim() ? "held\n" : "other\n", stdout);
         std::fflush(stdout);

@@ -16,6 +16,8 @@
 
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 class FrontmostApplicationTest : public QObject {
     Q_OBJECT
 
@@ -49,7 +51,7 @@ constexpr int kPatience = 20'000; // milliseconds
 void FrontmostApplicationTest::init()
 {
     folder = std::make_unique<QTemporaryDir>();
-    QFile entry(folder->filePath(QStringLiteral("org.example.Editor.desktop")));
+    QFile entry(folder->filePath(u"org.example.Editor.desktop"_s));
     QVERIFY(entry.open(QIODevice::WriteOnly));
     entry.write("[Desktop Entry]\nType=Application\nName=Editor\nExec=true\nStartupWMClass=example-editor\n");
     entry.close();
@@ -107,7 +109,7 @@ xcb_window_t FrontmostApplicationTest::active() const
 void FrontmostApplicationTest::the_focused_window_leads_to_its_application()
 {
     QVERIFY(show({{"WM_CLASS", QByteArray("other\0Example-Editor\0", 21)}}) != XCB_NONE);
-    QCOMPARE(workspace->frontmostBundleIdentifier(), QStringLiteral("org.example.Editor"));
+    QCOMPARE(workspace->frontmostBundleIdentifier(), u"org.example.Editor"_s);
 }
 
 void FrontmostApplicationTest::what_the_window_states_is_read()
@@ -117,11 +119,11 @@ void FrontmostApplicationTest::what_the_window_states_is_read()
                   {"_GTK_APPLICATION_ID", "org.example.Gtk"}}) != XCB_NONE);
     const auto window = frontmostWindow(*connection);
     QVERIFY(window);
-    QCOMPARE(window->desktopFile, QStringLiteral("org.example.Kde"));
-    QCOMPARE(window->applicationId, QStringLiteral("org.example.Gtk"));
-    QCOMPARE(window->instanceName, QStringLiteral("in"));
-    QCOMPARE(window->className, QStringLiteral("Class"));
-    QCOMPARE(workspace->frontmostBundleIdentifier(), QStringLiteral("org.example.Kde"));
+    QCOMPARE(window->desktopFile, u"org.example.Kde"_s);
+    QCOMPARE(window->applicationId, u"org.example.Gtk"_s);
+    QCOMPARE(window->instanceName, u"in"_s);
+    QCOMPARE(window->className, u"Class"_s);
+    QCOMPARE(workspace->frontmostBundleIdentifier(), u"org.example.Kde"_s);
 }
 
 void FrontmostApplicationTest::a_window_without_a_class_has_no_identifier()

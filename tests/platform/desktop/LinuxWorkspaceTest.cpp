@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class LinuxWorkspaceTest : public QObject {
     Q_OBJECT
 
@@ -75,20 +77,20 @@ QString dataHome()
 void LinuxWorkspaceTest::initTestCase()
 {
     // The test's own folders: an application that writes down what it is asked to open.
-    QVERIFY(QDir().mkpath(dataHome() + QStringLiteral("/applications")));
+    QVERIFY(QDir().mkpath(dataHome() + u"/applications"_s));
     QVERIFY(QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME")));
-    QFile associations(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list"));
+    QFile associations(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/mimeapps.list"_s);
     QVERIFY(associations.open(QIODevice::WriteOnly));
     associations.write("[Default Applications]\ntext/plain=org.example.Recorder.desktop\n"
                        "application/pdf=org.example.Recorder.desktop\n"
                        "x-scheme-handler/example=org.example.Recorder.desktop\n");
     associations.close();
-    QFile entry(dataHome() + QStringLiteral("/applications/org.example.Recorder.desktop"));
+    QFile entry(dataHome() + u"/applications/org.example.Recorder.desktop"_s);
     QVERIFY(entry.open(QIODevice::WriteOnly));
     const QByteArray home = QFile::encodeName(dataHome());
     entry.write("[Desktop Entry]\nType=Application\nName=Recorder\nExec=\"" + home + "/record\" %u\n");
     entry.close();
-    QFile record(dataHome() + QStringLiteral("/record"));
+    QFile record(dataHome() + u"/record"_s);
     QVERIFY(record.open(QIODevice::WriteOnly));
     // The name that is waited for appears once the text is complete.
     record.write("#!/bin/sh\ncd '" + home + "' && printf %s \"$1\" >new && mv new opened\n");
@@ -100,10 +102,9 @@ void LinuxWorkspaceTest::initTestCase()
 void LinuxWorkspaceTest::init()
 {
     folder = std::make_unique<QTemporaryDir>();
-    QFile::remove(dataHome() + QStringLiteral("/opened"));
-    QIcon::setThemeSearchPaths({at(QStringLiteral("icons"))});
-    workspace = std::make_unique<LinuxWorkspace>(
-        nullptr, DesktopEntries({at(QStringLiteral("user")), at(QStringLiteral("system"))}));
+    QFile::remove(dataHome() + u"/opened"_s);
+    QIcon::setThemeSearchPaths({at(u"icons"_s)});
+    workspace = std::make_unique<LinuxWorkspace>(nullptr, DesktopEntries({at(u"user"_s), at(u"system"_s)}));
 }
 
 void LinuxWorkspaceTest::cleanup()
@@ -123,39 +124,38 @@ QUrl LinuxWorkspaceTest::make(const QString &name, const QByteArray &contents) c
 
 bool LinuxWorkspaceTest::addEntry(const QString &identifier, const QByteArray &keys) const
 {
-    QDir().mkpath(at(QStringLiteral("user")));
-    return make(QStringLiteral("user/") + identifier + QStringLiteral(".desktop"),
-                "[Desktop Entry]\nType=Application\nExec=true\n" + keys)
+    QDir().mkpath(at(u"user"_s));
+    return make(u"user/"_s + identifier + u".desktop"_s, "[Desktop Entry]\nType=Application\nExec=true\n" + keys)
         .isValid();
 }
 
 // What the recording application was started with.
 QByteArray LinuxWorkspaceTest::opened() const
 {
-    QFile file(dataHome() + QStringLiteral("/opened"));
+    QFile file(dataHome() + u"/opened"_s);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void LinuxWorkspaceTest::every_file_has_an_icon_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("text") << QStringLiteral("/tmp/a.txt");
-    QTest::newRow("picture") << QStringLiteral("/tmp/a.png");
-    QTest::newRow("unknown") << QStringLiteral("/tmp/a.unknown-suffix");
-    QTest::newRow("no suffix") << QStringLiteral("/tmp/README");
-    QTest::newRow("no name") << QStringLiteral("/");
+    QTest::newRow("text") << u"/tmp/a.txt"_s;
+    QTest::newRow("picture") << u"/tmp/a.png"_s;
+    QTest::newRow("unknown") << u"/tmp/a.unknown-suffix"_s;
+    QTest::newRow("no suffix") << u"/tmp/README"_s;
+    QTest::newRow("no name") << u"/"_s;
     QTest::newRow("empty") << QString();
-    QTest::newRow("folder") << QStringLiteral("/usr/");
-    QTest::newRow("device") << QStringLiteral("/dev/null");
-    QTest::newRow("gone") << QStringLiteral("/no/such/file.pdf");
-    QTest::newRow("dots") << QStringLiteral("/tmp/...");
-    QTest::newRow("new line") << QStringLiteral("/tmp/a\nb.txt");
+    QTest::newRow("folder") << u"/usr/"_s;
+    QTest::newRow("device") << u"/dev/null"_s;
+    QTest::newRow("gone") << u"/no/such/file.pdf"_s;
+    QTest::newRow("dots") << u"/tmp/..."_s;
+    QTest::newRow("new line") << u"/tmp/a\nb.txt"_s;
 }
 
 void LinuxWorkspaceTest::every_file_has_an_icon()
 {
     QFETCH(const QString, path);
-    for (const QStringList &paths : {QStringList{at(QStringLiteral("icons"))}, themePaths}) {
+    for (const QStringList &paths : {QStringList{at(u"icons"_s)}, themePaths}) {
         QIcon::setThemeSearchPaths(paths);
         const QIcon icon = LinuxWorkspace(nullptr).icon(QUrl::fromLocalFile(path));
         QVERIFY(!icon.isNull());
@@ -166,7 +166,7 @@ void LinuxWorkspaceTest::every_file_has_an_icon()
 
 void LinuxWorkspaceTest::a_file_without_any_theme_has_a_drawn_icon()
 {
-    const QImage drawn = picture(workspace->icon(QUrl(QStringLiteral("file:///tmp/a.txt"))));
+    const QImage drawn = picture(workspace->icon(QUrl(u"file:///tmp/a.txt"_s)));
     QCOMPARE(drawn.size(), QSize(48, 48));
     QCOMPARE(drawn.pixelColor(24, 40).alpha(), 255);
     QCOMPARE(drawn.pixelColor(0, 0).alpha(), 0);
@@ -175,22 +175,22 @@ void LinuxWorkspaceTest::a_file_without_any_theme_has_a_drawn_icon()
 void LinuxWorkspaceTest::a_folder_has_another_icon_than_a_file()
 {
     QVERIFY(picture(workspace->icon(QUrl::fromLocalFile(folder->path()))) !=
-            picture(workspace->icon(QUrl(QStringLiteral("file:///tmp/a.txt")))));
+            picture(workspace->icon(QUrl(u"file:///tmp/a.txt"_s))));
     QCOMPARE(picture(workspace->icon(QUrl::fromLocalFile(folder->path() + QLatin1Char('/')))),
              picture(workspace->icon(QUrl::fromLocalFile(folder->path()))));
 }
 
 void LinuxWorkspaceTest::an_icon_of_a_pipe_or_of_a_name_that_is_no_text_does_not_block()
 {
-    const QString pipe = at(QStringLiteral("pipe"));
+    const QString pipe = at(u"pipe"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QVERIFY(!workspace->icon(QUrl::fromLocalFile(pipe)).isNull());
-    QCOMPARE(mimeTypeByName(QFile::encodeName(pipe)), QStringLiteral("inode/fifo"));
+    QCOMPARE(mimeTypeByName(QFile::encodeName(pipe)), u"inode/fifo"_s);
 
     // A folder whose name is no UTF-8 is still found.
     const QByteArray name = QFile::encodeName(folder->path()) + "/na\xefve";
     QCOMPARE(::mkdir(name.constData(), 0700), 0);
-    QCOMPARE(mimeTypeByName(name), QStringLiteral("inode/directory"));
+    QCOMPARE(mimeTypeByName(name), u"inode/directory"_s);
     const QUrl url = QUrl::fromEncoded("file://" + name.toPercentEncoding("/"));
     QCOMPARE(picture(workspace->icon(url)), picture(workspace->icon(QUrl::fromLocalFile(folder->path()))));
     QCOMPARE(::rmdir(name.constData()), 0); // Qt could not
@@ -198,31 +198,31 @@ void LinuxWorkspaceTest::an_icon_of_a_pipe_or_of_a_name_that_is_no_text_does_not
 
 void LinuxWorkspaceTest::the_icon_is_by_the_name_alone()
 {
-    const QUrl file = make(QStringLiteral("picture.png"), "%PDF-1.4 not a picture");
+    const QUrl file = make(u"picture.png"_s, "%PDF-1.4 not a picture");
     QCOMPARE(::chmod(QFile::encodeName(file.toLocalFile()).constData(), 0), 0);
-    QCOMPARE(mimeTypeByName(QFile::encodeName(file.toLocalFile())), QStringLiteral("image/png"));
-    QCOMPARE(mimeTypeByName("/no/such/a.pdf"), QStringLiteral("application/pdf"));
-    QCOMPARE(mimeTypeByName("/no/such/a"), QStringLiteral("application/octet-stream"));
+    QCOMPARE(mimeTypeByName(QFile::encodeName(file.toLocalFile())), u"image/png"_s);
+    QCOMPARE(mimeTypeByName("/no/such/a.pdf"), u"application/pdf"_s);
+    QCOMPARE(mimeTypeByName("/no/such/a"), u"application/octet-stream"_s);
 }
 
 void LinuxWorkspaceTest::a_full_theme_steps_in_for_the_empty_one()
 {
     // Two themes with one icon each: of a file that is broken, and of a picture.
-    QVERIFY(QDir().mkpath(at(QStringLiteral("icons/breeze/32x32/mimetypes"))));
-    QVERIFY(make(QStringLiteral("icons/breeze/index.theme"),
+    QVERIFY(QDir().mkpath(at(u"icons/breeze/32x32/mimetypes"_s)));
+    QVERIFY(make(u"icons/breeze/index.theme"_s,
                  "[Icon Theme]\nName=breeze\nDirectories=32x32/mimetypes\n[32x32/mimetypes]\nSize=32\n")
                 .isValid());
     QImage red(32, 32, QImage::Format_ARGB32);
     red.fill(Qt::red);
-    QVERIFY(red.save(at(QStringLiteral("icons/breeze/32x32/mimetypes/image-x-generic.png"))));
-    QVERIFY(make(QStringLiteral("icons/breeze/32x32/mimetypes/text-x-generic.png"), "broken").isValid());
+    QVERIFY(red.save(at(u"icons/breeze/32x32/mimetypes/image-x-generic.png"_s)));
+    QVERIFY(make(u"icons/breeze/32x32/mimetypes/text-x-generic.png"_s, "broken").isValid());
 
     const QString before = QIcon::themeName();
-    QIcon::setThemeSearchPaths({at(QStringLiteral("icons"))});
+    QIcon::setThemeSearchPaths({at(u"icons"_s)});
     chooseFallbackIconTheme();
     const FileIcons icons;
-    QCOMPARE(picture(icons.file(QUrl(QStringLiteral("file:///tmp/a.png")))).pixelColor(24, 24), QColor(Qt::red));
-    QVERIFY(picture(icons.file(QUrl(QStringLiteral("file:///tmp/a.txt")))).pixelColor(24, 40).alpha() == 255);
+    QCOMPARE(picture(icons.file(QUrl(u"file:///tmp/a.png"_s))).pixelColor(24, 24), QColor(Qt::red));
+    QVERIFY(picture(icons.file(QUrl(u"file:///tmp/a.txt"_s))).pixelColor(24, 40).alpha() == 255);
     QIcon::setThemeName(before);
 }
 
@@ -230,88 +230,85 @@ void LinuxWorkspaceTest::an_application_has_its_name_and_icon()
 {
     QImage green(32, 32, QImage::Format_ARGB32);
     green.fill(Qt::green);
-    QVERIFY(green.save(at(QStringLiteral("editor.png"))));
-    QVERIFY(addEntry(QStringLiteral("org.example.Editor"),
-                     "Name=Text Editor\nIcon=" + QFile::encodeName(at(QStringLiteral("editor.png"))) + "\n"));
-    const auto application = workspace->application(QStringLiteral("org.example.Editor"));
+    QVERIFY(green.save(at(u"editor.png"_s)));
+    QVERIFY(
+        addEntry(u"org.example.Editor"_s, "Name=Text Editor\nIcon=" + QFile::encodeName(at(u"editor.png"_s)) + "\n"));
+    const auto application = workspace->application(u"org.example.Editor"_s);
     QVERIFY(application);
-    QCOMPARE(application->bundleIdentifier, QStringLiteral("org.example.Editor"));
-    QCOMPARE(application->name, QStringLiteral("Text Editor"));
+    QCOMPARE(application->bundleIdentifier, u"org.example.Editor"_s);
+    QCOMPARE(application->name, u"Text Editor"_s);
     QCOMPARE(application->icon.pixmap(QSize(32, 32), 1.0).toImage().pixelColor(16, 16), QColor(Qt::green));
 }
 
 void LinuxWorkspaceTest::an_application_without_a_name_is_called_by_its_identifier()
 {
-    QVERIFY(addEntry(QStringLiteral("nameless"), ""));
-    QCOMPARE(workspace->application(QStringLiteral("nameless"))->name, QStringLiteral("nameless"));
+    QVERIFY(addEntry(u"nameless"_s, ""));
+    QCOMPARE(workspace->application(u"nameless"_s)->name, u"nameless"_s);
 }
 
 void LinuxWorkspaceTest::a_broken_icon_gives_the_one_of_all_applications()
 {
-    QVERIFY(make(QStringLiteral("broken.png"), "no picture").isValid());
-    const QByteArray pipe = QFile::encodeName(at(QStringLiteral("pipe.png")));
+    QVERIFY(make(u"broken.png"_s, "no picture").isValid());
+    const QByteArray pipe = QFile::encodeName(at(u"pipe.png"_s));
     QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
-    QVERIFY(addEntry(QStringLiteral("none"), "Name=A\n"));
-    const QImage usual = picture(workspace->application(QStringLiteral("none"))->icon);
+    QVERIFY(addEntry(u"none"_s, "Name=A\n"));
+    const QImage usual = picture(workspace->application(u"none"_s)->icon);
     QCOMPARE(usual.size(), QSize(48, 48));
-    for (const QByteArray &icon :
-         {QFile::encodeName(at(QStringLiteral("broken.png"))), pipe, QByteArray("/no/such/icon.png"),
-          QByteArray("no-such-icon-name"), QByteArray(".png")}) {
-        QVERIFY(addEntry(QStringLiteral("broken"), "Name=A\nIcon=" + icon + "\n"));
-        QCOMPARE(picture(workspace->application(QStringLiteral("broken"))->icon), usual);
+    for (const QByteArray &icon : {QFile::encodeName(at(u"broken.png"_s)), pipe, QByteArray("/no/such/icon.png"),
+                                   QByteArray("no-such-icon-name"), QByteArray(".png")}) {
+        QVERIFY(addEntry(u"broken"_s, "Name=A\nIcon=" + icon + "\n"));
+        QCOMPARE(picture(workspace->application(u"broken"_s)->icon), usual);
     }
 }
 
 void LinuxWorkspaceTest::an_uninstalled_application_is_none()
 {
-    QVERIFY(!workspace->application(QStringLiteral("org.example.Gone")));
+    QVERIFY(!workspace->application(u"org.example.Gone"_s));
     QVERIFY(!workspace->application(QString()));
-    QVERIFY(addEntry(QStringLiteral("hidden"), "Name=A\nHidden=true\n"));
-    QVERIFY(!workspace->application(QStringLiteral("hidden")));
+    QVERIFY(addEntry(u"hidden"_s, "Name=A\nHidden=true\n"));
+    QVERIFY(!workspace->application(u"hidden"_s));
 }
 
 void LinuxWorkspaceTest::a_chosen_file_that_is_no_application_is_none()
 {
     QVERIFY(!workspace->bundleIdentifier(QUrl()));
-    QVERIFY(!workspace->bundleIdentifier(QUrl(QStringLiteral("https://example.org/a.desktop"))));
+    QVERIFY(!workspace->bundleIdentifier(QUrl(u"https://example.org/a.desktop"_s)));
     QVERIFY(!workspace->bundleIdentifier(QUrl::fromLocalFile(folder->path())));
-    QVERIFY(!workspace->bundleIdentifier(QUrl::fromLocalFile(QStringLiteral("/bin/sh"))));
-    QVERIFY(!workspace->bundleIdentifier(make(QStringLiteral("a.desktop"), "text")));
-    QVERIFY(
-        !workspace->bundleIdentifier(make(QStringLiteral("a.txt"), "[Desktop Entry]\nType=Application\nExec=true\n")));
+    QVERIFY(!workspace->bundleIdentifier(QUrl::fromLocalFile(u"/bin/sh"_s)));
+    QVERIFY(!workspace->bundleIdentifier(make(u"a.desktop"_s, "text")));
+    QVERIFY(!workspace->bundleIdentifier(make(u"a.txt"_s, "[Desktop Entry]\nType=Application\nExec=true\n")));
 }
 
 void LinuxWorkspaceTest::a_chosen_entry_leads_back_to_its_application()
 {
-    QVERIFY(QDir().mkpath(at(QStringLiteral("user/kde"))));
-    QVERIFY(addEntry(QStringLiteral("kde/editor"), "Name=Editor\n"));
-    const auto identifier =
-        workspace->bundleIdentifier(QUrl::fromLocalFile(at(QStringLiteral("user/kde/editor.desktop"))));
-    QCOMPARE(identifier, QStringLiteral("kde-editor"));
-    QCOMPARE(workspace->application(*identifier)->name, QStringLiteral("Editor"));
+    QVERIFY(QDir().mkpath(at(u"user/kde"_s)));
+    QVERIFY(addEntry(u"kde/editor"_s, "Name=Editor\n"));
+    const auto identifier = workspace->bundleIdentifier(QUrl::fromLocalFile(at(u"user/kde/editor.desktop"_s)));
+    QCOMPARE(identifier, u"kde-editor"_s);
+    QCOMPARE(workspace->application(*identifier)->name, u"Editor"_s);
 }
 
 void LinuxWorkspaceTest::the_applications_folder_is_the_fullest()
 {
-    QVERIFY(addEntry(QStringLiteral("a"), "Name=A\n"));
-    QCOMPARE(workspace->applicationsFolders().first(), QUrl::fromLocalFile(at(QStringLiteral("user"))));
-    QVERIFY(QDir().mkpath(at(QStringLiteral("system"))));
-    QVERIFY(make(QStringLiteral("system/b.desktop"), "x").isValid());
-    QVERIFY(make(QStringLiteral("system/c.desktop"), "x").isValid());
-    QCOMPARE(workspace->applicationsFolders(), QList<QUrl>({QUrl::fromLocalFile(at(QStringLiteral("system"))),
-                                                            QUrl::fromLocalFile(at(QStringLiteral("user")))}));
+    QVERIFY(addEntry(u"a"_s, "Name=A\n"));
+    QCOMPARE(workspace->applicationsFolders().first(), QUrl::fromLocalFile(at(u"user"_s)));
+    QVERIFY(QDir().mkpath(at(u"system"_s)));
+    QVERIFY(make(u"system/b.desktop"_s, "x").isValid());
+    QVERIFY(make(u"system/c.desktop"_s, "x").isValid());
+    QCOMPARE(workspace->applicationsFolders(),
+             QList<QUrl>({QUrl::fromLocalFile(at(u"system"_s)), QUrl::fromLocalFile(at(u"user"_s))}));
 }
 
 void LinuxWorkspaceTest::a_file_is_opened_by_its_types_application()
 {
-    const QUrl file = make(QStringLiteral("a b.txt"), "text");
+    const QUrl file = make(u"a b.txt"_s, "text");
     QVERIFY(workspace->open(file));
     QTRY_COMPARE_WITH_TIMEOUT(opened(), QFile::encodeName(file.toLocalFile()), kPatience);
 }
 
 void LinuxWorkspaceTest::a_file_is_opened_by_its_contents_where_the_name_says_nothing()
 {
-    const QUrl file = make(QStringLiteral("document"), "%PDF-1.4\n");
+    const QUrl file = make(u"document"_s, "%PDF-1.4\n");
     QVERIFY(workspace->open(file));
     QTRY_COMPARE_WITH_TIMEOUT(opened(), QFile::encodeName(file.toLocalFile()), kPatience);
 }
@@ -330,20 +327,20 @@ void LinuxWorkspaceTest::a_name_that_is_no_text_reaches_the_application()
 
 void LinuxWorkspaceTest::an_address_is_opened_by_its_schemes_application()
 {
-    QVERIFY(workspace->open(QUrl(QStringLiteral("example://host/path?a=b&c=%20d"))));
+    QVERIFY(workspace->open(QUrl(u"example://host/path?a=b&c=%20d"_s)));
     QTRY_COMPARE_WITH_TIMEOUT(opened(), QByteArray("example://host/path?a=b&c=%20d"), kPatience);
 }
 
 void LinuxWorkspaceTest::what_nothing_opens_is_refused()
 {
-    const QString pipe = at(QStringLiteral("pipe.txt"));
+    const QString pipe = at(u"pipe.txt"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QVERIFY(!workspace->open(QUrl::fromLocalFile(pipe)));
-    QVERIFY(!workspace->open(QUrl::fromLocalFile(at(QStringLiteral("gone.txt")))));
+    QVERIFY(!workspace->open(QUrl::fromLocalFile(at(u"gone.txt"_s))));
     QVERIFY(!workspace->open(QUrl()));
-    QVERIFY(!workspace->open(QUrl(QStringLiteral("no-such-scheme:address"))));
-    QVERIFY(!workspace->open(QUrl(QStringLiteral("relative"))));
-    QVERIFY(!workspace->open(make(QStringLiteral("a.unknown-suffix"), QByteArray("\x01\x02\0\x03", 4))));
+    QVERIFY(!workspace->open(QUrl(u"no-such-scheme:address"_s)));
+    QVERIFY(!workspace->open(QUrl(u"relative"_s)));
+    QVERIFY(!workspace->open(make(u"a.unknown-suffix"_s, QByteArray("\x01\x02\0\x03", 4))));
 }
 
 void LinuxWorkspaceTest::without_a_server_nothing_is_frontmost()

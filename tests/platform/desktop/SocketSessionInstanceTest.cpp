@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class SocketSessionInstanceTest : public QObject {
     Q_OBJECT
 
@@ -40,7 +42,7 @@ private:
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
-const QString kName = QStringLiteral("parklet_test");
+const QString kName = u"parklet_test"_s;
 
 } // namespace
 
@@ -63,7 +65,7 @@ void SocketSessionInstanceTest::cleanup()
 bool SocketSessionInstanceTest::startHolder()
 {
     holder = std::make_unique<QProcess>();
-    holder->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--hold"), folder->path()});
+    holder->start(QCoreApplication::applicationFilePath(), {u"--hold"_s, folder->path()});
     return holder->waitForReadyRead(kPatience) && holder->readAll() == "held\n";
 }
 
@@ -82,7 +84,7 @@ void SocketSessionInstanceTest::a_later_one_asks_the_first_to_show_itself()
     // It waits for the answer, so it is another process.
     for (int i = 1; i <= 3; ++i) {
         QProcess later;
-        later.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--claim"), folder->path()});
+        later.start(QCoreApplication::applicationFilePath(), {u"--claim"_s, folder->path()});
         QTRY_COMPARE_WITH_TIMEOUT(later.state(), QProcess::NotRunning, kPatience);
         QCOMPARE(later.readAllStandardOutput(), QByteArray("other\n"));
         QTRY_COMPARE_WITH_TIMEOUT(activations, i, kPatience);
@@ -92,7 +94,7 @@ void SocketSessionInstanceTest::a_later_one_asks_the_first_to_show_itself()
 void SocketSessionInstanceTest::another_name_is_another_session()
 {
     SocketSessionInstance first(folder->path(), kName);
-    SocketSessionInstance second(folder->path(), QStringLiteral("parklet_other"));
+    SocketSessionInstance second(folder->path(), u"parklet_other"_s);
     QVERIFY(first.claim());
     QVERIFY(second.claim());
 }
@@ -118,7 +120,7 @@ void SocketSessionInstanceTest::a_killed_holder_does_not_block_the_next_one()
     QVERIFY(next.claim());
     // And can be reached where the killed one left its socket.
     QProcess later;
-    later.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--claim"), folder->path()});
+    later.start(QCoreApplication::applicationFilePath(), {u"--claim"_s, folder->path()});
     QTRY_COMPARE_WITH_TIMEOUT(activations, 1, kPatience);
     QTRY_COMPARE_WITH_TIMEOUT(later.state(), QProcess::NotRunning, kPatience);
 }
@@ -140,7 +142,7 @@ void SocketSessionInstanceTest::rubbish_on_the_socket_does_nothing()
     first.onActivate = [&activations] { ++activations; };
     QVERIFY(first.claim());
     QLocalSocket socket;
-    socket.connectToServer(folder->filePath(kName + QStringLiteral(".socket")));
+    socket.connectToServer(folder->filePath(kName + u".socket"_s));
     QVERIFY(socket.waitForConnected(kPatience));
     socket.write(QByteArray(10'000, '\xff') + "\nactivat\n");
     socket.flush();
@@ -148,7 +150,7 @@ void SocketSessionInstanceTest::rubbish_on_the_socket_does_nothing()
     QCOMPARE(activations, 0);
     socket.abort();
     QLocalSocket good;
-    good.connectToServer(folder->filePath(kName + QStringLiteral(".socket")));
+    good.connectToServer(folder->filePath(kName + u".socket"_s));
     QVERIFY(good.waitForConnected(kPatience));
     good.write("activate\n");
     QTRY_COMPARE_WITH_TIMEOUT(activations, 1, kPatience);
@@ -159,7 +161,7 @@ void SocketSessionInstanceTest::rubbish_on_the_socket_does_nothing()
 void SocketSessionInstanceTest::without_a_folder_everybody_may_start()
 {
     QVERIFY(SocketSessionInstance(QString(), kName).claim());
-    QVERIFY(SocketSessionInstance(QStringLiteral("/no/such/folder"), kName).claim());
+    QVERIFY(SocketSessionInstance(u"/no/such/folder"_s, kName).claim());
 }
 
 void SocketSessionInstanceTest::the_folder_is_private()
@@ -185,7 +187,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 3 && arguments.at(1).startsWith(QStringLiteral("--"))) {
+    if (arguments.size() == 3 && arguments.at(1).startsWith(u"--"_s)) {
         SocketSessionInstance instance(arguments.at(2), kName);
         const bool first = instance.claim();
         std::fputs(!first ? "other\n" : "held\n", stdout);

@@ -12,13 +12,15 @@
 #include <QDBusMetaType>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString kAppearance = QStringLiteral("org.freedesktop.appearance");
-const QString kScheme = QStringLiteral("color-scheme");
-const QString kAccent = QStringLiteral("accent-color");
+const QString kService = u"org.freedesktop.portal.Desktop"_s;
+const QString kPath = u"/org/freedesktop/portal/desktop"_s;
+const QString kAppearance = u"org.freedesktop.appearance"_s;
+const QString kScheme = u"color-scheme"_s;
+const QString kAccent = u"accent-color"_s;
 
 } // namespace
 
@@ -123,7 +125,7 @@ private slots:
     void a_theme_that_speaks_for_the_desktop_is_left_alone();
 
 private:
-    QDBusConnection client() { return bus.connect(QStringLiteral("client")); }
+    QDBusConnection client() { return bus.connect(u"client"_s); }
 
     PrivateBus bus;
     std::unique_ptr<FakePortal> portal;
@@ -142,15 +144,15 @@ void PortalColorsTest::initTestCase()
 
 void PortalColorsTest::init()
 {
-    portal = std::make_unique<FakePortal>(bus.connect(QStringLiteral("portal")));
+    portal = std::make_unique<FakePortal>(bus.connect(u"portal"_s));
     QVERIFY(portal->appear());
 }
 
 void PortalColorsTest::cleanup()
 {
     portal.reset();
-    QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
-    QDBusConnection::disconnectFromBus(QStringLiteral("client"));
+    QDBusConnection::disconnectFromBus(u"portal"_s);
+    QDBusConnection::disconnectFromBus(u"client"_s);
     QApplication::setPalette(QPalette());
 }
 
@@ -193,8 +195,8 @@ void PortalColorsTest::an_accent_that_is_no_colour_is_none_data()
     QTest::newRow("beyond one") << accent(0.2, 1.5, 0.2);
     QTest::newRow("below zero") << accent(-1.0, -1.0, -1.0);
     QTest::newRow("no number") << accent(0.2, 0.2, std::nan(""));
-    QTest::newRow("a text") << QVariant(QStringLiteral("#ff8000"));
-    QTest::newRow("an array") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("0"), QStringLiteral("0")});
+    QTest::newRow("a text") << QVariant(u"#ff8000"_s);
+    QTest::newRow("an array") << QVariant(QStringList{u"1"_s, u"0"_s, u"0"_s});
 }
 
 void PortalColorsTest::an_accent_that_is_no_colour_is_none()
@@ -230,7 +232,7 @@ void PortalColorsTest::only_a_wish_for_dark_makes_it_so_data()
     QTest::newRow("no preference") << QVariant(0U);
     QTest::newRow("light") << QVariant(2U);
     QTest::newRow("unknown") << QVariant(3U);
-    QTest::newRow("no number") << QVariant(QStringLiteral("dark"));
+    QTest::newRow("no number") << QVariant(u"dark"_s);
 }
 
 void PortalColorsTest::only_a_wish_for_dark_makes_it_so()
@@ -270,11 +272,11 @@ void PortalColorsTest::a_change_is_followed_and_undone()
 
 void PortalColorsTest::settings_of_others_do_not_count()
 {
-    portal->settings[QStringLiteral("org.gnome.desktop.interface")] = {{kScheme, 1U}};
+    portal->settings[u"org.gnome.desktop.interface"_s] = {{kScheme, 1U}};
     PortalColors colors(client());
     QTRY_COMPARE(portal->asked.size(), 1);
-    portal->change(QStringLiteral("org.gnome.desktop.interface"), kScheme, 1U);
-    portal->change(kAppearance, QStringLiteral("contrast"), 1U);
+    portal->change(u"org.gnome.desktop.interface"_s, kScheme, 1U);
+    portal->change(kAppearance, u"contrast"_s, 1U);
     portal->change(kAppearance, kAccent, accent(1.0, 0.0, 0.0));
     QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
     QCOMPARE(shown(QPalette::Window), standard.color(QPalette::Window));

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 class LinuxActivationPolicyTest : public QObject {
     Q_OBJECT
 
@@ -140,7 +142,7 @@ void LinuxActivationPolicyTest::the_same_policy_again_asks_the_window_manager_fo
     policy->set(ActivationPolicy::Policy::Regular);
     policy->set(ActivationPolicy::Policy::Accessory);
     QTRY_VERIFY_WITH_TIMEOUT(wishes.size() >= 2, kPatience);
-    QCOMPARE(wishes, QStringList({QStringLiteral("0"), QStringLiteral("1")}));
+    QCOMPARE(wishes, QStringList({u"0"_s, u"1"_s}));
 }
 
 void LinuxActivationPolicyTest::windows_shown_later_follow_the_policy()
@@ -178,7 +180,7 @@ void LinuxActivationPolicyTest::dialogs_follow_and_panels_do_not()
 
     QWidget panel(nullptr, Qt::Tool | Qt::FramelessWindowHint);
     QWidget shelf;
-    shelf.setWindowRole(QStringLiteral("shelf"));
+    shelf.setWindowRole(u"shelf"_s);
     for (QWidget *window : {&panel, &shelf}) {
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window, kPatience));

@@ -10,6 +10,8 @@
 
 #include <xcb/shape.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 10'000; // milliseconds
@@ -47,7 +49,7 @@ private slots:
         hand.pointerMotion({5, 5});
         panels = std::make_unique<XcbFloatingPanels>(XcbConnection::open());
         panel = std::make_unique<Panel>();
-        panels->make(*panel, {QStringLiteral("shelf"), kRadius});
+        panels->make(*panel, {u"shelf"_s, kRadius});
         panel->setGeometry(kFrame);
         foreign = std::make_unique<ForeignWindow>(QRect(300, 150, 400, 400), Qt::green);
         foreign->show();
@@ -366,7 +368,7 @@ private slots:
         film.show();
         QTRY_COMPARE_WITH_TIMEOUT(screenColor({5, 795}), QColor(Qt::blue), kPatience);
         panel = std::make_unique<Panel>();
-        panels->make(*panel, {QStringLiteral("shelf"), kRadius});
+        panels->make(*panel, {u"shelf"_s, kRadius});
         panel->setGeometry(kFrame);
         showPanel();
     }

@@ -10,6 +10,8 @@
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 10'000; // milliseconds
@@ -20,7 +22,7 @@ class XcbKeyTapTest : public QObject {
 private slots:
     void init()
     {
-        setLayout({QStringLiteral("us")});
+        setLayout({u"us"_s});
         focused = std::make_unique<ForeignWindow>(QRect(100, 100, 300, 200), Qt::green);
         focused->show();
         QTRY_VERIFY_WITH_TIMEOUT(isActive(focused->connection(), focused->id()), kPatience);
@@ -139,7 +141,7 @@ private slots:
     {
         QVERIFY(tap->install([this](auto...) { return count(); }));
         const xcb_keycode_t before = hand.keyCode(XKB_KEY_a);
-        setLayout({QStringLiteral("fr")});
+        setLayout({u"fr"_s});
         QVERIFY(hand.keyCode(XKB_KEY_a) != before);
         QTRY_VERIFY_WITH_TIMEOUT((hand.typeWithControl(XKB_KEY_a), presses > 0), kPatience);
         // What was "a" types "q" now, and is the user's again.
@@ -150,7 +152,7 @@ private slots:
     void a_layout_without_latin_letters_is_tapped_at_the_usual_place()
     {
         const xcb_keycode_t usual = hand.keyCode(XKB_KEY_a);
-        setLayout({QStringLiteral("ru")});
+        setLayout({u"ru"_s});
         QCOMPARE(hand.keyCode(XKB_KEY_a), xcb_keycode_t{0});
         QVERIFY(tap->install([this](auto...) { return count(); }));
         QCOMPARE(hand.keyCode(XKB_KEY_Cyrillic_ef), usual);
@@ -191,10 +193,7 @@ private:
         return focused->keyPresses(hand.keyCode(symbol));
     }
 
-    static void setLayout(const QStringList &arguments)
-    {
-        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), arguments), 0);
-    }
+    static void setLayout(const QStringList &arguments) { QCOMPARE(QProcess::execute(u"setxkbmap"_s, arguments), 0); }
 
     FakeInput hand;
     std::unique_ptr<ForeignWindow> focused;

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 10'000; // milliseconds
@@ -105,7 +107,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(isActive(window.connection(), window.id()), kPatience);
         XcbFloatingPanels panels(XcbConnection::open());
         QWidget panel;
-        panels.make(panel, {QStringLiteral("shelf"), 14});
+        panels.make(panel, {u"shelf"_s, 14});
         panel.setGeometry(1100, 200, 116, 164);
         panels.orderFront(panel);
         QVERIFY(QTest::qWaitForWindowExposed(&panel));

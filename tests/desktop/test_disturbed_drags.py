@@ -67,7 +67,7 @@ class DisturbedDragTest(ForeignDragTest):
         self.hand.release()
         self.wait_for(app.hidden, "the unused shelf goes again")
 
-    def test_two_drags_in_quick_succession(self):
+    def test_a_drag_begins_as_soon_as_the_shelf_of_the_last_one_has_gone(self):
         app = self.parklet()
         first = self.scripted_source(self.words.as_uri())
         second = self.scripted_source(self.file("other.txt").as_uri(), x=340)
@@ -75,11 +75,12 @@ class DisturbedDragTest(ForeignDragTest):
         self.hand.move_to(x, y)
         self.hand.press()
         self.hand.nudge(20, 10)
+        self.dragging(app.window, "the shelf comes up with the first drag")
         self.hand.release()
-        self.hand.nudge(other_x - x - 20, other_y - y - 10)
+        self.hand.move_to(other_x, other_y)
+        self.wait_for(app.hidden, "the unused shelf goes")
         self.hand.press()
-        for _ in range(6):
-            self.hand.nudge(4, 2)
+        self.hand.nudge(20, 10)
         self.dragging(app.window, "the shelf comes up with the second drag")
         self.drop_on_shelf(app)
         self.wait_for(lambda: app.names() == ["other.txt"], "the shelf has a tile of the second drag's file")

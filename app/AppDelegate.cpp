@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr double kTrustPollInterval = 5.0; // seconds between two looks whether the permission was granted
+constexpr double kTrustPollInterval = 5.0; // seconds between two checks for the permission
 
 } // namespace
 
@@ -57,7 +57,7 @@ void AppDelegate::applicationDidFinishLaunching()
     synchronizeLoginItem();
 
     shelf.onDropReceived = whileAlive(this, [this] { dropReceivedOnShelf = true; });
-    // The shelf itself is on screen already when the cursor shelf is.
+    // The cursor shelf never shows without the shelf.
     cursorShelf.onDrop = whileAlive(this, [this](const QList<QUrl> &urls) {
         dropReceivedOnShelf = true;
         for (const QUrl &url : urls)
@@ -69,7 +69,7 @@ void AppDelegate::applicationDidFinishLaunching()
     });
 
     if (!settings.get(Settings::hasShownUpdatePrompt)) {
-        // The flag comes first, so that a question which was cut short is not asked again.
+        // Set the flag first: if the program ends during the question, it does not ask again.
         settings.set(Settings::hasShownUpdatePrompt, true);
         settings.defaults.synchronize();
         if (!askAboutUpdateChecks())
@@ -92,7 +92,7 @@ void AppDelegate::startDragMonitor()
     shared.dragMonitor().start();
 }
 
-// False when the application was quit instead of an answer.
+// False when the user quit the program instead of answering.
 bool AppDelegate::requestAccessibilityPermission()
 {
     const auto wantsSettings = LaunchQuestions::askForAccessibility(platform);
@@ -111,7 +111,7 @@ bool AppDelegate::requestAccessibilityPermission()
     return true;
 }
 
-// False when the application was quit instead of an answer.
+// False when the user quit the program instead of answering.
 bool AppDelegate::askAboutUpdateChecks()
 {
     const auto wantsChecks = LaunchQuestions::askAboutUpdateChecks(platform);
@@ -121,7 +121,7 @@ bool AppDelegate::askAboutUpdateChecks()
     return true;
 }
 
-// A shelf that is fading out is on its way off the screen and no longer counts.
+// A shelf that fades out counts as hidden.
 bool AppDelegate::isShelfShown() const
 {
     return shelf.isVisible() && !shelf.isHiding();
@@ -187,7 +187,7 @@ void AppDelegate::toggleLaunchAtLogin()
     synchronizeLoginItem();
     if (!statusItem)
         return;
-    // This runs out of the very menu that is replaced.
+    // The menu that this replaces is still running this slot.
     platform.mainQueue->async(this, [this] {
         if (statusItem)
             statusItem->setMenu(makeStatusMenu(*this, shared.settings().get(Settings::launchAtLogin)));
@@ -199,7 +199,7 @@ void AppDelegate::synchronizeLoginItem()
     const bool wanted = shared.settings().get(Settings::launchAtLogin);
     if (wanted == platform.loginItem->isEnabled())
         return;
-    // A refusal leaves the setting as the user set it.
+    // When the desktop refuses, the setting stays as the user set it.
     if (wanted)
         platform.loginItem->enable();
     else
@@ -221,7 +221,7 @@ void AppDelegate::handleSettingsChanged()
     platform.activationPolicy->set(showsDockIcon ? ActivationPolicy::Policy::Regular
                                                  : ActivationPolicy::Policy::Accessory);
     if (preferencesVisible) {
-        // The change of policy can take the window away from the front.
+        // The change of policy can move the window behind others.
         platform.mainQueue->async(this, [this] { shared.preferences().showWindowAgain(); });
     }
 

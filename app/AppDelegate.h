@@ -14,8 +14,8 @@ class StatusItem;
 class Timer;
 struct Platform;
 
-// Owns everything that lives for the whole run and wires it together: at launch, on the commands of the status menu,
-// on notifications, and when a drag begins or ends anywhere.
+// Owns the objects that live for the whole run and connects them. It acts at launch, on the commands of the status
+// menu, on notifications, and when a drag begins or ends in any program.
 class AppDelegate : public DragMonitorDelegate {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ public:
     // Shows the shelf if it is hidden.
     void showShelf();
 
-    // Does what an action of the desktop's launcher is for; one of an unknown name does nothing.
+    // Performs an action of the desktop's launcher. An unknown name does nothing.
     void performAction(const QString &name);
 
     void dragMonitorDidStartDrag(const QList<QUrl> &urls) override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The application delegate's side of drags in other applications: whether and how the shelf appears, and when it goes.
+// The application delegate's side of drags in other applications: whether and how the shelf shows, and when it hides.
 #include "app/AppDelegate.h"
 #include "app/SharedInstances.h"
 #include "drag/AutoShow.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-// Seconds after the release before an unused shelf goes; a drop may still be on its way.
+// Seconds from the release until an unused shelf hides. A drop may arrive in between.
 constexpr double kHideCheckDelay = 0.15;
 
 } // namespace
@@ -28,7 +28,7 @@ void AppDelegate::dragMonitorDidStartDrag(const QList<QUrl> &)
     switch (trigger) {
     case AutoShowTrigger::AtOnce:
     case AutoShowTrigger::NearCursor:
-        // A shelf that is fading out is brought back, so it is this drag that shows it.
+        // A shelf that fades out shows again, so this drag has shown it.
         shelfShownByCurrentDrag = !shelf.isVisible() || shelf.isHiding();
         showShelf();
         if (trigger == AutoShowTrigger::NearCursor)
@@ -44,7 +44,7 @@ void AppDelegate::dragMonitorDidStartDrag(const QList<QUrl> &)
 
 void AppDelegate::startProximityMonitor()
 {
-    // The place where the shelf would appear, though it is hidden.
+    // Compute where the hidden shelf would show.
     shelf.updateFrame();
     proximityMonitor = platform.eventMonitors->add(LeftMouseDragged, whileAlive(this, [this] { proximityCheck(); }));
 }

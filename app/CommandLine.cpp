@@ -29,7 +29,7 @@ QString help()
                            "Without an option Parklet starts, or shows the shelf of the one that runs already.\n");
 }
 
-// What a user typed is any bytes, and goes back as it came.
+// An argument may be any bytes, also invalid UTF-8; print it unchanged.
 std::string filled(const QString &text, const std::string &value)
 {
     std::string result = text.toStdString();

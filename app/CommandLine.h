@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// What the program answers to its command line instead of starting.
+// What the program prints instead of starting, because of its command line.
 struct CommandLineAnswer {
     std::string output; // for the standard output
     std::string error;  // for the standard error
@@ -14,7 +14,7 @@ struct CommandLineAnswer {
     bool operator==(const CommandLineAnswer &) const = default;
 };
 
-// Nothing when the program is to start. `arguments` are those after the program's name.
+// Without a value the program starts. `arguments` are those after the program's name.
 std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string> &arguments);
 
 // The answer of a program that cannot start: `reason` in the sources' language, translated in `context`, with `detail`

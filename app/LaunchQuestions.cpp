@@ -12,8 +12,8 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(LaunchQuestions)
 };
 
-// Notices that the application is asked to quit while a question is on screen. The question goes away as if it had been
-// closed, and the next one would not even be shown: the main loop is about to end.
+// Notices that the user quits the program during a question. The question then closes as if it had been dismissed, and
+// a further one would never show, because the main loop ends.
 class QuitWatch : public QObject {
 public:
     QuitWatch() { qApp->installEventFilter(this); }
@@ -58,7 +58,7 @@ std::optional<bool> LaunchQuestions::askAboutUpdateChecks(Platform &platform)
     alert.messageText = Text::tr("Check for updates automatically?");
     alert.informativeText = Text::tr("Should Parklet automatically check for updates? "
                                      "You can always check manually from the Parklet menu.");
-    // The check box reassures; its state changes no setting.
+    // The check box changes no setting.
     alert.checkboxTitle = Text::tr("Automatically download and install updates");
     alert.buttons = {Text::tr("Check Automatically"), Text::tr("Don't Check")};
     alert.dark = true;

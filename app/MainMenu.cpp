@@ -12,8 +12,8 @@ struct MainMenu {
     Q_DECLARE_TR_FUNCTIONS(MainMenu)
 };
 
-// Invokes the slot `action` of the first object, from the view with the focus outwards, that has one. The name of an
-// action may end in a colon, as it does on a Mac for one that takes its sender.
+// Invokes the slot `action` of the first object that has it, from the view with the focus outwards. The name may end in
+// a colon, as the Mac writes actions that take their sender.
 void sendAction(const char *action)
 {
     QObject *responder = QApplication::focusWidget();

@@ -14,7 +14,7 @@
 
 struct Platform;
 
-// The objects of which the process has one: each is made on first use and kept until the process ends.
+// The objects that exist once in the process. Each is made on first use and kept until the process ends.
 class SharedInstances {
 public:
     explicit SharedInstances(Platform &platform);
@@ -34,11 +34,11 @@ public:
     PreferencesWindowController &preferences();
     UpdateChecker &updateChecker();
 
-    // Whether the object has been made; these do not make it.
+    // Whether the object has been made. These do not make it.
     bool hasPreferences() const { return preferencesController != nullptr; }
     bool hasUpdateChecker() const { return checker != nullptr; }
 
-    // Whether the preferences window has been made and is on screen; does not make it.
+    // Whether the preferences window has been made and is on screen. Does not make it.
     bool isPreferencesWindowVisible() const;
 
 private:

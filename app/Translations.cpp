@@ -29,7 +29,7 @@ Translations::Translations(const QStringList &languages)
 {
     for (const QString &language : languages) {
         const QLocale locale(language);
-        // What follows English in the user's order is not wanted, though it is there.
+        // The user prefers English to every language after it.
         if (locale.language() == QLocale::English)
             return;
         if (!texts.load(locale, QStringLiteral("parklet"), kSeparator, QStringLiteral(":/i18n")))

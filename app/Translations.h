@@ -5,15 +5,14 @@
 #include <QStringList>
 #include <QTranslator>
 
-// The texts of the program, and those of Qt, in the user's language for as long as this lives; the application object
-// has to be there. English is in the sources: who asks for it first, or for languages that there are not, has nothing
-// read.
+// Translates the texts of the program and of Qt into the user's language while this lives. Needs the application
+// object. English texts are in the sources, so for English, and where no language fits, it loads nothing.
 class Translations {
 public:
-    // Takes the first of `languages`, which are named as QLocale::uiLanguages() names them.
+    // Uses the first of `languages` that there is. Names are those of QLocale::uiLanguages().
     explicit Translations(const QStringList &languages = languagesOfUser());
 
-    // None in the C locale, whatever LANGUAGE says: as gettext has it, and the scripts that set it.
+    // Empty in the C locale, whatever LANGUAGE says, as with gettext: scripts set it to get English.
     static QStringList languagesOfUser();
     static bool isCLocale();
 

@@ -15,7 +15,7 @@
 
 namespace {
 
-// Answers on the terminal, in the user's language. Translations need an application; this one needs no display.
+// Prints the answer in the user's language. Translations need an application object; this one needs no display.
 int tell(int argc, char *argv[], const std::function<CommandLineAnswer()> &answer)
 {
     const QCoreApplication terminal(argc, argv);
@@ -38,12 +38,12 @@ int main(int argc, char *argv[])
     QApplication::setApplicationVersion(BuildInfo::builtVersion());
     QApplication::setDesktopFileName(QStringLiteral("com.orvane.Parklet"));
     QApplication::setQuitOnLastWindowClosed(false);
-    // Whether Parklet starts with the session is the user's setting, not a matter of what ran when the last one ended.
+    // The user's setting alone decides whether Parklet starts with the session, not the session manager.
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
                      [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
 
     const auto instance = createSessionInstance();
-    // The shelf of this session is already there, and has been asked to show itself.
+    // Another Parklet runs in this session and has been asked to show its shelf.
     if (!instance->claim())
         return 0;
 

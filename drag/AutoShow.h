@@ -10,10 +10,10 @@
 
 #include <optional>
 
-// The decisions of when a drag brings the shelf.
+// The rules for when a drag shows the shelf.
 
-// Whether the shelf stays away because of the frontmost application. An application without an identifier excludes
-// nothing, nor does "show only in" with an empty list.
+// Whether the frontmost application keeps the shelf hidden. An application without an identifier does not, and neither
+// does "show only in" with an empty list.
 bool isExcluded(const std::optional<QString> &frontmost, ExcludeMode excludeMode, const QStringList &excludedBundleIDs);
 
 // Whether the pointer is within 120 points of the shelf's frame, both in the same coordinates.

@@ -23,7 +23,7 @@ void DragMonitor::checkForDrag()
     if (isDragging || dragPasteboard.changeCount() == lastSeenChangeCount)
         return;
     const QList<QUrl> urls = dragPasteboard.fileURLs();
-    // A drag without files is not recorded, so that what it may still come to carry is seen.
+    // Do not record a drag without files: it may offer files later.
     if (urls.isEmpty())
         return;
     lastSeenChangeCount = dragPasteboard.changeCount();

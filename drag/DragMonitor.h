@@ -11,19 +11,19 @@
 class DragPasteboard;
 class MainQueue;
 
-// Told of file drags in other applications, on the main queue after the event that showed them.
+// Hears of file drags in other applications, on the main queue, after the event that revealed them.
 class DragMonitorDelegate : public QObject {
     Q_OBJECT
 
 public:
-    // A new file drag; `urls` is what it carries, in its order, and never empty.
+    // A new file drag. `urls` are its files in their order, never empty.
     virtual void dragMonitorDidStartDrag(const QList<QUrl> &urls) = 0;
 
     // The left mouse button went up while a drag was being reported.
     virtual void dragMonitorDidEndDrag() = 0;
 };
 
-// Notices that the user drags files anywhere, in any application: once when the drag starts and once when it ends.
+// Reports drags of files in any application: once when a drag starts and once when it ends.
 class DragMonitor : public QObject {
     Q_OBJECT
 
@@ -32,8 +32,8 @@ public:
 
     QPointer<DragMonitorDelegate> delegate;
 
-    // Installs the monitors; call it once. They stay until the process ends. A monitor that the platform refuses is
-    // silently missing.
+    // Installs the monitors; call it once. They stay until the process ends. When the platform refuses one, its events
+    // are not seen.
     void start();
 
 private:

@@ -4,7 +4,7 @@
 #include "settings/Notifications.h"
 #include "settings/SettingsTable.h"
 
-// Posts settingsChanged when `setting`, which a pane has just stored, is one whose changes are announced.
+// Posts settingsChanged if changes of `setting` are announced. A pane calls it after it has stored the setting.
 template<typename T>
 void announce(const Setting<T> &setting, NotificationCenter &notifications)
 {

@@ -46,13 +46,13 @@ AppExclusionListView::AppExclusionListView(const QStringList &initialIds, OnChan
     tableView->setModel(model);
     tableView->setItemDelegate(new AppExclusionCell(this));
     tableView->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    // Without this the view would ask every row for its size, and so look every application up.
+    // Otherwise the view would ask every row for its size, and so look up every application.
     tableView->setUniformItemSizes(true);
     tableView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     tableView->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     tableView->setFont(systemFont(kLabelSize));
 
-    // A screen reader waits until its press is done, and the open panel is done when the user is.
+    // Open the panel in a later turn: a screen reader waits until its press has returned.
     connect(addBtn, &QToolButton::clicked, this, &AppExclusionListView::addApp, Qt::QueuedConnection);
     connect(removeBtn, &QToolButton::clicked, this, &AppExclusionListView::removeApp);
 
@@ -97,8 +97,8 @@ void AppExclusionListView::removeApp()
     const int row = selected.first().row();
     ids.removeAt(row);
     changed();
-    // The selection stays at its place in the list and goes on to no other: pressed once more, the button would take
-    // away what the user never chose.
+    // After the last row was removed, select none: otherwise another press would remove an application above that the
+    // user did not select.
     if (row >= ids.size())
         tableView->clearSelection();
 }

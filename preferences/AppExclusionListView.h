@@ -11,7 +11,7 @@
 class AppExclusionModel;
 struct Platform;
 
-// A list of applications, to which the user adds one from disk and from which he removes the selected one.
+// A list of applications. The user adds one from the disk and removes the selected one.
 class AppExclusionListView : public QWidget {
     Q_OBJECT
 
@@ -22,11 +22,11 @@ public:
     AppExclusionListView(const QStringList &initialIds, OnChange changed, Platform &platform,
                          QWidget *parent = nullptr);
 
-    // Appends the application that the user picks. Nothing when he picks none, a file that is no application, or one
-    // that is in the list, nor while he is picking already.
+    // Asks for an application and appends it. Does nothing when the user cancels, picks a file that is no application
+    // or one in the list, or is already being asked.
     void addApp();
 
-    // Removes the selected application; nothing when none is selected. The next one is then selected, if there is one.
+    // Removes the selected application, if there is one, and selects the next one.
     void removeApp();
 
     QStringList ids; // bundle identifiers

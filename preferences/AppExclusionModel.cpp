@@ -18,7 +18,7 @@ AppLabel resolveApp(const QString &bundleIdentifier, const Workspace &workspace,
     const auto application = workspace.application(bundleIdentifier);
     if (!application)
         return {bundleIdentifier, appearance.symbol(kUnknownApp, tint)};
-    // An application may come with neither.
+    // An application may have neither.
     return {application->name.isEmpty() ? bundleIdentifier : application->name,
             application->icon.isNull() ? appearance.symbol(kUnknownApp, tint) : application->icon};
 }

@@ -8,29 +8,29 @@
 class SystemAppearance;
 class Workspace;
 
-// What stands for one application in a list.
+// How a list shows one application.
 struct AppLabel {
     QString name;
     QIcon icon;
 };
 
-// The name and icon of the application with that identifier; one that is not installed is shown with its identifier
-// and a question mark in `tint`.
+// The name and icon of the application with that identifier. One that is not installed has its identifier as name, and
+// a question mark in `tint`.
 AppLabel resolveApp(const QString &bundleIdentifier, const Workspace &workspace, const SystemAppearance &appearance,
                     const QColor &tint);
 
-// The rows of a list of applications. An application is looked up when its row is first asked for, so that a long list
-// costs what is seen of it.
+// The rows of a list of applications. It looks up an application when its row is first requested, so a long list costs
+// only its visible rows.
 class AppExclusionModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
     AppExclusionModel(const Workspace &workspace, const SystemAppearance &appearance, QObject *parent = nullptr);
 
-    // Shows `ids`; rows that stay where they are keep what they were looked up as, and their selection.
+    // Shows `ids`. Unchanged rows keep their name, icon and selection.
     void setIds(const QStringList &ids);
 
-    // Asks for every shown symbol again, in `tint`.
+    // Makes every shown symbol again, in `tint`.
     void setTint(const QColor &tint);
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -17,7 +17,7 @@ namespace {
 // Points.
 constexpr int kMargin = 8;
 constexpr int kSpacing = 8;
-constexpr int kScrollerWidth = 20; // what the stack leaves to the scroller
+constexpr int kScrollerWidth = 20; // room that the stack leaves for the scroller
 
 constexpr double kIntensityStep = 0.001;
 constexpr double kSizeStep = 0.1; // points
@@ -58,7 +58,7 @@ void AppearancePane::loadView()
     scroll->setWidgetResizable(true);
     scroll->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     scroll->setWidget(makeStack());
-    // No background of its own: the pane's shows through.
+    // Without a background of their own they show the pane's.
     scroll->viewport()->setAutoFillBackground(false);
     scroll->widget()->setAutoFillBackground(false);
 

@@ -11,8 +11,8 @@ class QCheckBox;
 class QComboBox;
 class SystemAppearance;
 
-// The look and place of the shelf. Each change is stored at once and announced with settingsChanged, so that the shelf,
-// shown as a live preview meanwhile, follows.
+// The look and place of the shelf. The pane stores each change at once and posts settingsChanged, so that the shelf,
+// which shows as a live preview, follows.
 class AppearancePane : public BasePane {
     Q_OBJECT
 

@@ -5,7 +5,7 @@
 
 void BasePane::loadView()
 {
-    // A pane is built before it is in its window, and its controls measure themselves as they are built.
+    // Set the font first: the controls measure themselves while they are built, before the pane is in its window.
     setFont(systemFont(kLabelSize));
     setObjectName(QString::fromLatin1(metaObject()->className()));
 }

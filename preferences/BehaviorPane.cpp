@@ -15,7 +15,7 @@ namespace {
 
 // Points.
 constexpr int kMargin = 24;
-constexpr int kBoxGap = 8; // at least, between the first label and its check box
+constexpr int kBoxGap = 8; // minimum between the first label and its check box
 constexpr int kAboveFirstSeparator = 12;
 constexpr int kAroundSeparator = 14;
 constexpr int kDoubleClickGap = 8;
@@ -97,7 +97,7 @@ void BehaviorPane::layOut()
 
     rows.begin(*excludeModePop, kAroundSeparator);
     rows.nextWrapped(*excludeLabel, kExcludeLabelGap, kExcludeLabelLines * excludeLabel->fontMetrics().lineSpacing());
-    // A label aligns itself by the letters of its text; this one goes on from the pop-up, at whichever side that is.
+    // By itself a label aligns by the direction of its text; this one continues the pop-up before it.
     excludeLabel->setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter) |
                                Qt::AlignAbsolute);
     rows.fillRest(*excludeList, kAboveList);
@@ -111,7 +111,7 @@ void BehaviorPane::resizeEvent(QResizeEvent *event)
 
 bool BehaviorPane::event(QEvent *event)
 {
-    // A control wants another size, for instance in another style, or the language begins at the other end.
+    // A control has another size now, for instance in another style, or the layout direction has changed.
     if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::LayoutDirectionChange)
         layOut();
     return BasePane::event(event);

@@ -10,8 +10,8 @@ class QComboBox;
 class QLabel;
 struct Platform;
 
-// When the shelf shows by itself, what a double click on a file does, and in which applications the shelf stays away.
-// It posts nothing: who needs these settings reads them when acting.
+// When the shelf shows by itself, what a double click on a file does, and in which applications the shelf does not
+// show. The pane posts nothing: these settings are read when they are needed.
 class BehaviorPane : public BasePane {
     Q_OBJECT
 

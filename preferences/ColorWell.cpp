@@ -50,7 +50,7 @@ void ColorWell::openColorPanel()
         panel->setWindowTitle(accessibleName());
         connect(panel, &QColorDialog::currentColorChanged, this, &ColorWell::choose);
         connect(panel, &QColorDialog::rejected, this, [this, before = shownColor] {
-            // Qt's dialog stays off the screen while the desktop shows its own.
+            // Qt's dialog is hidden while the desktop shows its own.
             if (panelTakesBack && panel->testAttribute(Qt::WA_DontShowOnScreen) && shownColor != before)
                 choose(before);
         });
@@ -85,7 +85,7 @@ void ColorWell::paintEvent(QPaintEvent *)
 void ColorWell::hideEvent(QHideEvent *event)
 {
     QPushButton::hideEvent(event);
-    // The window was closed, rather than minimised; a panel for it makes no sense any more. What was chosen stays.
+    // The window was closed, not minimised: close its panel too. The chosen colour stays.
     if (panel && !event->spontaneous())
         panel->accept();
 }

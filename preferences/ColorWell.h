@@ -8,9 +8,8 @@
 
 #include <functional>
 
-// A button that shows a colour and opens the colour panel, the desktop's own where it has one, to choose another. It
-// applies each colour at once, as the panel reports it; there is nothing to confirm, nor to take back as long as the
-// panel does without buttons, as it is asked to.
+// A button that shows a colour and opens the colour panel, the desktop's own where there is one. It applies each colour
+// at once, as the panel reports it. It asks for a panel without buttons, so there is nothing to confirm or to cancel.
 class ColorWell : public QPushButton {
     Q_OBJECT
 
@@ -23,10 +22,10 @@ public:
     // The open colour panel, or null.
     QColorDialog *colorPanel() const { return panel; }
 
-    // A panel of the desktop's own brings a button to cancel all the same, which gives back the colour it opened with.
+    // Whether the desktop's own panel has a cancel button all the same, which restores the colour it opened with.
     bool panelTakesBack = false;
 
-    // The user chose another colour, which color() now returns.
+    // Called when the user has chosen another colour, which color() returns.
     std::function<void()> onChange;
 
 protected:

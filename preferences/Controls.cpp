@@ -7,7 +7,7 @@
 
 namespace {
 
-// Of the text's colour.
+// Alphas applied to the text colour.
 constexpr float kSeparatorAlpha = 0.16F;
 constexpr float kSecondaryAlpha = 0.62F;
 
@@ -18,7 +18,7 @@ QColor faded(const QPalette &palette, QPalette::ColorRole text, float alpha)
     return color;
 }
 
-// A label whose colour is the secondary one of every palette it gets.
+// A label in the secondary colour of its current palette.
 class SecondaryLabel : public QLabel {
 public:
     explicit SecondaryLabel(QWidget *parent)
@@ -39,7 +39,7 @@ protected:
 private:
     void tint()
     {
-        // A palette need not bring a readable colour for text that steps back: a dark one may bring black.
+        // The palette's own secondary colour may be unreadable: a dark palette may have black.
         const QColor color = secondaryLabelColor(palette());
         if (palette().color(foregroundRole()) == color)
             return;
@@ -57,7 +57,7 @@ QLabel *withText(QLabel *label, const QString &text, double points)
     return label;
 }
 
-// Leaves the wheel to whatever is around a control that does not have the focus.
+// Passes wheel events of a control without the focus on to its parent.
 class WheelGuard : public QObject {
 public:
     using QObject::QObject;
@@ -106,7 +106,7 @@ void drawTitle(QPainter &painter, const QStyleOptionViewItem &row, const QRect &
 {
     painter.save();
     painter.setFont(row.font);
-    // The title runs as its own letters do, from the end that the interface begins at.
+    // Align by the interface's direction, but order the letters by the title's own.
     painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     const Qt::Alignment leading = QStyle::visualAlignment(row.direction, Qt::AlignLeft | Qt::AlignVCenter);
     const bool selected = row.state & QStyle::State_Selected;

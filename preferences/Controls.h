@@ -16,19 +16,19 @@ constexpr double kLabelSize = 13; // points
 // The system's font at `points`.
 QFont systemFont(double points);
 
-// Text that steps back behind what is written in `text`, and can still be read.
+// A weaker colour than `text`, for secondary text that is still readable.
 QColor secondaryLabelColor(const QPalette &palette, QPalette::ColorRole text = QPalette::WindowText);
 
-// The system's colour for thin lines among what is written in `text`.
+// The colour for thin lines between texts of the colour `text`.
 QColor separatorColor(const QPalette &palette, QPalette::ColorRole text = QPalette::WindowText);
 
 // Draws `image` in the middle of `frame`, scaled up or down to fit it.
 void drawImage(QPainter &painter, const QIcon &image, const QRect &frame);
 
-// Draws the row's text into `frame`, which begins where the interface's language begins; what does not fit is left out.
+// Draws the row's text into `frame`, aligned to the side where the interface's language begins, and elides it.
 void drawTitle(QPainter &painter, const QStyleOptionViewItem &row, const QRect &frame, QPalette::ColorRole text);
 
-// Marks the row of a list that the keyboard acts on, in the style's own way, once the keyboard is being used.
+// Draws the style's focus mark on the row that has the keyboard focus, once the user has used the keyboard.
 void drawFocusMark(QPainter &painter, const QStyleOptionViewItem &row);
 
 // A label in the standard colour, not editable.
@@ -39,7 +39,7 @@ QLabel *secondaryLabel(const QString &text, QWidget *parent, double points = kLa
 
 QCheckBox *checkBox(const QString &title, bool on, QWidget *parent);
 
-// A pop-up button with `titles`, showing the one at `index`; none when there is none at it.
+// A pop-up button with `titles` that shows the one at `index`, or none when `index` is out of range.
 QComboBox *popUp(const QStringList &titles, qint64 index, QWidget *parent);
 
 // The index of a choice in the pop-up button that lists all of them.
@@ -52,10 +52,10 @@ qint64 indexOf(Choice choice)
 // Makes `label` name `control` for a screen reader.
 void setLabel(QLabel &label, QWidget &control);
 
-// Names a control that needs no label on screen, for a screen reader alone.
+// Names a control for a screen reader, without a visible label.
 void setSpokenLabel(const QString &text, QWidget &control);
 
-// Keeps a turn of the mouse wheel from changing `control` unless it has the focus, so that scrolling past it is safe.
+// Lets the mouse wheel change `control` only while it has the focus, so that scrolling past it is safe.
 void guardFromWheel(QWidget &control);
 
 // A thin horizontal line.

@@ -13,9 +13,9 @@ namespace {
 
 constexpr int kStepsOfOneKey = 10;
 constexpr int kPagesOfTheRange = 10;
-constexpr double kNegligible = 1e-9; // of the range: a value and its place differ by rounding alone
+constexpr double kNegligible = 1e-9; // part of the range: a value and its knob position differ by rounding only
 
-// Tells a screen reader the value itself rather than the knob's place.
+// Gives a screen reader the value instead of the knob's position.
 class AccessibleDoubleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
     explicit AccessibleDoubleSlider(DoubleSlider &control)

@@ -8,7 +8,7 @@ class DoubleSlider : public QSlider {
     Q_OBJECT
 
 public:
-    // `steps` is how many places the knob can take between the two ends.
+    // `steps` is the number of knob positions between the two ends.
     DoubleSlider(double minimum, double maximum, int steps, QWidget *parent);
 
     const double minimumValue;
@@ -16,10 +16,10 @@ public:
 
     double doubleValue() const;
 
-    // Moves the knob to the place nearest to `value`; one outside the range goes to its nearer end.
+    // Moves the knob to the position nearest to `value`, which is clamped to the range.
     void setDoubleValue(double value);
 
-    // Does the same for the user, as a screen reader asks for it: the value is then the one that is shown.
+    // The same, on behalf of the user, for a screen reader: the shown value becomes the chosen one, and is reported.
     void chooseDoubleValue(double value);
 
 signals:
@@ -31,5 +31,5 @@ private:
     int placeOf(double value) const;
     void reportShown();
 
-    bool isApproximate = false; // the value that was set last is not the one that is shown
+    bool isApproximate = false; // the knob cannot show the value that was set last
 };

@@ -78,7 +78,7 @@ void GeneralPane::toggleChanged(QCheckBox *sender)
 
 void GeneralPane::applyStartAtLogin()
 {
-    // A registration that fails changes nothing here: the setting says what the user wants.
+    // Ignore a failure: the setting says what the user wants.
     if (s.get(Settings::launchAtLogin))
         loginItem.enable();
     else

@@ -12,7 +12,7 @@ class NotificationCenter;
 class QCheckBox;
 class QComboBox;
 
-// The application-wide switches, and what files dragged out of the shelf are offered as.
+// The application-wide switches, and the operation of a drag out of the shelf.
 class GeneralPane : public BasePane {
     Q_OBJECT
 
@@ -22,8 +22,8 @@ public:
 
     void loadView() override;
 
-    // Stores what the sender shows under the setting it is bound to; a sender bound to none is ignored. Only the two
-    // icons post settingsChanged: the other settings are read when they are needed.
+    // Stores the sender's state in the setting that it is bound to, and announces it if the table says so. Ignores a
+    // sender that is bound to none.
     void toggleChanged(QCheckBox *sender);
     void dragModeChanged(QComboBox *sender);
 

@@ -33,7 +33,7 @@ constexpr int kSidebarWidth = 180;
 constexpr int kDividerWidth = 1;
 constexpr int kDetailIndex = 1;
 
-// Draws its divider as one thin line; the part that takes the mouse is wider.
+// Draws the divider as one thin line; the area that takes the mouse is wider.
 class ThinSplitter : public QSplitter {
 public:
     using QSplitter::QSplitter;
@@ -86,7 +86,7 @@ bool PreferencesWindowController::isWindowVisible() const
 
 void PreferencesWindowController::showWindow()
 {
-    // A maximised window comes back as that.
+    // Show a maximised window maximised again.
     preferencesWindow->setWindowState(preferencesWindow->windowState() & ~Qt::WindowMinimized);
     preferencesWindow->show();
     platform.activationPolicy->activate(keyWindow());
@@ -94,7 +94,7 @@ void PreferencesWindowController::showWindow()
 
 void PreferencesWindowController::showWindowAgain()
 {
-    // The focus is in no window of Qt's: it may be in that panel, whose changes bring us here, and is left to it.
+    // No window of Qt's has the focus. The desktop's panel may have it, whose changes lead here, and keeps it.
     if (isWindowVisible() && !QApplication::activeWindow() && hasPanelOfTheDesktop())
         return;
     showWindow();
@@ -193,7 +193,7 @@ void PreferencesWindowController::showPane(PrefPane pane)
     detailVC = makePane(pane);
     splitVC->replaceWidget(kDetailIndex, detailVC);
     splitVC->setStretchFactor(kDetailIndex, 1);
-    // It may be handling the very event that leads here.
+    // The old pane may be handling the event that leads here.
     old->deleteLater();
 
     sidebarVC->reload();

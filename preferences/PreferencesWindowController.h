@@ -14,8 +14,8 @@ class NotificationCenter;
 class SidebarViewController;
 struct Platform;
 
-// The preferences window: the sidebar at the left, the selected pane at the right. One controller and one window serve
-// the whole run; closing the window only hides it.
+// The preferences window: the sidebar at the left, the selected pane at the right. There is one for the whole run;
+// closing the window only hides it.
 class PreferencesWindowController : public QObject {
     Q_OBJECT
 
@@ -26,19 +26,19 @@ public:
     ~PreferencesWindowController() override;
 
     QWidget *window() const;
-    // Whether the window is on screen; one that is minimised is not.
+    // Whether the window is on screen. A minimised one is not.
     bool isWindowVisible() const;
 
-    // Shows the window with the pane it last showed, in front of everything and with the focus; a panel of its own that
-    // has the focus keeps it.
+    // Shows the window with its last pane, in front of everything and with the focus. A panel of the window that has
+    // the focus keeps it.
     void showWindow();
 
-    // The same after a change of the settings, which may have taken the window from the front. A panel that the desktop
-    // shows for the window, as it does for the choice of a colour, keeps the focus.
+    // The same after a settings change, which may have moved the window behind others. A panel that the desktop shows
+    // for the window, such as its colour panel, keeps the focus.
     void showWindowAgain();
 
-    // Replaces the shown pane by a new one of that kind. Posts appearancePaneActive when the Appearance pane comes or
-    // goes.
+    // Replaces the shown pane by a new one of that kind. Posts appearancePaneActive when the Appearance pane is shown
+    // or replaced.
     void showPane(PrefPane pane);
 
     // The shown pane.
@@ -49,7 +49,7 @@ private:
     BasePane *makePane(PrefPane pane) const;
     // The window, or the panel opened from it that the user is working in.
     QWidget &keyWindow() const;
-    // Whether a panel of the window is on screen that the desktop shows in place of Qt's.
+    // Whether the desktop shows a panel of the window in place of Qt's.
     bool hasPanelOfTheDesktop() const;
     void setUpWindow();
     void setUpSplitView();

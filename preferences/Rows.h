@@ -5,26 +5,26 @@
 
 class QWidget;
 
-// Places the views of a pane from its top to its bottom, within a margin. A row has the height of its first view; what
-// follows that view in the row is centred on it. Where the language begins at the right, the rows do as well.
+// Places the views of a pane in rows, from the top to the bottom, within a margin. A row has the height of its first
+// view; further views in the row are centred on that one. A right-to-left layout mirrors the rows.
 class Rows {
 public:
     Rows(QWidget &pane, int margin);
 
-    // Begins a row `gap` below the last one: with `view` in the size it wants, at most `widest` ...
+    // Each begins a row `gap` below the last one. `view` has its own size, at most `widest` ...
     void begin(QWidget &view, int gap, int widest);
     void begin(QWidget &view, int gap);
-    // ... over the whole width, in the height it wants ...
+    // ... or the whole width and its own height ...
     void fill(QWidget &view, int gap);
-    // ... or over all the room that is left in the pane.
+    // ... or all the room that is left in the pane.
     void fillRest(QWidget &view, int gap);
 
-    // Goes on in the row, `gap` after its last view, with `view` in the size it wants ...
+    // Each continues the row `gap` after its last view. `view` has its own size ...
     void next(QWidget &view, int gap);
-    // ... or over the rest of the width, in the height that this width takes, up to `tallest`.
+    // ... or the rest of the width, and the height that it needs at that width, at most `tallest`.
     void nextWrapped(QWidget &view, int gap, int tallest);
 
-    // Ends the row with `view` in the size it wants.
+    // Ends the row with `view` in its own size.
     void end(QWidget &view);
 
     // The width of a row.

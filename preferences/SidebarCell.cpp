@@ -13,7 +13,7 @@ constexpr int kRowHeight = 38;
 constexpr QRect kSymbolFrame(10, 9, 18, 18);
 constexpr QRect kTitleFrame(34, 10, 120, 17);
 
-// `frame` within the row, whose origin is at the top left; mirrored where the language begins at the right.
+// `frame` in the row, with the origin at the top left; mirrored in a right-to-left layout.
 QRect frameIn(const QStyleOptionViewItem &row, const QRect &frame)
 {
     const QPoint corner(row.rect.x() + frame.x(), row.rect.y() + kRowHeight - frame.y() - frame.height());

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr float kBackgroundAlpha = 0.045F; // of the text's colour
+constexpr float kBackgroundAlpha = 0.045F; // applied to the text colour
 
 } // namespace
 
@@ -97,7 +97,7 @@ void SidebarViewController::selectionChanged()
 bool SidebarViewController::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
-    // The symbols are drawn in the palette's colours, of which an active window may have others.
+    // Symbols use the palette's colours, which differ between active and inactive windows.
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::WindowActivate ||
         event->type() == QEvent::WindowDeactivate)
         reload();
@@ -106,7 +106,7 @@ bool SidebarViewController::event(QEvent *event)
 
 void SidebarViewController::paintEvent(QPaintEvent *)
 {
-    // A shade apart from the panes, in light and in dark colours.
+    // Slightly different from the panes, in light and in dark colours.
     QColor shade = palette().color(QPalette::WindowText);
     shade.setAlphaF(kBackgroundAlpha);
     QPainter painter(this);

@@ -32,7 +32,7 @@ public:
     // Selects the row of `pane` without calling back; does nothing when no row has it.
     void selectSilently(PrefPane pane);
 
-    // The user selected a pane.
+    // Called when the user has selected a pane.
     std::function<void(PrefPane pane)> onSelect;
 
     QListView *tableView;

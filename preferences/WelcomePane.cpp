@@ -23,7 +23,7 @@ void wrap(QLabel &label)
 {
     label.setWordWrap(true);
     label.setAlignment(Qt::AlignHCenter);
-    // A wrapping label prefers to be narrow, so its width is stated: its longest line, as far as that may go.
+    // A wrapping label prefers to be narrow, so set its width: that of its longest line, up to the limit.
     label.setFixedWidth(std::min(label.fontMetrics().size(0, label.text()).width(), kMaximumWidth));
 }
 

@@ -24,7 +24,7 @@ bool listScreenshots(const QByteArray &folder, const Take &take)
         const dirent *entry = readdir(directory.get());
         if (!entry)
             return errno == 0;
-        // Most files of a crowded Desktop are no screenshots: look at the name before making anything of it.
+        // Most files of a crowded Desktop are no screenshots: look at the name before allocating anything.
         const std::string_view name(entry->d_name);
         if (isScreenshotName(name))
             take(name);
@@ -40,7 +40,7 @@ bool isScreenshotName(std::string_view name)
 
 QSet<QByteArray> screenshotNames(const QByteArray &folder)
 {
-    // Collected first: a set that grows name by name is made anew again and again.
+    // Collect first: a set that grows name by name rehashes again and again.
     QList<QByteArray> names;
     if (!listScreenshots(
             folder, [&names](std::string_view name) { names.append(QByteArray(name.data(), qsizetype(name.size()))); }))
@@ -54,7 +54,7 @@ QSet<QByteArray> screenshotNames(const QByteArray &folder)
 
 QList<QByteArray> refreshNames(QSet<QByteArray> &known, const QByteArray &folder)
 {
-    // Most often nothing has gone; then the known names are only counted, and none of them is made anew.
+    // Usually no file has gone. Then counting the known names is enough, and no set is built.
     QList<QByteArray> added;
     qsizetype count = 0;
     const bool isWhole = listScreenshots(folder, [&known, &added, &count](std::string_view name) {
@@ -68,7 +68,7 @@ QList<QByteArray> refreshNames(QSet<QByteArray> &known, const QByteArray &folder
             known.insert(name);
         return added;
     }
-    // Otherwise another look tells what is there.
+    // Otherwise list the folder once more.
     const QSet<QByteArray> before = std::exchange(known, screenshotNames(folder));
     const QSet<QByteArray> now = known - before;
     return {now.cbegin(), now.cend()};

@@ -8,7 +8,7 @@
 
 #include <string_view>
 
-// What makes a file on the Desktop a new screenshot. Names are the bytes the file system knows them by.
+// Which files on the Desktop are new screenshots. Names are the bytes that the file system has.
 
 // Whether a file of that name can be a screenshot: it ends in ".png", in lower case only.
 bool isScreenshotName(std::string_view name);
@@ -16,9 +16,8 @@ bool isScreenshotName(std::string_view name);
 // The names in `folder` (a path) that can be screenshots, hidden ones included; empty when it cannot be read.
 QSet<QByteArray> screenshotNames(const QByteArray &folder);
 
-// Makes `known` the names that `screenshotNames` answers now, and returns those that it did not hold before, in no
-// particular order.
+// Replaces `known` by what `screenshotNames` returns now, and returns the names that are new, in no particular order.
 QList<QByteArray> refreshNames(QSet<QByteArray> &known, const QByteArray &folder);
 
-// Whether a file created then was made just now: less than 10 seconds ago, or at a date still to come.
+// Whether a file of that creation date is new: less than 10 seconds old, or dated in the future.
 bool isRecent(const QDateTime &creationDate, const QDateTime &now);

@@ -13,8 +13,8 @@
 namespace {
 
 constexpr double kLatency = 0.5; // seconds
-// Two changes within a tick of the kernel's clock leave the same date; none ticks more slowly. That some file systems
-// keep whole seconds only is why a date counts for one turn of the main loop.
+// Two changes within one tick of the kernel's clock get the same date; this is the slowest tick. Some file systems keep
+// whole seconds only, so a date is trusted for one turn of the main loop.
 constexpr qint64 kClockTick = 20; // milliseconds
 
 } // namespace
@@ -61,8 +61,8 @@ void ScreenshotWatcher::checkForNewScreenshots()
 {
     if (!settings.get(Settings::autoAddScreenshots))
         return;
-    // Each start leaves a stream behind, a dragged slider hundreds, and all of them call for the same change, one after
-    // the other. Listing a folder that stayed as it was would tell nothing new, and of a crowded one takes long.
+    // Each start leaves a stream behind, a dragged slider hundreds, and all of them report the same change. List the
+    // folder once only: a crowded one takes long.
     const QDateTime change = QFileInfo(desktopURL.toLocalFile()).metadataChangeTime();
     if (seenChange.isValid() && change == seenChange)
         return;
@@ -78,7 +78,7 @@ void ScreenshotWatcher::rememberChange(const QDateTime &change)
     seenChange = change.msecsTo(mainQueue.currentDate()) > kClockTick ? change : QDateTime();
     if (!seenChange.isValid())
         return;
-    // For the calls of this turn only.
+    // Valid for the calls of this turn only.
     const std::weak_ptr<ScreenshotWatcher *> weak = self;
     mainQueue.async([weak] {
         if (const auto watcher = weak.lock())

@@ -17,17 +17,17 @@ class MainQueue;
 // The folder "Desktop" in the user's home directory.
 QUrl homeDesktop();
 
-// Notices new PNG files in one folder, the Desktop, by comparing its listings before and after a change.
+// Reports new PNG files in one folder, the Desktop. It compares the listings before and after a change.
 class ScreenshotWatcher {
 public:
     ScreenshotWatcher(AppSettings &settings, FileEventStreams &streams, MainQueue &mainQueue,
                       const QUrl &desktopURL = homeDesktop());
 
-    // Takes what is there now as known and follows the folder from here on. A second start adds a second stream, and
-    // the first one goes on; no file is reported twice for it.
+    // Takes the files of now as known and watches the folder from now on. A second start adds a second stream beside
+    // the first; it does not report a file twice.
     void start();
 
-    // Ends the stream of the last start; nothing when there is none.
+    // Ends the stream of the last start, if there is one.
     void stop();
 
     // Receives each new screenshot, on the main thread, in a later turn of its loop.
@@ -45,6 +45,6 @@ private:
     AppSettings &settings;
     FileEventStreams &streams;
     MainQueue &mainQueue;
-    QDateTime seenChange; // the folder's last one before the last look, if a later one cannot bear the same date
-    const std::shared_ptr<ScreenshotWatcher *> self; // what deferred work holds weakly
+    QDateTime seenChange; // date of the folder's last change, unless a later change could have the same date
+    const std::shared_ptr<ScreenshotWatcher *> self; // deferred work holds it weakly
 };

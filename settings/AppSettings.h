@@ -11,8 +11,8 @@
 class ColorArchive;
 class SystemAppearance;
 
-// The one place where the preferences live: reads and writes the rows of SettingsTable.h in the user-defaults store.
-// Nothing is cached, a value of the wrong type is no error, and writing posts no notification.
+// Reads and writes the rows of SettingsTable.h in the user-defaults store. It caches nothing, treats a value of the
+// wrong type as absent, and posts no notification.
 class AppSettings {
 public:
     AppSettings(UserDefaults &store, const ColorArchive &colorArchive, const SystemAppearance &appearance);

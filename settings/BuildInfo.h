@@ -4,7 +4,7 @@
 #include <QString>
 #include <QUrl>
 
-// What is set per build: the version of this build and the maker's addresses.
+// What CMake sets for each build: its version and the maker's addresses.
 namespace BuildInfo {
 
 // The version this was built as; main gives it to the application object.
@@ -16,7 +16,7 @@ QString runningVersion();
 // The web page of the maker's other applications.
 QUrl moreAppsURL();
 
-// `address` of that page, about to be opened; one that is malformed stops the program.
+// Returns `address`. A malformed one stops the program.
 inline QUrl checkedMoreAppsURL(const QUrl &address)
 {
     if (!address.isValid())

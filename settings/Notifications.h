@@ -7,12 +7,12 @@
 
 #include <functional>
 
-// The notifications through which the parts of the program meet that do not own each other.
+// The notifications between rooms that do not know each other.
 namespace Notifications {
 inline const QString openPreferences = QStringLiteral("com.orvane.Parklet.openPreferences");
 inline const QString shelfItemsChanged = QStringLiteral("com.orvane.Parklet.shelfItemsChanged");
 inline const QString settingsChanged = QStringLiteral("com.orvane.Parklet.settingsChanged");
-// User info {"active": Bool}: whether the Appearance pane has become the shown pane.
+// User info {"active": Bool}: whether the Appearance pane is the shown pane now.
 inline const QString appearancePaneActive = QStringLiteral("com.orvane.Parklet.appearancePaneActive");
 } // namespace Notifications
 

@@ -8,7 +8,7 @@
 // The settings: one row for each, and the names of the values that a choice has. AppSettings reads and writes them;
 // check.settings compares this file with the tables in README.md.
 
-// A choice is stored as its number. A number that no name here has is kept as it is.
+// A choice is stored as its number. An unknown number is kept.
 enum class AutoShowTrigger : qint64 { AtOnce, NearCursor, WhenNear }; // any other: the shelf does not show by itself
 enum class ExcludeMode : qint64 { HideInListed, ShowOnlyInListed };   // any other: no program is excluded
 enum class DoubleClickAction : qint64 { OpenFile, SelectAll };        // any other: as SelectAll
@@ -17,14 +17,14 @@ enum class WindowEdge : qint64 { Left, Right, Top, Bottom };          // any oth
 enum class WindowAlignment : qint64 { Start, Center, End };           // any other: as Center
 enum class FileNameDisplay : qint64 { UnderIcon, Hidden, OnHover };   // any other: as UnderIcon
 
-// How a key is read that is absent or holds a value of another type.
+// What is read when the key is absent or holds a value of another type.
 enum class ReadAs {
-    Property, // as the fallback; a string is of another type in every store
-    Stored,   // as false, 0 or empty by the store's own read, which on a Mac also reads the number in a string
+    Property, // the fallback; a string is of another type in every store
+    Stored,   // false, 0 or empty, by the store's own read; the Mac's store also reads the number in a string
 };
 
-// Whether the preferences post settingsChanged after they have stored it. What is only read when it is needed is not
-// announced.
+// Whether the preferences post settingsChanged after they have stored it. A setting that is read only when it is needed
+// is not announced.
 enum class Announced { No, Yes };
 
 struct Range {

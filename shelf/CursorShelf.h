@@ -28,7 +28,7 @@ protected:
     void dropEvent(QDropEvent *event) override { performDragOperation(event); }
 };
 
-// The small drop zone that pops up beside the pointer when a drag begins, and holds nothing itself.
+// The small drop zone that shows beside the pointer when a drag begins. It passes its files on and holds none.
 class CursorShelf : public QWidget {
     Q_OBJECT
 

@@ -8,14 +8,14 @@
 
 namespace {
 
-// Where a copy is not on offer, Qt would answer with what is: told of a move, the source deletes its file, which the
-// shelf only refers to. Our own drags delete nothing, whatever they offer.
+// Without a copy on offer Qt would answer with another action. A source that is told "move" deletes its file, which the
+// shelf only refers to. The shelf's own drags never delete anything.
 bool offersCopy(const QDropEvent &event)
 {
     return event.possibleActions().testFlag(Qt::CopyAction) || event.source() != nullptr;
 }
 
-// Copy is said outright: taking over what the source proposes could mean a move, and the shelf never moves a file.
+// Set copy explicitly: the action that the source proposes could be a move, and the shelf never moves a file.
 void answerCopy(QDropEvent *event)
 {
     event->setDropAction(Qt::CopyAction);
@@ -36,7 +36,7 @@ void DropTarget::draggingEntered(QDragEnterEvent *event)
 
 void DropTarget::draggingUpdated(QDragMoveEvent *event)
 {
-    // A key that is pressed on the way may change what is on offer.
+    // A modifier key may change the actions on offer during the drag.
     answerCopy(event);
 }
 

@@ -11,14 +11,14 @@ class QDragLeaveEvent;
 class QDragMoveEvent;
 class QDropEvent;
 
-// What the shelf's views that take file drops have in common. A view forwards its drag events to these. Drags that
-// carry no URLs at all, or may not be copied, pass by; every other one is answered with copy, and the drop decides.
+// What the views that take file drops have in common. A view forwards its drag events to these functions. They refuse a
+// drag without URLs or without the copy action, and accept any other as a copy; the drop checks that all are files.
 class DropTarget {
 public:
     // Receives the files of a drop, never an empty list.
     std::function<void(const QList<QUrl> &urls)> onDrop;
 
-    // Told true when a drag enters and false when it leaves or drops.
+    // Called with true when a drag enters, and with false when it leaves or drops.
     std::function<void(bool on)> onHighlight;
 
 protected:

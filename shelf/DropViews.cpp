@@ -31,7 +31,7 @@ ShelfScrollView::ShelfScrollView(double scrollerWidth, QWidget *parent)
     clear.setBrush(QPalette::Window, Qt::transparent);
     setPalette(clear);
 
-    // The overlay is a second face of the real scroll bar, which stays hidden as it would take room.
+    // The overlay mirrors the real scroll bar, which stays hidden because it would take room.
     QScrollBar *bar = verticalScrollBar();
     connect(bar, &QScrollBar::rangeChanged, this, &ShelfScrollView::placeOverlay);
     connect(bar, &QScrollBar::valueChanged, overlay, &QScrollBar::setValue);
@@ -67,7 +67,7 @@ void ShelfScrollView::placeOverlay()
 
 void ShelfScrollView::wheelEvent(QWheelEvent *event)
 {
-    // A wheel that turns one way only must move a row too.
+    // A wheel with one axis only must scroll a row too.
     if (isRow && event->angleDelta().x() == 0)
         QApplication::sendEvent(horizontalScrollBar(), event);
     else

@@ -22,12 +22,13 @@ protected:
     void dropEvent(QDropEvent *event) override { performDragOperation(event); }
 };
 
-// Scrolls the tiles, and takes drops over them. A column's scroller lies over the tiles, a row's takes room below.
+// Scrolls the tiles, and takes drops over them. The scroller of a column lies over the tiles, that of a row is below
+// them.
 class ShelfScrollView : public QScrollArea, public DropTarget {
     Q_OBJECT
 
 public:
-    // `scrollerWidth` is the room, in points, that a scroller takes which does not lie over its content.
+    // `scrollerWidth` is the width, in points, of a scroller that does not lie over its content.
     explicit ShelfScrollView(double scrollerWidth, QWidget *parent = nullptr);
 
     void setHorizontal(bool horizontal);

@@ -69,7 +69,7 @@ void Fader::fade(double alpha, double seconds, FadeCurve curve, std::function<vo
 
 void Fader::step()
 {
-    // A frame that falls due a rounding error before the end is the end.
+    // A step that is due within a rounding error of the end is the last one.
     constexpr double kTolerance = 1e-6;
     const double elapsed = mainQueue.now() - run->start;
     const double left = run->seconds - elapsed;
@@ -80,7 +80,7 @@ void Fader::step()
     }
     const std::unique_ptr<Run> finished = std::move(run);
     apply(finished->to);
-    // The completion may destroy this fader, so it comes last.
+    // Call the completion last: it may destroy this fader.
     if (finished->completion)
         finished->completion();
 }

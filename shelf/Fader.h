@@ -7,14 +7,14 @@
 class MainQueue;
 class Timer;
 
-// The pace of a fade: how the way from start to end is spread over its time.
+// The pace of a fade over its time.
 enum class FadeCurve {
     Standard, // slow at both ends, cubic Bezier (0.25, 0.1) (0.25, 1)
     EaseOut,  // slow at the end, cubic Bezier (0, 0) (0.58, 1)
 };
 
-// Moves one alpha value over time. A new fade takes over from where the last one stands, whose completion is then
-// not called; destroying the fader ends its fade the same way.
+// Animates one alpha value. A new fade starts from the current value and ends the last one without its completion;
+// destroying the fader does so too.
 class Fader {
 public:
     Fader(MainQueue &mainQueue, std::function<void(double)> setAlpha, double alpha);

@@ -57,7 +57,7 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
 
 void installShelfAccessibility()
 {
-    // Installing a factory twice would ask it twice.
+    // Qt would ask a factory twice that is installed twice.
     static const bool installed = [] {
         QAccessible::installFactory(makeInterface);
         return true;

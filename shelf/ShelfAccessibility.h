@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Lets a screen reader meet the tiles as a list: each item named as its file, described by its path, selectable and
-// pressed as by a click. Call it any number of times.
+// Presents the tiles to a screen reader as a list: each item has the name of its file, is described by its path, can be
+// selected, and can be pressed like a click. Repeated calls do nothing.
 void installShelfAccessibility();

@@ -49,7 +49,7 @@ QPointF flipped(const QPointF &point, double height)
 
 QRect wholePoints(const QRectF &frame)
 {
-    // What a setting of absurd size asks for is cut to what a window system can name.
+    // Limit what an absurd setting asks for to what a window system can express.
     static constexpr double kFarthest = 32000;
     const auto whole = [](double value, double least) {
         return std::isnan(value) ? 0 : qRound(std::clamp(value, least, kFarthest));

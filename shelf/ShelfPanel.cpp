@@ -29,7 +29,7 @@ ShelfPanel::ShelfPanel(Platform &services, AppSettings &appSettings, Notificatio
 {
     setWindowTitle(QStringLiteral("Parklet"));
     setGeometry(0, 0, 0, 0);
-    // Else only the windows of the active program have tool tips, and a panel never makes its program that one.
+    // Qt shows tool tips in the active program only, and a panel never activates its program.
     setAttribute(Qt::WA_AlwaysShowToolTips);
     platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("shelf"), kPanelCornerRadius});
     buildInterface();
@@ -95,7 +95,7 @@ void ShelfPanel::resizeEvent(QResizeEvent *)
 
 void ShelfPanel::changeEvent(QEvent *event)
 {
-    // Without a stored tint the shelf has the accent colour, which may have changed.
+    // Without a stored tint the shelf uses the accent colour, which may have changed.
     if (event->type() == QEvent::PaletteChange && tintOverlay)
         applyTint();
     QWidget::changeEvent(event);

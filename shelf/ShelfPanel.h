@@ -43,8 +43,8 @@ public:
     // The panel is created hidden.
     ShelfPanel(Platform &platform, AppSettings &settings, NotificationCenter &notifications);
 
-    // Gives the panel the frame for the current settings and number of items, whether it is visible or not. Without a
-    // main screen the frame stays.
+    // Sets the frame for the current settings and number of items, whether the panel is visible or not. Without a main
+    // screen the frame stays.
     void updateFrame();
 
     // The frame now, in points with the origin at the bottom left of the primary screen, as updateFrame() set it.
@@ -72,7 +72,7 @@ public:
     // it is already visible.
     void show(Animated animated);
 
-    // Hides the panel if it is visible; animated, it fades out over 0.18 s first. A fade-out under way goes on.
+    // Hides the panel if it is visible; animated, it fades out over 0.18 s first. A running fade-out continues.
     void hide(Animated animated);
 
     double alpha() const { return fader.alpha(); }
@@ -80,11 +80,11 @@ public:
     // Whether the panel is fading out; it is still visible then.
     bool isHiding() const { return hiding; }
 
-    // Takes a file off the shelf; its tile fades out over 0.18 s.
+    // Removes a file from the shelf; its tile fades out over 0.18 s.
     void removeItem(const QUrl &url);
 
-    // Arms the timer that hides a shelf which is then empty: after autoHideTimeout seconds, or not at all when that
-    // is 0; or after 1.5 seconds. There is one timer; arming it ends the previous one.
+    // Each starts the one timer that hides the shelf if it is empty by then, and stops the previous one. The first
+    // waits for autoHideTimeout seconds, and starts none when that is 0; the second for 1.5 seconds.
     void restartAutoHideTimer();
     void scheduleHideIfEmpty();
 
@@ -104,7 +104,7 @@ public:
 
     QList<ShelfItemView *> selectedViews; // in the order they were selected
 
-    // The tap that selects all tiles on Command-A in whatever application; there while a selection exists.
+    // The tap that selects all tiles on Command-A in any application, while something is selected.
     void installCmdATap();
     void removeCmdATap();
 
@@ -155,8 +155,8 @@ private:
     QRectF currentFrame;
     Fader fader;
     bool hiding = false;
-    bool hidesOnlyEmpty = false; // the fade-out under way is that of an empty shelf, and of one that is still so
+    bool hidesOnlyEmpty = false; // the current fade-out is to end only while the shelf is empty
     std::shared_ptr<Timer> autoHideTimer;
-    QSet<QUrl> droppedURLs; // on the panel while droppedBackOnSelf is true
+    QSet<QUrl> droppedURLs; // files dropped on the panel while droppedBackOnSelf is true
     bool isTapInstalled = false;
 };

@@ -71,7 +71,7 @@ std::optional<QList<DraggingItem>> ShelfPanel::dragItems(ShelfItemView *tile)
         carried.append(selected->fileURL);
         dragged.append(DraggingItem{selected->fileURL, tile->draggingFrame(), selected->imageView->image(itemSize)});
     }
-    // The end of this drag may come after the selection has changed, another drag has begun or the tile has gone.
+    // Capture the selection: by the end of this drag it may differ, and the tile may be deleted.
     tile->onMultiDragOut = whileAlive(this, [this, selection, carried] { didDragOutSelection(selection, carried); });
     return dragged;
 }
@@ -89,7 +89,7 @@ void ShelfPanel::forgetDrop()
 
 void ShelfPanel::didDragOut(const QUrl &url)
 {
-    // Other files may have been dropped while the destination took its time.
+    // Other files may have been dropped before the destination finished.
     if (!cameBack(url))
         removeItem(url);
     forgetDrop();
@@ -98,13 +98,13 @@ void ShelfPanel::didDragOut(const QUrl &url)
 void ShelfPanel::didDragOutSelection(const QList<QUrl> &selection, const QList<QUrl> &carried)
 {
     QList<QUrl> gone;
-    // When the whole drag came back, so did those of the selection that it could not carry.
+    // If all dragged files were dropped back, keep also the selected ones that the drag could not carry.
     if (!droppedBackOnSelf || !std::ranges::all_of(carried, [this](const QUrl &url) { return cameBack(url); }))
         std::ranges::copy_if(selection, std::back_inserter(gone), [this](const QUrl &url) { return !cameBack(url); });
     forgetDrop();
     if (gone.isEmpty())
         return;
-    // The tiles keep their selected look; they are about to go.
+    // The tiles keep their selection border while they fade out.
     selectedViews.removeIf([&gone](const ShelfItemView *tile) { return gone.contains(tile->fileURL); });
     if (selectedViews.isEmpty())
         removeCmdATap();

@@ -63,7 +63,7 @@ void ShelfPanel::installCmdATap()
     isTapInstalled = platform.keyTap->install(whileAlive(this, [this](Qt::Key key, Qt::KeyboardModifiers modifiers) {
         if (!isSelectAllKey(key, modifiers))
             return false;
-        // The key press is answered at once and never waits for the tiles.
+        // Answer the key press first; it must not wait for the tiles.
         platform.mainQueue->async(this, [this] { selectAll(); });
         return true;
     }));

@@ -25,7 +25,7 @@ void ShelfPanel::show(Animated animated)
         fader.fade(1.0, kShelfFadeIn, FadeCurve::EaseOut);
         restartAutoHideTimer();
     } else {
-        // Without the fade the timer is not armed again.
+        // Without the fade the timer is not restarted.
         fader.setAlpha(1.0);
         platform.floatingPanels->orderFront(*this);
     }
@@ -36,17 +36,17 @@ void ShelfPanel::removeItem(const QUrl &url)
     if (!items.removeOne(url))
         return;
     const auto &tiles = stackView->arrangedSubviews();
-    // A file that came back while its old tile still fades out has two tiles; the fading one is gone already.
+    // A file that was added again while its old tile fades out has two tiles; the old one does not count.
     const auto found = std::find_if(tiles.begin(), tiles.end(), [&url](const ShelfItemView *tile) {
         return tile->fileURL == url && !tile->isFadingOut();
     });
     if (found == tiles.end())
         return;
     ShelfItemView *tile = *found;
-    // The tap stays, also when nothing is selected any more.
+    // The tap stays, even when nothing is selected any more.
     selectedViews.removeAll(tile);
     tile->fadeOut(kTileFadeOut);
-    // The removal ends then also when the tile is cleared away during its fade.
+    // The removal ends then, even if the tile is deleted during its fade.
     platform.mainQueue->after(kTileFadeOut,
                               whileAlive(this, [this, weakTile = QPointer(tile)] { tileDidFadeOut(weakTile); }));
 }
@@ -54,7 +54,7 @@ void ShelfPanel::removeItem(const QUrl &url)
 void ShelfPanel::tileDidFadeOut(ShelfItemView *tile)
 {
     if (tile) {
-        // A select-all during the fade may have taken the tile up again.
+        // A select-all during the fade may have selected the tile again.
         selectedViews.removeAll(tile);
         stackView->removeArrangedSubview(tile);
     }
@@ -122,7 +122,7 @@ void ShelfPanel::hideIfEmpty()
     if (!items.isEmpty() || hiding)
         return;
     hide(Animated::Yes);
-    // What arrives while an empty shelf fades out brings it back.
+    // A file that is added during the fade-out makes the shelf show again.
     hidesOnlyEmpty = hiding;
 }
 

@@ -3,15 +3,15 @@
 
 #include <QScrollBar>
 
-// A scroll bar as a slim light bar without a groove, for dark panels.
+// A slim light scroll bar without a groove, for dark panels.
 class ShelfScroller : public QScrollBar {
     Q_OBJECT
 
 public:
     explicit ShelfScroller(Qt::Orientation orientation, QWidget *parent = nullptr);
 
-    // Makes it `extent` points thick and lets it take room, where the user's style has bars of another size or ones
-    // that lie over what they scroll.
+    // Makes the bar `extent` points thick and places it beside its content, also where the user's style has another
+    // size or bars that lie over the content.
     void takeRoom(int extent);
 
 protected:

@@ -29,7 +29,7 @@ void ShelfStackView::removeArrangedSubview(ShelfItemView *tile)
         return;
     sizes.remove(tile);
     tile->hide();
-    // It hangs out of the tile and is no child of it.
+    // The label is no child of the tile, because it extends below it.
     if (tile->nameLabel)
         tile->nameLabel->hide();
     tile->deleteLater();
@@ -66,6 +66,6 @@ void ShelfStackView::arrange()
     }
     const int length =
         wholePoints(QRectF(0, 0, tiles.isEmpty() ? 2 * kStackInset : along - kTileSpacing + kStackInset, 0)).width();
-    // The scroll view stretches the stack across; along, it is as long as its tiles.
+    // The scroll view stretches the stack across its direction; along it, the stack is as long as its tiles.
     setMinimumSize(horizontal ? length : 0, horizontal ? 0 : length);
 }

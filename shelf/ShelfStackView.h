@@ -18,13 +18,13 @@ public:
 
     const QList<ShelfItemView *> &arrangedSubviews() const { return tiles; }
 
-    // Appends a tile, `size` points large, and takes it over.
+    // Appends a tile of `size` points and owns it.
     void addArrangedSubview(ShelfItemView *tile, const QSizeF &size);
 
-    // Takes the tile out and deletes it in a later turn of the main loop.
+    // Removes the tile and deletes it in a later turn of the main loop.
     void removeArrangedSubview(ShelfItemView *tile);
 
-    // Changes the height of every tile and leaves their widths.
+    // Changes the height of every tile and keeps the widths.
     void setTileHeight(double height);
 
     bool isHorizontal() const { return horizontal; }

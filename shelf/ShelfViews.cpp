@@ -12,9 +12,9 @@ using namespace ShelfMetrics;
 
 namespace {
 
-// Calls `draw` for the corners of a rounded rectangle of that outline, above and below, and answers the plain part
-// between them; nothing where that begins within a pixel, and `draw` is called for the whole. Drawing only the corners
-// as a path gives the same pixels, and takes a tall panel a fraction of the time.
+// Clips to the upper and lower corners of a rounded rectangle, calls `draw` for each, and returns the plain part
+// between them. At a fractional scale it calls `draw` once for all, and returns nothing. The pixels are the same; a
+// tall panel draws in a fraction of the time.
 template<typename Draw>
 QRect drawCorners(QPainter &painter, const QRect &rect, double radius, const Draw &draw)
 {
@@ -42,7 +42,7 @@ void fillRoundedRect(QPainter &painter, const QRect &rect, double radius, const 
     painter.fillRect(drawCorners(painter, rect, radius, [&] { painter.drawRoundedRect(rect, radius, radius); }), color);
 }
 
-// A line of whole points along the inside of the edge.
+// Draws a line of whole points along the inside of the edge.
 void strokeRoundedRect(QPainter &painter, const QRect &rect, double radius, double width, const QColor &color)
 {
     const double inset = width / 2;

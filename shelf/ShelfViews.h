@@ -13,8 +13,7 @@ class VisualEffectView : public QWidget {
     Q_OBJECT
 
 public:
-    // `panels` tells at each drawing whether what is behind the window shows through, and whether the desktop draws
-    // the background.
+    // Each drawing asks `panels` whether the window is translucent, and whether the desktop draws its background.
     VisualEffectView(const FloatingPanels &panels, QWidget *parent);
 
     double borderWidth() const { return layerBorderWidth; }

@@ -65,10 +65,10 @@ void TileImageView::paintEvent(QPaintEvent *)
     clip.addRoundedRect(rect(), kImageCornerRadius, kImageCornerRadius);
     painter.setClipPath(clip);
     const QRectF target = fittedRect(size, rect());
-    // An icon answers a pixmap no larger than it has one.
+    // An icon returns no pixmap larger than it has.
     const QPixmap shown =
         icon.isNull() ? pixmap : icon.pixmap(target.toAlignedRect().size(), painter.device()->devicePixelRatioF());
-    // A picture of other proportions than it was asked for, a page or a turned photo, is not stretched to them.
+    // A picture may have other proportions than were requested, such as a page or a turned photo. Do not stretch it.
     painter.drawPixmap(fittedRect(shown.size(), target), shown, QRectF(shown.rect()));
 }
 
@@ -101,7 +101,7 @@ QStringList TileLabel::lines(const QString &text, const QFont &font, double widt
 {
     if (text.isEmpty())
         return {};
-    // A line break in a file name is shown as a space, so that it does not eat a line.
+    // Show a line break in a file name as a space: it would use up one of the two lines.
     QString shown = text;
     for (QChar &character : shown) {
         if (character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
@@ -147,7 +147,7 @@ void TileLabel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setOpacity(alpha);
     const QFontMetricsF metrics(font());
-    // Two lines share the label's height, however tall the font thinks its lines are.
+    // Two lines share the label's height, whatever line height the font reports.
     const double lineHeight = std::min(metrics.height(), static_cast<double>(height()) / kNameLines);
     double baseline = metrics.ascent() - std::max(0.0, metrics.height() - lineHeight) / 2;
     const auto drawLine = [&](const QString &line, const QPointF &offset, const QColor &color) {

@@ -7,8 +7,7 @@
 #include <QSizeF>
 #include <QWidget>
 
-// The picture of a tile: fitted into the view as large as it goes, at the top, clipped to its rounded corners. It
-// lets every mouse event through.
+// The picture of a tile: as large as fits the view, at its top, with rounded corners. It ignores mouse events.
 class TileImageView : public QWidget {
     Q_OBJECT
 
@@ -43,8 +42,7 @@ private:
     double alpha = 1;
 };
 
-// The name of a tile on at most two centred lines, what does not fit left out of the middle. It lets every mouse
-// event through.
+// The name of a tile on at most two centred lines, elided in the middle. It ignores mouse events.
 class TileLabel : public QWidget {
     Q_OBJECT
 
@@ -67,11 +65,11 @@ protected:
 
 private:
     QString content;
-    QStringList broken; // the content's lines; none before they are needed
+    QStringList broken; // the content in lines, computed when it is drawn
     double alpha = 1;
 };
 
-// The round remove button in the corner of a tile. It can be pressed while it is invisible.
+// The round remove button in the corner of a tile. It can be pressed even while it is invisible.
 class TileRemoveButton : public QAbstractButton {
     Q_OBJECT
 

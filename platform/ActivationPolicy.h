@@ -3,7 +3,8 @@
 
 class QWidget;
 
-// Whether the application shows in the Dock or task list, and how its windows come to the front.
+// Whether the application is in the Dock or task list (a regular one) or not (an accessory), and how its windows come
+// to the front.
 class ActivationPolicy {
 public:
     enum class Policy { Regular, Accessory };
@@ -12,6 +13,6 @@ public:
 
     virtual void set(Policy policy) = 0;
 
-    // Shows `window`, brings it to the front and gives it the focus, whatever other application has it.
+    // Shows `window`, brings it to the front and gives it the focus, even if another application has it.
     virtual void activate(QWidget &window) = 0;
 };

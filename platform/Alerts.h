@@ -10,10 +10,10 @@ struct Alert {
     QString messageText;
     QString informativeText;
     QStringList buttons;   // in order; the first is the default one
-    QString checkboxTitle; // an accessory check box, initially off; none when empty
+    QString checkboxTitle; // a check box below the text, initially off; none when empty
     QIcon icon;            // null for the application's own
     bool dark = false;     // always in dark colours
-    bool activates = true; // comes to the front, whatever application is active
+    bool activates = true; // comes to the front, even if another application is active
 };
 
 struct AlertAnswer {
@@ -27,6 +27,6 @@ class Alerts {
 public:
     virtual ~Alerts() = default;
 
-    // Shows the alert and returns when it has been answered; the main loop goes on turning meanwhile.
+    // Shows the alert and returns when the user has answered it. The main loop runs meanwhile.
     virtual AlertAnswer runModal(const Alert &alert) = 0;
 };

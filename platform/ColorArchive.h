@@ -6,7 +6,7 @@
 
 #include <optional>
 
-// Turns one colour into bytes for the settings store and back.
+// Converts a colour to bytes for the settings store, and back.
 class ColorArchive {
 public:
     virtual ~ColorArchive() = default;
@@ -14,6 +14,6 @@ public:
     // The archived colour, or nothing when it cannot be archived (an invalid colour).
     virtual std::optional<QByteArray> archive(const QColor &color) const = 0;
 
-    // The colour in `data`, or nothing unless it holds exactly one colour and nothing else.
+    // The colour in `data`. Nothing unless `data` holds exactly one colour and nothing else.
     virtual std::optional<QColor> unarchive(const QByteArray &data) const = 0;
 };

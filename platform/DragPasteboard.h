@@ -4,14 +4,14 @@
 #include <QList>
 #include <QUrl>
 
-// What the drag now in progress in another application carries. Reads look into memory and never block.
+// The files of the drag in progress in another application. Reads never block.
 class DragPasteboard {
 public:
     virtual ~DragPasteboard() = default;
 
-    // Moves each time another application has begun a drag and what it carries is known.
+    // Changes each time another application has begun a drag and its files are known.
     virtual qint64 changeCount() const = 0;
 
-    // All file URLs of that drag, in its order; empty when it carries anything else or its source did not answer.
+    // All file URLs of that drag, in its order. Empty when it carries anything else, or its source did not answer.
     virtual QList<QUrl> fileURLs() const = 0;
 };

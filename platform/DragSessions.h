@@ -23,14 +23,14 @@ struct DraggingItem {
 // Drags out of this application.
 class DragSessions {
 public:
-    // Called exactly once, with what the destination did: None when the drag was cancelled or refused, or its
+    // Called exactly once, with the operation of the destination: None when the drag was cancelled or refused, or the
     // destination died.
     using Ended = std::function<void(DragOperation operation)>;
 
     virtual ~DragSessions() = default;
 
-    // Begins one drag that carries all `items`, in order, and offers only `offered`. It follows the pointer until the
-    // button is released or Escape is pressed. `ended` comes after the destination has answered, which can be after
-    // this returns; never when the drag could not begin at all. `source` may be deleted meanwhile.
+    // Begins one drag of all `items`, in order, that offers only `offered`. It lasts until the button is released or
+    // Escape is pressed. `ended` is called when the destination has answered, possibly after this returns; never if the
+    // drag could not begin. `source` may be deleted meanwhile.
     virtual void begin(QWidget &source, const QList<DraggingItem> &items, DragOperation offered, Ended ended) = 0;
 };

@@ -12,8 +12,8 @@ enum EventMask : quint32 {
     LeftMouseDragged = 1u << 6,
 };
 
-// Global monitors of the mouse: they see what goes to other applications, and change nothing. A drag that starts in
-// one of our own windows is not seen.
+// Global monitors of the mouse: they see the events of other applications, and change nothing. They do not see a drag
+// that starts in one of our own windows.
 class EventMonitors {
 public:
     using Token = quint64;
@@ -23,6 +23,6 @@ public:
     // Calls `handler` on the main thread for each event of `mask`. Nothing when the platform refuses.
     virtual std::optional<Token> add(quint32 mask, std::function<void()> handler) = 0;
 
-    // Ends a monitor; it is not called again, also when removed from within a handler. An unknown token is ignored.
+    // Ends a monitor. It is not called again, even if a handler removes it. Ignores an unknown token.
     virtual void remove(Token token) = 0;
 };

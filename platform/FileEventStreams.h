@@ -17,7 +17,7 @@ public:
     virtual void start() = 0;
     virtual void stop() = 0;
 
-    // Ends the stream for good; it is not called again.
+    // Ends the stream for good. Its handler is not called again.
     virtual void invalidate() = 0;
 };
 
@@ -25,13 +25,13 @@ class FileEventStreams {
 public:
     virtual ~FileEventStreams() = default;
 
-    // A stream, not yet started, that calls `handler` on the main thread at most `latency` seconds after a change
-    // inside `folder`, once for all changes within that time. While an alert, a drag or an open menu holds the main
-    // loop the call waits for its end. What changed before the start is not reported, but for what changed only just
-    // before: a Mac may report it. The folder need not exist yet. Null when refused.
+    // Makes a stream and does not start it. It calls `handler` on the main thread at most `latency` seconds after a
+    // change in `folder`, once for all changes in that time, but not while an alert, a drag or an open menu runs the
+    // main loop. It does not report changes before its start, though a Mac may report very recent ones. The folder need
+    // not exist yet. Null when refused.
     virtual std::shared_ptr<FileEventStream> create(const QString &folder, double latency,
                                                     std::function<void()> handler) = 0;
 
-    // When the file was created; nothing when it cannot be read or its file system keeps no such date.
+    // When the file was created. Nothing when it cannot be read, or its file system keeps no such date.
     virtual std::optional<QDateTime> creationDate(const QUrl &file) const = 0;
 };

@@ -8,17 +8,17 @@ class QWidget;
 // How a floating panel presents itself to the desktop.
 struct PanelStyle {
     QString role;            // the window role: "shelf" or "cursor-shelf"
-    double cornerRadius = 0; // points; the panel's outline where the desktop cannot blend its corners
+    double cornerRadius = 0; // points; the window is cut to it where the desktop cannot blend the corners
 };
 
-// Windows that float above all others on every desktop, over full-screen windows too, are in no task list, and never
-// make their program the active one, not even when clicked. Where that is the same as having the focus, they never
-// have it. Where shadows, and animations of windows that come and go, are the compositor's business, so are theirs.
+// Windows that float above all others on every desktop, also over full-screen windows. They are in no task list and never
+// activate their program, not even when clicked; on X11 they never have the focus, which is the same there. The compositor
+// decides about their shadows and animations.
 class FloatingPanels {
 public:
     virtual ~FloatingPanels() = default;
 
-    // Gives `window` these properties for good. Call it once, before the window is first shown.
+    // Makes `window` such a panel. Call it once, before the window is first shown.
     virtual void make(QWidget &window, const PanelStyle &style) = 0;
 
     // Shows `window` above all others without giving it the focus.
@@ -26,10 +26,10 @@ public:
 
     virtual void orderOut(QWidget &window) = 0;
 
-    // The opacity of the whole window, from 0 to 1. Where the desktop cannot blend it shows opaque all the same.
+    // Sets the opacity of the whole window, from 0 to 1. It has no effect where the desktop cannot blend.
     virtual void setAlpha(QWidget &window, double alpha);
 
-    // Whether translucent pixels and window opacity show what is behind. It can change while the program runs.
+    // Whether translucent pixels and window opacity have an effect. This can change while the program runs.
     virtual bool canBlend() const = 0;
 
     // Whether the desktop itself puts a dark translucent background behind a panel; the panel then draws none.

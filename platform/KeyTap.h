@@ -5,10 +5,11 @@
 
 #include <functional>
 
-// A tap on key presses that go to any application. Where the platform can only tap named keys it taps Command-A.
+// Sees, and may swallow, key presses that go to any application; the Mac calls that a tap. A platform that can only tap
+// named keys taps Command-A, which is Ctrl+A on Linux.
 class KeyTap {
 public:
-    // Answers whether the key press is swallowed. Command is Qt::ControlModifier, Option Qt::AltModifier and Control
+    // Returns whether the key press is swallowed. Command is Qt::ControlModifier, Option Qt::AltModifier and Control
     // Qt::MetaModifier. Lock keys are not reported.
     using Handler = std::function<bool(Qt::Key key, Qt::KeyboardModifiers modifiers)>;
 
@@ -17,6 +18,6 @@ public:
     // Starts the tap; `handler` runs on the main thread. False when the platform refuses.
     virtual bool install(Handler handler) = 0;
 
-    // Ends the tap; nothing when there is none.
+    // Ends the tap, if there is one.
     virtual void remove() = 0;
 };

@@ -9,9 +9,9 @@ public:
     // False also while the system waits for the user's approval of the registration.
     virtual bool isEnabled() const = 0;
 
-    // True when it is enabled then. False when the registration could not be made, or waits for the user's approval.
+    // Returns whether it is enabled now. False when the registration failed, or waits for the user's approval.
     virtual bool enable() = 0;
 
-    // True when no registration is left, not one that waits for approval either; false when it could not be removed.
+    // Returns whether no registration is left, not even one that waits for approval.
     virtual bool disable() = 0;
 };

@@ -9,18 +9,18 @@
 #include <functional>
 #include <memory>
 
-// A scheduled call. It fires whether or not its handle is kept; invalidate() is the only way to stop it.
+// A scheduled call. It runs whether or not its handle is kept; only invalidate() stops it.
 class Timer {
 public:
     virtual ~Timer() = default;
 
     virtual void invalidate() = 0;
 
-    // False once invalidated, and for a non-repeating timer also once it has fired.
+    // False after invalidate(), and for a single call also after it has run.
     virtual bool isValid() const = 0;
 };
 
-// The main thread's queue of work and its clock. Everything deferred goes through here, so a test can own time.
+// The main thread's queue of work and its clock. All deferred work goes through here, so that a test controls the time.
 class MainQueue {
 public:
     virtual ~MainQueue() = default;
@@ -28,7 +28,7 @@ public:
     // Runs `work` on the main thread in a later turn of its loop, in the order queued. May be called on any thread.
     virtual void async(std::function<void()> work) = 0;
 
-    // The same, unless `context` has gone by then. Main thread only.
+    // The same, unless `context` is deleted before. Main thread only.
     void async(const QObject *context, std::function<void()> work) { async(whileAlive(context, std::move(work))); }
 
     // Runs `work` once, `seconds` from now. Main thread only.

@@ -9,18 +9,18 @@
 
 class QWidget;
 
-// A dialog in which the user picks one existing file of any kind.
+// A dialog in which the user picks an existing file.
 struct OpenPanel {
     QString title;
     QString prompt;      // the title of the button that picks
-    QList<QUrl> folders; // where it starts, and other places at hand; none: wherever the desktop starts
+    QList<QUrl> folders; // where it starts, and further places; empty for the desktop's choice
 };
 
 class OpenPanels {
 public:
     virtual ~OpenPanels() = default;
 
-    // Shows the panel over `window` and returns the chosen file, or nothing when the user chose none; the main loop
-    // goes on turning meanwhile.
+    // Shows the panel over `window` and returns the chosen file, or nothing when the user cancelled. The main loop runs
+    // meanwhile.
     virtual std::optional<QUrl> runModal(const OpenPanel &panel, QWidget *window) = 0;
 };

@@ -4,11 +4,11 @@
 #include <QList>
 #include <QUrl>
 
-// The general pasteboard: what the user last copied.
+// The clipboard: what the user last copied.
 class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 
-    // All file URLs on it, in their order; empty when it holds anything else or cannot be read.
+    // All its file URLs, in their order. Empty when it holds anything else or cannot be read.
     virtual QList<QUrl> fileURLs() const = 0;
 };

@@ -27,7 +27,7 @@
 #include <optional>
 #include <string>
 
-// Every service that the application needs beyond Qt. Made once in main and handed down; tests hand down a virtual one.
+// Every service that the application needs beyond Qt. main makes one and passes it on; tests pass a virtual one.
 struct Platform {
     std::unique_ptr<MainQueue> mainQueue;
     std::unique_ptr<UserDefaults> userDefaults;
@@ -52,15 +52,15 @@ struct Platform {
     std::unique_ptr<OpenPanels> openPanels;
 };
 
-// Why the program cannot run here: a text in the sources' language, to be translated in the context "Obstacle", and
-// what takes the place of its %1.
+// Why the program cannot run here: an English text, to be translated in the context "Obstacle", and what replaces its
+// %1.
 struct Obstacle {
     const char *text;
     std::string detail;
 };
 
-// Settles what the platform needs before the QApplication is made.
+// Prepares what the platform needs before the QApplication is made.
 std::optional<Obstacle> preparePlatform();
 
-// The services of the desktop this is built for. Needs the QApplication to exist.
+// Makes the services of the desktop that this is built for. Needs the QApplication.
 std::unique_ptr<Platform> createPlatform();

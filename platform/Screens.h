@@ -8,11 +8,11 @@
 #include <functional>
 #include <optional>
 
-// One screen, in the points in which Qt places windows: y grows downwards.
+// One screen, in the points of Qt's window coordinates: y grows downwards.
 struct Screen {
     QRectF frame;
-    QRectF visibleFrame; // without what panels and docks reserve
-    double scale = 1.0;  // pixels a point
+    QRectF visibleFrame; // without the space that panels and docks reserve
+    double scale = 1.0;  // pixels per point
 
     bool operator==(const Screen &) const = default;
 };
@@ -21,7 +21,7 @@ class Screens {
 public:
     virtual ~Screens() = default;
 
-    // The screen with the active window, else the one with the pointer; nothing while there is no screen at all.
+    // The screen with the active window, or else with the pointer. Nothing while there is no screen.
     virtual std::optional<Screen> main() const = 0;
 
     // All screens, the primary one first.
@@ -30,13 +30,13 @@ public:
     // The pointer's position, in the same coordinates.
     virtual QPointF pointer() const = 0;
 
-    // The height with which coordinates are turned from the top left of the primary screen to its bottom left.
+    // The height for flipped(), which converts from the top left of the primary screen to its bottom left.
     double flipHeight() const
     {
         const QList<Screen> screens = all();
         return screens.isEmpty() ? 0 : screens.constFirst().frame.bottom();
     }
 
-    // Called on the main thread after screens came, went or changed their size or reserved space.
+    // Called on the main thread after screens were added or removed, or changed their size or reserved space.
     std::function<void()> onChange;
 };

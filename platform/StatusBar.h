@@ -11,10 +11,10 @@ class StatusItem {
 public:
     virtual ~StatusItem() = default;
 
-    // The symbol to show and how a screen reader names it.
+    // Sets the symbol, and its name for a screen reader.
     virtual void setSymbol(const QString &name, const QString &accessibilityDescription) = 0;
 
-    // The menu that a click opens, replacing the previous one.
+    // Sets the menu that a click opens. It replaces the previous one.
     virtual void setMenu(std::unique_ptr<QMenu> menu) = 0;
 };
 
@@ -22,6 +22,6 @@ class StatusBar {
 public:
     virtual ~StatusBar() = default;
 
-    // A new item. Where the session has no status bar yet, it appears when one comes.
+    // Makes an item. If the session has no status bar yet, the item appears when one starts.
     virtual std::unique_ptr<StatusItem> createItem() = 0;
 };

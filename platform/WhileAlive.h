@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <utility>
 
-// A callback that calls `function` unless `owner` has gone by then; it answers a default value instead. For callbacks
-// that whoever holds them may call late. Make it on the thread of the owner, and call it there.
+// Returns a callback that calls `function` while `owner` exists. After the owner is deleted the callback does nothing
+// and returns a default value. Make it and call it on the owner's thread.
 template<typename Owner, typename Function>
 auto whileAlive(Owner *owner, Function function)
 {

@@ -21,19 +21,19 @@ class Workspace {
 public:
     virtual ~Workspace() = default;
 
-    // The identifier of the application that has the focus; nothing when there is no such application or it has none.
+    // The identifier of the application that has the focus. Nothing when there is none, or it has no identifier.
     virtual std::optional<QString> frontmostBundleIdentifier() const = 0;
 
-    // Opens a file or address with its default application. False when nothing could be started; returns at once.
+    // Opens a file or address with its default application, and returns at once. False when no application starts.
     virtual bool open(const QUrl &url) = 0;
 
-    // The icon of a file by its kind; never null, also for a file that has gone. Does not open the file.
+    // The icon for the kind of a file. Never null, even if the file is missing. Does not open the file.
     virtual QIcon icon(const QUrl &file) const = 0;
 
     // The installed application with that identifier.
     virtual std::optional<Application> application(const QString &bundleIdentifier) const = 0;
 
-    // The identifier of the application that the user chose in an open panel; nothing when the file is none.
+    // The identifier of an application that the user picked in an open panel. Nothing when the file is no application.
     virtual std::optional<QString> bundleIdentifier(const QUrl &chosenFile) const = 0;
 
     // The folders in which the user looks for applications, the one to begin with first; never empty.

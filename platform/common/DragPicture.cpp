@@ -21,7 +21,7 @@ constexpr double kBadgeRing = 1.5;
 constexpr int kBadgeFontSize = 12;
 constexpr int kOpaqueFromAlpha = 128;
 constexpr int kLightFromGray = 170;
-// Smaller drag pictures make the windowing system's trouble.
+// Some windowing systems fail with smaller drag pictures.
 constexpr int kSmallestSide = 2;
 
 QImage canvas(const QSizeF &size, double scale)
@@ -33,7 +33,7 @@ QImage canvas(const QSizeF &size, double scale)
     return image;
 }
 
-// The contents of `item` as they lie in its frame: centred, in points.
+// The frame of the contents in the frame of `item`: centred, in points.
 QRectF pictureRect(const DraggingItem &item)
 {
     QRectF rect(QPointF(), fittedSize(item.contents.deviceIndependentSize(), item.frame.size()));
@@ -45,7 +45,7 @@ void drawContents(QPainter &painter, const DraggingItem &item, const QRectF &rec
 {
     if (item.contents.isNull())
         return;
-    // Scaled beforehand, because a painter's own smooth scaling skips pixels of a much larger picture.
+    // Scale first: the painter's smooth scaling skips pixels of a much larger picture.
     QPixmap scaled = item.contents.scaled((rect.size() * scale).toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
                                           Qt::SmoothTransformation);
     scaled.setDevicePixelRatio(1);

@@ -10,20 +10,20 @@
 #include <QPointF>
 #include <QSizeF>
 
-// What is drawn under the pointer during a drag, and the point of it that sits on the pointer.
+// The picture under the pointer during a drag, and the point of it that is at the pointer.
 struct DragPicture {
     QPixmap pixmap;
     QPoint hotSpot; // points from the picture's top left
 };
 
 struct DragPictureStyle {
-    double scale = 1.0; // pixels a point
+    double scale = 1.0; // pixels per point
     QColor accent;      // of the badge with the number of items
-    bool blends = true; // translucent pixels show what is behind; otherwise every pixel is opaque or not there
+    bool blends = true; // whether translucent pixels have an effect; otherwise each pixel is opaque or transparent
 };
 
-// The picture of a drag of `items`: one item's contents, or a fan of the first few with their number. `pointer` is
-// where the source view was grabbed, in its points.
+// The picture of a drag of `items`: the contents of one item, or a fan of the first few with their number. `pointer` is
+// where the user grabbed the source view, in its points.
 DragPicture dragPicture(const QList<DraggingItem> &items, const QPointF &pointer, const DragPictureStyle &style);
 
 // The largest size with the proportions of `contents` that fits `frame`.

@@ -11,10 +11,10 @@ namespace {
 
 const QString kUriListType = QStringLiteral("text/uri-list");
 
-// What a path may hold beside letters, digits and "-._~" without being percent-encoded, as QUrl writes it.
+// The characters, beside letters, digits and "-._~", that QUrl does not percent-encode in a path.
 const QByteArray kPlainInPath = QByteArrayLiteral("/!$&'()*+,:;=@[]");
 
-// The URL of a file on this machine, however its sender spelled it; nothing for a file elsewhere or no file at all.
+// The URL of a file on this machine, in one spelling. Nothing for a file elsewhere, or for no file.
 std::optional<QUrl> localFileURL(const QUrl &url)
 {
     if (!url.isLocalFile() || !url.path().startsWith(QLatin1Char('/')))
@@ -23,7 +23,7 @@ std::optional<QUrl> localFileURL(const QUrl &url)
     if (!host.isEmpty() && host != QLatin1String("localhost") &&
         host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0)
         return {};
-    // Some encode a parenthesis or a semicolon and some do not. Two spellings of one path are one file.
+    // Some programs encode parentheses or semicolons, others do not: both spellings are the same file.
     return fileURL(fileSystemPath(url));
 }
 

@@ -3,8 +3,8 @@
 
 #include <QString>
 
-// Whether an alert is to let its informative text scroll, so that its buttons stay on the screen. What comes from
-// outside can be of any length.
+// Whether an alert lets its informative text scroll, so that its buttons stay on the screen. A text from outside, such
+// as that of an update, may have any length.
 inline bool isLongText(const QString &text)
 {
     constexpr int kCharacters = 600;

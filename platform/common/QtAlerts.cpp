@@ -43,17 +43,17 @@ void emphasizeMessage(QMessageBox &box)
     }
 }
 
-// Shows the informative text at a width at which it reads well.
+// Shows the informative text at a readable width.
 void setInformativeText(QMessageBox &box, const QString &text)
 {
     const bool isLong = isLongText(text);
-    // A label lays out all of its text again and again; it is not given more than it can take.
+    // A label lays out all of its text at every change, so limit the length.
     box.setInformativeText(isLong ? QStringLiteral(" ") : text);
     auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"));
     if (!label)
         return;
     label->setMinimumWidth(kTextWidth);
-    // A long word cannot be broken by a label either.
+    // A label cannot break a long word.
     if (!isLong && label->minimumSizeHint().width() <= kLargestWordWidth)
         return;
     auto *const area = new QPlainTextEdit(text, &box);
@@ -77,12 +77,12 @@ QtAlerts::QtAlerts(const SystemAppearance &systemAppearance, ActivationPolicy &p
 AlertAnswer QtAlerts::runModal(const Alert &alert)
 {
     QMessageBox box;
-    // Texts are the system's own or come from outside; neither is markup.
+    // No text here is markup, and some come from outside.
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(alert.messageText);
     box.setText(alert.messageText);
     QIcon icon = alert.icon.isNull() ? appearance.applicationIcon() : alert.icon;
-    // The desktop may know the application by an icon even where there is no image of it.
+    // The icon theme may have an icon for the application even where our own image is missing.
     if (icon.isNull())
         icon = QApplication::windowIcon();
     if (!icon.isNull())
@@ -95,7 +95,7 @@ AlertAnswer QtAlerts::runModal(const Alert &alert)
 
     QList<QPushButton *> buttons;
     for (const QString &title : alert.buttons) {
-        // The last of several buttons is the one that Escape and closing the window choose.
+        // Escape and closing the window choose the last of several buttons.
         const bool closes = buttons.size() + 1 == alert.buttons.size();
         buttons.append(
             box.addButton(title, closes && !buttons.isEmpty() ? QMessageBox::RejectRole : QMessageBox::AcceptRole));
@@ -110,7 +110,7 @@ AlertAnswer QtAlerts::runModal(const Alert &alert)
         box.setCheckBox(checkBox);
     }
 
-    // A message box arranges itself anew with each of the above, so what it does not know of comes last.
+    // The message box lays itself out again at each call above, so add our own views last.
     emphasizeMessage(box);
     setInformativeText(box, alert.informativeText);
 

@@ -7,7 +7,7 @@
 
 class QMimeData;
 
-// What a drag by way of Qt has in common on every desktop.
+// What drags through Qt have in common on every desktop.
 
 Qt::DropAction dropAction(DragOperation operation);
 DragOperation dragOperation(Qt::DropAction action);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kMillisecondsPerSecond = 1000.0;
 constexpr double kNanosecondsPerSecond = 1e9;
-// QTimer counts milliseconds in an int; a longer wait (an absurd setting) is cut to the longest it can hold.
+// QTimer counts milliseconds in an int. A longer wait, from an absurd setting, is limited to that.
 constexpr double kLongestWait = 2.0e9;
 
 class QtTimer : public Timer {
@@ -42,7 +42,7 @@ std::shared_ptr<Timer> startTimer(QObject *receiver, double seconds, bool repeat
     timer->setSingleShot(!repeats);
     timer->setInterval(static_cast<int>(std::lround(std::min(seconds * kMillisecondsPerSecond, kLongestWait))));
     QObject::connect(timer, &QTimer::timeout, receiver, [timer, repeats, work = std::move(work)] {
-        // The work may end the timer and with it this closure.
+        // The work may invalidate the timer, which destroys this closure.
         const auto keep = work;
         if (!repeats)
             timer->deleteLater();

@@ -6,12 +6,12 @@
 
 std::optional<QUrl> QtOpenPanels::runModal(const OpenPanel &panel, QWidget *window)
 {
-    // Quitting can take the window away, and the dialog with it, while the dialog is open.
+    // Quitting during the dialog may delete the window, and the dialog with it.
     const QPointer<QFileDialog> dialog = new QFileDialog(window, panel.title);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setLabelText(QFileDialog::Accept, panel.prompt);
-    // An application's entry is often a link; what it is called is the link's name.
+    // An application's entry is often a link, and the name of the link is the identifier.
     dialog->setOption(QFileDialog::DontResolveSymlinks);
     if (!panel.folders.isEmpty())
         dialog->setDirectoryUrl(panel.folders.first());
@@ -19,7 +19,7 @@ std::optional<QUrl> QtOpenPanels::runModal(const OpenPanel &panel, QWidget *wind
     dialog->setSidebarUrls(usualPlaces + panel.folders);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     const QList<QUrl> chosen = dialog && accepted ? dialog->selectedUrls() : QList<QUrl>();
-    // A dialog that goes leaves its places to every program of this user, whom these would only puzzle elsewhere.
+    // Qt saves the sidebar of a dialog for all programs of the user. Restore it: our folders make no sense elsewhere.
     if (dialog)
         dialog->setSidebarUrls(usualPlaces);
     else

@@ -34,7 +34,7 @@ namespace {
 
 constexpr char kPlatform[] = "QT_QPA_PLATFORM";
 
-// Without HOME everything in it would be looked for in the root folder.
+// Without HOME, Qt would use the root folder as home.
 void settleHome()
 {
     if (!qEnvironmentVariableIsEmpty("HOME"))
@@ -44,7 +44,7 @@ void settleHome()
         qputenv("HOME", user->pw_dir);
 }
 
-// Qt ends the program itself, with a core dump, where it finds no X server.
+// Checks it before Qt does: without an X server Qt aborts with a core dump.
 std::optional<Obstacle> whyThereIsNoServer()
 {
     const std::string display = qgetenv("DISPLAY").toStdString();
@@ -65,8 +65,8 @@ std::optional<Obstacle> whyThereIsNoServer()
 std::optional<Obstacle> preparePlatform()
 {
     settleHome();
-    // Only X11 lets a program follow other programs' drags and place its own windows, so under Wayland the X server
-    // that comes with it is used.
+    // Only X11 lets a program see other programs' drags and place its own windows, so use XWayland in a Wayland
+    // session.
     const QByteArray wanted = qgetenv(kPlatform);
     if (!wanted.isEmpty() && !wanted.startsWith("wayland") && !wanted.startsWith("xcb"))
         return {};
@@ -78,7 +78,8 @@ std::optional<Obstacle> preparePlatform()
 std::unique_ptr<Platform> createPlatform()
 {
     const auto xcb = XcbConnection::open();
-    // Drags select events of other programs' windows, which would replace what another service selected there.
+    // Drags select events on other programs' windows. On the same connection that would replace the selection of
+    // others.
     const auto drags = XcbConnection::open();
 
     auto platform = std::make_unique<Platform>();

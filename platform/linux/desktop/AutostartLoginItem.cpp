@@ -42,7 +42,7 @@ QStringList systemAutostartFolders()
     return folders;
 }
 
-// A value of the type "string": backslash and the blanks at its ends count only when escaped.
+// Escapes a value of the type "string": a backslash, and blanks at its ends.
 QString escapedString(QString text)
 {
     text.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
@@ -52,7 +52,7 @@ QString escapedString(QString text)
     return text;
 }
 
-// What the entry in the menu says of the program, in every language.
+// The name and comment of the menu entry, in every language.
 QString descriptions()
 {
     QFile entry(QStringLiteral(":/com.orvane.Parklet.desktop"));
@@ -73,7 +73,7 @@ bool exists(const QByteArray &path)
     return ::lstat(path.constData(), &status) == 0;
 }
 
-// Whether the desktop would start what the entry at `path` names.
+// Whether the desktop would start the program of the entry at `path`.
 bool isActive(const QByteArray &path)
 {
     const auto contents = readRegularFile(path, kLongestEntry);
@@ -108,7 +108,7 @@ QString execLine(const QString &program)
 {
     QString quoted;
     for (const QChar character : program) {
-        // Inside quotes these keep their meaning for the shell's rules, which the value follows.
+        // The value follows the shell's rules: these characters are special even inside quotes.
         if (QStringLiteral("\"`$\\").contains(character))
             quoted += QLatin1Char('\\');
         quoted += character;
@@ -144,7 +144,7 @@ QByteArray AutostartLoginItem::systemEntry() const
 
 bool AutostartLoginItem::isEnabled() const
 {
-    // The user's entry stands in for the system's, also to switch it off.
+    // The user's entry overrides the system's, even when it disables it.
     return isActive(exists(entry) ? entry : systemEntry());
 }
 

@@ -6,13 +6,13 @@
 #include <QString>
 #include <QStringList>
 
-// The login item as an autostart entry, which the desktop's own settings may switch off and on as well.
+// The login item as an autostart entry. The desktop's own settings may also switch it off and on.
 class AutostartLoginItem : public LoginItem {
 public:
-    // The user's autostart folder, the system's ones in their order of precedence, and the program to start.
+    // Takes the user's autostart folder, the system's folders in their order of precedence, and the program to start.
     AutostartLoginItem(const QString &folder, const QStringList &systemFolders, const QString &program);
 
-    // Those of this session, and this program.
+    // Takes those of this session, and this program.
     AutostartLoginItem();
 
     bool isEnabled() const override;
@@ -20,7 +20,7 @@ public:
     bool disable() override;
 
 private:
-    // The file of an entry that the system's folders hold; empty when there is none.
+    // The file of the entry in the system's folders. Empty when there is none.
     QByteArray systemEntry() const;
 
     QByteArray entry;

@@ -10,9 +10,9 @@ const QString kName = QStringLiteral("com.orvane.Parklet");
 const QString kPath = QStringLiteral("/com/orvane/Parklet");
 const QString kInterface = QStringLiteral("org.freedesktop.Application");
 
-// How long a later start waits for the running instance, which answers once its main loop turns.
+// How long a later start waits for the running instance, which answers when its main loop runs.
 constexpr int kAnswerTime = 2500; // milliseconds
-// An owner may end between the two questions.
+// An owner may exit between the two calls.
 constexpr int kAttempts = 3;
 
 } // namespace
@@ -31,14 +31,14 @@ BusSessionInstance::~BusSessionInstance()
 
 bool BusSessionInstance::claim()
 {
-    // Before the name: a message may follow it at once.
+    // Register the object before the name: messages may follow the name at once.
     bus.registerObject(kPath, &application);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         if (takeName())
             return true;
         auto message = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
         message.setArguments({QVariantMap()});
-        // A new instance would not do: it is this process that has to become it.
+        // Do not let the bus start another instance: this process is to become it.
         message.setAutoStartService(false);
         const QDBusMessage answer = bus.call(message, QDBus::Block, kAnswerTime);
         const QDBusError error(answer);
@@ -53,7 +53,7 @@ bool BusSessionInstance::takeName()
 {
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = bus.interface()->registerService(
         kName, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
-    // Without an answer there is nobody to hand over to: better a second shelf than none.
+    // No instance has answered. A second shelf is better than none.
     return !reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered;
 }
 

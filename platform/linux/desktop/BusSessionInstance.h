@@ -8,7 +8,7 @@
 #include <QObject>
 #include <QVariantMap>
 
-// One Parklet per session bus: whoever owns its name. Others, and the desktop's launchers, reach it as an
+// One Parklet per session bus: the owner of its name. Other starts and the desktop's launchers call it as an
 // org.freedesktop.Application.
 class BusSessionInstance : public SessionInstance {
 public:
@@ -21,10 +21,10 @@ private:
     bool takeName();
 
     QDBusConnection bus;
-    QObject application; // what is seen on the bus
+    QObject application; // the object on the bus
 };
 
-// The interface as the desktop entry specification describes it.
+// The interface org.freedesktop.Application, as the desktop entry specification describes it.
 class ApplicationAdaptor : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")

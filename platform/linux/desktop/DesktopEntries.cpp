@@ -21,7 +21,7 @@ namespace {
 
 const QString kSuffix = QStringLiteral(".desktop");
 constexpr qint64 kLongestEntry = 1 << 20; // bytes
-constexpr int kDeepestFolder = 8;         // also ends a loop of links
+constexpr int kDeepestFolder = 8;         // also stops at a loop of links
 constexpr qint64 kNotThere = -1;
 
 struct KeyFileFree {
@@ -51,7 +51,7 @@ QString takeString(char *text)
     return string;
 }
 
-// Only what the index needs, without a full parse: there are hundreds of entries.
+// Reads only what the index needs, without a full parse: there are hundreds of entries.
 struct EntryHeader {
     QByteArray windowClass;
     bool hidden = false;
@@ -146,7 +146,7 @@ QStringList DesktopEntries::standardFolders()
     const QStringList shared = QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
     for (const QString &folder : shared)
         add(folder + applications);
-    // The session names these too when it was set up by the packages that own them, but not every one is.
+    // XDG_DATA_DIRS has these only where the packages of Flatpak and Snap have set up the session.
     add(data + QStringLiteral("/flatpak/exports/share") + applications);
     add(QStringLiteral("/var/lib/flatpak/exports/share") + applications);
     add(QStringLiteral("/var/lib/snapd/desktop") + applications);

@@ -10,41 +10,42 @@
 #include <optional>
 #include <vector>
 
-// What the desktop knows of an application from its desktop entry.
+// An application, as its desktop entry describes it.
 struct DesktopEntry {
-    QString name; // in the user's language; empty when it states none
+    QString name; // in the user's language; empty when there is none
     QString icon; // a name in the icon theme or an absolute path
 };
 
-// Reads an application's desktop entry; nothing for a file that is none, or none that can be started here.
+// Reads an application's desktop entry. Nothing for any other file, or an application that cannot be started here.
 std::optional<DesktopEntry> readDesktopEntry(const QByteArray &path);
 
-// The desktop entries of the installed applications, by their identifiers: the path below the applications folder with
-// dashes for slashes and without ".desktop". An entry of an earlier folder stands in for those of later ones.
+// The desktop entries of the installed applications, by identifier: the path below the applications folder, with dashes
+// for slashes and without ".desktop". An entry in an earlier folder overrides those in later ones.
 class DesktopEntries {
 public:
-    // Every applications folder of this session, also those that Flatpak and Snap export to.
+    // The applications folders of this session, including those of Flatpak and Snap.
     static QStringList standardFolders();
 
     explicit DesktopEntries(const QStringList &applicationsFolders = standardFolders());
 
     QStringList folders() const { return roots; }
 
-    // The file of the entry with that identifier; nothing when there is none or it counts as deleted.
+    // The file of the entry with that identifier. Nothing when there is none, or it is marked as deleted.
     std::optional<QByteArray> path(const QString &identifier) const;
 
-    // The identifier that the file at `path` has, also when it is a link to an entry; its name for an entry elsewhere.
+    // The identifier of the entry at `path`, which may be a link to an entry. An entry outside the folders has its
+    // name.
     std::optional<QString> identifier(const QByteArray &path) const;
 
-    // The installed application whose windows have that class: as it states itself, else by its identifier, in any
-    // case.
+    // The installed application whose windows have that class: by its StartupWMClass, or else by its identifier,
+    // ignoring case.
     std::optional<QString> identifierForWindowClass(const QString &windowClass) const;
     std::optional<QString> identifierNamed(const QString &name) const;
 
 private:
     struct Stamp {
         QByteArray folder;
-        qint64 modified; // nanoseconds since 1970; -1 when the folder is not there
+        qint64 modified; // nanoseconds since 1970; -1 when the folder is missing
     };
 
     struct Index {
@@ -52,7 +53,7 @@ private:
         QSet<QString> seen;                    // identifiers
         QHash<QString, QString> byName;        // lower case
         QHash<QString, QString> byWindowClass; // lower case
-        QSet<QString> unlistedClasses;         // those so far known only from an entry that no menu shows
+        QSet<QString> unlistedClasses;         // classes known only from entries that no menu shows
     };
 
     const Index &index() const;
@@ -60,6 +61,6 @@ private:
 
     QStringList roots;
 
-    // What the folders hold, read when first asked for and again when one of them has changed.
+    // The contents of the folders, read at first use and again after a change.
     mutable Index known;
 };

@@ -19,7 +19,7 @@ constexpr int kProbeSize = 32; // pixels
 const QString kFolderType = QStringLiteral("inode/directory");
 const QString kUnknownType = QStringLiteral("application/octet-stream");
 
-// Themes known to hold an icon for every common kind of file, the preferred one first.
+// Themes with an icon for every common kind of file, the preferred one first.
 const QStringList kFullThemes = {
     QStringLiteral("Adwaita"), QStringLiteral("breeze"), QStringLiteral("Yaru"),
     QStringLiteral("Papirus"), QStringLiteral("Mint-Y"), QStringLiteral("elementary"),
@@ -45,7 +45,7 @@ QIcon drawnIcon(const QString &name)
     return QIcon(new SymbolIconEngine(file.readAll(), QColor()));
 }
 
-// A theme may name a file that is broken.
+// A theme may contain a broken file.
 bool draws(const QIcon &icon)
 {
     return !icon.isNull() && !icon.pixmap(QSize(kProbeSize, kProbeSize), 1.0).isNull();
@@ -59,7 +59,7 @@ void chooseFallbackIconTheme()
         return;
     for (const QString &name : kFullThemes) {
         if (isFullTheme(name)) {
-            // Qt falls back from a theme only, not from none.
+            // Qt uses the fallback theme only if there is a theme.
             if (QIcon::themeName().isEmpty())
                 QIcon::setThemeName(name);
             else
@@ -125,7 +125,7 @@ QIcon FileIcons::application(const QString &icon) const
         }
         name.clear();
     }
-    // Old entries name the file.
+    // Old entries give a file name.
     for (const QString &suffix : {QStringLiteral(".png"), QStringLiteral(".svg"), QStringLiteral(".xpm")}) {
         if (name.endsWith(suffix))
             name.chop(suffix.size());

@@ -7,19 +7,19 @@
 #include <QStringList>
 #include <QUrl>
 
-// Makes an installed full icon theme step in where the desktop has set none.
+// Chooses an installed full icon theme where the desktop has set none.
 void chooseFallbackIconTheme();
 
-// The MIME type of a file by its kind and name; the file is not opened.
+// The MIME type of a file by its kind and name. Does not open the file.
 QString mimeTypeByName(const QByteArray &path);
 
-// Icons from the desktop's icon theme, with drawn ones of our own where it has none.
+// Icons from the desktop's icon theme, and drawn ones where the theme has none.
 class FileIcons {
 public:
-    // The icon of a file's kind; never null. The file is not opened and need not exist.
+    // The icon for the kind of a file, never null. Does not open the file, which need not exist.
     QIcon file(const QUrl &url) const;
 
-    // The icon of a desktop entry, a name or an absolute path; never null.
+    // The icon of a desktop entry, given as a name or an absolute path. Never null.
     QIcon application(const QString &icon) const;
 
 private:

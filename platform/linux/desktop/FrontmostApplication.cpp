@@ -23,7 +23,7 @@ QByteArray propertyText(const xcb_get_property_reply_t *reply)
     return {static_cast<const char *>(xcb_get_property_value(reply)), xcb_get_property_value_length(reply)};
 }
 
-// The identifier of a desktop entry that is named by its identifier, its file's name or its path.
+// The identifier of a desktop entry, given by its identifier, its file name or its path.
 QString entryIdentifier(const QString &text, const DesktopEntries &entries)
 {
     if (text.startsWith(QLatin1Char('/')))
@@ -65,7 +65,7 @@ QString sandboxIdentifier(const QByteArray &process)
     }
     const auto groups = readRegularFile(process + "/cgroup", kLongestInfo);
     if (groups) {
-        // snap.<snap>.<application>, with an identifier of the run where there are several.
+        // snap.<snap>.<application>, and an identifier of the run if there are several.
         static const QRegularExpression snap(QStringLiteral(
             "/snap\\.([a-z0-9-]+)\\.([A-Za-z0-9-]+?)(?:-[0-9a-f]{8}-[0-9a-f-]{27})?\\.(?:scope|service)"));
         const auto match = snap.match(QString::fromUtf8(*groups));
@@ -81,7 +81,7 @@ std::optional<WindowIdentity> frontmostWindow(XcbConnection &xcb)
     if (active.empty() || active.front() == XCB_NONE || xcb.isOwn(active.front()))
         return {};
 
-    // The window may be gone by now; then every reply is null.
+    // If the window has gone by now, every reply is null.
     const auto request = [&xcb, window = active.front()](xcb_atom_t property) {
         return xcb_get_property(xcb.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestText);
     };
@@ -96,7 +96,7 @@ std::optional<WindowIdentity> frontmostWindow(XcbConnection &xcb)
     WindowIdentity identity;
     identity.desktopFile = QString::fromUtf8(text(desktopFile));
     identity.applicationId = QString::fromUtf8(text(applicationId));
-    // Two strings, each with a zero at its end.
+    // Two strings, each with a terminating null.
     const QList<QByteArray> names = text(windowClass).split('\0');
     identity.instanceName = QString::fromUtf8(names.value(0));
     identity.className = QString::fromUtf8(names.value(1));

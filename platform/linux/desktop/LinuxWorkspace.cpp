@@ -26,7 +26,7 @@ struct ObjectUnref {
 template<typename T>
 using GObjectPointer = std::unique_ptr<T, ObjectUnref>;
 
-// The file's type by its name, or by its first bytes where the name says nothing.
+// The file's type by its name, or by its first bytes if the name has no known ending.
 QString mimeTypeOf(const QByteArray &path)
 {
     QString byName = mimeTypeByName(path);
@@ -111,7 +111,7 @@ std::optional<QString> LinuxWorkspace::bundleIdentifier(const QUrl &chosenFile) 
 
 QList<QUrl> LinuxWorkspace::applicationsFolders() const
 {
-    // The one with the most comes first: the user's own folder often holds only a few.
+    // The folder with the most entries comes first: the user's own folder often has only a few.
     std::vector<std::pair<qsizetype, QString>> folders;
     for (const QString &folder : entries.folders()) {
         const qsizetype count = QDir(folder).entryList({QStringLiteral("*.desktop")}, QDir::Files).size();

@@ -9,7 +9,8 @@
 
 class XcbConnection;
 
-// Applications by their desktop entries, icons by the icon theme and the shared MIME database, opening through GIO.
+// Finds applications by their desktop entries and icons by the icon theme and the shared MIME database, and opens files
+// through GIO.
 class LinuxWorkspace : public Workspace {
 public:
     // Without an X server (null) there is no frontmost application.

@@ -22,7 +22,7 @@ constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kOthers = 0077;
 constexpr char kActivate[] = "activate\n";
 
-// How long a later start waits for the running instance, and between two attempts to reach one that is starting.
+// How long a later start waits for the running instance, and the pause between two attempts.
 constexpr int kAnswerTime = 2500;        // milliseconds
 constexpr unsigned long kRetryTime = 50; // milliseconds
 
@@ -37,7 +37,7 @@ bool isPrivate(const QByteArray &folder)
 
 QString SocketSessionInstance::privateFolder()
 {
-    // Qt would make a folder of its own, with a warning, where the session names none.
+    // Without XDG_RUNTIME_DIR Qt would make a folder of its own and print a warning.
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
     if (runtime.startsWith('/') && isPrivate(runtime) && ::access(runtime.constData(), W_OK) == 0)
         return QFile::decodeName(runtime);
@@ -62,7 +62,7 @@ SocketSessionInstance::~SocketSessionInstance()
 
 bool SocketSessionInstance::claim()
 {
-    // Where there is no place for a lock: better a second shelf than none.
+    // There is no place for a lock. A second shelf is better than none.
     if (path.isEmpty())
         return true;
     lock = ::open(QFile::encodeName(path + QStringLiteral(".lock")).constData(),
@@ -82,7 +82,7 @@ bool SocketSessionInstance::claim()
 void SocketSessionInstance::listen()
 {
     const QString socket = path + QStringLiteral(".socket");
-    // Ours is the lock, so nobody listens on what is left of an earlier one.
+    // We hold the lock, so no process listens on an old socket.
     QLocalServer::removeServer(socket);
     server.setSocketOptions(QLocalServer::UserAccessOption);
     QObject::connect(&server, &QLocalServer::newConnection, &server, [this] {
@@ -111,7 +111,7 @@ void SocketSessionInstance::askOther() const
     while (left() > 0) {
         QLocalSocket socket;
         socket.connectToServer(path + QStringLiteral(".socket"));
-        // It takes the lock a moment before it listens.
+        // The other instance takes the lock a moment before it listens.
         if (!socket.waitForConnected(left())) {
             QThread::msleep(kRetryTime);
             continue;

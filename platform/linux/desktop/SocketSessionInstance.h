@@ -6,14 +6,14 @@
 #include <QLocalServer>
 #include <QString>
 
-// One Parklet per folder, for sessions without a bus: whoever holds the lock, which ends with its process however that
-// ends. Later starts reach it through a socket beside the lock.
+// One Parklet per folder, for sessions without a bus: the process that holds a lock, which the kernel releases when the
+// process ends. Later starts reach it through a socket beside the lock.
 class SocketSessionInstance : public SessionInstance {
 public:
-    // A folder that belongs to this user alone; empty when there is none.
+    // A folder that belongs to this user only. Empty when there is none.
     static QString privateFolder();
 
-    // `name` tells the sessions of one user apart.
+    // `name` distinguishes the sessions of one user.
     SocketSessionInstance(const QString &folder, const QString &name);
     ~SocketSessionInstance() override;
 

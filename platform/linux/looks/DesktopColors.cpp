@@ -8,13 +8,13 @@
 
 namespace {
 
-// What can be changed is lighter than what it lies on: the dark outlines of Qt's own style do not show in the dark.
+// Controls are lighter than their background: the dark outlines of Qt's own style are invisible on it.
 const QColor kWindow(42, 42, 46);
 const QColor kButton(72, 72, 78);
 const QColor kBase(64, 64, 70);
 const QColor kAlternateBase(70, 70, 76);
 const QColor kText(238, 238, 240);
-const QColor kFaintText(148, 148, 152); // of what is disabled, and of placeholders
+const QColor kFaintText(148, 148, 152); // disabled text and placeholders
 const QColor kToolTip(66, 66, 71);
 const QColor kLink(120, 174, 255);
 const QColor kVisitedLink(196, 160, 255);
@@ -34,7 +34,7 @@ std::array<double, 3> parts(const QVariant &value)
     return found;
 }
 
-// As WCAG 2 has it, from 0 for black to 1 for white.
+// The relative luminance by WCAG 2, from 0 for black to 1 for white.
 double luminance(const QColor &color)
 {
     const auto linear = [](double part) {
@@ -45,7 +45,7 @@ double luminance(const QColor &color)
 
 QColor readableOn(const QColor &color)
 {
-    // White where it has a contrast of 3 to 1 at least, as desktops have it on their accent colours.
+    // White if its contrast is at least 3 to 1, as desktops do on their accent colours.
     constexpr double kBrightestUnderWhite = 0.3;
     return luminance(color) > kBrightestUnderWhite ? Qt::black : Qt::white;
 }

@@ -5,7 +5,7 @@
 #include <QPalette>
 #include <QVariantMap>
 
-// What a desktop says of its colours through its settings portal: the namespace org.freedesktop.appearance.
+// The colours that a desktop states through its settings portal, in the namespace org.freedesktop.appearance.
 struct DesktopColors {
     enum class Scheme { NoPreference, Dark, Light };
 
@@ -14,11 +14,11 @@ struct DesktopColors {
 
     bool operator==(const DesktopColors &) const = default;
 
-    // Takes over the settings of `changed`: "color-scheme", a number, and "accent-color", red, green and blue from 0 to
-    // 1. Any other number is no preference, and a colour of other parts none.
+    // Applies the settings in `changed`: "color-scheme", a number, and "accent-color", red, green and blue from 0 to 1.
+    // Unknown numbers mean no preference, and components out of range mean no colour.
     void update(const QVariantMap &changed);
 };
 
-// The roles of a palette that have to differ from `standard`, that of style and theme, to show `colors`. Those that a
-// dark desktop has dark already are left as they are.
+// The palette roles that must differ from `standard`, the palette of style and theme, to show `colors`. Roles that are
+// already dark on a dark desktop stay.
 QPalette desktopPalette(const QPalette &standard, const DesktopColors &colors);

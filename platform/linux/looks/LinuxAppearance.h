@@ -8,8 +8,8 @@
 class PortalColors;
 class QDBusConnection;
 
-// The palette's highlight as accent colour, and symbols drawn from the SVG files of `artwork`. Without an icon there,
-// the application's is the icon theme's for its desktop entry, or that of any application.
+// The palette's highlight is the accent colour, and the SVG files in `artwork` are the symbols. Without an icon in
+// there the application has the icon theme's icon for its desktop entry, or for any application.
 class LinuxAppearance : public SystemAppearance {
 public:
     // `artwork` holds AppIcon.svg and symbols/<name>.svg, by default the program's own.
@@ -17,13 +17,13 @@ public:
 
     ~LinuxAppearance() override;
 
-    // From now on the application has the colours that the desktop's settings portal tells; see PortalColors.
+    // Makes the application follow the colours of the desktop's settings portal; see PortalColors.
     void followPortal(const QDBusConnection &sessionBus);
 
     QColor accentColor() const override;
     QIcon symbol(const QString &name, const QColor &tint) const override;
     QIcon applicationIcon() const override;
-    // As the one of GTK does, which asks to select or to cancel.
+    // True for GTK's panel, which has the buttons Select and Cancel.
     bool colorPanelTakesBack() const override { return true; }
 
 private:

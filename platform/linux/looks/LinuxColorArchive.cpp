@@ -71,7 +71,7 @@ std::optional<QColor> LinuxColorArchive::unarchive(const QByteArray &data) const
         if (alpha < 0.0F || alpha > 1.0F)
             return {};
         color = QColor::fromRgbF(red, green, blue, alpha);
-        // Components that would fit the ordinary range keep the precision they were stored with.
+        // Keep the stored precision, even of components that fit the ordinary range.
         color = color.toExtendedRgb();
     }
     if (!color.isValid())

@@ -3,9 +3,9 @@
 
 #include "platform/MenuBar.h"
 
-// An X11 desktop shows menus inside the windows of a program, and a window of Parklet has room for none: its views
-// answer to the keys of the menu themselves. A QMenuBar that is never shown would cost a fifth of the start all the
-// same, as its arrow makes Qt load every image plugin.
+// Shows nothing: X11 desktops show menus inside windows, and Parklet's windows have no room for one. The views handle
+// the keys of the menu themselves. Even a hidden QMenuBar would cost a fifth of the start, because its arrow makes Qt
+// load every image plugin.
 class LinuxMenuBar : public MenuBar {
 public:
     void setMainMenu(std::unique_ptr<QMenu> menu) override { mainMenu = std::move(menu); }

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr double kOutlineOpacity = 0.75;
-constexpr double kPixelsOfOutline = 22.0;                  // pixels of the icon for one of the outline
+constexpr double kPixelsOfOutline = 22.0;                  // the outline has one pixel for so many pixels of the icon
 constexpr int kTraySizes[] = {16, 22, 24, 32, 44, 48, 64}; // pixels
 
 } // namespace

@@ -58,7 +58,7 @@ void PortalColors::update(const QVariantMap &changed)
     colors.update(changed);
     if (colors == before)
         return;
-    // First back to what style and theme say.
+    // First restore the palette of style and theme.
     QApplication::setPalette(QPalette());
     QApplication::setPalette(desktopPalette(QApplication::palette(), colors));
 }

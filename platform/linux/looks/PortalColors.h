@@ -7,22 +7,21 @@
 #include <QDBusMessage>
 #include <QObject>
 
-// Makes the application's palette dark where the desktop's settings portal says that the desktop is, and gives it the
-// accent colour, now and whenever they change. Qt's own themes know this from Qt 6.5 on, and some of it only later.
-// Nothing changes where there is no portal, or where a theme speaks for the desktop: that of KDE, or one the user has
-// chosen.
+// Follows the desktop's settings portal: makes the application's palette dark when the desktop is, and sets the accent
+// colour. Qt's own themes do so from Qt 6.5 on, and partly later. It changes nothing without a portal, or when a theme
+// decides about colours: KDE's, or one that the user has chosen.
 class PortalColors : public QObject {
     Q_OBJECT
 
 public:
-    // `sessionBus` is where the portal is.
+    // The portal is on `sessionBus`.
     explicit PortalColors(const QDBusConnection &sessionBus);
 
-    // Whether a theme speaks for the desktop.
+    // Whether a theme decides about colours.
     static bool themeKnowsColors();
 
 private slots:
-    // The message itself, because Qt may not know the type of its value yet, and then connects nothing.
+    // Takes the whole message: Qt connects nothing to a slot with a type that it does not know yet.
     void settingChanged(const QDBusMessage &message);
 
 private:

@@ -42,7 +42,7 @@ QPixmap SymbolIconEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::Sta
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     renderer->render(&painter, QRectF(QPointF(), size));
-    // Over the finished picture: where strokes overlap the colour must not add up.
+    // Apply the alpha to the finished picture: otherwise it would add up where strokes overlap.
     const double strength = mode == QIcon::Disabled ? opacity * kDisabledOpacity : opacity;
     if (strength < 1.0) {
         painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);

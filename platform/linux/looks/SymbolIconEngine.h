@@ -9,10 +9,11 @@
 
 class QSvgRenderer;
 
-// Draws one SVG picture at exactly the pixels asked for, at every size and scale.
+// Draws one SVG picture at exactly the requested size in pixels.
 class SymbolIconEngine : public QIconEngine {
 public:
-    // `svg` with its "currentColor" as `tint`, whose alpha goes over the whole picture; untinted when it is invalid.
+    // Replaces "currentColor" in `svg` by `tint`, whose alpha applies to the whole picture. An invalid tint changes
+    // nothing.
     SymbolIconEngine(const QByteArray &svg, const QColor &tint);
     ~SymbolIconEngine() override;
 

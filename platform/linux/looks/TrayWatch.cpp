@@ -15,7 +15,7 @@ const QString kWatcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 
-// A watcher that does not answer has no host for us.
+// A watcher that does not answer in this time counts as one without a host.
 constexpr int kAnswerTime = 2000; // milliseconds
 
 } // namespace
@@ -84,7 +84,7 @@ void TrayWatch::finish(bool hasNotifierHost)
     watcher.removeWatchedService(kWatcherName);
     bus.disconnect(kWatcherName, kWatcherPath, kWatcherName, QStringLiteral("StatusNotifierHostRegistered"), this,
                    SLOT(check()));
-    // The receiver may drop this watch.
+    // The receiver may delete this watch.
     std::exchange(appeared, nullptr)();
 }
 

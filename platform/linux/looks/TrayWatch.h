@@ -10,8 +10,8 @@
 #include <functional>
 #include <memory>
 
-// Tells when the session has a tray: a host of status notifier items on the session bus, or a manager of the X server's
-// system tray. Qt decides which of the two it uses once, when it is first asked, so it must not be asked before.
+// Reports when the session has a tray: a host of status notifier items on the session bus, or the owner of the X tray
+// selection. Qt chooses between the two when it is first asked, so do not ask it before.
 class TrayWatch : public QObject {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ public:
     TrayWatch(std::shared_ptr<XcbConnection> xcb, std::function<void()> onAppear);
 
 private slots:
-    // Asks for both kinds of tray.
+    // Checks for both kinds of tray.
     void check();
 
 private:

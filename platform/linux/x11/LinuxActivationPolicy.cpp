@@ -16,7 +16,7 @@ constexpr auto kState = "_NET_WM_STATE";
 constexpr auto kActiveWindow = "_NET_ACTIVE_WINDOW";
 constexpr std::array kHints = {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"};
 
-// As the window managers read messages: what to do with a state, and who asks for it.
+// Values of a _NET_WM_STATE message: what to do with a state, and who asks for it.
 constexpr quint32 kRemoveState = 0;
 constexpr quint32 kAddState = 1;
 constexpr quint32 kFromApplication = 1;
@@ -24,7 +24,7 @@ constexpr quint32 kFromUser = 2;
 
 constexpr quint32 kLongestState = 1024; // atoms
 
-// The connection that the windows are mapped on: what is sent on it arrives in order with that.
+// Qt's connection, which maps the windows: requests on it arrive in order with the mapping.
 xcb_connection_t *windowConnection()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -55,7 +55,7 @@ void tellWindowManager(xcb_connection_t *xcb, xcb_window_t window, xcb_atom_t ty
     xcb_flush(xcb);
 }
 
-// A window that a task list would show: no panel, menu or tool tip.
+// Whether a task list would show the window: it is no panel, menu or tool tip.
 bool isNormalWindow(const QWidget &widget)
 {
     const Qt::WindowType type = widget.windowType();
@@ -107,7 +107,7 @@ void LinuxActivationPolicy::askForHints(xcb_connection_t *xcb, xcb_window_t wind
 
 void LinuxActivationPolicy::set(Policy policy)
 {
-    // Every change of a setting comes by here, at each step of a slider.
+    // This runs at every settings change, even at each step of a slider.
     if (policy == current)
         return;
     current = policy;
@@ -127,7 +127,7 @@ void LinuxActivationPolicy::activate(QWidget &window)
     window.show();
     window.raise();
     window.activateWindow();
-    // What Qt asks for as an application the window manager may refuse, since the user last worked in another one.
+    // The window manager may refuse what Qt asks for as an application, since the user last worked in another one.
     if (xcb_connection_t *xcb = windowConnection())
         tellWindowManager(xcb, static_cast<xcb_window_t>(window.winId()), atom(kActiveWindow),
                           {kFromUser, XCB_CURRENT_TIME});
@@ -135,11 +135,11 @@ void LinuxActivationPolicy::activate(QWidget &window)
 
 bool LinuxActivationPolicy::eventFilter(QObject *object, QEvent *event)
 {
-    // One that comes from the window system tells of a window that is on screen already, as when it is restored.
+    // A spontaneous event is about a window that is already on screen, for instance a restored one.
     if (event->type() == QEvent::Show && !event->spontaneous() && object->isWidgetType()) {
         const auto *widget = static_cast<const QWidget *>(object);
         xcb_connection_t *xcb = widget->isWindow() ? windowConnection() : nullptr;
-        // The event comes just before the window is mapped; the window manager forgot the state when it was hidden.
+        // The window is about to be mapped. The window manager forgot its state when it was hidden.
         if (xcb && isNormalWindow(*widget))
             writeHints(xcb, static_cast<xcb_window_t>(widget->winId()));
     }

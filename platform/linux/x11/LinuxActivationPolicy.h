@@ -9,8 +9,8 @@
 
 #include <xcb/xcb.h>
 
-// An accessory application's windows are in no task list and no pager. Floating panels are never in one and are left
-// alone.
+// Keeps an accessory application's windows out of the task list and the pager. Floating panels are never in there, so
+// it ignores them.
 class LinuxActivationPolicy : public QObject, public ActivationPolicy {
 public:
     // The application starts as an accessory one.
@@ -24,9 +24,9 @@ public:
 private:
     // The atom of that name, interned at most once.
     xcb_atom_t atom(const char *name);
-    // Before a window is shown its state is ours to write; Qt keeps what it finds there.
+    // Before a window is shown, the program writes its state itself; Qt keeps what it finds.
     void writeHints(xcb_connection_t *xcb, xcb_window_t window);
-    // Afterwards it is the window manager's.
+    // Afterwards it asks the window manager.
     void askForHints(xcb_connection_t *xcb, xcb_window_t window);
 
     QHash<QByteArray, xcb_atom_t> atoms;

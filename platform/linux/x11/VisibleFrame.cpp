@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t kEdges = 4;
 constexpr std::size_t kPartialValues = 12;
-// Nonsense values stay far from the limits of the arithmetic.
+// Limits nonsense values, so that the arithmetic cannot overflow.
 constexpr quint32 kFarthest = 1u << 24;
 
 int pixels(quint32 value)
@@ -33,7 +33,7 @@ Strut strutOf(const std::vector<quint32> &partial, const std::vector<quint32> &w
         if (isPartial) {
             const int start = pixels(values[kEdges + 2 * index]);
             const int end = pixels(values[kEdges + 2 * index + 1]);
-            // Some docks leave the range out; they mean the whole edge.
+            // Some docks set no range, and mean the whole edge.
             if (end > 0) {
                 result.start = start;
                 result.end = end;

@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
-// What one window reserves along the edges of the root window, in pixels: its depth at each edge, and the first and
-// last pixel of the edge that it takes up.
+// The space that one window reserves along the edges of the root window, in pixels: its depth at each edge, and the
+// first and last pixel of that part of the edge.
 struct Strut {
     struct Edge {
         int depth = 0;
@@ -26,16 +26,16 @@ struct Strut {
     bool operator==(const Strut &) const = default;
 };
 
-// A strut from the values of _NET_WM_STRUT_PARTIAL (twelve), else of _NET_WM_STRUT (four, along whole edges); an empty
-// one from anything else.
+// A strut from the twelve values of _NET_WM_STRUT_PARTIAL, or the four of _NET_WM_STRUT, which are for whole edges.
+// Empty for any other number of values.
 Strut strutOf(const std::vector<quint32> &partial, const std::vector<quint32> &whole);
 
-// The part of `screen` that no strut takes, in pixels. A strut counts for the screen in which its inner edge lies: one
-// along an inner edge of a screen reaches across the screens beyond it, and takes nothing from those. `workAreas` are
-// what a desktop itself leaves of each of its screens. When nothing would be left the whole screen counts.
+// The part of `screen` without struts, in pixels. A strut belongs to the screen of its inner edge only, even where it
+// reaches across screens behind that one. `workAreas` are the areas that the desktop itself states for its screens. The
+// whole screen when nothing would be left.
 QRect visiblePixels(const QRect &screen, const QSize &root, const QList<Strut> &struts,
                     const QList<QRect> &workAreas = {});
 
-// The screen that shows most of `window`; nothing when it is on none, or covers several of them wholly, as the
-// desktop does.
+// The screen that shows most of `window`. Nothing when it is on none, or covers several screens completely, as the
+// desktop's own window does.
 std::optional<qsizetype> screenShowing(const QRect &window, const QList<QRect> &screens);

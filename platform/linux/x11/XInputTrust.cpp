@@ -9,7 +9,7 @@
 
 namespace {
 
-// Since 2.1 a client hears of buttons while another one has grabbed the pointer. The server answers with the lower of
+// Since 2.1 a client gets button events while another client grabs the pointer. The server replies with the lower of
 // its version and ours.
 constexpr quint16 kMajor = 2;
 constexpr quint16 kMinor = 2;

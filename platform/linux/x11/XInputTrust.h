@@ -7,8 +7,8 @@
 
 class XcbConnection;
 
-// An X server lets every client follow the mouse, provided that it has XInput 2.1 and XFixes. No page of settings
-// grants what it lacks.
+// Every X client may see the mouse, if the server has XInput 2.1 and XFixes. There is no page of settings that could
+// grant it.
 class XInputTrust : public AccessibilityTrust {
 public:
     // Never trusted without an X server (null).

@@ -12,13 +12,13 @@
 
 namespace {
 
-// The longest list of values that a property is read for, in 32-bit units.
+// The largest number of 32-bit values to read of a property.
 constexpr quint32 kLongestProperty = 1u << 20;
 
 constexpr quint32 kXFixesMajor = 5;
 constexpr quint32 kXFixesMinor = 0;
 
-// Interned together when the connection opens: one round trip for all of them.
+// Interned when the connection opens, all in one round trip.
 constexpr std::array kAtoms = {
     "WM_STATE",
     "WM_CLASS",
@@ -83,7 +83,7 @@ XcbConnection::XcbConnection(xcb_connection_t *opened, int screenIndex)
     }
     const xcb_query_extension_reply_t *xfixes = xcb_get_extension_data(connection, &xcb_xfixes_id);
     if (xfixes && xfixes->present != 0) {
-        // The server gives a client nothing of the extension before it has said which version it speaks.
+        // A client must state its version before it may use the extension.
         const auto version =
             reply(xcb_xfixes_query_version_reply, xcb_xfixes_query_version(connection, kXFixesMajor, kXFixesMinor));
         if (version && version->major_version >= 1)
@@ -91,7 +91,7 @@ XcbConnection::XcbConnection(xcb_connection_t *opened, int screenIndex)
     }
 
     QObject::connect(&notifier, &QSocketNotifier::activated, this, [this] { readSocket(); });
-    // Waiting for a reply reads the events before it into xcb's queue, where the socket tells nobody of them.
+    // Waiting for a reply moves earlier events into xcb's queue, and the socket notifier does not report those.
     if (auto *dispatcher = QAbstractEventDispatcher::instance()) {
         QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] { collectQueued(); });
         QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] { collectQueued(); });
@@ -165,7 +165,7 @@ void XcbConnection::readSocket()
 {
     while (xcb_generic_event_t *event = xcb_poll_for_event(connection))
         pending.emplace_back(event);
-    // A closed socket stays readable for ever.
+    // A closed socket stays readable for ever: stop watching it.
     if (!isAlive())
         notifier.setEnabled(false);
     dispatch();
@@ -178,7 +178,7 @@ void XcbConnection::collectQueued()
         pending.emplace_back(event);
     if (pending.empty() || dispatchQueued)
         return;
-    // Handlers may run loops of their own, so not from within the dispatcher.
+    // Handlers may run a loop of their own, so do not call them from the event dispatcher.
     dispatchQueued = true;
     QMetaObject::invokeMethod(
         this,
@@ -191,7 +191,7 @@ void XcbConnection::collectQueued()
 
 void XcbConnection::dispatch()
 {
-    // A handler may run a loop that comes here again, add listeners and drop them; or drop the connection itself.
+    // A handler may run a loop that enters this function again, add or remove listeners, or delete the connection.
     const auto keep = weak_from_this().lock();
     while (!pending.empty()) {
         const auto event = std::move(pending.front());

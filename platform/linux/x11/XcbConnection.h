@@ -15,16 +15,16 @@
 #include <optional>
 #include <vector>
 
-// What xcb hands out is freed by the receiver.
+// The receiver frees what xcb returns.
 struct XcbFree {
     void operator()(void *memory) const { std::free(memory); }
 };
 template<typename T>
 using XcbReply = std::unique_ptr<T, XcbFree>;
 
-// A connection to the X server of our own, apart from Qt's, whose events arrive on the main loop. When the server goes
-// away it falls silent: requests do nothing and replies are null. Errors of unchecked requests are dropped, as the
-// windows of others may vanish at any time.
+// Our own connection to the X server, apart from Qt's. Its events arrive on the main loop. After the server has gone,
+// requests do nothing and replies are null. Errors of unchecked requests are ignored, because other programs' windows
+// may disappear at any time.
 class XcbConnection : public QObject, public std::enable_shared_from_this<XcbConnection> {
 public:
     using Handler = std::function<void(const xcb_generic_event_t &event)>;
@@ -33,12 +33,12 @@ public:
     // Null when the program does not run on an X server.
     static std::shared_ptr<XcbConnection> open();
 
-    // Connects to `display`, or to the environment's when it is null; null when there is no such server.
+    // Connects to `display`, or to DISPLAY when that is null. Null when there is no such server.
     static std::shared_ptr<XcbConnection> open(const char *display);
 
     ~XcbConnection() override;
 
-    // For requests. What they queue is sent before the main loop sleeps; flush() sends it at once.
+    // For requests. They are sent before the main loop sleeps; flush() sends them at once.
     xcb_connection_t *get() const { return connection; }
     void flush() { xcb_flush(connection); }
 
@@ -49,23 +49,23 @@ public:
     // The atom of that name, interned at most once.
     xcb_atom_t atom(const QByteArray &name);
 
-    // Hears every event until the subscription is let go of, which may happen within a handler.
+    // Calls `handler` for every event until the subscription is destroyed, which a handler may do.
     [[nodiscard]] Subscription listen(Handler handler);
 
-    // Adds to the events of the root window that this connection hears; one service never takes away another's.
+    // Selects further events of the root window. Selections of other services stay.
     void addRootEvents(quint32 mask);
 
-    // Whether `window` was made by this process: through this connection or through Qt's.
+    // Whether this process made `window`, through this connection or Qt's.
     bool isOwn(xcb_window_t window) const;
 
-    // The extension's first event, once XFixes is there in the version we speak.
+    // The first event number of XFixes. Nothing without the version that we need.
     std::optional<quint8> xfixesFirstEvent() const { return xfixesEvent; }
 
-    // A property of 32-bit values; empty when the window or the property is not there or has another type. One round
+    // The values of a 32-bit property. Empty when the window or the property is missing, or has another type. One round
     // trip.
     std::vector<quint32> values(xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
 
-    // The reply to a request made before, or null; its error is dropped.
+    // The reply to a request made before, or null. Ignores its error.
     template<typename Cookie, typename Reply>
     XcbReply<Reply> reply(Reply *(*function)(xcb_connection_t *, Cookie, xcb_generic_error_t **), Cookie cookie)
     {
@@ -75,7 +75,7 @@ public:
         return answer;
     }
 
-    // Whether a compositor runs, so that windows may be translucent: it owns this selection.
+    // Whether a compositor runs, so that windows may be translucent. It owns the selection below.
     bool hasCompositor();
     xcb_atom_t compositorSelection() { return atom("_NET_WM_CM_S" + QByteArray::number(number)); }
 
@@ -101,7 +101,7 @@ private:
     std::optional<quint8> xfixesEvent;
 };
 
-// What kind of event it is, whether the server or a client has sent it.
+// The type of an event, without the bit that says that a client sent it.
 inline quint8 eventType(const xcb_generic_event_t &event)
 {
     constexpr quint8 kTypeWithoutSendEventBit = 0x7f;

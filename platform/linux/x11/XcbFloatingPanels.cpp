@@ -11,10 +11,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// How long a change of the stack waits for the end of a drag before it looks again.
+// How long a change of the stack waits before it checks again whether a drag has ended.
 constexpr auto kButtonInterval = 100ms;
 
-// The program has long started by then, and hardly anybody has dragged anything yet.
+// By then the program has started, and the user has hardly begun a drag.
 constexpr auto kPreparation = 1s;
 
 } // namespace
@@ -101,7 +101,7 @@ void XcbFloatingPanels::handle(const xcb_generic_event_t &event)
     const int type = eventType(event);
     if (type == XCB_PROPERTY_NOTIFY) {
         const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
-        // A window that becomes full screen changes the order of the stack, or it becomes the active one.
+        // A window that becomes full screen changes the stacking order or the active window.
         const bool reorders = change.window == xcb->root() && (change.atom == xcb->atom("_NET_ACTIVE_WINDOW") ||
                                                                change.atom == xcb->atom("_NET_CLIENT_LIST_STACKING"));
         if (reorders && anyVisible())
@@ -124,7 +124,7 @@ void XcbFloatingPanels::reorder()
 {
     if (!anyVisible())
         return;
-    // Never under the pointer of a drag: its source would lose the panel that it hovers over.
+    // Not during a drag: its source would lose the panel under the pointer.
     if (isButtonPressed()) {
         reorderSoon.start(kButtonInterval);
         return;

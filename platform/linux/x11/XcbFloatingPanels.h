@@ -10,11 +10,11 @@
 #include <memory>
 #include <vector>
 
-// Floating panels on an X server: managed windows above all others, taken out of the window manager's hands while the
-// active window is full screen, and when they come up in a drag.
+// Floating panels on an X server: managed windows above all others. They are override-redirect while the active window
+// is full screen, and when they show during a drag.
 class XcbFloatingPanels : public FloatingPanels {
 public:
-    // A null connection leaves all to Qt.
+    // With a null connection Qt does everything.
     explicit XcbFloatingPanels(std::shared_ptr<XcbConnection> connection);
 
     void make(QWidget &window, const PanelStyle &style) override;
@@ -36,5 +36,5 @@ private:
     XcbConnection::Subscription subscription;
     std::vector<std::unique_ptr<XcbPanel>> panels;
     bool blends = true;
-    QTimer reorderSoon; // window managers report one change of the stack in several steps
+    QTimer reorderSoon; // debounces: window managers report one change of the stack in several steps
 };

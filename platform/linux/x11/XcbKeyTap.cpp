@@ -4,7 +4,7 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
-// The header names a field with a word of C++.
+// The C header has a field named "explicit".
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
@@ -14,7 +14,7 @@
 
 namespace {
 
-// The name that keyboard descriptions give the place of "a": third row of letters, first key.
+// XKB's name for the place of "a": row C, first key.
 constexpr const char *kPlaceOfA = "AC01";
 
 constexpr quint16 kRealModifiers = 0xff;
@@ -29,7 +29,7 @@ struct XkbUnref {
     void operator()(xkb_state *state) const { xkb_state_unref(state); }
 };
 
-// What the key types in that group without a modifier.
+// The symbol of the key in that group without a modifier.
 xkb_keysym_t plainSymbol(xkb_keymap *keymap, xkb_keycode_t code, xkb_layout_index_t group)
 {
     const xkb_keysym_t *symbols = nullptr;
@@ -43,7 +43,7 @@ std::vector<xcb_keycode_t> keyCodesOf(xkb_keymap *keymap, xkb_keysym_t symbol, x
     std::vector<xcb_keycode_t> codes;
     const xkb_keycode_t last = std::min(xkb_keymap_max_keycode(keymap), kHighestCoreCode);
     for (xkb_keycode_t code = xkb_keymap_min_keycode(keymap); code <= last; ++code) {
-        // Code 0 would grab every key there is.
+        // Code 0 means any key.
         if (code != XCB_GRAB_ANY && plainSymbol(keymap, code, group) == symbol)
             codes.push_back(static_cast<xcb_keycode_t>(code));
     }
@@ -55,7 +55,7 @@ bool isLevelLock(xkb_keysym_t symbol)
     return symbol == XKB_KEY_ISO_Level3_Lock || symbol == XKB_KEY_ISO_Level5_Lock;
 }
 
-// The modifier bits that stay set after the key was pressed at that level.
+// The modifier bits that a press of the key at that level locks.
 quint16 lockedBits(xkb_keymap *keymap, xkb_keycode_t code, xkb_layout_index_t group, xkb_level_index_t level)
 {
     xkb_mod_mask_t held = 0;
@@ -67,7 +67,7 @@ quint16 lockedBits(xkb_keymap *keymap, xkb_keycode_t code, xkb_layout_index_t gr
     return static_cast<quint16>(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED) & kRealModifiers);
 }
 
-// The modifier bits of the locks of shift levels, whose keys need not be among those of a modifier.
+// The modifier bits of locks of shift levels. Their keys may belong to no modifier.
 quint16 levelLockBits(xkb_keymap *keymap)
 {
     quint16 bits = 0;
@@ -155,8 +155,7 @@ bool XcbKeyTap::grab()
     std::vector<xcb_void_cookie_t> cookies;
     for (const xcb_keycode_t code :
          keyCodesOfA(keymap.get(), xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE))) {
-        // A grab is for one exact set of modifiers, so every state of the lock keys needs its own: all subsets of
-        // their bits.
+        // A grab matches one exact set of modifiers, so grab once for each subset of the lock bits.
         quint16 subset = locks;
         do {
             grabs.push_back({code, static_cast<quint16>(XCB_MOD_MASK_CONTROL | subset)});

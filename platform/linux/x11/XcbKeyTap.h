@@ -11,11 +11,11 @@
 
 #include <xkbcommon/xkbcommon.h>
 
-// Taps Ctrl+A with a passive grab on the root window: an X server lends out single keys, not the keyboard. Any press it
-// hears is swallowed.
+// Taps Ctrl+A with passive grabs on the root window, because X grabs single keys. Every press that it gets is
+// swallowed.
 class XcbKeyTap : public KeyTap {
 public:
-    // A null connection is a platform that refuses.
+    // With a null connection every installation is refused.
     explicit XcbKeyTap(std::shared_ptr<XcbConnection> connection);
     ~XcbKeyTap() override;
 
@@ -39,11 +39,11 @@ private:
     std::vector<Grab> grabs;
     quint16 locks = 0; // modifier bits of the lock keys
     quint8 keyboardEvent = 0;
-    QTimer regrab; // a change of layout comes as a burst of events
+    QTimer regrab; // debounces: a layout change sends many events
 };
 
-// The key codes to tap for "a": the keys that type it in the layout's current group; where that has no Latin "a", those
-// of the first group that has; else the key at its usual place on the keyboard. Empty when there is none of them.
+// The key codes to grab for "a": the keys that type it in the current layout, or else in the first layout that has a
+// Latin "a", or else the key at its usual place. Empty when there is none.
 std::vector<xcb_keycode_t> keyCodesOfA(xkb_keymap *keymap, xkb_layout_index_t group);
 
 // The modifier bits that the lock keys set, given the key codes of each of the eight modifiers in turn.

@@ -13,7 +13,7 @@
 
 namespace {
 
-// Instance and class, each with its end.
+// Instance and class, each with a terminating null.
 constexpr char kWindowClass[] = "parklet\0Parklet";
 
 constexpr quint32 kAllDesktops = 0xffffffff;
@@ -21,10 +21,10 @@ constexpr quint32 kAdd = 1;             // the action of a _NET_WM_STATE message
 constexpr quint32 kFromApplication = 1; // the source of a request to the window manager
 constexpr quint32 kWithdrawn = 0;       // WM_STATE of a window that is not managed
 
-// How long a window manager may take to let go of a window, in milliseconds; then it goes on without.
+// Milliseconds to wait for the window manager to withdraw a window before going on.
 constexpr int kWithdrawalLimit = 250;
 
-// Requests about our own windows go the way Qt's own go, so that the server sees them in order.
+// Requests about our own windows use Qt's connection, so that the server sees them in order.
 xcb_connection_t *qtConnection()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -73,7 +73,7 @@ void XcbPanel::orderFront(bool overridesManager, bool isDragInProgress)
     if (!window)
         return;
     if (window->isVisible()) {
-        // Not under the pointer of a drag: its source would lose the panel that it hovers over.
+        // Not during a drag: its source would lose the panel under the pointer.
         if (!isDragInProgress)
             setOverridesManager(overridesManager);
         if (!withdrawal)
@@ -139,7 +139,7 @@ bool XcbPanel::eventFilter(QObject *watched, QEvent *event)
             updateOutline();
             break;
         case QEvent::Show:
-            // It comes before the window is mapped; the manager forgets the state of a window that is not.
+            // Before the window is mapped: the window manager forgets the state of an unmapped window.
             if (!event->spontaneous())
                 writeState();
             break;
@@ -181,7 +181,7 @@ void XcbPanel::writeState()
 
 void XcbPanel::requestAllDesktops()
 {
-    // Not before the window is mapped: some managers then put it on the last desktop.
+    // After the window is mapped: otherwise some window managers put it on the last desktop.
     if (nativeWindow() == XCB_NONE || overrides)
         return;
     sendToRoot(xcb->root(), nativeWindow(), xcb->atom("_NET_WM_STATE"),
@@ -202,7 +202,7 @@ void XcbPanel::updateOutline()
     }
     if (nativeWindow() == XCB_NONE)
         return;
-    // Where the compositor blurs what is behind a window, only behind the panel itself.
+    // A compositor that blurs behind windows should do so behind the panel only.
     const double scale = window->devicePixelRatio();
     const QRegion blurred = roundedRegion((QSizeF(window->size()) * scale).toSize(), style.cornerRadius * scale);
     std::vector<quint32> values;
@@ -226,15 +226,15 @@ void XcbPanel::applyFlags()
         window->windowHandle()->setFlags(flags);
 }
 
-// Takes the window off the screen without the widget's noticing, to map it again on the other side.
+// Unmaps the window, unnoticed by its widget, to map it again as the other kind.
 void XcbPanel::withdraw()
 {
     const xcb_window_t native = nativeWindow();
-    const bool managed = overrides; // until now
+    const bool managed = overrides; // the kind until now
     if (withdrawal)
         return;
     withdrawalLimit.start();
-    // The manager must have let go of the window first, or it would take the next map for its own.
+    // Wait until the window manager has withdrawn the window; otherwise it would manage the next mapping.
     withdrawal = xcb->listen([this, native](const xcb_generic_event_t &event) {
         if (eventType(event) != XCB_PROPERTY_NOTIFY)
             return;

@@ -11,20 +11,20 @@
 
 #include <memory>
 
-// The X side of one floating panel: a window that the window manager keeps above others, or, over a full-screen window
-// and in a drag, one that it has no say about.
+// The X window of one floating panel. The window manager keeps it above others; over a full-screen window and during a
+// drag it is override-redirect instead, so that the window manager ignores it.
 class XcbPanel : public QObject {
 public:
-    // A null connection leaves all to Qt.
+    // With a null connection Qt does everything.
     XcbPanel(QWidget &window, const PanelStyle &panelStyle, std::shared_ptr<XcbConnection> connection);
 
     QWidget *widget() const { return window; }
 
-    // Does once what else the first drag would wait for: makes the window, and loads its letters and symbols.
+    // Makes the window and loads its font and symbols, so that the first drag does not wait for that.
     void prepare();
 
-    // Shows the panel above all others. One that comes up while something is dragged overrides the window manager until
-    // it is ordered out: some sources, Chromium among them, never see a window that gets its frame during their drag.
+    // Shows the panel above all others. A panel that shows during a drag stays override-redirect until it is ordered
+    // out: some sources, Chromium among them, do not see a window that gets a frame during their drag.
     void orderFront(bool overridesManager, bool isDragInProgress);
 
     void orderOut();
@@ -32,10 +32,10 @@ public:
     // The opacity of the whole window, from 0 to 1.
     void setAlpha(double alpha);
 
-    // Changes sides while the panel is visible, or brings it back above what came over it.
+    // Switches between the two kinds while the panel is visible, or raises it again.
     void setOverridesManager(bool overrides);
 
-    // Whether the corners can be blended; else the outline is cut out of the window.
+    // Whether the corners can be blended. Otherwise the window gets a rounded shape.
     void setBlends(bool canBlend);
 
 protected:
@@ -54,12 +54,12 @@ private:
     QPointer<QWidget> window;
     PanelStyle style;
     std::shared_ptr<XcbConnection> xcb;
-    XcbConnection::Subscription withdrawal; // waits for the window manager to let go of the window
+    XcbConnection::Subscription withdrawal; // waits until the window manager has withdrawn the window
     QTimer withdrawalLimit;
     bool overrides = false;
     bool cameInDrag = false;
     bool blends = true;
 };
 
-// A rectangle of `size` at the origin with round corners, pixel by pixel: a pixel belongs to it when its centre does.
+// A rectangle of `size` at the origin with round corners. A pixel belongs to it if its centre does.
 QRegion roundedRegion(const QSize &size, double radius);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr quint32 kStrutValues = 12;
 
-// Qt leaves a screen's origin where the server has it and scales its size.
+// Qt scales the size of a screen, but keeps the origin in the server's pixels.
 QRect pixelsOf(const QScreen &screen)
 {
     return {screen.geometry().topLeft(), (QSizeF(screen.geometry().size()) * screen.devicePixelRatio()).toSize()};
@@ -91,7 +91,7 @@ QList<Screen> XcbScreens::all() const
     const auto root = xcb ? xcb->reply(xcb_get_geometry_reply, xcb_get_geometry(xcb->get(), xcb->root())) : nullptr;
     const QList<QRect> areas = readWorkAreas();
     const QList<QScreen *> qtScreens = usableScreens();
-    // Qt cuts every screen to the one work area of all of them, which is right for a single screen only.
+    // Qt limits every screen to the single work area, which is right for one screen only.
     const bool qtKnows = qtScreens.size() == 1 && !qtScreens.first()->availableGeometry().isEmpty();
     QList<Screen> screens;
     for (const QScreen *screen : qtScreens) {
@@ -130,7 +130,7 @@ void XcbScreens::handle(const xcb_generic_event_t &event)
         return;
     const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
     const bool ofRoot = change.window == xcb->root();
-    // A window that begins to reserve space later shows in the window manager's work area, if not by itself.
+    // A window that reserves space later changes the work area, even if we get no event of the window itself.
     if (ofRoot ? change.atom == xcb->atom("_NET_CLIENT_LIST") || change.atom == xcb->atom("_NET_WORKAREA")
                : change.atom == xcb->atom("_NET_WM_STRUT_PARTIAL") || change.atom == xcb->atom("_NET_WM_STRUT")) {
         strutsChanged = true;
@@ -148,7 +148,7 @@ void XcbScreens::invalidate()
 
 void XcbScreens::report()
 {
-    // Nobody has asked for the screens yet, so nobody can have an old answer.
+    // Nobody has read the screens yet, so there is no old value to update.
     if (reported.isEmpty())
         return;
     const QList<Screen> before = std::exchange(reported, all());
@@ -166,7 +166,7 @@ QList<Strut> XcbScreens::readStruts() const
         xcb_get_property_cookie_t whole;
         xcb_get_property_cookie_t type;
     };
-    // All windows are asked before the first answer is waited for.
+    // Send all requests before waiting for the first reply.
     std::vector<Query> queries;
     for (const xcb_window_t window : xcb->values(xcb->root(), xcb->atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW)) {
         const auto ask = [&](const char *property, xcb_atom_t type) {
@@ -185,7 +185,7 @@ QList<Strut> XcbScreens::readStruts() const
         const std::vector<quint32> types = valuesOf(query.type);
         if (!strut.isEmpty())
             struts.append(strut);
-        // Only windows that reserve space, or may, are listened to: others change properties all day.
+        // Select events only on windows that may reserve space: others change properties all day.
         const bool isDock = std::find(types.begin(), types.end(), xcb->atom("_NET_WM_WINDOW_TYPE_DOCK")) != types.end();
         if (!strut.isEmpty() || isDock) {
             const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
@@ -196,7 +196,7 @@ QList<Strut> XcbScreens::readStruts() const
     return struts;
 }
 
-// GNOME draws its bar itself: no window says what it takes, but the desktop does, screen by screen.
+// GNOME draws its bar without a window. Its desktop states the work area of each screen instead.
 QList<QRect> XcbScreens::readWorkAreas() const
 {
     if (!xcb)

@@ -12,11 +12,11 @@
 
 class QScreen;
 
-// The screens of an X server, with the space that the windows of panels and docks reserve on each: neither Qt nor the
-// window manager's one work area knows it when there are several.
+// The screens of an X server, with the space that panels and docks reserve on each. With several screens neither Qt nor
+// the window manager's single work area knows that space.
 class XcbScreens : public Screens {
 public:
-    // With a null connection only what Qt knows counts.
+    // With a null connection it knows only what Qt knows.
     explicit XcbScreens(std::shared_ptr<XcbConnection> connection);
 
     std::optional<Screen> main() const override;

@@ -11,9 +11,9 @@ struct PanelStyle {
     double cornerRadius = 0; // points; the window is cut to it where the desktop cannot blend the corners
 };
 
-// Windows that float above all others on every desktop, also over full-screen windows. They are in no task list and never
-// activate their program, not even when clicked; on X11 they never have the focus, which is the same there. The compositor
-// decides about their shadows and animations.
+// Windows that float above all others on every desktop, also over full-screen windows. They are in no task list and
+// never activate their program, not even when clicked; on X11 they never have the focus, which is the same there. The
+// compositor decides about their shadows and animations.
 class FloatingPanels {
 public:
     virtual ~FloatingPanels() = default;

@@ -35,16 +35,18 @@ private:
     QPointer<QTimer> timer;
 };
 
-std::shared_ptr<Timer> startTimer(QObject *receiver, double seconds, bool repeats, std::function<void()> work)
+enum class Repeats { No, Yes };
+
+std::shared_ptr<Timer> startTimer(QObject *receiver, double seconds, Repeats repeats, std::function<void()> work)
 {
     auto *timer = new QTimer(receiver);
     timer->setTimerType(Qt::PreciseTimer);
-    timer->setSingleShot(!repeats);
+    timer->setSingleShot(repeats == Repeats::No);
     timer->setInterval(static_cast<int>(std::lround(std::min(seconds * kMillisecondsPerSecond, kLongestWait))));
     QObject::connect(timer, &QTimer::timeout, receiver, [timer, repeats, work = std::move(work)] {
         // The work may invalidate the timer, which destroys this closure.
         const auto keep = work;
-        if (!repeats)
+        if (repeats == Repeats::No)
             timer->deleteLater();
         keep();
     });
@@ -66,12 +68,12 @@ void QtMainQueue::async(std::function<void()> work)
 
 std::shared_ptr<Timer> QtMainQueue::after(double seconds, std::function<void()> work)
 {
-    return startTimer(&receiver, seconds, false, std::move(work));
+    return startTimer(&receiver, seconds, Repeats::No, std::move(work));
 }
 
 std::shared_ptr<Timer> QtMainQueue::every(double seconds, std::function<void()> work)
 {
-    return startTimer(&receiver, seconds, true, std::move(work));
+    return startTimer(&receiver, seconds, Repeats::Yes, std::move(work));
 }
 
 double QtMainQueue::now() const

@@ -280,7 +280,7 @@ void AppDelegateApproachTest::the_end_of_a_drag_tidies_up_whatever_the_settings_
         QVERIFY(f.shelf.isVisible());
         f.values.insert(Settings::autoShowDropWindow.key, false);
         f.values.insert(Settings::autoShowTrigger.key, kAtOnce);
-        f.values.insert(Settings::excludeMode.key, 1);
+        f.values.insert(Settings::excludeMode.key, int(ExcludeMode::ShowOnlyInListed));
         f.release();
         f.queue.advance(0.15 + 0.18);
         QVERIFY(!f.cursorShelf.isVisible());

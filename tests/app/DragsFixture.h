@@ -8,9 +8,9 @@
 
 using namespace Qt::StringLiterals;
 
-constexpr int kAtOnce = 0;
-constexpr int kNearCursor = 1;
-constexpr int kWhenNear = 2;
+constexpr int kAtOnce = int(AutoShowTrigger::AtOnce);
+constexpr int kNearCursor = int(AutoShowTrigger::NearCursor);
+constexpr int kWhenNear = int(AutoShowTrigger::WhenNear);
 
 inline const QString kEditor = u"org.example.Editor"_s;
 

@@ -207,9 +207,9 @@ void AppearancePaneTest::the_controls_show_what_is_stored()
     f.settings.setTintColor(QColor(1, 2, 3, 100));
     f.values.insert(Settings::tintIntensity.key, 0.123);
     f.values.insert(Settings::shelfItemSize.key, 100.5);
-    f.values.insert(Settings::windowEdge.key, 2.0);
-    f.values.insert(Settings::windowAlignment.key, 0.0);
-    f.values.insert(Settings::fileNameDisplay.key, 2.0);
+    f.values.insert(Settings::windowEdge.key, double(WindowEdge::Top));
+    f.values.insert(Settings::windowAlignment.key, double(WindowAlignment::Start));
+    f.values.insert(Settings::fileNameDisplay.key, double(FileNameDisplay::OnHover));
     f.values.insert(Settings::hideFileExtensions.key, true);
     f.load();
     QCOMPARE(f.well().color(), QColor(1, 2, 3, 100));
@@ -262,7 +262,7 @@ void AppearancePaneTest::choosing_the_item_shown_stores_and_posts_it()
     PaneFixture f;
     f.load();
     // The file was edited while the pane was open.
-    f.values.insert(Settings::windowAlignment.key, 2);
+    f.values.insert(Settings::windowAlignment.key, int(WindowAlignment::End));
     QComboBox &popUp = f.popUp(Settings::windowAlignment.key);
     emit popUp.activated(popUp.currentIndex());
     QCOMPARE(f.stored(Settings::windowAlignment.key), QVariant(popUp.currentIndex()));

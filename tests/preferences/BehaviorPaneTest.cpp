@@ -185,9 +185,9 @@ void BehaviorPaneTest::the_controls_show_what_is_stored()
 {
     PaneFixture f;
     f.values = {{Settings::autoShowDropWindow.key, false},
-                {Settings::autoShowTrigger.key, 2.0},
-                {Settings::doubleClickAction.key, 0.0},
-                {Settings::excludeMode.key, 1.0},
+                {Settings::autoShowTrigger.key, double(AutoShowTrigger::WhenNear)},
+                {Settings::doubleClickAction.key, double(DoubleClickAction::OpenFile)},
+                {Settings::excludeMode.key, double(ExcludeMode::ShowOnlyInListed)},
                 {Settings::excludedBundleIDs.key, QVariantList{u"a"_s, u"b"_s}}};
     f.load();
     QVERIFY(!f.autoShow().isChecked());

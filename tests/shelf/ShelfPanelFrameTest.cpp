@@ -102,9 +102,9 @@ void ShelfPanelFrameTest::eleven_items_on_a_high_screen_make_it_1136_high()
 void ShelfPanelFrameTest::a_row_of_two_without_names_stands_at_the_bottom()
 {
     PanelFixture f;
-    f.set(Settings::windowEdge.key, 3.0);
-    f.set(Settings::windowAlignment.key, 0.0);
-    f.set(Settings::fileNameDisplay.key, 1.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
+    f.set(Settings::windowAlignment.key, double(WindowAlignment::Start));
+    f.set(Settings::fileNameDisplay.key, double(FileNameDisplay::Hidden));
     f.add(2);
     const int height = 72 + 16 + 28 + qRound(f.virtualPlatform.appearance.legacyScrollerWidth());
     QCOMPARE(f.panel->geometry(), QRect(20, 800 - 4 - height, 239, height));
@@ -115,8 +115,8 @@ void ShelfPanelFrameTest::a_row_has_room_for_a_scroller_of_the_desktops_width()
 {
     PanelFixture f;
     f.virtualPlatform.appearance.scrollerWidth = 31;
-    f.set(Settings::windowEdge.key, 3.0);
-    f.set(Settings::fileNameDisplay.key, 1.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
+    f.set(Settings::fileNameDisplay.key, double(FileNameDisplay::Hidden));
     f.add(2);
     QCOMPARE(f.panel->height(), 72 + 16 + 28 + 31);
 }
@@ -140,13 +140,13 @@ void ShelfPanelFrameTest::reserved_space_is_respected_and_y_is_turned_over()
     // A bar at the top of the primary screen, a second screen below and to the right that has the focus.
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 800), QRectF(0, 30, 1280, 770), 1.0},
                                          Screen{QRectF(1280, 200, 1000, 900), QRectF(1280, 200, 1000, 860), 1.0}};
-    f.set(Settings::windowAlignment.key, 0.0);
+    f.set(Settings::windowAlignment.key, double(WindowAlignment::Start));
     f.panel->updateFrame();
     QCOMPARE(f.panel->geometry(), QRect(1160, 50, 116, 164));
     f.virtualPlatform.screens.mainIndex = 1;
     f.panel->updateFrame();
     QCOMPARE(f.panel->geometry(), QRect(2280 - 116 - 4, 220, 116, 164));
-    f.set(Settings::windowAlignment.key, 2.0);
+    f.set(Settings::windowAlignment.key, double(WindowAlignment::End));
     f.panel->updateFrame();
     QCOMPARE(f.panel->geometry(), QRect(2160, 1060 - 20 - 164, 116, 164));
 }
@@ -173,7 +173,7 @@ void ShelfPanelFrameTest::the_header_turns_with_the_edge()
     QCOMPARE(f.panel->trashBtn->geometry(), QRect(88, 2, 20, 20));
     QCOMPARE(f.panel->sepLine->geometry(), QRect(8, 34, 100, 1));
     QCOMPARE(f.panel->scrollView->geometry(), QRect(0, 37, 116, 119));
-    f.set(Settings::windowEdge.key, 2.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Top));
     f.panel->updateFrame();
     const int height = f.panel->height();
     QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 0, 36, height));
@@ -184,7 +184,7 @@ void ShelfPanelFrameTest::the_header_turns_with_the_edge()
     QCOMPARE(f.panel->sepLine->geometry(), QRect(36, 8, 1, height - 16));
     QCOMPARE(f.panel->visualFX->geometry(), f.panel->rect());
     QCOMPARE(f.panel->tintOverlay->geometry(), f.panel->rect());
-    f.set(Settings::windowEdge.key, 0.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Left));
     f.panel->updateFrame();
     QCOMPARE(f.panel->headerBar->geometry(), QRect(0, 8, 116, 24));
 }
@@ -198,7 +198,7 @@ void ShelfPanelFrameTest::tiles_stand_six_points_apart_and_centred()
     QCOMPARE(f.tile(0)->geometry(), QRect(14, 6, 88, 102));
     QCOMPARE(f.tile(1)->geometry(), QRect(14, 114, 88, 102));
     QCOMPARE(f.tile(2)->geometry(), QRect(14, 222, 88, 102));
-    f.set(Settings::windowEdge.key, 3.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
     f.panel->updateFrame();
     QCOMPARE(f.tile(0)->x(), 6);
     QCOMPARE(f.tile(1)->x(), 6 + 88 + 6);
@@ -236,11 +236,11 @@ void ShelfPanelFrameTest::the_scroller_over_the_tiles_shows_from_the_eleventh_on
     QCOMPARE(scroller->geometry().right(), f.panel->scrollView->rect().right());
     QCOMPARE(scroller->height(), f.panel->scrollView->height());
     // A row has one of its own below the tiles.
-    f.set(Settings::windowEdge.key, 3.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
     f.panel->updateFrame();
     QApplication::processEvents();
     QVERIFY(!scroller->isVisible());
-    f.set(Settings::windowEdge.key, 0.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Left));
     f.panel->updateFrame();
     QApplication::processEvents();
     QVERIFY(scroller->isVisible());

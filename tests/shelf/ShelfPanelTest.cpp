@@ -296,7 +296,7 @@ void ShelfPanelTest::hiding_names_changes_heights_and_no_thumbnail()
     PanelFixture f;
     f.add(1);
     f.panel->show(Animated::No);
-    f.set(Settings::fileNameDisplay.key, 1.0);
+    f.set(Settings::fileNameDisplay.key, double(FileNameDisplay::Hidden));
     f.panel->applySettings();
     QCOMPARE(f.tile(0)->size(), QSize(88, 88));
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 1);
@@ -416,14 +416,14 @@ void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
         announce();
         QCOMPARE(f.tile(0)->nameLabel->text(), u"0"_s);
         QVERIFY(!f.tile(0)->nameLabel->isHidden());
-        f.set(Settings::fileNameDisplay.key, 1.0);
+        f.set(Settings::fileNameDisplay.key, double(FileNameDisplay::Hidden));
         f.set(Settings::hideFileExtensions.key, false);
         announce();
         QVERIFY(f.tile(0)->nameLabel->isHidden());
         QCOMPARE(f.tile(0)->nameLabel->text(), u"0"_s);
         // The image takes the room of the name, whatever the tile's height.
         QCOMPARE(f.tile(0)->imageView->geometry().bottom(), f.tile(0)->height() - 8 - 1);
-        f.set(Settings::fileNameDisplay.key, 2.0);
+        f.set(Settings::fileNameDisplay.key, double(FileNameDisplay::OnHover));
         announce();
         QVERIFY(f.tile(0)->nameLabel->isHidden());
         QCOMPARE(f.tile(0)->nameLabel->text(), u"0.png"_s);
@@ -449,7 +449,7 @@ void ShelfPanelTest::an_absurd_item_size_is_survived()
 void ShelfPanelTest::a_row_scrolls_sideways_and_by_the_wheel()
 {
     PanelFixture f;
-    f.set(Settings::windowEdge.key, 3.0);
+    f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
     f.add(11);
     f.panel->show(Animated::No);
     QApplication::processEvents();

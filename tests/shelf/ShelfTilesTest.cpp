@@ -204,7 +204,7 @@ void ShelfTilesTest::a_tile_added_while_names_are_hidden_has_no_room_for_one()
 {
     Fixture f(1);
     QCOMPARE(f.tile(0)->size(), QSize(88, 102));
-    f.set(Settings::fileNameDisplay.key, 1.0);
+    f.set(Settings::fileNameDisplay.key, double(FileNameDisplay::Hidden));
     f.panel->addItem(file(1));
     QCOMPARE(f.tile(1)->size(), QSize(88, 88));
 }

@@ -3,6 +3,7 @@
 
 #include "platform/linux/files/RegularFile.h"
 
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -14,7 +15,6 @@
 namespace {
 
 constexpr qint64 kNanosecondsPerSecond = 1'000'000'000;
-constexpr int kMostLinks = 40; // as the kernel
 constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kPermissions = 0777;
@@ -86,15 +86,20 @@ QByteArray folderOf(const QByteArray &path)
     return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
 }
 
+QByteArray readLink(const QByteArray &link)
+{
+    std::array<char, PATH_MAX> buffer;
+    const ssize_t size = ::readlink(link.constData(), buffer.data(), buffer.size());
+    return size > 0 ? QByteArray(buffer.data(), size) : QByteArray();
+}
+
 QByteArray linkTarget(const QByteArray &path)
 {
     QByteArray target = path;
     for (int links = 0; links < kMostLinks; ++links) {
-        QByteArray next(PATH_MAX, '\0');
-        const ssize_t length = ::readlink(target.constData(), next.data(), static_cast<size_t>(next.size()));
-        if (length < 0)
+        const QByteArray next = readLink(target);
+        if (next.isEmpty())
             return errno == ELOOP ? QByteArray() : target;
-        next.truncate(length);
         target = next.startsWith('/') ? next : folderOf(target) + '/' + next;
     }
     return {};

@@ -7,7 +7,7 @@
 
 #include <sys/types.h>
 
-// Which file a name stands for and what state it is in; two equal ones mean that nothing has been changed.
+// Which file a path leads to, and its state. Two equal ones mean that nothing has changed.
 struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
@@ -16,6 +16,9 @@ struct FileIdentity {
     qint64 changed = 0;  // the same, of the inode
 
     bool operator==(const FileIdentity &) const = default;
+
+    // Whether both are of one file, changed meanwhile or not.
+    bool isSameFile(const FileIdentity &other) const { return device == other.device && inode == other.inode; }
 };
 
 struct stat;
@@ -23,6 +26,12 @@ FileIdentity fileIdentity(const struct stat &status);
 
 // The folder that holds `path`.
 QByteArray folderOf(const QByteArray &path);
+
+// How many links the kernel follows on the way of one path.
+constexpr int kMostLinks = 40;
+
+// The target of a link. Empty for any other path; errno says why.
+QByteArray readLink(const QByteArray &link);
 
 // The path that `path` leads to through links, whether or not there is a file; empty for a loop of links.
 QByteArray linkTarget(const QByteArray &path);

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstring>
 #include <utility>
 
@@ -29,7 +28,6 @@ constexpr quint32 kLeaving = IN_DELETE | IN_MOVED_FROM;
 constexpr quint32 kInside = kAwaited | kLeaving | IN_CLOSE_WRITE;
 constexpr quint32 kWayIsLost = IN_MOVE_SELF | IN_DELETE_SELF | IN_UNMOUNT | IN_IGNORED | IN_Q_OVERFLOW;
 
-constexpr int kMostLinks = 40;         // on the way, as the kernel counts
 constexpr int kMostAttempts = 10;      // to follow a path that changes meanwhile
 constexpr double kRetryInterval = 5.0; // seconds, while the system grants no watch
 constexpr size_t kReadSize = 65'536;   // bytes
@@ -63,36 +61,29 @@ bool isDirectory(const QByteArray &path)
     return lstat(path.constData(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
-// Empty for what is no link.
-QByteArray readLink(const QByteArray &link)
-{
-    std::array<char, PATH_MAX> buffer;
-    const ssize_t size = readlink(link.constData(), buffer.data(), buffer.size());
-    return QByteArray(buffer.data(), std::max<ssize_t>(size, 0));
-}
-
 bool permits(const QByteArray &path, int access)
 {
     return faccessat(AT_FDCWD, path.constData(), access, AT_EACCESS) == 0;
 }
 
-// Tells one folder from another in its place; empty when there is none.
-QByteArray identity(const QByteArray &folder)
+// Nothing when there is no such folder.
+std::optional<FileIdentity> identityOf(const QByteArray &folder)
 {
-    struct stat info = {};
-    if (stat(folder.constData(), &info) != 0)
+    struct stat status = {};
+    if (stat(folder.constData(), &status) != 0)
         return {};
-    return QByteArray::number(info.st_dev) + ' ' + QByteArray::number(info.st_ino);
+    return fileIdentity(status);
 }
 
-// Differs when a name in the folder came or went, or it is another folder.
-QByteArray state(const QByteArray &folder)
+bool isSameFolder(const std::optional<FileIdentity> &one, const std::optional<FileIdentity> &other)
 {
-    struct stat info = {};
-    if (stat(folder.constData(), &info) != 0)
-        return {};
-    return identity(folder) + ' ' + QByteArray::number(qint64(info.st_mtim.tv_sec)) + ' ' +
-           QByteArray::number(qint64(info.st_mtim.tv_nsec));
+    return one && other ? one->isSameFile(*other) : !one && !other;
+}
+
+// Whether it is the same folder, and no name in it was added or removed.
+bool hasSameNames(const std::optional<FileIdentity> &one, const std::optional<FileIdentity> &other)
+{
+    return isSameFolder(one, other) && (!one || one->modified == other->modified);
 }
 
 } // namespace
@@ -128,7 +119,7 @@ void FolderWatch::arm()
     }
     if (queue < 0) {
         // The user's programs have used up what the system grants. Look from time to time, until it grants a watch.
-        lastState = state(path);
+        lastState = identityOf(path);
         timer = mainQueue.after(kRetryInterval, [this] { lookWithoutEvents(); });
         return;
     }
@@ -140,7 +131,7 @@ bool FolderWatch::followPath()
 {
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         watched.clear();
-        lastIdentity.clear();
+        lastIdentity.reset();
         switch (followSteps(components(path))) {
         case Outcome::Followed:
             return true;
@@ -200,7 +191,7 @@ FolderWatch::Outcome FolderWatch::followFolder(const QByteArray &directory)
     const Outcome outcome = add(directory, kInside, {}, true);
     if (outcome == Outcome::Unreadable)
         return followUnreadable(directory);
-    lastIdentity = identity(directory);
+    lastIdentity = identityOf(directory);
     return outcome;
 }
 
@@ -254,7 +245,7 @@ void FolderWatch::report()
         return;
     readEvents();
     // A folder that is removed while a program is in it says so only when that program leaves it.
-    const bool isLost = change == Change::OnTheWay || (!lastIdentity.isEmpty() && identity(path) != lastIdentity);
+    const bool isLost = change == Change::OnTheWay || (lastIdentity && !isSameFolder(identityOf(path), lastIdentity));
     change = Change::None;
     if (isLost)
         arm();
@@ -269,9 +260,9 @@ void FolderWatch::lookWithoutEvents()
     timer = nullptr;
     if (isPutOff(&FolderWatch::lookWithoutEvents))
         return;
-    const QByteArray before = lastState;
+    const auto before = lastState;
     arm();
-    if (state(path) == before)
+    if (hasSameNames(identityOf(path), before))
         return;
     const auto callback = onChange; // outlives the watch
     callback();

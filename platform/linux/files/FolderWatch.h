@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/linux/files/DurableFile.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QList>
@@ -9,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class MainQueue;
 class QSocketNotifier;
@@ -57,7 +60,7 @@ private:
     QHash<int, Watched> watched;
     Change change = Change::None; // seen and not yet told
     std::shared_ptr<Timer> timer;
-    std::unique_ptr<QObject> defaultMode; // while a report waits for it
-    QByteArray lastIdentity;              // of the folder that is watched; empty while there is none
-    QByteArray lastState;                 // of the folder, while there are no events to tell of its changes
+    std::unique_ptr<QObject> defaultMode;     // while a report waits for it
+    std::optional<FileIdentity> lastIdentity; // of the watched folder, while there is one
+    std::optional<FileIdentity> lastState;    // of the folder, while there are no events that report its changes
 };

@@ -4,7 +4,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <limits>
 #include <vector>
 
 namespace {
@@ -100,14 +99,6 @@ std::optional<Box> find(const RegularFile &file, const std::optional<Box> &paren
 Numbers content(const RegularFile &file, const Box &box, qint64 most, qint64 skipped = 0)
 {
     return Numbers(file.read(box.begin + skipped, std::clamp<qint64>(box.end - box.begin - skipped, 0, most)));
-}
-
-std::optional<QSize> pixelSize(quint32 width, quint32 height)
-{
-    constexpr quint32 most = std::numeric_limits<int>::max();
-    if (width > most || height > most)
-        return {};
-    return QSize(static_cast<int>(width), static_cast<int>(height));
 }
 
 // The item of a HEIF file that is its picture; the others are thumbnails, or the tiles it is put together from.

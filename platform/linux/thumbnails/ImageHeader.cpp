@@ -27,14 +27,6 @@ Int big(const QByteArray &bytes, qsizetype offset)
     return offset + qsizetype(sizeof(Int)) <= bytes.size() ? qFromBigEndian<Int>(bytes.constData() + offset) : Int(0);
 }
 
-std::optional<QSize> pixelSize(quint64 width, quint64 height)
-{
-    constexpr quint64 most = std::numeric_limits<int>::max();
-    if (width > most || height > most)
-        return {};
-    return QSize(static_cast<int>(width), static_cast<int>(height));
-}
-
 std::optional<ImageHeader> header(const char *format, std::optional<QSize> size, bool streamed = false)
 {
     if (!size)
@@ -159,6 +151,14 @@ std::optional<ImageHeader> iconHeader(const QByteArray &first)
 }
 
 } // namespace
+
+std::optional<QSize> pixelSize(quint64 width, quint64 height)
+{
+    constexpr quint64 most = std::numeric_limits<int>::max();
+    if (width > most || height > most)
+        return {};
+    return QSize(static_cast<int>(width), static_cast<int>(height));
+}
 
 std::optional<ImageHeader> readImageHeader(const RegularFile &file)
 {

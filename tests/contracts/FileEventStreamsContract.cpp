@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double kLatency = 0.2; // seconds
@@ -72,7 +74,7 @@ void FileEventStreamsContract::a_change_is_reported_once_the_stream_is_started()
     const auto stream = fileEventStreams().create(world.folder.path(), 0.1, [&calls] { ++calls; });
     QVERIFY(stream);
     stream->start();
-    world.addFile(world.folder.path(), QStringLiteral("one"));
+    world.addFile(world.folder.path(), u"one"_s);
     QVERIFY(world.waitFor([&calls] { return calls > 0; }));
     stream->stop();
     stream->invalidate();
@@ -151,7 +153,7 @@ void FileEventStreamsContract::a_stream_runs_on_without_its_handle()
         stream->start();
         running = stream;
     }
-    world.addFile(world.folder.path(), QStringLiteral("three"));
+    world.addFile(world.folder.path(), u"three"_s);
     QVERIFY(world.waitFor([calls] { return *calls > 0; }));
     const auto stream = running.lock();
     QVERIFY(stream);
@@ -170,7 +172,7 @@ void FileEventStreamsContract::a_stream_may_be_ended_from_its_own_handler()
         stream.reset();
     });
     stream->start();
-    world.addFile(world.folder.path(), QStringLiteral("four"));
+    world.addFile(world.folder.path(), u"four"_s);
     QVERIFY(world.waitFor([&calls] { return calls > 0; }));
     QCOMPARE(calls, 1);
 }
@@ -179,7 +181,7 @@ void FileEventStreamsContract::a_new_file_was_created_just_now()
 {
     constexpr qint64 kMoment = 60; // seconds; more than two clocks may be apart
     change("new");
-    const QUrl file = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("new")));
+    const QUrl file = QUrl::fromLocalFile(world.folder.filePath(u"new"_s));
     const auto date = fileEventStreams().creationDate(file);
     QVERIFY(date);
     QVERIFY(qAbs(date->secsTo(world.platform().mainQueue->currentDate())) < kMoment);
@@ -187,7 +189,7 @@ void FileEventStreamsContract::a_new_file_was_created_just_now()
 
 void FileEventStreamsContract::a_file_that_is_not_there_has_no_creation_date()
 {
-    QVERIFY(!fileEventStreams().creationDate(QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("nothing")))));
+    QVERIFY(!fileEventStreams().creationDate(QUrl::fromLocalFile(world.folder.filePath(u"nothing"_s))));
 }
 
 std::unique_ptr<QObject> fileEventStreamsContract(World &world)

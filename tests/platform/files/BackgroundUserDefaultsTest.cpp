@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class BackgroundUserDefaultsTest : public QObject {
     Q_OBJECT
 
@@ -42,7 +44,7 @@ private:
 
 namespace {
 
-const QString kKey = QStringLiteral("windowEdge");
+const QString kKey = u"windowEdge"_s;
 
 // Keeps every writer of the folder waiting.
 class Hold {
@@ -68,7 +70,7 @@ public:
 void BackgroundUserDefaultsTest::init()
 {
     folder = std::make_unique<QTemporaryDir>();
-    path = folder->filePath(QStringLiteral("settings.json"));
+    path = folder->filePath(u"settings.json"_s);
     QVERIFY(JsonUserDefaults(path).set(kKey, 1));
 }
 
@@ -123,8 +125,8 @@ void BackgroundUserDefaultsTest::a_value_is_answered_as_the_file_will_hold_it()
     QVERIFY(hold.holds);
     QVERIFY(defaults.set(kKey, 3));
     QCOMPARE(defaults.object(kKey).typeId(), static_cast<int>(QMetaType::Double));
-    QVERIFY(defaults.set(kKey, QStringList{QStringLiteral("a")}));
-    QCOMPARE(defaults.object(kKey), QVariant(QVariantList{QStringLiteral("a")}));
+    QVERIFY(defaults.set(kKey, QStringList{u"a"_s}));
+    QCOMPARE(defaults.object(kKey), QVariant(QVariantList{u"a"_s}));
 }
 
 void BackgroundUserDefaultsTest::a_value_the_file_cannot_hold_is_refused_at_once()
@@ -144,7 +146,7 @@ void BackgroundUserDefaultsTest::of_many_values_only_the_newest_need_be_written(
         const Hold hold(folder->path());
         QVERIFY(hold.holds);
         for (int i = 0; i < 100; ++i)
-            QVERIFY(defaults.set(QStringLiteral("size"), i));
+            QVERIFY(defaults.set(u"size"_s, i));
         QVERIFY(defaults.set(kKey, 0));
     }
     defaults.synchronize();
@@ -200,13 +202,13 @@ void BackgroundUserDefaultsTest::reads_of_one_moment_answer_alike()
         const UserDefaults::ReadsOfOneMoment moment(defaults);
         QCOMPARE(defaults.integer(kKey), 2);
         QVERIFY(JsonUserDefaults(path).set(kKey, 3));
-        QVERIFY(JsonUserDefaults(path).set(QStringLiteral("size"), 4));
+        QVERIFY(JsonUserDefaults(path).set(u"size"_s, 4));
         {
             const UserDefaults::ReadsOfOneMoment inner(defaults);
             QCOMPARE(defaults.integer(kKey), 2);
         }
         QCOMPARE(defaults.integer(kKey), 2);
-        QVERIFY(!defaults.object(QStringLiteral("size")).isValid());
+        QVERIFY(!defaults.object(u"size"_s).isValid());
     }
     QCOMPARE(defaults.integer(kKey), 3);
     QVERIFY(JsonUserDefaults(path).set(kKey, 5));

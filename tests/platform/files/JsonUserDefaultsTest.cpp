@@ -17,6 +17,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class JsonUserDefaultsTest : public QObject {
     Q_OBJECT
 
@@ -61,14 +63,14 @@ private:
 
 namespace {
 
-const QString kKey = QStringLiteral("windowEdge");
+const QString kKey = u"windowEdge"_s;
 
 } // namespace
 
 void JsonUserDefaultsTest::init()
 {
     folder = std::make_unique<QTemporaryDir>();
-    path = at(QStringLiteral("settings.json"));
+    path = at(u"settings.json"_s);
 }
 
 void JsonUserDefaultsTest::cleanup()
@@ -113,14 +115,13 @@ void JsonUserDefaultsTest::every_type_comes_back_as_it_was_stored()
         {0.4, 0.4},
         {72.0, 72.0},
         {-0.25F, -0.25},
-        {QStringLiteral("Ünïcode \"quoted\" 🗂\n"), QStringLiteral("Ünïcode \"quoted\" 🗂\n")},
+        {u"Ünïcode \"quoted\" 🗂\n"_s, u"Ünïcode \"quoted\" 🗂\n"_s},
         {QString(), QString()},
         {QByteArray("\0\xff bytes", 8), QByteArray("\0\xff bytes", 8)},
         {QByteArray(), QByteArray()},
-        {QStringList{QStringLiteral("a"), QStringLiteral("b")}, QVariantList{QStringLiteral("a"), QStringLiteral("b")}},
+        {QStringList{u"a"_s, u"b"_s}, QVariantList{u"a"_s, u"b"_s}},
         {QStringList(), QVariantList()},
-        {QVariantList{true, 1.5, QStringLiteral("x"), QVariantList{2}},
-         QVariantList{true, 1.5, QStringLiteral("x"), QVariantList{2.0}}},
+        {QVariantList{true, 1.5, u"x"_s, QVariantList{2}}, QVariantList{true, 1.5, u"x"_s, QVariantList{2.0}}},
     };
     for (const auto &[stored, expected] : values) {
         QVERIFY(JsonUserDefaults(path).set(kKey, stored));
@@ -135,19 +136,17 @@ void JsonUserDefaultsTest::every_type_comes_back_as_it_was_stored()
 void JsonUserDefaultsTest::numbers_are_written_as_json_numbers()
 {
     JsonUserDefaults defaults(path);
-    QVERIFY(defaults.set(QStringLiteral("a"), 3));
-    QVERIFY(defaults.set(QStringLiteral("b"), 0.4));
-    QVERIFY(defaults.set(QStringLiteral("c"), true));
-    QCOMPARE(contents(QStringLiteral("settings.json")),
-             QByteArray("{\n    \"a\": 3,\n    \"b\": 0.4,\n    \"c\": true\n}\n"));
+    QVERIFY(defaults.set(u"a"_s, 3));
+    QVERIFY(defaults.set(u"b"_s, 0.4));
+    QVERIFY(defaults.set(u"c"_s, true));
+    QCOMPARE(contents(u"settings.json"_s), QByteArray("{\n    \"a\": 3,\n    \"b\": 0.4,\n    \"c\": true\n}\n"));
 }
 
 void JsonUserDefaultsTest::data_is_written_in_base64()
 {
-    QVERIFY(JsonUserDefaults(path).set(QStringLiteral("tintColorData"), QByteArray("abc")));
-    const QJsonObject object = QJsonDocument::fromJson(contents(QStringLiteral("settings.json"))).object();
-    QCOMPARE(object.value(QStringLiteral("tintColorData")),
-             QJsonValue(QJsonObject{{QStringLiteral("base64"), QStringLiteral("YWJj")}}));
+    QVERIFY(JsonUserDefaults(path).set(u"tintColorData"_s, QByteArray("abc")));
+    const QJsonObject object = QJsonDocument::fromJson(contents(u"settings.json"_s)).object();
+    QCOMPARE(object.value(u"tintColorData"_s), QJsonValue(QJsonObject{{u"base64"_s, u"YWJj"_s}}));
 
     // Anything else is no data.
     QVERIFY(write(R"({"a": {"base64": "Y*"}, "b": {"base64": 1}, "c": {"base64": "YWJj", "d": 1}, "e": "YWJj"})"));
@@ -173,11 +172,10 @@ void JsonUserDefaultsTest::a_file_made_by_hand_is_read()
                   "\"showDockIcon\": null, \"excludedBundleIDs\": [\"a\", \"b\"]}"));
     const JsonUserDefaults defaults(path);
     QCOMPARE(defaults.integer(kKey), 3);
-    QCOMPARE(defaults.number(QStringLiteral("autoHideTimeout")), 1.5);
-    QCOMPARE(defaults.boolean(QStringLiteral("disableAnimations")), true);
-    QVERIFY(!defaults.object(QStringLiteral("showDockIcon")).isValid());
-    QCOMPARE(defaults.stringArray(QStringLiteral("excludedBundleIDs")),
-             (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(defaults.number(u"autoHideTimeout"_s), 1.5);
+    QCOMPARE(defaults.boolean(u"disableAnimations"_s), true);
+    QVERIFY(!defaults.object(u"showDockIcon"_s).isValid());
+    QCOMPARE(defaults.stringArray(u"excludedBundleIDs"_s), (QStringList{u"a"_s, u"b"_s}));
 }
 
 void JsonUserDefaultsTest::an_edit_from_outside_is_seen_by_the_next_read()
@@ -201,7 +199,7 @@ void JsonUserDefaultsTest::keys_of_others_survive_a_write()
 {
     QVERIFY(write(R"({"windowEdge": 1, "later": {"version": [1, null, "x"]}})"));
     QVERIFY(JsonUserDefaults(path).set(kKey, 2));
-    QCOMPARE(QJsonDocument::fromJson(contents(QStringLiteral("settings.json"))),
+    QCOMPARE(QJsonDocument::fromJson(contents(u"settings.json"_s)),
              QJsonDocument::fromJson(R"({"windowEdge": 2, "later": {"version": [1, null, "x"]}})"));
 }
 
@@ -213,21 +211,20 @@ void JsonUserDefaultsTest::an_unchanged_value_is_not_written_again()
     struct stat after {};
     QCOMPARE(::stat(QFile::encodeName(path).constData(), &before), 0);
     QVERIFY(defaults.set(kKey, 1));
-    QVERIFY(defaults.remove(QStringLiteral("other")));
+    QVERIFY(defaults.remove(u"other"_s));
     QCOMPARE(::stat(QFile::encodeName(path).constData(), &after), 0);
     QCOMPARE(after.st_ino, before.st_ino);
 }
 
 void JsonUserDefaultsTest::a_new_file_and_its_folder_belong_to_the_user_alone()
 {
-    path = at(QStringLiteral("config/parklet/settings.json"));
+    path = at(u"config/parklet/settings.json"_s);
     QVERIFY(JsonUserDefaults(path).set(kKey, 1));
-    QCOMPARE(mode(QStringLiteral("config/parklet/settings.json")), mode_t{0600});
-    QCOMPARE(mode(QStringLiteral("config/parklet")), mode_t{0700});
-    QCOMPARE(mode(QStringLiteral("config")), mode_t{0700});
-    QCOMPARE(
-        QDir(at(QStringLiteral("config/parklet"))).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-        QStringList{QStringLiteral("settings.json")});
+    QCOMPARE(mode(u"config/parklet/settings.json"_s), mode_t{0600});
+    QCOMPARE(mode(u"config/parklet"_s), mode_t{0700});
+    QCOMPARE(mode(u"config"_s), mode_t{0700});
+    QCOMPARE(QDir(at(u"config/parklet"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{u"settings.json"_s});
 }
 
 void JsonUserDefaultsTest::a_files_permissions_are_kept()
@@ -235,19 +232,19 @@ void JsonUserDefaultsTest::a_files_permissions_are_kept()
     QVERIFY(write("{}"));
     QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0640), 0);
     QVERIFY(JsonUserDefaults(path).set(kKey, 1));
-    QCOMPARE(mode(QStringLiteral("settings.json")), mode_t{0640});
+    QCOMPARE(mode(u"settings.json"_s), mode_t{0640});
 }
 
 void JsonUserDefaultsTest::a_link_stays_a_link()
 {
-    QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("dotfiles")));
+    QVERIFY(QDir(folder->path()).mkdir(u"dotfiles"_s));
     QCOMPARE(::symlink("dotfiles/parklet.json", QFile::encodeName(path).constData()), 0);
     QVERIFY(write("{\"windowEdge\": 3}"));
     JsonUserDefaults defaults(path);
     QCOMPARE(defaults.integer(kKey), 3);
     QVERIFY(defaults.set(kKey, 0));
     QVERIFY(QFileInfo(path).isSymLink());
-    QCOMPARE(contents(QStringLiteral("dotfiles/parklet.json")), QByteArray("{\n    \"windowEdge\": 0\n}\n"));
+    QCOMPARE(contents(u"dotfiles/parklet.json"_s), QByteArray("{\n    \"windowEdge\": 0\n}\n"));
     QCOMPARE(defaults.object(kKey), QVariant(0.0));
 }
 
@@ -258,7 +255,7 @@ void JsonUserDefaultsTest::a_link_that_points_nowhere_gets_its_file()
     QVERIFY(!defaults.object(kKey).isValid());
     QVERIFY(defaults.set(kKey, 1));
     QVERIFY(QFileInfo(path).isSymLink());
-    QCOMPARE(contents(QStringLiteral("new/parklet.json")), QByteArray("{\n    \"windowEdge\": 1\n}\n"));
+    QCOMPARE(contents(u"new/parklet.json"_s), QByteArray("{\n    \"windowEdge\": 1\n}\n"));
 }
 
 void JsonUserDefaultsTest::a_loop_of_links_reads_as_empty_and_refuses_writes()
@@ -291,11 +288,11 @@ void JsonUserDefaultsTest::what_is_no_json_object_is_kept_aside()
     JsonUserDefaults defaults(path);
     QVERIFY(!defaults.object(kKey).isValid());
     QVERIFY(!QFile::exists(path));
-    QCOMPARE(contents(QStringLiteral("settings.json.invalid")), text);
+    QCOMPARE(contents(u"settings.json.invalid"_s), text);
     // And the store goes on.
     QVERIFY(defaults.set(kKey, 1));
     QCOMPARE(defaults.integer(kKey), 1);
-    QCOMPARE(contents(QStringLiteral("settings.json.invalid")), text);
+    QCOMPARE(contents(u"settings.json.invalid"_s), text);
 }
 
 void JsonUserDefaultsTest::a_file_that_is_being_written_is_not_taken_away()
@@ -313,7 +310,7 @@ void JsonUserDefaultsTest::a_file_that_is_being_written_is_not_taken_away()
     editor->start();
     QCOMPARE(defaults.integer(kKey), 2);
     QVERIFY(editor->wait());
-    QVERIFY(!QFile::exists(at(QStringLiteral("settings.json.invalid"))));
+    QVERIFY(!QFile::exists(at(u"settings.json.invalid"_s)));
 }
 
 void JsonUserDefaultsTest::a_pipe_or_folder_in_its_place_is_left_alone()
@@ -347,7 +344,7 @@ void JsonUserDefaultsTest::a_full_disk_leaves_the_old_file_whole()
 {
     JsonUserDefaults defaults(path);
     QVERIFY(defaults.set(kKey, 1));
-    const QByteArray before = contents(QStringLiteral("settings.json"));
+    const QByteArray before = contents(u"settings.json"_s);
 
     // Files may grow to a few bytes only, as on a disk that has no more.
     std::signal(SIGXFSZ, SIG_IGN);
@@ -360,9 +357,9 @@ void JsonUserDefaultsTest::a_full_disk_leaves_the_old_file_whole()
     QCOMPARE(::setrlimit(RLIMIT_FSIZE, &old), 0);
 
     QVERIFY(!stored);
-    QCOMPARE(contents(QStringLiteral("settings.json")), before);
+    QCOMPARE(contents(u"settings.json"_s), before);
     QCOMPARE(defaults.integer(kKey), 1);
-    QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("settings.json")});
+    QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"settings.json"_s});
     QVERIFY(defaults.set(kKey, 2));
     QCOMPARE(defaults.integer(kKey), 2);
 }
@@ -374,7 +371,7 @@ void JsonUserDefaultsTest::a_read_only_file_refuses_writes()
     JsonUserDefaults defaults(path);
     QVERIFY(!defaults.set(kKey, 2));
     QCOMPARE(defaults.integer(kKey), 1);
-    QCOMPARE(contents(QStringLiteral("settings.json")), QByteArray("{\"windowEdge\": 1}"));
+    QCOMPARE(contents(u"settings.json"_s), QByteArray("{\"windowEdge\": 1}"));
 }
 
 void JsonUserDefaultsTest::a_read_only_folder_refuses_writes()
@@ -399,7 +396,7 @@ void JsonUserDefaultsTest::a_read_only_folder_refuses_writes()
     QCOMPARE(::chmod(name.constData(), 0700), 0);
     QVERIFY(!value.isValid());
     QVERIFY(!storedOver);
-    QCOMPARE(contents(QStringLiteral("settings.json")), QByteArray("not JSON"));
+    QCOMPARE(contents(u"settings.json"_s), QByteArray("not JSON"));
 }
 
 void JsonUserDefaultsTest::an_unreadable_file_is_never_written_over()
@@ -410,7 +407,7 @@ void JsonUserDefaultsTest::an_unreadable_file_is_never_written_over()
     JsonUserDefaults defaults(path);
     QVERIFY(!defaults.object(kKey).isValid());
     QVERIFY(!defaults.set(kKey, 2));
-    QVERIFY(!QFile::exists(at(QStringLiteral("settings.json.invalid"))));
+    QVERIFY(!QFile::exists(at(u"settings.json.invalid"_s)));
     // Permission granted is seen at once.
     QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0600), 0);
     QCOMPARE(defaults.integer(kKey), 1);
@@ -428,7 +425,7 @@ void JsonUserDefaultsTest::two_programs_writing_lose_nothing()
             JsonUserDefaults defaults(path);
             bool stored = true;
             for (int i = 0; i < kWrites; ++i)
-                stored = defaults.set(QStringLiteral("%1-%2").arg(program).arg(i), i) && stored;
+                stored = defaults.set(u"%1-%2"_s.arg(program).arg(i), i) && stored;
             ::_exit(stored ? 0 : 1);
         }
         programs.append(pid);
@@ -438,13 +435,13 @@ void JsonUserDefaultsTest::two_programs_writing_lose_nothing()
         QCOMPARE(::waitpid(pid, &status, 0), pid);
         QCOMPARE(status, 0);
     }
-    QCOMPARE(QJsonDocument::fromJson(contents(QStringLiteral("settings.json"))).object().size(), kPrograms * kWrites);
+    QCOMPARE(QJsonDocument::fromJson(contents(u"settings.json"_s)).object().size(), kPrograms * kWrites);
 }
 
 void JsonUserDefaultsTest::a_program_killed_while_writing_leaves_a_whole_file()
 {
     JsonUserDefaults defaults(path);
-    QVERIFY(defaults.set(QStringLiteral("first"), QString(50'000, QLatin1Char('x'))));
+    QVERIFY(defaults.set(u"first"_s, QString(50'000, QLatin1Char('x'))));
     for (unsigned long round = 0; round < 10; ++round) {
         const pid_t pid = ::fork();
         QVERIFY(pid >= 0);
@@ -457,12 +454,12 @@ void JsonUserDefaultsTest::a_program_killed_while_writing_leaves_a_whole_file()
         ::kill(pid, SIGKILL);
         int status = 0;
         QCOMPARE(::waitpid(pid, &status, 0), pid);
-        QVERIFY(QJsonDocument::fromJson(contents(QStringLiteral("settings.json"))).isObject());
-        QCOMPARE(defaults.object(QStringLiteral("first")).toString().size(), 50'000);
+        QVERIFY(QJsonDocument::fromJson(contents(u"settings.json"_s)).isObject());
+        QCOMPARE(defaults.object(u"first"_s).toString().size(), 50'000);
     }
     // Nothing piles up, and the next write goes through.
     QVERIFY(defaults.set(kKey, -1));
-    QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("settings.json")});
+    QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"settings.json"_s});
 }
 
 PARKLET_GUILESS_TEST(JsonUserDefaultsTest)

@@ -26,13 +26,15 @@
 #include <unistd.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
 
-const QString kWatcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
-const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString kWatcherName = u"org.kde.StatusNotifierWatcher"_s;
+const QString kWatcherPath = u"/StatusNotifierWatcher"_s;
+const QString kItemInterface = u"org.kde.StatusNotifierItem"_s;
 
 // The tray of an X server as a panel offers it: it embeds the windows that ask for it.
 class TrayManager {
@@ -220,10 +222,10 @@ bool LinuxStatusItemTest::start(const QByteArray &dataFolder)
 {
     item = std::make_unique<QProcess>();
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("XDG_DATA_DIRS"), QFile::decodeName(dataFolder));
+    environment.insert(u"XDG_DATA_DIRS"_s, QFile::decodeName(dataFolder));
     item->setProcessEnvironment(environment);
     item->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    item->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--item")});
+    item->start(QCoreApplication::applicationFilePath(), {u"--item"_s});
     return QTest::qWaitFor([this] { return heard("ready\n"); }, kPatience);
 }
 
@@ -235,9 +237,8 @@ bool LinuxStatusItemTest::say(const QByteArray &command)
 
 QVariant LinuxStatusItemTest::property(const QString &service, const QString &name) const
 {
-    auto message =
-        QDBusMessage::createMethodCall(service, QStringLiteral("/StatusNotifierItem"),
-                                       QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    auto message = QDBusMessage::createMethodCall(service, u"/StatusNotifierItem"_s,
+                                                  u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     message.setArguments({kItemInterface, name});
     const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, kPatience);
     return reply.arguments().value(0).value<QDBusVariant>().variant();
@@ -245,9 +246,8 @@ QVariant LinuxStatusItemTest::property(const QString &service, const QString &na
 
 QList<QVariantMap> LinuxStatusItemTest::menuItems(const QString &service) const
 {
-    const QString path = property(service, QStringLiteral("Menu")).value<QDBusObjectPath>().path();
-    auto message = QDBusMessage::createMethodCall(service, path, QStringLiteral("com.canonical.dbusmenu"),
-                                                  QStringLiteral("GetLayout"));
+    const QString path = property(service, u"Menu"_s).value<QDBusObjectPath>().path();
+    auto message = QDBusMessage::createMethodCall(service, path, u"com.canonical.dbusmenu"_s, u"GetLayout"_s);
     constexpr int kRoot = 0;
     constexpr int kWholeDepth = -1;
     message.setArguments({kRoot, kWholeDepth, QStringList()});
@@ -412,8 +412,8 @@ void LinuxStatusItemTest::a_host_that_activates_the_item_opens_and_closes_its_me
     NotifierWatcher watcher(true);
     QVERIFY(start());
     QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
-    auto message = QDBusMessage::createMethodCall(watcher.items.first(), QStringLiteral("/StatusNotifierItem"),
-                                                  kItemInterface, QStringLiteral("Activate"));
+    auto message =
+        QDBusMessage::createMethodCall(watcher.items.first(), u"/StatusNotifierItem"_s, kItemInterface, u"Activate"_s);
     message.setArguments({100, 100});
     for (int time = 1; time <= 2; ++time) {
         QDBusConnection::sessionBus().asyncCall(message);
@@ -432,10 +432,10 @@ void LinuxStatusItemTest::a_host_reads_the_menu_of_now()
     for (const int on : {0, 1, 0}) {
         const QList<QVariantMap> items = menuItems(watcher.items.first());
         QCOMPARE(items.size(), 2);
-        QCOMPARE(items.at(0).value(QStringLiteral("label")).toString(), QStringLiteral("Show Shelf"));
-        QCOMPARE(items.at(1).value(QStringLiteral("label")).toString(), QStringLiteral("Launch at Login"));
-        QCOMPARE(items.at(1).value(QStringLiteral("toggle-type")).toString(), QStringLiteral("checkmark"));
-        QCOMPARE(items.at(1).value(QStringLiteral("toggle-state")).toInt(), on);
+        QCOMPARE(items.at(0).value(u"label"_s).toString(), u"Show Shelf"_s);
+        QCOMPARE(items.at(1).value(u"label"_s).toString(), u"Launch at Login"_s);
+        QCOMPARE(items.at(1).value(u"toggle-type"_s).toString(), u"checkmark"_s);
+        QCOMPARE(items.at(1).value(u"toggle-state"_s).toInt(), on);
         output.clear();
         QVERIFY(say("menu"));
     }
@@ -447,7 +447,7 @@ void LinuxStatusItemTest::a_host_reads_what_the_item_is_for()
     QVERIFY(start());
     QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
     // (icon name, icon pictures, title, text)
-    const auto toolTip = property(watcher.items.first(), QStringLiteral("ToolTip")).value<QDBusArgument>();
+    const auto toolTip = property(watcher.items.first(), u"ToolTip"_s).value<QDBusArgument>();
     QString text;
     toolTip.beginStructure();
     toolTip >> text;
@@ -455,7 +455,7 @@ void LinuxStatusItemTest::a_host_reads_what_the_item_is_for()
     QVERIFY(toolTip.atEnd());
     toolTip.endArray();
     toolTip >> text;
-    QCOMPARE(text, QStringLiteral("Parklet"));
+    QCOMPARE(text, u"Parklet"_s);
 }
 
 void LinuxStatusItemTest::a_removed_item_leaves_the_bus()
@@ -464,7 +464,7 @@ void LinuxStatusItemTest::a_removed_item_leaves_the_bus()
     QVERIFY(start());
     QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
     const QString first = watcher.items.first();
-    QCOMPARE(property(first, QStringLiteral("Status")).toString(), QStringLiteral("Active"));
+    QCOMPARE(property(first, u"Status"_s).toString(), u"Active"_s);
     QVERIFY(say("remove"));
     QTRY_VERIFY_WITH_TIMEOUT(!QDBusConnection::sessionBus().interface()->isServiceRegistered(first), kPatience);
     QVERIFY(say("create"));
@@ -473,19 +473,19 @@ void LinuxStatusItemTest::a_removed_item_leaves_the_bus()
 
 void LinuxStatusItemTest::a_panel_that_colours_icons_is_told_the_name_of_an_installed_one()
 {
-    const QString name = QStringLiteral("com.orvane.Parklet-symbolic");
+    const QString name = u"com.orvane.Parklet-symbolic"_s;
     QTemporaryDir data;
-    const QString folder = data.filePath(QStringLiteral("icons/hicolor/symbolic/apps"));
+    const QString folder = data.filePath(u"icons/hicolor/symbolic/apps"_s);
     QVERIFY(QDir().mkpath(folder));
     for (const bool installed : {false, true}) {
         if (installed)
-            QVERIFY(QFile::copy(QStringLiteral(PARKLET_SYMBOLIC_ICON), folder + u'/' + name + QStringLiteral(".svg")));
+            QVERIFY(QFile::copy(QStringLiteral(PARKLET_SYMBOLIC_ICON), folder + u'/' + name + u".svg"_s));
         NotifierWatcher watcher(true);
         QVERIFY(start(QFile::encodeName(data.path())));
         QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
-        QCOMPARE(property(watcher.items.first(), QStringLiteral("IconName")).toString() == name, installed);
+        QCOMPARE(property(watcher.items.first(), u"IconName"_s).toString() == name, installed);
         // A panel that finds no icon of that name has the picture.
-        QVERIFY(!property(watcher.items.first(), QStringLiteral("IconPixmap")).value<QDBusArgument>().atEnd());
+        QVERIFY(!property(watcher.items.first(), u"IconPixmap"_s).value<QDBusArgument>().atEnd());
         cleanup();
     }
 }
@@ -493,7 +493,7 @@ void LinuxStatusItemTest::a_panel_that_colours_icons_is_told_the_name_of_an_inst
 void LinuxStatusItemTest::the_symbol_stands_out_on_light_and_dark()
 {
     const LinuxAppearance appearance;
-    const QString name = QStringLiteral("tray.and.arrow.down");
+    const QString name = u"tray.and.arrow.down"_s;
     const QIcon icon(new OutlinedIconEngine(appearance.symbol(name, Qt::white), appearance.symbol(name, Qt::black)));
     QVERIFY(icon.availableSizes().contains(QSize(22, 22)));
     for (const int size : {16, 22, 24, 32, 48}) {
@@ -530,8 +530,8 @@ int runItem()
     };
     const auto setMenu = [&] {
         auto menu = std::make_unique<QMenu>();
-        menu->addAction(QStringLiteral("Show Shelf"));
-        QAction *launchAtLogin = menu->addAction(QStringLiteral("Launch at Login"));
+        menu->addAction(u"Show Shelf"_s);
+        QAction *launchAtLogin = menu->addAction(u"Launch at Login"_s);
         launchAtLogin->setCheckable(true);
         launchAtLogin->setChecked(menus % 2 == 1);
         ++menus;
@@ -547,7 +547,7 @@ int runItem()
     };
     const auto create = [&] {
         item = bar.createItem();
-        item->setSymbol(QStringLiteral("tray.and.arrow.down"), QStringLiteral("Parklet"));
+        item->setSymbol(u"tray.and.arrow.down"_s, u"Parklet"_s);
         setMenu();
     };
     create();
@@ -578,7 +578,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    if (QCoreApplication::arguments().contains(QStringLiteral("--item")))
+    if (QCoreApplication::arguments().contains(u"--item"_s))
         return runItem();
     LinuxStatusItemTest test;
     return QTest::qExec(&test, argc, argv);

@@ -69,7 +69,7 @@ void BackgroundUserDefaults::endMoment() const
     isFresh = isFresh && moments > 0;
 }
 
-// A write that fails is forgotten, and the next read answers what the file still holds.
+// A failed write is dropped: the next read returns what is in the file.
 void BackgroundUserDefaults::write()
 {
     QMutexLocker locker(&mutex);

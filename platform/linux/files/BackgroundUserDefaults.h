@@ -7,13 +7,13 @@
 #include <QMutex>
 #include <QThreadPool>
 
-// The settings file, written by a thread of its own: a durable write waits for the disk, which may take longer than a
-// picture stays on the screen, and a slider that is dragged writes at every step. What was set is answered at once; of
-// several values for one key only the newest need reach the file.
+// The settings file, with a thread of its own for writing: a durable write waits for the disk, which may take longer
+// than a frame, and a dragged slider writes at every step. Reads see a new value at once; of several values for one key
+// only the newest reaches the file.
 class BackgroundUserDefaults : public UserDefaults {
 public:
     explicit BackgroundUserDefaults(const QString &file = JsonUserDefaults::defaultPath());
-    // Waits until everything that was set is written.
+    // Waits until every value is written.
     ~BackgroundUserDefaults() override;
 
     QVariant object(const QString &key) const override;
@@ -29,12 +29,12 @@ private:
     void write();
 
     JsonUserDefaults reader;
-    JsonUserDefaults writer; // the thread's; two stores on one file get along, as two programs do
+    JsonUserDefaults writer; // of the thread; two stores on one file work as two programs do
     mutable QMutex mutex;
-    QHash<QString, QVariant> waiting; // not handed to the thread yet; an invalid value removes its key
+    QHash<QString, QVariant> waiting; // not passed to the thread yet; an invalid value removes its key
     QHash<QString, QVariant> written; // being written now
     bool isWriting = false;
-    mutable int moments = 0;      // how many are under way, one within the other
-    mutable bool isFresh = false; // the file has been read in this moment, and not been written since
+    mutable int moments = 0;      // how many are nested now
+    mutable bool isFresh = false; // the file was read in this moment, and not written since
     QThreadPool thread;
 };

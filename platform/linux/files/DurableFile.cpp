@@ -37,7 +37,7 @@ public:
     int get() const { return number; }
     bool isOpen() const { return number >= 0; }
 
-    // Whether the file system took everything; some say so only now.
+    // Some file systems report a failed write only when the file is closed.
     bool close()
     {
         const int closing = number;
@@ -52,7 +52,7 @@ private:
 bool syncFolder(const QByteArray &path)
 {
     const Descriptor folder(::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    // Some file systems cannot sync a folder and say so; they have nothing to sync.
+    // Ignore file systems that cannot sync a folder: they have nothing to sync.
     return folder.isOpen() && (::fsync(folder.get()) == 0 || errno == EINVAL);
 }
 
@@ -123,10 +123,10 @@ std::optional<QByteArray> readRegularFile(const QByteArray &path, qint64 limit)
     const auto file = RegularFile::open(path);
     if (!file || file->state().size > limit)
         return {};
-    // The system's own files state no size and are read as far as they go.
+    // Files of the kernel, as in /proc, have no size: read them to their end.
     const qint64 size = file->state().size;
     const QByteArray contents = file->read(0, size > 0 ? size + 1 : limit);
-    // Anything else is a failed read or a file that is being changed.
+    // Any other difference is a failed read, or a file that another program is changing.
     if (size > 0 && contents.size() != size)
         return {};
     return contents;
@@ -144,7 +144,7 @@ bool replaceFile(const QByteArray &path, const QByteArray &contents)
     mode_t mode = kPrivateFile;
     struct stat status {};
     if (::lstat(target.constData(), &status) == 0) {
-        // A folder's owner may replace a file that nobody may write, but it was made so for a reason.
+        // The owner of the folder could replace a read-only file, but somebody made it read-only for a reason.
         if (!S_ISREG(status.st_mode) || (status.st_mode & kAnyWrite) == 0 ||
             ::faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
             return false;
@@ -153,7 +153,7 @@ bool replaceFile(const QByteArray &path, const QByteArray &contents)
         return false;
     }
 
-    // Always the same name, so that a program that is killed here leaves one file at most.
+    // Always use the same name, so that a killed program leaves one file at most.
     const QByteArray temporary = target + ".new";
     ::unlink(temporary.constData());
     Descriptor file(::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kPrivateFile));

@@ -17,7 +17,7 @@ struct FileIdentity {
 
     bool operator==(const FileIdentity &) const = default;
 
-    // Whether both are of one file, changed meanwhile or not.
+    // Whether both are of the same file, even if it has changed.
     bool isSameFile(const FileIdentity &other) const { return device == other.device && inode == other.inode; }
 };
 
@@ -27,22 +27,22 @@ FileIdentity fileIdentity(const struct stat &status);
 // The folder that holds `path`.
 QByteArray folderOf(const QByteArray &path);
 
-// How many links the kernel follows on the way of one path.
+// How many symbolic links the kernel follows in one path.
 constexpr int kMostLinks = 40;
 
 // The target of a link. Empty for any other path; errno says why.
 QByteArray readLink(const QByteArray &link);
 
-// The path that `path` leads to through links, whether or not there is a file; empty for a loop of links.
+// The path that `path` leads to through links, whether or not there is a file. Empty for a loop of links.
 QByteArray linkTarget(const QByteArray &path);
 
-// Makes a folder and those above it, private to the user, each of them durable. False when one cannot be made.
+// Makes a folder and its parents, durably and private to the user. False when one cannot be made.
 bool makePrivateFolder(const QByteArray &path);
 
-// The whole of a regular file, at most `limit` bytes. Anything else - a pipe, a device, a folder - is never opened.
+// The contents of a regular file of at most `limit` bytes. Opens nothing else: no pipe, device or folder.
 std::optional<QByteArray> readRegularFile(const QByteArray &path, qint64 limit);
 
-// Replaces the file at `path` at once and durably: whatever happens, there is either the old file or the new one. Goes
-// through links, keeps the permissions of a file that is there and gives a new one to its user alone. False when the
-// folder or the file may not be written or there is no space; the old file is whole then. One writer at a time.
+// Replaces the file at `path` atomically and durably: whatever happens, there is either the old file or the new one. It
+// follows links and keeps the permissions of an old file; a new one is private to the user. False when there is no
+// permission or no space; the old file is then unchanged. One writer at a time.
 bool replaceFile(const QByteArray &path, const QByteArray &contents);

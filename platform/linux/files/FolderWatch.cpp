@@ -20,16 +20,16 @@ namespace {
 
 constexpr quint32 kDirectory = IN_ONLYDIR | IN_EXCL_UNLINK | IN_MASK_ADD;
 constexpr quint32 kPassed = kDirectory | IN_MOVE_SELF | IN_DELETE_SELF;
-// The link itself, not what it leads to.
+// The link itself, not its target.
 constexpr quint32 kLink = IN_DONT_FOLLOW | IN_MASK_ADD | IN_MOVE_SELF | IN_DELETE_SELF | IN_ATTRIB;
 constexpr quint32 kAwaited = kPassed | IN_CREATE | IN_MOVED_TO | IN_ATTRIB;
 constexpr quint32 kLeaving = IN_DELETE | IN_MOVED_FROM;
-// Writing to a file says nothing until it is closed: a long download does not keep us awake.
+// Select no event for writing, only for closing a written file: a long download must not wake the program.
 constexpr quint32 kInside = kAwaited | kLeaving | IN_CLOSE_WRITE;
 constexpr quint32 kWayIsLost = IN_MOVE_SELF | IN_DELETE_SELF | IN_UNMOUNT | IN_IGNORED | IN_Q_OVERFLOW;
 
-constexpr int kMostAttempts = 10;      // to follow a path that changes meanwhile
-constexpr double kRetryInterval = 5.0; // seconds, while the system grants no watch
+constexpr int kMostAttempts = 10;      // to follow a path that changes at the same time
+constexpr double kRetryInterval = 5.0; // seconds, while the kernel has no free watch
 constexpr size_t kReadSize = 65'536;   // bytes
 
 QList<QByteArray> components(const QByteArray &path)
@@ -111,14 +111,14 @@ void FolderWatch::arm()
 {
     notifier.reset();
     if (queue >= 0)
-        close(queue); // and with it every watch
+        close(queue); // removes every watch
     queue = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (queue >= 0 && !followPath()) {
         close(queue);
         queue = -1;
     }
     if (queue < 0) {
-        // The user's programs have used up what the system grants. Look from time to time, until it grants a watch.
+        // The user's programs have used up all inotify watches. Poll until there is a free one.
         lastState = identityOf(path);
         timer = mainQueue.after(kRetryInterval, [this] { lookWithoutEvents(); });
         return;
@@ -139,14 +139,14 @@ bool FolderWatch::followPath()
         case Outcome::Unreadable:
             return false;
         case Outcome::Gone:
-            break; // look again at what is there now
+            break; // start again
         }
     }
     return false;
 }
 
-// Walks from the root to the folder, or as far as there is something. What is passed on the way is watched for its own
-// end only, so that the comings and goings there wake nobody while the folder is in place.
+// Walks from the root to the folder, as far as the path exists. On the way it watches each folder for its own removal
+// only, so that changes inside do not wake the program while the watched folder exists.
 FolderWatch::Outcome FolderWatch::followSteps(QList<QByteArray> names)
 {
     QByteArray directory = "/";
@@ -159,7 +159,7 @@ FolderWatch::Outcome FolderWatch::followSteps(QList<QByteArray> names)
         }
         const QByteArray next = child(directory, name);
         if (isDirectory(next)) {
-            // One that may not be read can still be passed, and tells nothing.
+            // A folder without read permission can be passed, but not watched.
             if (const Outcome outcome = add(directory, kPassed);
                 outcome == Outcome::Refused || outcome == Outcome::Gone)
                 return outcome;
@@ -168,17 +168,17 @@ FolderWatch::Outcome FolderWatch::followSteps(QList<QByteArray> names)
         }
         if (readLink(next).isEmpty()) {
             const Outcome outcome = followMissing(directory, name);
-            // It may have come before the watch, so the second look counts.
+            // It may have appeared just before the watch, so check again.
             return isDirectory(next) || !readLink(next).isEmpty() ? Outcome::Gone : outcome;
         }
         if (const Outcome outcome = add(next, kLink, {""}); outcome != Outcome::Followed)
             return outcome == Outcome::Unreadable ? Outcome::Refused : outcome;
-        // What it says after the watch began is what counts.
+        // Read the link after its watch was added.
         const QByteArray target = readLink(next);
         if (target.isEmpty())
             return Outcome::Gone;
         if (++links > kMostLinks)
-            return Outcome::Followed; // to nowhere, until one of them changes
+            return Outcome::Followed; // leads nowhere, until one of the links changes
         if (target.startsWith('/'))
             directory = "/";
         names = components(target) + names;
@@ -200,11 +200,11 @@ FolderWatch::Outcome FolderWatch::followMissing(const QByteArray &directory, con
     const Outcome outcome = add(directory, kAwaited, {name, ""});
     if (outcome != Outcome::Unreadable)
         return outcome;
-    // In a directory that may be passed and not be read, names come untold.
+    // inotify reports no names in a folder without read permission.
     return permits(directory, X_OK) ? Outcome::Refused : followUnreadable(directory);
 }
 
-// Its parent tells when the permissions change.
+// The watch of its parent reports when the permissions change.
 FolderWatch::Outcome FolderWatch::followUnreadable(const QByteArray &directory)
 {
     const Outcome outcome = add(parent(directory), kAwaited | kLeaving, {lastComponent(directory)});
@@ -233,7 +233,7 @@ void FolderWatch::wake()
     readEvents();
     if (change == Change::None)
         return;
-    // Until the time is up the events wait in the kernel: a busy folder wakes us twice in that time, however busy.
+    // Leave the events in the kernel until then: even a busy folder wakes the program only twice in that time.
     notifier->setEnabled(false);
     timer = mainQueue.after(latency, [this] { report(); });
 }
@@ -244,7 +244,7 @@ void FolderWatch::report()
     if (isPutOff(&FolderWatch::report))
         return;
     readEvents();
-    // A folder that is removed while a program is in it says so only when that program leaves it.
+    // A removed folder reports that only when no program uses it any more, so compare identities.
     const bool isLost = change == Change::OnTheWay || (lastIdentity && !isSameFolder(identityOf(path), lastIdentity));
     change = Change::None;
     if (isLost)
@@ -268,13 +268,13 @@ void FolderWatch::lookWithoutEvents()
     callback();
 }
 
-// Whether `step` has to wait for the default mode; it is called again then.
+// Whether `step` must wait for the default mode. It is called again then.
 bool FolderWatch::isPutOff(void (FolderWatch::*step)())
 {
     if (isDefaultMode())
         return false;
     defaultMode = whenDefaultMode([this, step] {
-        // The loop is about to rest, and would sleep over what the step begins.
+        // The loop is about to sleep, so wake it for what the step begins.
         timer = mainQueue.after(0, [this, step] { (this->*step)(); });
         defaultMode = nullptr;
     });

@@ -17,12 +17,12 @@ class MainQueue;
 class QSocketNotifier;
 class Timer;
 
-// Follows the changes inside one folder by inotify. The folder may be a link, and may go, come back, be renamed or
-// not exist yet: what lies on the way to it is watched too, for nothing but that.
+// Watches one folder for changes, by inotify. The folder may be a link, and may be deleted, made again, renamed or
+// missing: for that it also watches the folders and links on the way to it.
 class FolderWatch {
 public:
-    // Calls `onChange` on the main thread `latency` seconds after the first change, once for all until then; while the
-    // main loop is not in its default mode, once it is again. It may destroy the watch.
+    // Calls `onChange` on the main thread `latency` seconds after the first change, once for all changes until then. If
+    // the main loop is not in its default mode by then, it waits for that. `onChange` may destroy the watch.
     FolderWatch(const QByteArray &path, double latency, MainQueue &mainQueue, std::function<void()> onChange);
     ~FolderWatch();
 
@@ -30,10 +30,10 @@ public:
     FolderWatch &operator=(const FolderWatch &) = delete;
 
 private:
-    // What is watched under one inotify descriptor.
+    // What one inotify watch descriptor is for.
     struct Watched {
-        bool isFolder = false;  // it is the folder itself
-        QSet<QByteArray> names; // whose changes concern the way to the folder; its own changes have no name
+        bool isFolder = false;  // the folder itself, not one on the way
+        QSet<QByteArray> names; // entries on the way to the folder; empty names stand for itself
     };
     enum class Change { None, Inside, OnTheWay };
     enum class Outcome { Followed, Unreadable, Gone, Refused };
@@ -58,7 +58,7 @@ private:
     int queue = -1; // of inotify; -1 while the system grants none
     std::unique_ptr<QSocketNotifier> notifier;
     QHash<int, Watched> watched;
-    Change change = Change::None; // seen and not yet told
+    Change change = Change::None; // not reported yet
     std::shared_ptr<Timer> timer;
     std::unique_ptr<QObject> defaultMode;     // while a report waits for it
     std::optional<FileIdentity> lastIdentity; // of the watched folder, while there is one

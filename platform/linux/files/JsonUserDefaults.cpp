@@ -22,12 +22,12 @@ namespace {
 const QString kData = QStringLiteral("base64");
 constexpr qint64 kLongestFile = 16 << 20; // bytes
 
-// File systems stamp changes with a clock of some milliseconds: two within one tick look the same.
+// File systems date changes by a clock of some milliseconds: two changes in one tick have the same date.
 constexpr qint64 kClockTick = 100'000'000;     // nanoseconds
 constexpr qint64 kEditingTime = 1'000'000'000; // nanoseconds
 constexpr int kEditingWaits = 10;              // times
 constexpr unsigned long kEditingWait = 5;      // milliseconds
-constexpr int kLockWaits = 1000;               // times; it is a thread of its own that waits
+constexpr int kLockWaits = 1000;               // times; only the writing thread waits
 constexpr unsigned long kLockWait = 10;        // milliseconds
 
 qint64 wallClock()
@@ -37,14 +37,14 @@ qint64 wallClock()
     return time.tv_sec * 1'000'000'000 + time.tv_nsec;
 }
 
-// Nanoseconds since the file's last change; negative when the clock has been set back since.
+// Nanoseconds since the file's last change. Negative when the clock was set back.
 qint64 age(const FileIdentity &identity)
 {
     return wallClock() - identity.changed;
 }
 
-// An exclusive lock on a folder, taken for granted where the file system knows no locks. Not locked when another holds
-// it for too long.
+// An exclusive lock on a folder. A file system without locks counts as locked. Not locked when another program holds it
+// for too long.
 class FolderLock {
 public:
     explicit FolderLock(const QByteArray &folder)
@@ -211,7 +211,7 @@ bool JsonUserDefaults::change(const std::function<void(QJsonObject &)> &edit)
     if (!lock.isLocked())
         return false;
     refresh();
-    // What could not be kept aside would be lost.
+    // Without a backup the invalid file would be lost.
     if (state == State::Unreadable || state == State::Invalid)
         return false;
 
@@ -249,7 +249,7 @@ void JsonUserDefaults::refresh() const
 
     settled = age(now) > kClockTick;
     state = read();
-    // An editor may have emptied the file and not yet written it.
+    // An editor may have emptied the file before writing it.
     for (int i = 0; state == State::Invalid && i < kEditingWaits && age(now) < kEditingTime; ++i) {
         QThread::msleep(kEditingWait);
         state = read();
@@ -263,7 +263,7 @@ void JsonUserDefaults::refresh() const
     identity = now;
 }
 
-// Reads the file into `values`, which are empty unless it is whole.
+// Reads the file into `values`. Leaves them empty unless the file is valid.
 JsonUserDefaults::State JsonUserDefaults::read() const
 {
     struct stat status {};
@@ -271,7 +271,7 @@ JsonUserDefaults::State JsonUserDefaults::read() const
     const State absence = errno == ENOENT ? State::Absent : State::Unreadable;
     const bool tooLong = exists && S_ISREG(status.st_mode) && status.st_size > kLongestFile;
     const auto now = exists && !tooLong ? readRegularFile(path, kLongestFile) : std::nullopt;
-    // Reading the few bytes again is cheap beside making sense of them again.
+    // Reading a few bytes again costs less than parsing them again.
     if (now && state == State::Whole && *now == contents)
         return State::Whole;
 

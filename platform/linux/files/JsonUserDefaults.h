@@ -9,8 +9,8 @@
 #include <functional>
 #include <optional>
 
-// The store as one JSON file, a flat object that a user can edit. Data is {"base64": "..."}. Several programs may write
-// it: each change is read, made and written under a lock on the file's folder.
+// The store as one JSON file: a flat object that the user can edit. Data is {"base64": "..."}. Several programs may
+// write it: each change reads, modifies and writes the file under a lock on its folder.
 class JsonUserDefaults : public UserDefaults {
 public:
     // parklet/settings.json in the user's configuration folder.
@@ -19,16 +19,16 @@ public:
     explicit JsonUserDefaults(const QString &path = defaultPath());
 
     QVariant object(const QString &key) const override;
-    // The same as of the last read or write, without a look at the file.
+    // The value at the last read or write. Does not check the file.
     QVariant lastObject(const QString &key) const;
-    // Durable when it returns true; false when the file could not be written, which leaves it as it was.
+    // Durable when it returns true. False when the file could not be written; it is then unchanged.
     bool set(const QString &key, const QVariant &value) override;
     bool remove(const QString &key) override;
 
-    // All of `changes` in one write, which takes as long as that of one; an invalid value removes its key.
+    // Stores all of `changes` in one write. An invalid value removes its key.
     bool set(const QHash<QString, QVariant> &changes);
 
-    // `value` as a read will answer it; invalid when JSON cannot hold it.
+    // `value` as a read will return it. Invalid when JSON cannot hold it.
     static QVariant asStored(const QVariant &value);
 
 private:
@@ -36,7 +36,7 @@ private:
         Absent,
         Whole,
         Invalid,    // no JSON object
-        Unreadable, // not ours to read or no file at all; never written over
+        Unreadable, // no permission, or no regular file; never overwritten
     };
 
     void refresh() const;
@@ -46,10 +46,10 @@ private:
 
     QByteArray path;
 
-    // What the file held when it was last read.
+    // The contents of the file at the last read.
     mutable QByteArray contents;
     mutable QJsonObject values;
     mutable State state = State::Absent;
     mutable std::optional<FileIdentity> identity;
-    mutable bool settled = false; // an edit since then cannot have left the same identity
+    mutable bool settled = false; // an edit since then would have changed the identity
 };

@@ -20,7 +20,7 @@ constexpr qint64 kNanosecondsPerMillisecond = 1'000'000;
 
 } // namespace
 
-// The streams now running, by folder and latency. They are kept here, whoever else holds them.
+// The running streams, by folder and latency. This list keeps them, even if nobody else does.
 class LinuxFileEventStreams::Running {
 public:
     explicit Running(MainQueue &queue)
@@ -76,8 +76,8 @@ public:
     const std::weak_ptr<Running> running;
     const QByteArray folder;
     const double latency;
-    std::function<void()> handler; // none once invalidated
-    bool isStarted = false;        // and not stopped since
+    std::function<void()> handler; // empty after invalidate()
+    bool isStarted = false;        // and not stopped
 };
 
 LinuxFileEventStreams::Running::Key LinuxFileEventStreams::Running::keyOf(const Stream &stream)
@@ -101,7 +101,7 @@ void LinuxFileEventStreams::Running::remove(Stream *stream)
     if (!std::exchange(stream->isStarted, false))
         return;
     const auto group = groups.find(keyOf(*stream));
-    // The last handle may go with the list; it must not go while its own stop() runs.
+    // Keep a handle: the list may have the last one, and stop() is still running.
     const auto streams = group->second.streams;
     group->second.streams.removeIf([stream](const auto &other) { return other.get() == stream; });
     if (group->second.streams.isEmpty())
@@ -112,7 +112,7 @@ void LinuxFileEventStreams::Running::call(const Key &key)
 {
     const auto streams = groups[key].streams;
     for (const auto &stream : streams) {
-        // An earlier handler may have stopped it.
+        // An earlier handler may have stopped this stream.
         if (!stream->isStarted)
             continue;
         const auto handler = stream->handler;
@@ -137,7 +137,7 @@ std::shared_ptr<FileEventStream> LinuxFileEventStreams::create(const QString &fo
 
 std::optional<QDateTime> LinuxFileEventStreams::creationDate(const QUrl &file) const
 {
-    // A look at the entry itself, a link's own date included: nothing is opened, so nothing can block.
+    // Query the entry itself, also of a link. Open nothing, so that nothing can block.
     struct statx info = {};
     if (statx(AT_FDCWD, fileSystemPath(file).constData(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BTIME, &info) !=
         0)

@@ -5,8 +5,8 @@
 
 class MainQueue;
 
-// When a file was created, of what the file system answered: nothing when it stated no birth time, or none after the
-// beginning of 1970, which some file systems give for one they do not know.
+// The birth time that the file system reports. Nothing when it reports none, or the beginning of 1970, which some file
+// systems report for an unknown one.
 std::optional<QDateTime> birthTime(bool stated, qint64 seconds, qint64 nanoseconds);
 
 // File-system event streams by inotify. All streams of one folder share one watch.

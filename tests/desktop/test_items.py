@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What a hand does with the items on the shelf: select, remove, clear."""
+import time
+
 from support.case import DesktopTest
 from support.onlooker import Onlooker
 from support.waiting import stays
@@ -65,10 +67,11 @@ class ItemsTest(DesktopTest):
     def test_an_emptied_shelf_waits_a_moment_and_hides(self):
         app = self.parklet()
         app.hold(*self.files(1))
+        clicked = time.monotonic()
         app.click("Clear all")
         self.wait_for(lambda: app.names() == [], "the item has left the shelf")
-        stays(lambda: not app.hidden(), "the shelf hid at once", 0.8)
         self.wait_for(app.hidden, "the shelf hides")
+        self.assertGreater(time.monotonic() - clicked, 1.5, "the shelf hid at once")
 
     def test_clearing_several_items_asks_first(self):
         app = self.parklet()

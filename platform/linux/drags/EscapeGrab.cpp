@@ -9,7 +9,6 @@ namespace {
 
 constexpr xcb_keysym_t kEscape = 0xff1b;
 constexpr xcb_keysym_t kNumLock = 0xff7f;
-constexpr quint8 kSentByClient = 0x80;
 constexpr int kModifiers = 8;
 
 struct FreeSymbols {
@@ -65,7 +64,7 @@ EscapeGrab::EscapeGrab(std::shared_ptr<XcbConnection> xcb, std::function<void()>
     }
     connection->flush();
     subscription = connection->listen([codes = keys, pressed = std::move(onPressed)](const xcb_generic_event_t &event) {
-        if ((event.response_type & ~kSentByClient) != XCB_KEY_PRESS)
+        if (eventType(event) != XCB_KEY_PRESS)
             return;
         const auto &press = reinterpret_cast<const xcb_key_press_event_t &>(event);
         if (std::ranges::find(codes, press.detail) != codes.end())

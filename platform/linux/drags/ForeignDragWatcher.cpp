@@ -17,7 +17,6 @@ namespace {
 constexpr auto kSilence = 500ms;
 // Some drags end without a button event that we are told of.
 constexpr auto kWatchdogInterval = 250ms;
-constexpr quint8 kSentByClient = 0x80;
 // An older client of XInput is not told of the release while another one has grabbed the pointer.
 constexpr quint16 kXInputMajor = 2;
 constexpr quint16 kXInputMinor = 2;
@@ -112,7 +111,7 @@ void ForeignDragWatcher::makeRequestor()
 
 void ForeignDragWatcher::handle(const xcb_generic_event_t &event)
 {
-    const quint8 type = event.response_type & static_cast<quint8>(~kSentByClient);
+    const quint8 type = eventType(event);
     if (type == selectionEvent) {
         const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
         // The server names the last owner also when it has gone.

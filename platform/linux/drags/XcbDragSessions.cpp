@@ -24,7 +24,6 @@
 
 namespace {
 
-constexpr quint8 kSentByClient = 0x80;
 // The wheel's turns are reported as presses and releases of these.
 constexpr quint32 kFirstWheelButton = 4;
 constexpr quint32 kLastWheelButton = 7;
@@ -65,7 +64,7 @@ XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::functi
     if (input && input->present != 0)
         inputExtension = input->major_opcode;
     subscription = connection->listen([this](const xcb_generic_event_t &event) {
-        if ((event.response_type & ~kSentByClient) == XCB_DESTROY_NOTIFY)
+        if (eventType(event) == XCB_DESTROY_NOTIFY)
             windowDestroyed(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
     });
     qGuiApp->installNativeEventFilter(this);
@@ -78,7 +77,7 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
     if (!connection || running || items.isEmpty() || offered == DragOperation::None)
         return;
 
-    const bool blends = hasCompositor();
+    const bool blends = connection->hasCompositor();
     const DragPicture picture =
         dragPicture(items, source.mapFromGlobal(QPointF(QCursor::pos())),
                     {.scale = source.devicePixelRatioF(), .accent = accentColor(), .blends = blends});
@@ -120,12 +119,12 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
     }
 }
 
-bool XcbDragSessions::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
+bool XcbDragSessions::nativeEventFilter(const QByteArray &source, void *message, qintptr *)
 {
-    if (eventType != "xcb_generic_event_t")
+    if (source != "xcb_generic_event_t")
         return false;
     const auto &event = *static_cast<const xcb_generic_event_t *>(message);
-    switch (event.response_type & ~kSentByClient) {
+    switch (eventType(event)) {
     case XCB_CLIENT_MESSAGE: {
         const auto &client = reinterpret_cast<const xcb_client_message_event_t &>(event);
         if (client.type == connection->atom("XdndStatus"))
@@ -275,12 +274,4 @@ std::optional<DragOperation> XcbDragSessions::operationOf(xcb_atom_t action)
     if (action == connection->atom("XdndActionLink"))
         return DragOperation::Link;
     return {};
-}
-
-bool XcbDragSessions::hasCompositor()
-{
-    const auto selection = connection->atom("_NET_WM_CM_S" + QByteArray::number(connection->screenNumber()));
-    const auto owner =
-        connection->reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(connection->get(), selection));
-    return owner && owner->owner != XCB_NONE;
 }

@@ -56,7 +56,7 @@ private:
         quint64 deadline = 0; // the one that holds; earlier ones pass unheeded
     };
 
-    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    bool nativeEventFilter(const QByteArray &source, void *message, qintptr *result) override;
     void released(const QPoint &position);
     void answered(const xcb_client_message_event_t &status);
     void finished(const xcb_client_message_event_t &message);
@@ -68,7 +68,6 @@ private:
     void settleUndelivered();
 
     std::optional<DragOperation> operationOf(xcb_atom_t action);
-    bool hasCompositor();
 
     std::shared_ptr<XcbConnection> connection;
     std::function<QColor()> accentColor;

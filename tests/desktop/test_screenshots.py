@@ -90,13 +90,16 @@ class ScreenshotsTest(DesktopTest):
         self.scrot("last.png")
         self.wait_for_names("last.png")
 
-    def test_a_new_file_with_old_dates_comes_when_it_is_moved_in(self):
-        new = self.desktop.home / "new.png"
-        self.parklet()
-        self.desktop.run("scrot", new)
-        os.utime(new, (10**9, 10**9))
-        new.rename(self.folder / "new.png")
-        self.wait_for_names("new.png")
+    def test_an_old_file_does_not_come_when_it_is_copied(self):
+        old = self.desktop.home / "old.png"
+        app = self.parklet()
+        self.desktop.run("scrot", old)
+        an_hour_ago = time.time() - 3600
+        os.utime(old, (an_hour_ago, an_hour_ago))
+        shutil.copy2(old, self.folder / "copy.png")  # as file managers do, with its date of modification
+        stays(app.hidden, "the shelf came up", SETTLED)
+        self.scrot("last.png")
+        self.wait_for_names("last.png")
 
     def test_where_the_desktop_environment_has_its_desktop_does_not_matter(self):
         elsewhere = self.desktop.home / "Elsewhere"

@@ -7,6 +7,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -17,6 +18,11 @@ namespace {
 
 constexpr qint64 kMillisecondsPerSecond = 1'000;
 constexpr qint64 kNanosecondsPerMillisecond = 1'000'000;
+
+QDateTime dateOf(qint64 seconds, qint64 nanoseconds)
+{
+    return QDateTime::fromMSecsSinceEpoch(seconds * kMillisecondsPerSecond + nanoseconds / kNanosecondsPerMillisecond);
+}
 
 } // namespace
 
@@ -139,15 +145,18 @@ std::optional<QDateTime> LinuxFileEventStreams::creationDate(const QUrl &file) c
 {
     // Query the entry itself, also of a link. Open nothing, so that nothing can block.
     struct statx info = {};
-    if (statx(AT_FDCWD, fileSystemPath(file).constData(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BTIME, &info) !=
-        0)
+    if (statx(AT_FDCWD, fileSystemPath(file).constData(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
+              STATX_BTIME | STATX_MTIME, &info) != 0)
         return {};
-    return birthTime(info.stx_mask & STATX_BTIME, info.stx_btime.tv_sec, info.stx_btime.tv_nsec);
+    const auto birth = birthTime(info.stx_mask & STATX_BTIME, info.stx_btime.tv_sec, info.stx_btime.tv_nsec);
+    if (!birth)
+        return {};
+    return std::min(*birth, dateOf(info.stx_mtime.tv_sec, info.stx_mtime.tv_nsec));
 }
 
 std::optional<QDateTime> birthTime(bool stated, qint64 seconds, qint64 nanoseconds)
 {
     if (!stated || seconds <= 0)
         return {};
-    return QDateTime::fromMSecsSinceEpoch(seconds * kMillisecondsPerSecond + nanoseconds / kNanosecondsPerMillisecond);
+    return dateOf(seconds, nanoseconds);
 }

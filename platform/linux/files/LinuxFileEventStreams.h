@@ -9,7 +9,8 @@ class MainQueue;
 // systems report for an unknown one.
 std::optional<QDateTime> birthTime(bool stated, qint64 seconds, qint64 nanoseconds);
 
-// File-system event streams by inotify. All streams of one folder share one watch.
+// File-system event streams by inotify. The creation date is the older of birth and modification: a copy has a birth of
+// its own, but file managers keep the modification date of what they copy. All streams of one folder share one watch.
 class LinuxFileEventStreams : public FileEventStreams {
 public:
     explicit LinuxFileEventStreams(MainQueue &mainQueue);

@@ -21,6 +21,7 @@ class CreationDateTest : public QObject {
 
 private slots:
     void a_new_file_has_a_creation_date();
+    void a_copy_that_keeps_its_modification_date_is_as_old_as_that();
     void a_file_keeps_its_creation_date_wherever_it_is_moved();
     void a_creation_date_is_as_the_file_states_it_whatever_the_clock_says();
     void a_missing_file_has_no_creation_date();
@@ -48,11 +49,24 @@ void CreationDateTest::a_new_file_has_a_creation_date()
         QSKIP("The file system of the temporary folder keeps no birth times.");
     QVERIFY(qAbs(date->secsTo(f.queue.startDate)) < 60);
 
-    // Writing later, or setting the other dates, does not move it.
+    // Writing later does not move it.
     QFile file(f.path(u"file"_s));
     QVERIFY(file.open(QFile::Append));
-    QVERIFY(file.setFileTime(QDateTime::fromSecsSinceEpoch(1'000'000), QFile::FileModificationTime));
+    QVERIFY(file.setFileTime(date->addDays(1), QFile::FileModificationTime));
     QCOMPARE(f.streams->creationDate(QUrl::fromLocalFile(file.fileName())), date);
+}
+
+void CreationDateTest::a_copy_that_keeps_its_modification_date_is_as_old_as_that()
+{
+    Fixture f;
+    f.makeFile(u"copy"_s);
+    QFile copy(f.path(u"copy"_s));
+    if (!f.streams->creationDate(QUrl::fromLocalFile(copy.fileName())))
+        QSKIP("The file system of the temporary folder keeps no birth times.");
+    const auto old = QDateTime::fromSecsSinceEpoch(1'000'000);
+    QVERIFY(copy.open(QFile::Append));
+    QVERIFY(copy.setFileTime(old, QFile::FileModificationTime));
+    QCOMPARE(f.streams->creationDate(QUrl::fromLocalFile(copy.fileName())), old);
 }
 
 void CreationDateTest::a_file_keeps_its_creation_date_wherever_it_is_moved()

@@ -6,6 +6,7 @@
 #include "preferences/ColorWell.h"
 #include "preferences/Controls.h"
 #include "preferences/DoubleSlider.h"
+#include "preferences/Stack.h"
 #include "settings/AppSettings.h"
 
 #include <QResizeEvent>
@@ -70,70 +71,73 @@ void AppearancePane::loadView()
 QWidget *AppearancePane::makeStack()
 {
     auto *view = new QWidget(this);
-    auto *stack = new QVBoxLayout(view);
-    stack->setContentsMargins(0, 0, 0, 0);
-    stack->setSpacing(kSpacing);
+    Stack stack(*view, QMargins(), kSpacing);
+    stack.add(fieldLabel(tr("Appearance"), view));
+    stack.addSeparator();
 
-    const auto addTitled = [view, stack](const QString &title, QWidget *control, Qt::Alignment alignment) {
-        QLabel *label = fieldLabel(title, view);
-        setLabel(*label, *control);
-        stack->addWidget(label, 0, Qt::AlignLeft);
-        stack->addWidget(control, 0, alignment);
-    };
-    const auto addSeparator = [view, stack] { stack->addWidget(new Separator(view)); };
-    const auto addPopUp = [this, view, &addTitled](const QString &title, const QStringList &titles, const auto &setting,
-                                                   void (AppearancePane::*action)(QComboBox *)) {
-        QComboBox *box = popUp(titles, indexOf(s.get(setting)), view);
-        box->setObjectName(setting.key);
-        connect(box, &QComboBox::activated, this, [this, box, action] { (this->*action)(box); });
-        addTitled(title, box, Qt::AlignLeft);
-    };
-    const auto addSlider = [this, view, &addTitled](const QString &title, const Setting<double> &setting, double step,
-                                                    void (AppearancePane::*action)(DoubleSlider *)) {
-        const auto [lowest, highest] = setting.range;
-        auto *slider = new DoubleSlider(lowest, highest, qRound((highest - lowest) / step), view);
-        slider->setObjectName(setting.key);
-        slider->setAttribute(Qt::WA_MacSmallSize);
-        slider->setDoubleValue(s.get(setting));
-        connect(slider, &DoubleSlider::reported, this, [this, slider, action] { (this->*action)(slider); });
-        addTitled(title, slider, {});
-    };
+    stack.addLabelled(tr("Tint colour"), makeColorWell(*view));
+    stack.addLabelledWide(tr("Tint intensity"), makeSlider(Settings::tintIntensity, kIntensityStep, *view,
+                                                           &AppearancePane::intensityChanged));
+    stack.addSeparator();
 
-    stack->addWidget(fieldLabel(tr("Appearance"), view), 0, Qt::AlignLeft);
-    addSeparator();
+    stack.addLabelledWide(tr("Shelf item size"),
+                          makeSlider(Settings::shelfItemSize, kSizeStep, *view, &AppearancePane::sizeChanged));
+    stack.addSeparator();
 
-    auto *well = new ColorWell(view);
-    well->setObjectName(Settings::tintColorData.key);
-    well->setColor(s.tintColor());
-    well->panelTakesBack = appearance.colorPanelTakesBack();
-    well->onChange = [this, well] { colorChanged(well); };
-    addTitled(tr("Tint colour"), well, Qt::AlignLeft);
-    addSlider(tr("Tint intensity"), Settings::tintIntensity, kIntensityStep, &AppearancePane::intensityChanged);
-    addSeparator();
-
-    addSlider(tr("Shelf item size"), Settings::shelfItemSize, kSizeStep, &AppearancePane::sizeChanged);
-    addSeparator();
-
-    addPopUp(tr("Window edge"), {tr("Left"), tr("Right"), tr("Top"), tr("Bottom")}, Settings::windowEdge,
-             &AppearancePane::edgeChanged);
+    stack.addLabelled(tr("Window edge"), makePopUp({tr("Left"), tr("Right"), tr("Top"), tr("Bottom")},
+                                                   Settings::windowEdge, *view, &AppearancePane::edgeChanged));
     //: Along the edge of the screen: its upper or left end.
     const QString start = tr("Start");
     //: Along the edge of the screen: its middle.
     const QString center = tr("Center");
     //: Along the edge of the screen: its lower or right end.
     const QString end = tr("End");
-    addPopUp(tr("Alignment"), {start, center, end}, Settings::windowAlignment, &AppearancePane::alignChanged);
-    addSeparator();
+    stack.addLabelled(tr("Alignment"),
+                      makePopUp({start, center, end}, Settings::windowAlignment, *view, &AppearancePane::alignChanged));
+    stack.addSeparator();
 
-    addPopUp(tr("File names"), {tr("Show under icon"), tr("Hide"), tr("Show on hover")}, Settings::fileNameDisplay,
-             &AppearancePane::nameDisplayChanged);
+    stack.addLabelled(tr("File names"),
+                      makePopUp({tr("Show under icon"), tr("Hide"), tr("Show on hover")}, Settings::fileNameDisplay,
+                                *view, &AppearancePane::nameDisplayChanged));
     QCheckBox *hideExtensions = checkBox(tr("Hide file extensions"), s.get(Settings::hideFileExtensions), view);
     hideExtensions->setObjectName(Settings::hideFileExtensions.key);
     connect(hideExtensions, &QCheckBox::toggled, this, [this, hideExtensions] { hideExtChanged(hideExtensions); });
-    stack->addWidget(hideExtensions, 0, Qt::AlignLeft);
-    stack->addWidget(fieldLabel(QStringLiteral(" "), view));
-    stack->addStretch();
+    stack.add(hideExtensions);
+    stack.add(fieldLabel(QStringLiteral(" "), view));
+    stack.addStretch();
     return view;
+}
+
+ColorWell *AppearancePane::makeColorWell(QWidget &view)
+{
+    auto *well = new ColorWell(&view);
+    well->setObjectName(Settings::tintColorData.key);
+    well->setColor(s.tintColor());
+    well->panelTakesBack = appearance.colorPanelTakesBack();
+    well->onChange = [this, well] { colorChanged(well); };
+    return well;
+}
+
+DoubleSlider *AppearancePane::makeSlider(const Setting<double> &setting, double step, QWidget &view,
+                                         void (AppearancePane::*action)(DoubleSlider *))
+{
+    const auto [lowest, highest] = setting.range;
+    auto *slider = new DoubleSlider(lowest, highest, qRound((highest - lowest) / step), &view);
+    slider->setObjectName(setting.key);
+    slider->setAttribute(Qt::WA_MacSmallSize);
+    slider->setDoubleValue(s.get(setting));
+    connect(slider, &DoubleSlider::reported, this, [this, slider, action] { (this->*action)(slider); });
+    return slider;
+}
+
+template<typename Choice>
+QComboBox *AppearancePane::makePopUp(const QStringList &titles, const Setting<Choice> &setting, QWidget &view,
+                                     void (AppearancePane::*action)(QComboBox *))
+{
+    QComboBox *box = popUp(titles, indexOf(s.get(setting)), &view);
+    box->setObjectName(setting.key);
+    connect(box, &QComboBox::activated, this, [this, box, action] { (this->*action)(box); });
+    return box;
 }
 
 void AppearancePane::colorChanged(ColorWell *sender)

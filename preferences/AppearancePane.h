@@ -2,6 +2,7 @@
 #pragma once
 
 #include "preferences/BasePane.h"
+#include "settings/SettingsTable.h"
 
 class AppSettings;
 class ColorWell;
@@ -34,6 +35,12 @@ public:
 
 private:
     QWidget *makeStack();
+    ColorWell *makeColorWell(QWidget &view);
+    DoubleSlider *makeSlider(const Setting<double> &setting, double step, QWidget &view,
+                             void (AppearancePane::*action)(DoubleSlider *));
+    template<typename Choice>
+    QComboBox *makePopUp(const QStringList &titles, const Setting<Choice> &setting, QWidget &view,
+                         void (AppearancePane::*action)(QComboBox *));
 
     AppSettings &s;
     const SystemAppearance &appearance;

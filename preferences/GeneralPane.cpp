@@ -4,9 +4,8 @@
 #include "platform/LoginItem.h"
 #include "preferences/Announcement.h"
 #include "preferences/Controls.h"
+#include "preferences/Stack.h"
 #include "settings/AppSettings.h"
-
-#include <QVBoxLayout>
 
 namespace {
 
@@ -28,32 +27,24 @@ void GeneralPane::loadView()
 {
     BasePane::loadView();
 
-    auto *stack = new QVBoxLayout(this);
-    stack->setContentsMargins(kMargin, kMargin, kMargin, 0);
-    stack->setSpacing(kSpacing);
+    Stack stack(*this, QMargins(kMargin, kMargin, kMargin, 0), kSpacing);
+    stack.add(fieldLabel(tr("General"), this));
+    stack.addSeparator();
+    stack.add(boundCheckBox(tr("Start at login"), Settings::launchAtLogin));
+    stack.add(boundCheckBox(tr("Show menu bar icon"), Settings::showMenuBarIcon));
+    stack.add(boundCheckBox(tr("Show Dock icon"), Settings::showDockIcon));
 
-    stack->addWidget(fieldLabel(tr("General"), this), 0, Qt::AlignLeft);
-    stack->addWidget(new Separator(this));
-    stack->addWidget(boundCheckBox(tr("Start at login"), Settings::launchAtLogin), 0, Qt::AlignLeft);
-    stack->addWidget(boundCheckBox(tr("Show menu bar icon"), Settings::showMenuBarIcon), 0, Qt::AlignLeft);
-    stack->addWidget(boundCheckBox(tr("Show Dock icon"), Settings::showDockIcon), 0, Qt::AlignLeft);
-
-    stack->addWidget(new Separator(this));
-    stack->addWidget(boundCheckBox(tr("Remove items when dragged out"), Settings::removeItemsWhenDraggedOut), 0,
-                     Qt::AlignLeft);
-    auto *dragModeLabel = fieldLabel(tr("Drag mode"), this);
-    auto *dragMode =
+    stack.addSeparator();
+    stack.add(boundCheckBox(tr("Remove items when dragged out"), Settings::removeItemsWhenDraggedOut));
+    QComboBox *dragMode =
         popUp({tr("Copy files"), tr("Move files"), tr("Create alias")}, indexOf(s.get(Settings::dragMode)), this);
     dragMode->setObjectName(Settings::dragMode.key);
-    setLabel(*dragModeLabel, *dragMode);
     connect(dragMode, &QComboBox::activated, this, [this, dragMode] { dragModeChanged(dragMode); });
-    stack->addWidget(dragModeLabel, 0, Qt::AlignLeft);
-    stack->addWidget(dragMode, 0, Qt::AlignLeft);
+    stack.addLabelled(tr("Drag mode"), dragMode);
 
-    stack->addWidget(new Separator(this));
-    stack->addWidget(boundCheckBox(tr("Automatically add new screenshots"), Settings::autoAddScreenshots), 0,
-                     Qt::AlignLeft);
-    stack->addStretch();
+    stack.addSeparator();
+    stack.add(boundCheckBox(tr("Automatically add new screenshots"), Settings::autoAddScreenshots));
+    stack.addStretch();
 }
 
 QCheckBox *GeneralPane::boundCheckBox(const QString &title, const Setting<bool> &setting)

@@ -46,7 +46,8 @@ void AppDelegate::startProximityMonitor()
 {
     // Compute where the hidden shelf would show.
     shelf.updateFrame();
-    proximityMonitor = platform.eventMonitors->add(LeftMouseDragged, whileAlive(this, [this] { proximityCheck(); }));
+    const QRectF frame = flipped(shelf.frame(), platform.screens->flipHeight());
+    proximityMonitor = platform.eventMonitors->addNear(frame, whileAlive(this, [this] { proximityCheck(); }));
 }
 
 void AppDelegate::proximityCheck()

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtGlobal>
+#include <QRectF>
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 // Left-mouse events that a global monitor can follow.
 enum EventMask : quint32 {
@@ -22,6 +23,14 @@ public:
 
     // Calls `handler` on the main thread for each event of `mask`. Nothing when the platform refuses.
     virtual std::optional<Token> add(quint32 mask, std::function<void()> handler) = 0;
+
+    // The same for LeftMouseDragged and a handler that asks how near the pointer is to `frame`, in the points in which
+    // Qt places windows. Where the desktop does not tell of the pointer during a drag, it is called at least when the
+    // pointer reaches the edge of the screen beside the frame, and is told where.
+    virtual std::optional<Token> addNear(const QRectF &, std::function<void()> handler)
+    {
+        return add(LeftMouseDragged, std::move(handler));
+    }
 
     // Ends a monitor. It is not called again, even if a handler removes it. Ignores an unknown token.
     virtual void remove(Token token) = 0;

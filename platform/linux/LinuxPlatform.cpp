@@ -4,7 +4,9 @@
 #include "platform/common/QtMainQueue.h"
 #include "platform/common/QtOpenPanels.h"
 #include "platform/common/QtPasteboard.h"
+#include "platform/linux/NativeWayland.h"
 #include "platform/linux/desktop/AutostartLoginItem.h"
+#include "platform/linux/desktop/FrontmostApplication.h"
 #include "platform/linux/desktop/LinuxWorkspace.h"
 #include "platform/linux/drags/ForeignDragWatcher.h"
 #include "platform/linux/drags/XcbDragPasteboard.h"
@@ -60,16 +62,43 @@ std::optional<Obstacle> whyThereIsNoServer()
     return Obstacle{QT_TRANSLATE_NOOP("Obstacle", "cannot connect to the X server \"%1\" that DISPLAY names"), display};
 }
 
+// Only X11 lets a program follow every drag of other programs, so where a Wayland session has no place for panels of
+// its own kind the X server that comes with it is used.
+void addX11(Platform &platform)
+{
+    const auto xcb = XcbConnection::open();
+    // Drags select events on other programs' windows. On the same connection that would replace the selection of
+    // others.
+    const auto drags = XcbConnection::open();
+    const auto foreignDrags = std::make_shared<ForeignDragWatcher>(drags);
+    platform.generalPasteboard = std::make_unique<QtPasteboard>();
+    platform.accessibilityTrust = std::make_unique<XInputTrust>(xcb);
+    platform.workspace = std::make_unique<LinuxWorkspace>(
+        [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; });
+    platform.dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
+    platform.eventMonitors = std::make_unique<XcbEventMonitors>(foreignDrags);
+    platform.dragSessions = std::make_unique<XcbDragSessions>(
+        drags, [appearance = platform.appearance.get()] { return appearance->accentColor(); });
+    platform.statusBar = std::make_unique<LinuxStatusBar>(xcb, *platform.appearance);
+    platform.keyTap = std::make_unique<XcbKeyTap>(xcb);
+    platform.floatingPanels = std::make_unique<XcbFloatingPanels>(xcb);
+    platform.screens = std::make_unique<XcbScreens>(xcb);
+}
+
 } // namespace
 
 std::optional<Obstacle> preparePlatform()
 {
     settleHome();
-    // Only X11 lets a program see other programs' drags and place its own windows, so use XWayland in a Wayland
-    // session.
     const QByteArray wanted = qgetenv(kPlatform);
     if (!wanted.isEmpty() && !wanted.startsWith("wayland") && !wanted.startsWith("xcb"))
         return {};
+    if (wanted.startsWith("wayland") && offersNativeWayland()) {
+        prepareNativeWayland();
+        // Without Qt's plugin for Wayland the X server serves.
+        qputenv(kPlatform, "wayland;xcb");
+        return {};
+    }
     if (!wanted.startsWith("xcb"))
         qputenv(kPlatform, "xcb");
     return whyThereIsNoServer();
@@ -77,11 +106,6 @@ std::optional<Obstacle> preparePlatform()
 
 std::unique_ptr<Platform> createPlatform()
 {
-    const auto xcb = XcbConnection::open();
-    // Drags select events on other programs' windows. On the same connection that would replace the selection of
-    // others.
-    const auto drags = XcbConnection::open();
-
     auto platform = std::make_unique<Platform>();
     platform->mainQueue = std::make_unique<QtMainQueue>();
     platform->userDefaults = std::make_unique<BackgroundUserDefaults>();
@@ -89,25 +113,15 @@ std::unique_ptr<Platform> createPlatform()
     auto appearance = std::make_unique<LinuxAppearance>();
     appearance->followPortal(QDBusConnection::sessionBus());
     platform->appearance = std::move(appearance);
-    platform->generalPasteboard = std::make_unique<QtPasteboard>();
     platform->fileEventStreams = std::make_unique<LinuxFileEventStreams>(*platform->mainQueue);
     platform->openPanels = std::make_unique<QtOpenPanels>();
-    platform->accessibilityTrust = std::make_unique<XInputTrust>(xcb);
-    platform->workspace = std::make_unique<LinuxWorkspace>(xcb);
     platform->loginItem = std::make_unique<AutostartLoginItem>();
-    const auto foreignDrags = std::make_shared<ForeignDragWatcher>(drags);
-    platform->dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
-    platform->eventMonitors = std::make_unique<XcbEventMonitors>(foreignDrags);
-    platform->dragSessions = std::make_unique<XcbDragSessions>(
-        drags, [appearance = platform->appearance.get()] { return appearance->accentColor(); });
     platform->activationPolicy = std::make_unique<LinuxActivationPolicy>();
     platform->menuBar = std::make_unique<LinuxMenuBar>();
-    platform->statusBar = std::make_unique<LinuxStatusBar>(xcb, *platform->appearance);
     platform->alerts = std::make_unique<QtAlerts>(*platform->appearance, *platform->activationPolicy);
     platform->thumbnailGenerator =
         std::make_unique<LinuxThumbnailGenerator>(*platform->mainQueue, ThumbnailCache::defaultFolder());
-    platform->keyTap = std::make_unique<XcbKeyTap>(xcb);
-    platform->floatingPanels = std::make_unique<XcbFloatingPanels>(xcb);
-    platform->screens = std::make_unique<XcbScreens>(xcb);
+    if (!addNativeWayland(*platform))
+        addX11(*platform);
     return platform;
 }

@@ -8,7 +8,6 @@
 #include "platform/FileURLs.h"
 #include "platform/linux/desktop/FrontmostApplication.h"
 #include "platform/linux/files/RegularFile.h"
-#include "platform/linux/x11/XcbConnection.h"
 
 #include <QDir>
 #include <QFile>
@@ -66,8 +65,8 @@ bool openAddress(const QUrl &url)
 
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(std::shared_ptr<XcbConnection> xcb, const DesktopEntries &desktopEntries)
-    : connection(std::move(xcb))
+LinuxWorkspace::LinuxWorkspace(Frontmost frontmostWindow, const DesktopEntries &desktopEntries)
+    : frontmost(std::move(frontmostWindow))
     , entries(desktopEntries)
 {
     chooseFallbackIconTheme();
@@ -75,7 +74,7 @@ LinuxWorkspace::LinuxWorkspace(std::shared_ptr<XcbConnection> xcb, const Desktop
 
 std::optional<QString> LinuxWorkspace::frontmostBundleIdentifier() const
 {
-    const auto window = connection ? frontmostWindow(*connection) : std::nullopt;
+    const auto window = frontmost ? frontmost() : std::nullopt;
     return window ? ::bundleIdentifier(*window, entries) : std::nullopt;
 }
 

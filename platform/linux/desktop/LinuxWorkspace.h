@@ -5,17 +5,20 @@
 #include "platform/linux/desktop/DesktopEntries.h"
 #include "platform/linux/desktop/FileIcons.h"
 
-#include <memory>
+#include <functional>
+#include <optional>
 
-class XcbConnection;
+struct WindowIdentity;
 
 // Finds applications by their desktop entries and icons by the icon theme and the shared MIME database, and opens files
 // through GIO.
 class LinuxWorkspace : public Workspace {
 public:
-    // Without an X server (null) there is no frontmost application.
-    explicit LinuxWorkspace(std::shared_ptr<XcbConnection> xcb,
-                            const DesktopEntries &desktopEntries = DesktopEntries());
+    // Answers what the window with the focus says of its program.
+    using Frontmost = std::function<std::optional<WindowIdentity>()>;
+
+    // Without `frontmostWindow` there is no frontmost application.
+    explicit LinuxWorkspace(Frontmost frontmostWindow, const DesktopEntries &desktopEntries = DesktopEntries());
 
     std::optional<QString> frontmostBundleIdentifier() const override;
     bool open(const QUrl &url) override;
@@ -25,7 +28,7 @@ public:
     QList<QUrl> applicationsFolders() const override;
 
 private:
-    std::shared_ptr<XcbConnection> connection;
+    Frontmost frontmost;
     DesktopEntries entries;
     FileIcons icons;
 };

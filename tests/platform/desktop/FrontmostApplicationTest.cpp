@@ -58,7 +58,8 @@ void FrontmostApplicationTest::init()
     other = XcbConnection::open();
     connection = XcbConnection::open();
     QVERIFY(other && connection);
-    workspace = std::make_unique<LinuxWorkspace>(connection, DesktopEntries({folder->path()}));
+    workspace = std::make_unique<LinuxWorkspace>([this] { return frontmostWindow(*connection); },
+                                                 DesktopEntries({folder->path()}));
 }
 
 void FrontmostApplicationTest::cleanup()

@@ -70,6 +70,10 @@ class WaylandTest(DesktopTest):
             cls.desktop.close()
         cls.desktop = None
 
+    def run(self, result=None):
+        """Unlike a desktop, the session outlives the test; leave() keeps what a failed one looked like."""
+        return unittest.TestCase.run(self, result)
+
     def setUp(self):
         if not self.desktop:
             self.open_session()

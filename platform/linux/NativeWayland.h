@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+struct Platform;
+
+// Whether this session is one of Wayland's in which panels of its own kind can be shown. Needs no QApplication.
+bool offersNativeWayland();
+
+// Settles for Qt, before the QApplication is made, that it runs on Wayland.
+void prepareNativeWayland();
+
+// Adds the services that are Wayland's. False when Qt does not run on it after all; nothing has been added then. The
+// main queue, the appearance and the services of no display are there already.
+bool addNativeWayland(Platform &platform);

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// For a build without the packages that native panels need.
+#include "platform/linux/NativeWayland.h"
+
+bool offersNativeWayland()
+{
+    return false;
+}
+
+void prepareNativeWayland() {}
+
+bool addNativeWayland(Platform &)
+{
+    return false;
+}

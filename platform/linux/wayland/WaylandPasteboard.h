@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Pasteboard.h"
+#include "platform/linux/wayland/WaylandConnection.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+struct zwlr_data_control_device_v1;
+struct zwlr_data_control_offer_v1;
+
+// The clipboard by data control: a compositor shows it to Qt only while one of its windows has the keyboard focus, and
+// the panels never have.
+class WaylandPasteboard : public Pasteboard {
+public:
+    // `connection` offers data control. Where Qt itself holds the clipboard, `own` reads it.
+    WaylandPasteboard(std::shared_ptr<WaylandConnection> connection, std::unique_ptr<Pasteboard> own);
+    ~WaylandPasteboard() override;
+
+    QList<QUrl> fileURLs() const override;
+
+private:
+    struct Offer;
+
+    std::shared_ptr<WaylandConnection> wayland;
+    std::unique_ptr<Pasteboard> ownPasteboard;
+    zwlr_data_control_device_v1 *device;
+    std::unique_ptr<Offer> latest; // announced, and not yet said what for
+    std::unique_ptr<Offer> copied;
+};

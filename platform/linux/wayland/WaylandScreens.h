@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Screens.h"
+#include "platform/linux/wayland/WorkAreas.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+
+// The outputs of a compositor. Where the pointer is, it says only while it is over a surface of ours.
+class WaylandScreens : public Screens {
+public:
+    explicit WaylandScreens(std::shared_ptr<WorkAreas> workAreas);
+    ~WaylandScreens() override;
+
+    std::optional<Screen> main() const override;
+    QList<Screen> all() const override;
+    QPointF pointer() const override { return lastPointer; }
+
+    // The pointer has been seen there.
+    void pointerSeen(const QPointF &position) { lastPointer = position; }
+
+private:
+    void follow(QScreen *screen);
+    void report();
+
+    QObject context; // of the connections to Qt's screens
+    std::shared_ptr<WorkAreas> areas;
+    QTimer reportSoon; // one report for all changes of a turn
+    QPointF lastPointer;
+    QList<Screen> reported;
+};

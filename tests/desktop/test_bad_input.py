@@ -87,11 +87,11 @@ class BadInputTest(DesktopTest):
         self.wait_for(self.app.hidden, "the emptied shelf hides")
 
     def test_a_drop_of_web_and_file_addresses_is_refused(self):
-        self.drop([uri_of(self.file("file.txt")), "https://example.org/page"])
+        self.drop([uri_of(self.file("file.txt")), "https://example.org/page"], taken=False)
         self.assert_takes_a_file()
 
-    def drop(self, addresses):
-        """Shows the shelf and drops these addresses onto it."""
+    def drop(self, addresses, taken=True):
+        """Shows the shelf and drops these addresses onto it, once it agrees."""
         listing = self.desktop.folder / "addresses"
         listing.write_text("\n".join(addresses))
         self.desktop.start("drag-source", "/usr/bin/python3",
@@ -100,7 +100,7 @@ class BadInputTest(DesktopTest):
                                "the source of the drag comes up")
         frame = self.desktop.windows.frame(window)
         self.parklet().show()
-        self.hand.drag((frame.x + 60, frame.y + 60), self.app.center())
+        self.hand.drag((frame.x + 60, frame.y + 60), self.app.center(), taken=taken)
 
     def assert_takes_a_file(self):
         self.app.hold(self.file("next.txt"))

@@ -59,7 +59,7 @@ class DropOverATileTest(DesktopTest):
         self.hand.pick_up(*source.item("moved.txt"))
         # With this key a drag out of Thunar is a move and nothing else.
         with self.hand.holding("Shift_L"):
-            self.hand.carry_to(*app.center())
+            self.hand.carry_to(*app.center(), taken=False)
             self.hand.release()
         stays(lambda: app.names() == [], "the shelf took the file", 1.0)
         self.assertTrue(moved.exists())

@@ -43,7 +43,7 @@ class GeometryTest(DesktopTest):
         frame = app.frame()
         # Beside the label, and between two buttons.
         for x, y in ((frame.x + 12, frame.y + frame.height - 20), (frame.x + 38, frame.y + 20)):
-            self.hand.drag((x, y), (x - 300, y - 60), linger=0)
+            self.hand.drag((x, y), (x - 300, y - 60), linger=0, begins=False)
             stays(lambda: app.frame() == frame, "the shelf moved", 0.5)
         self.assertEqual(app.names(), [])
 

@@ -131,7 +131,7 @@ class Desktop:
         self.services = self.home / ".local/share/dbus-1/services"  # where a test adds what it brings to the bus
         self.environment = self.make_environment()
         self.processes = Processes(self.environment, self.logs)
-        self.x = None
+        self.x = self.hand = None
 
     def make_environment(self):
         home = self.home
@@ -274,6 +274,8 @@ class Desktop:
             (folder / "screen.log").write_text(f"there is no picture of the screen: {fault}\n")
 
     def close(self):
+        if self.hand:
+            self.hand.close()
         if self.x:
             self.x.close()
         self.processes.end_all()

@@ -3,17 +3,11 @@
 import pathlib
 import time
 
-from Xlib import X
-from Xlib import display as xdisplay
-from Xlib.ext import xfixes
-
 from . import filemanagers
 from .case import DesktopTest
 from .focus import FocusWatch
 
 ATTEMPTS = 4  # at a drag that does not begin
-PATIENCE = 3.0  # seconds for a source to announce its drag
-PAUSE = 0.02
 SOURCE = pathlib.Path(__file__).with_name("drag_source.py")
 
 
@@ -25,8 +19,6 @@ class ForeignDragTest(DesktopTest):
         self.manager = self.manager_class(self.desktop)
         self.words = self.file("words.txt")
         self.focus = None
-        self.announcements = Announcements(self.desktop)
-        self.addCleanup(self.announcements.close)
         self.addCleanup(lambda: self.focus and self.focus.close())
 
     def source_window(self):
@@ -55,24 +47,11 @@ class ForeignDragTest(DesktopTest):
             self.focus.close()
         self.focus = FocusWatch(self.desktop)
         for _ in range(ATTEMPTS):
-            before = self.announcements.count()
-            self.hand.pick_up(*place)
-            if self.begins(before):
+            if self.hand.pick_up(*place):
                 return
             # A program that is still busy with the drag before has not seen this one.
             self.hand.release()
         self.fail("no drag begins")
-
-    def begins(self, before):
-        """Whether a source announces its drag within a time that is long enough for any."""
-        end = time.monotonic() + PATIENCE
-        while self.announcements.count() == before:
-            if time.monotonic() > end:
-                return False
-            self.hand.nudge(4, 2)
-            self.hand.nudge(-4, -2)
-            time.sleep(PAUSE)
-        return True
 
     def dragging(self, condition, message):
         """Waits for something while the hand goes on moving a little, as a hand does."""
@@ -116,29 +95,6 @@ class ForeignDragTest(DesktopTest):
         self.assert_focus_kept()
         time.sleep(0.5)
         self.assertFalse(app.hidden())
-
-
-class Announcements:
-    """Counts the drags that sources announce."""
-
-    def __init__(self, desktop):
-        self.display = xdisplay.Display(desktop.environment["DISPLAY"])
-        self.display.xfixes_query_version()
-        root = self.display.screen().root
-        self.display.xfixes_select_selection_input(root, self.display.intern_atom("XdndSelection"),
-                                                   xfixes.XFixesSetSelectionOwnerNotifyMask)
-        self.display.sync()
-        self.seen = 0
-
-    def count(self):
-        self.display.sync()
-        while self.display.pending_events():
-            if getattr(self.display.next_event(), "owner", X.NONE) != X.NONE:
-                self.seen += 1
-        return self.seen
-
-    def close(self):
-        self.display.close()
 
 
 class ScriptedSource:

@@ -6,16 +6,32 @@ import time
 from Xlib import XK, X
 from Xlib.ext import xtest
 
+from .dragtalk import DragTalk
+
 STRIDE = 14  # pixels the pointer goes at once
 TICK = 0.008  # seconds between two such steps
 DRAG_START = 16  # pixels after which every toolkit has noticed a drag
-LINGER = 0.5  # seconds over the target, for both sides of a drag to come to terms
+LINGER = 0.5  # seconds over the target, for what is told within one program
+PATIENCE = 20.0  # seconds for other programs
 
 
 class Hand:
+    display = None
+    heard = None
+
     def __init__(self, display):
         self.display = display
         self.root = display.screen().root
+
+    def listen(self):
+        """What the programs tell each other of drags, or None for a hand that does not reach a server for it."""
+        if self.display and not self.heard:
+            self.heard = DragTalk(self.display.get_display_name())
+        return self.heard
+
+    def close(self):
+        if self.heard:
+            self.heard.close()
 
     def position(self):
         pointer = self.root.query_pointer()
@@ -57,8 +73,10 @@ class Hand:
             self.release(button)
             time.sleep(TICK * 4)
 
-    def pick_up(self, x, y):
-        """Presses the button and moves until a drag has begun."""
+    def pick_up(self, x, y, begins=True):
+        """Presses the button and moves until a drag has begun, and answers whether it has."""
+        talk = self.listen()
+        before = talk and talk.begun
         self.move_to(x, y)
         time.sleep(TICK * 4)
         self.press()
@@ -66,23 +84,47 @@ class Hand:
         for _ in range(DRAG_START // 4):
             self.nudge(4, 2)
             time.sleep(TICK * 4)
+        return not begins or not talk or self.linger_until(lambda: talk.begun > before)
 
-    def carry_to(self, x, y, linger=LINGER):
-        """Moves a drag there and stays long enough for the target to have answered."""
+    def carry_to(self, x, y, linger=LINGER, taken=True):
+        """Moves a drag there and stays until the target has answered, with a yes if it is to take the drag."""
         self.move_to(x, y, tick=TICK * 2)
-        end = time.monotonic() + linger
-        step = 2
-        while time.monotonic() < end:
-            self.nudge(step, 0)
-            step = -step
-            time.sleep(TICK * 4)
-        self.move_to(x, y)
+        talk = self.listen()
+        if talk and talk.is_between_programs():
+            self.linger_until(lambda: talk.answered(x, y, taken))
+        else:
+            end = time.monotonic() + linger
+            while time.monotonic() < end:
+                self.linger()
         time.sleep(TICK * 8)
 
-    def drag(self, start, target, linger=LINGER):
+    def is_free(self):
+        """Whether no program keeps the pointer to itself, as the source of a drag does until it has seen the end."""
+        if self.root.grab_pointer(False, 0, X.GrabModeAsync, X.GrabModeAsync, X.NONE, X.NONE,
+                                  X.CurrentTime) != X.GrabSuccess:
+            return False
+        self.display.ungrab_pointer(X.CurrentTime)
+        self.display.sync()
+        return True
+
+    def linger(self):
+        """Moves a little, and back: a pointer at rest tells the programs nothing new."""
+        for step in 2, -2:
+            self.nudge(step, 0)
+            time.sleep(TICK * 4)
+
+    def linger_until(self, condition):
+        end = time.monotonic() + PATIENCE
+        while not condition():
+            if time.monotonic() > end:
+                return False
+            self.linger()
+        return True
+
+    def drag(self, start, target, linger=LINGER, begins=True, taken=True):
         """Drags from one place to another and lets go."""
-        self.pick_up(*start)
-        self.carry_to(*target, linger=linger)
+        self.pick_up(*start, begins=begins)
+        self.carry_to(*target, linger=linger, taken=taken)
         self.release()
 
     @contextlib.contextmanager

@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <string_view>
 
@@ -39,6 +41,38 @@ std::string filled(const QString &text, const std::string &value)
     return result;
 }
 
+// The name of an option as it is written without its dashes and what follows a "=".
+std::string_view nameOf(std::string_view argument)
+{
+    argument.remove_prefix(argument.starts_with("--") ? 2 : 1);
+    return argument.substr(0, argument.find('='));
+}
+
+// How many of the arguments from `first` on are none of ours: they tell Qt, the session manager or macOS something.
+std::size_t foreignArguments(const std::vector<std::string> &arguments, std::size_t first)
+{
+    // Qt's own, of all its platforms: those that a value follows, and those that stand alone.
+    constexpr std::array valued = {
+        "platform", "platformpluginpath", "platformtheme", "plugin",       "style", "stylesheet",
+        "session",  "qmljsdebugger",      "qwindowicon",   "qwindowtitle", "icon",  "qwindowgeometry",
+        "title",    "geometry",           "display",       "name",         "visual"};
+    constexpr std::array alone = {"reverse", "widgetcount", "nograb", "dograb"};
+    const std::string_view argument = arguments[first];
+    if (!argument.starts_with('-'))
+        return 0;
+    // A process serial number, and settings of the system for this start.
+    if (argument.starts_with("-psn_"))
+        return 1;
+    const std::string_view name = nameOf(argument);
+    if (std::ranges::find(alone, name) != alone.end())
+        return 1;
+    if (std::ranges::find(valued, name) == valued.end() && !argument.starts_with("-Apple") &&
+        !argument.starts_with("-NS"))
+        return 0;
+    const bool isFollowed = argument.find('=') == std::string_view::npos && first + 1 < arguments.size();
+    return isFollowed ? 2 : 1;
+}
+
 CommandLineAnswer failure(const std::string &what, int exitCode)
 {
     return {{}, "parklet: " + what + '\n', exitCode};
@@ -54,7 +88,12 @@ CommandLineAnswer usageError(const std::string &what)
 std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string> &arguments)
 {
     std::optional<CommandLineAnswer> answer;
-    for (const std::string &argument : arguments) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (const std::size_t foreign = foreignArguments(arguments, i); foreign > 0) {
+            i += foreign - 1;
+            continue;
+        }
+        const std::string &argument = arguments[i];
         CommandLineAnswer asked;
         if (argument == "--help")
             asked.output = help().toStdString();

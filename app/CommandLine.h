@@ -14,7 +14,8 @@ struct CommandLineAnswer {
     bool operator==(const CommandLineAnswer &) const = default;
 };
 
-// Without a value the program starts. `arguments` are those after the program's name.
+// Without a value the program starts. `arguments` are those after the program's name; what Qt, a session manager or the
+// system adds to a command line is passed over.
 std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string> &arguments);
 
 // The answer of a program that cannot start: `reason` in the sources' language, translated in `context`, with `detail`

@@ -14,6 +14,8 @@ private slots:
     void the_version_is_that_of_the_build();
     void the_help_names_every_option();
     void the_first_question_is_answered();
+    void what_the_toolkit_or_the_system_adds_is_passed_over_data();
+    void what_the_toolkit_or_the_system_adds_is_passed_over();
     void everything_else_is_an_error_data();
     void everything_else_is_an_error();
 };
@@ -45,6 +47,34 @@ void CommandLineTest::the_first_question_is_answered()
     QCOMPARE(answerCommandLine({"--help", "--version"}), answerCommandLine({"--help"}));
 }
 
+void CommandLineTest::what_the_toolkit_or_the_system_adds_is_passed_over_data()
+{
+    using Arguments = std::vector<std::string>;
+    QTest::addColumn<Arguments>("arguments");
+    QTest::newRow("platform") << Arguments{"-platform", "xcb"};
+    QTest::newRow("two dashes") << Arguments{"--platform", "xcb"};
+    QTest::newRow("in one") << Arguments{"-style=Fusion"};
+    QTest::newRow("a value like an option") << Arguments{"-geometry", "-0+0"};
+    QTest::newRow("without its value") << Arguments{"-display"};
+    QTest::newRow("alone") << Arguments{"-reverse", "-widgetcount"};
+    QTest::newRow("session manager") << Arguments{"-session", "10c7_3_9", "-name", "parklet"};
+    QTest::newRow("process serial number") << Arguments{"-psn_0_1234567"};
+    QTest::newRow("languages") << Arguments{"-AppleLanguages", "(de)", "-AppleLocale", "de_DE"};
+    QTest::newRow("Xcode") << Arguments{"-NSDocumentRevisionsDebugMode", "YES"};
+}
+
+void CommandLineTest::what_the_toolkit_or_the_system_adds_is_passed_over()
+{
+    QFETCH(std::vector<std::string>, arguments);
+    QVERIFY(!answerCommandLine(arguments));
+    // What is ours is still answered, and what is nobody's still refused.
+    std::vector<std::string> more = arguments;
+    more.insert(more.begin(), "--version");
+    QCOMPARE(answerCommandLine(more), answerCommandLine({"--version"}));
+    more.insert(more.begin(), "words.txt");
+    QCOMPARE(answerCommandLine(more)->exitCode, 2);
+}
+
 void CommandLineTest::everything_else_is_an_error_data()
 {
     QTest::addColumn<QString>("argument");
@@ -53,11 +83,10 @@ void CommandLineTest::everything_else_is_an_error_data()
                           << "parklet: unknown option '--shelf'";
     QTest::newRow("short") << "-v"
                            << "parklet: unknown option '-v'";
-    // The toolkit would take these for its own.
-    QTest::newRow("toolkit") << "-platform"
-                             << "parklet: unknown option '-platform'";
-    QTest::newRow("session") << "-session"
-                             << "parklet: unknown option '-session'";
+    QTest::newRow("longer than the toolkit's") << "-platforms"
+                                               << "parklet: unknown option '-platforms'";
+    QTest::newRow("not the system's") << "--NSQuitAlwaysKeepsWindows"
+                                      << "parklet: unknown option '--NSQuitAlwaysKeepsWindows'";
     QTest::newRow("prefix") << "--versions"
                             << "parklet: unknown option '--versions'";
     QTest::newRow("dash") << "-"

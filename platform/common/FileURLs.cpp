@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/FileURLs.h"
 
+#include "platform/PathSpelling.h"
+
 #include <QMimeData>
 #include <QStringDecoder>
 #include <QSysInfo>
@@ -72,7 +74,7 @@ QByteArray fileSystemPath(const QUrl &fileURL)
 
 QUrl fileURL(const QByteArray &path)
 {
-    return QUrl::fromEncoded("file://" + path.toPercentEncoding(kPlainInPath), QUrl::StrictMode);
+    return QUrl::fromEncoded("file://" + canonicalSpelling(path).toPercentEncoding(kPlainInPath), QUrl::StrictMode);
 }
 
 QString lastPathComponent(const QUrl &fileURL)

@@ -2,6 +2,7 @@
 #include "shelf/DropTarget.h"
 
 #include "platform/FileURLs.h"
+#include "platform/OwnDrag.h"
 
 #include <QDragEnterEvent>
 #include <QMimeData>
@@ -12,7 +13,7 @@ namespace {
 // shelf only refers to. The shelf's own drags never delete anything.
 bool offersCopy(const QDropEvent &event)
 {
-    return event.possibleActions().testFlag(Qt::CopyAction) || event.source() != nullptr;
+    return event.possibleActions().testFlag(Qt::CopyAction) || isOwnDrag(event);
 }
 
 // Set copy explicitly: the action that the source proposes could be a move, and the shelf never moves a file.

@@ -50,6 +50,9 @@ QImage fromCGImage(CGImageRef image, const QSize &bound);
 // `image` drawn as large as fits into the middle of `size` pixels.
 QImage fromNSImage(NSImage *image, const QSize &size);
 
+// `image` at a size of `size` points. Nil for one without pixels.
+NSImage *toNSImage(const QImage &image, const QSizeF &size);
+
 // `icon` of at most `size` points, at `scale` pixels a point.
 NSImage *toNSImage(const QIcon &icon, const QSize &size, double scale);
 

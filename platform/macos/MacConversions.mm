@@ -109,13 +109,18 @@ QImage fromNSImage(NSImage *image, const QSize &size)
     return canvas;
 }
 
-NSImage *toNSImage(const QIcon &icon, const QSize &size, double scale)
+NSImage *toNSImage(const QImage &image, const QSizeF &size)
 {
-    const QImage image = icon.pixmap(size, scale).toImage();
     const CFRef<CGImageRef> picture(image.toCGImage());
     if (!picture)
         return nil;
-    return [[NSImage alloc] initWithCGImage:picture.get() size:image.deviceIndependentSize().toCGSize()];
+    return [[NSImage alloc] initWithCGImage:picture.get() size:size.toCGSize()];
+}
+
+NSImage *toNSImage(const QIcon &icon, const QSize &size, double scale)
+{
+    const QImage image = icon.pixmap(size, scale).toImage();
+    return toNSImage(image, image.deviceIndependentSize());
 }
 
 QPointF fromScreenPoint(const QPointF &point, double primaryHeight)

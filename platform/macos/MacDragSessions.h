@@ -3,21 +3,24 @@
 
 #include "platform/DragSessions.h"
 
-#include <QObject>
+#include <memory>
 
 class MacDragPasteboard;
-class SystemAppearance;
 
-// Drags out as Qt's own, which keeps its windows in step with the mouse button.
-class MacDragSessions : public QObject, public DragSessions {
+// Drags out as AppKit's own sessions, of one item a file. Qt's drags are none: a single file would go by a call that is
+// deprecated and raises an exception when items and pictures differ in number.
+class MacDragSessions : public DragSessions {
 public:
     // `pasteboard` is told that what a drag of ours has put on it is ours.
-    MacDragSessions(MacDragPasteboard &pasteboard, const SystemAppearance &appearance);
+    explicit MacDragSessions(MacDragPasteboard &pasteboard);
+    ~MacDragSessions() override;
 
     void begin(QWidget &source, const QList<DraggingItem> &items, DragOperation offered, Ended ended) override;
+    bool isRunning() const;
 
 private:
+    struct Session;
+
     MacDragPasteboard &dragPasteboard;
-    const SystemAppearance &systemAppearance;
-    bool isRunning = false;
+    std::unique_ptr<Session> session; // the latest one
 };

@@ -1,42 +1,231 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacDragSessions.h"
 
-#include "platform/SystemAppearance.h"
+#include "platform/OwnDrag.h"
 #include "platform/common/DragPicture.h"
-#include "platform/common/QtDrags.h"
+#include "platform/macos/MacConversions.h"
 #include "platform/macos/MacDragPasteboard.h"
 
-#include <QCursor>
-#include <QDrag>
-#include <QMimeData>
-#include <QPointer>
+#include <QPainter>
 #include <QWidget>
 
-MacDragSessions::MacDragSessions(MacDragPasteboard &pasteboard, const SystemAppearance &appearance)
-    : dragPasteboard(pasteboard)
-    , systemAppearance(appearance)
+#include <utility>
+
+#import <AppKit/AppKit.h>
+
+using SessionEnded = std::function<void(NSPoint point, NSDragOperation operation)>;
+
+// Offers one operation, inside this application and outside, and tells how its session has ended.
+@interface ParkletDragSource : NSObject <NSDraggingSource>
+- (instancetype)initWithOperation:(NSDragOperation)operation ended:(SessionEnded)ended;
+- (BOOL)isRunning;
+- (void)stop;
+@end
+
+namespace {
+
+// There is one pointer, and so one drag. It is being dropped before its session has ended.
+__weak ParkletDragSource *latest = nil;
+
+} // namespace
+
+@implementation ParkletDragSource {
+    NSDragOperation offered;
+    SessionEnded onEnd;
+}
+
+- (instancetype)initWithOperation:(NSDragOperation)operation ended:(SessionEnded)ended
 {
+    self = [super init];
+    if (self) {
+        offered = operation;
+        onEnd = std::move(ended);
+    }
+    return self;
+}
+
+- (BOOL)isRunning
+{
+    return onEnd != nullptr;
+}
+
+- (void)stop
+{
+    onEnd = nullptr;
+}
+
+- (NSDragOperation)draggingSession:(NSDraggingSession *)__unused session
+    sourceOperationMaskForDraggingContext:(NSDraggingContext)__unused context
+{
+    return offered;
+}
+
+// Otherwise they would leave nothing of the one operation.
+- (BOOL)ignoreModifierKeysForDraggingSession:(NSDraggingSession *)__unused session
+{
+    return YES;
+}
+
+- (void)draggingSession:(NSDraggingSession *)__unused session
+           endedAtPoint:(NSPoint)point
+              operation:(NSDragOperation)operation
+{
+    if (const SessionEnded ended = std::exchange(onEnd, nullptr))
+        ended(point, operation);
+}
+@end
+
+namespace {
+
+constexpr NSUInteger kLeftButton = 1 << 0;
+
+NSDragOperation nativeOperation(DragOperation operation)
+{
+    switch (operation) {
+    case DragOperation::Copy:
+        return NSDragOperationCopy;
+    case DragOperation::Move:
+        return NSDragOperationMove;
+    case DragOperation::Link:
+        return NSDragOperationLink;
+    case DragOperation::None:
+        break;
+    }
+    return NSDragOperationNone;
+}
+
+DragOperation performedOperation(NSDragOperation operation)
+{
+    if (operation == NSDragOperationNone)
+        return DragOperation::None;
+    if ((operation & NSDragOperationMove) != 0)
+        return DragOperation::Move;
+    return (operation & NSDragOperationLink) != 0 ? DragOperation::Link : DragOperation::Copy;
+}
+
+// The contents of `item` as they lie in its frame, with nothing around them.
+NSImage *pictureOf(const DraggingItem &item, double scale)
+{
+    QImage image((item.frame.size() * scale).toSize().expandedTo(QSize(1, 1)), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QRectF place(QPointF(), fittedSize(item.contents.deviceIndependentSize(), QSizeF(image.size())));
+    place.moveCenter(QRectF(image.rect()).center());
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(place, item.contents, QRectF(item.contents.rect()));
+    painter.end();
+    return toNSImage(image, item.frame.size());
+}
+
+// `frame` in `source`, as a rectangle of the view of its window.
+NSRect frameInView(const QRectF &frame, const QWidget &source, NSView *view)
+{
+    QRectF placed(source.mapTo(source.window(), frame.topLeft()), frame.size());
+    if (!view.flipped)
+        placed.moveTop(view.bounds.size.height - placed.bottom());
+    return placed.toCGRect();
+}
+
+NSArray<NSDraggingItem *> *nativeItems(const QList<DraggingItem> &items, const QWidget &source, NSView *view)
+{
+    NSMutableArray<NSDraggingItem *> *native = [NSMutableArray array];
+    for (const DraggingItem &item : items) {
+        NSURL *url = toNSURL(item.fileURL);
+        if (!url)
+            continue;
+        NSDraggingItem *dragged = [[NSDraggingItem alloc] initWithPasteboardWriter:url];
+        [dragged setDraggingFrame:frameInView(item.frame, source, view)
+                         contents:pictureOf(item, source.devicePixelRatioF())];
+        [native addObject:dragged];
+    }
+    return native;
+}
+
+NSEvent *mouseEvent(NSEventType type, NSWindow *window, NSPoint location)
+{
+    return [NSEvent mouseEventWithType:type
+                              location:location
+                         modifierFlags:NSEventModifierFlags {}
+                             timestamp:NSProcessInfo.processInfo.systemUptime
+                          windowNumber:window.windowNumber
+                               context:nil
+                           eventNumber:0
+                            clickCount:1
+                              pressure:0];
+}
+
+// The event that a session begins with. Qt hands its own on later, so the current one may be any other.
+NSEvent *draggedEvent(NSWindow *window)
+{
+    NSEvent *current = NSApplication.sharedApplication.currentEvent;
+    if (current.type == NSEventTypeLeftMouseDragged && current.window == window)
+        return current;
+    return mouseEvent(NSEventTypeLeftMouseDragged, window, window.mouseLocationOutsideOfEventStream);
+}
+
+// The session has swallowed the release that ends it, so Qt would take the button for pressed.
+void releaseButton(NSView *view, NSPoint point)
+{
+    NSWindow *window = view.window;
+    if (!window)
+        return;
+    NSEvent *release = mouseEvent(NSEventTypeLeftMouseUp, window, [window convertPointFromScreen:point]);
+    if (release)
+        [view mouseUp:release];
+}
+
+} // namespace
+
+struct MacDragSessions::Session {
+    explicit Session(ParkletDragSource *draggingSource)
+        : source(draggingSource)
+    {
+    }
+    Q_DISABLE_COPY_MOVE(Session)
+    ~Session() { [source stop]; }
+
+    ParkletDragSource *source;
+};
+
+MacDragSessions::MacDragSessions(MacDragPasteboard &pasteboard)
+    : dragPasteboard(pasteboard)
+{
+}
+
+MacDragSessions::~MacDragSessions() = default;
+
+bool MacDragSessions::isRunning() const
+{
+    return session && [session->source isRunning];
+}
+
+// Qt has begun no drag, and takes it for another program's.
+bool isOwnDrag(const QDropEvent &)
+{
+    return [latest isRunning];
 }
 
 void MacDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, DragOperation offered, Ended ended)
 {
-    if (isRunning || items.isEmpty() || offered == DragOperation::None)
+    if (isRunning() || items.isEmpty() || offered == DragOperation::None)
         return;
-    const DragPicture picture =
-        dragPicture(items, source.mapFromGlobal(QPointF(QCursor::pos())),
-                    {.scale = source.devicePixelRatioF(), .accent = systemAppearance.accentColor(), .blends = true});
-    // Its parent outlives `source`, which may be deleted while the drag is under way.
-    auto *drag = new QDrag(this);
-    drag->setMimeData(uriList(items).release());
-    drag->setPixmap(picture.pixmap);
-    drag->setHotSpot(picture.hotSpot);
+    NSView *view = (__bridge NSView *)reinterpret_cast<void *>(source.window()->winId());
+    // A session that begins after the release would follow the pointer until the next click.
+    if (!view.window || (NSEvent.pressedMouseButtons & kLeftButton) == 0)
+        return;
+    NSArray<NSDraggingItem *> *dragged = nativeItems(items, source, view);
+    NSEvent *event = draggedEvent(view.window);
+    if (dragged.count == 0 || !event)
+        return;
 
-    const QPointer<MacDragSessions> alive(this);
-    isRunning = true;
-    const Qt::DropAction performed = drag->exec(dropAction(offered), dropAction(offered));
-    if (!alive)
-        return;
-    isRunning = false;
-    dragPasteboard.ignoreContents();
-    ended(dragOperation(performed));
+    __weak NSView *origin = view;
+    session = std::make_unique<Session>([[ParkletDragSource alloc]
+        initWithOperation:nativeOperation(offered)
+                    ended:[this, origin, ended = std::move(ended)](NSPoint point, NSDragOperation operation) {
+                        dragPasteboard.ignoreContents();
+                        releaseButton(origin, point);
+                        ended(performedOperation(operation));
+                    }]);
+    latest = session->source;
+    [view beginDraggingSessionWithItems:dragged event:event source:session->source];
 }

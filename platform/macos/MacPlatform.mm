@@ -26,6 +26,8 @@ std::optional<Obstacle> preparePlatform()
 {
     // Otherwise Qt gives the program a place in the Dock and the focus, as soon as it starts.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
+    // Otherwise Qt makes Parklet the active application whenever it raises one of its windows, also a panel.
+    qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
     return {};
 }
 
@@ -43,7 +45,7 @@ std::unique_ptr<Platform> createPlatform()
     platform->workspace = std::make_unique<MacWorkspace>();
     platform->loginItem = std::make_unique<MacLoginItem>();
     auto dragPasteboard = std::make_unique<MacDragPasteboard>();
-    platform->dragSessions = std::make_unique<MacDragSessions>(*dragPasteboard, *platform->appearance);
+    platform->dragSessions = std::make_unique<MacDragSessions>(*dragPasteboard);
     platform->dragPasteboard = std::move(dragPasteboard);
     platform->eventMonitors = std::make_unique<MacEventMonitors>();
     platform->activationPolicy = std::make_unique<MacActivationPolicy>();

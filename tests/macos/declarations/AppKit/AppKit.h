@@ -32,10 +32,28 @@ typedef NS_OPTIONS(unsigned long long, NSEventMask) {
     NSEventMaskLeftMouseUp = 1ULL << 2,
     NSEventMaskLeftMouseDragged = 1ULL << 6,
 };
-typedef NS_ENUM(NSUInteger, NSEventType) { NSEventTypeApplicationDefined = 15 };
+typedef NS_ENUM(NSUInteger, NSEventType) {
+    NSEventTypeLeftMouseDown = 1,
+    NSEventTypeLeftMouseUp = 2,
+    NSEventTypeLeftMouseDragged = 6,
+    NSEventTypeApplicationDefined = 15,
+};
 typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) { NSEventModifierFlagShift = 1 << 17 };
 @interface NSEvent : NSObject
 @property(class, readonly) NSPoint mouseLocation;
+@property(class, readonly) NSUInteger pressedMouseButtons API_AVAILABLE(macos(10.6));
+@property(readonly) NSEventType type;
+@property(nullable, readonly, weak) NSWindow *window;
+@property(readonly) NSPoint locationInWindow;
++ (nullable NSEvent *)mouseEventWithType:(NSEventType)type
+                                location:(NSPoint)location
+                           modifierFlags:(NSEventModifierFlags)flags
+                               timestamp:(NSTimeInterval)time
+                            windowNumber:(NSInteger)wNum
+                                 context:(nullable NSGraphicsContext *)unusedPassNil
+                             eventNumber:(NSInteger)eNum
+                              clickCount:(NSInteger)cNum
+                                pressure:(float)pressure;
 + (nullable NSEvent *)otherEventWithType:(NSEventType)type
                                 location:(NSPoint)location
                            modifierFlags:(NSEventModifierFlags)flags
@@ -54,7 +72,6 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) { NSEventModifierFlagShift 
 typedef NSString *NSPasteboardName;
 typedef NSString *NSPasteboardReadingOptionKey;
 extern "C" NSPasteboardName const NSPasteboardNameDrag API_AVAILABLE(macos(10.13));
-extern "C" NSPasteboardReadingOptionKey const NSPasteboardURLReadingFileURLsOnlyKey API_AVAILABLE(macos(10.6));
 @protocol NSPasteboardWriting <NSObject>
 @end
 @interface NSString (NSPasteboardSupport) <NSPasteboardWriting>
@@ -94,6 +111,8 @@ API_AVAILABLE(macos(10.6))
                       components:(const CGFloat *)components
                            count:(NSInteger)numberOfComponents;
 @property(class, strong, readonly) NSColor *clearColor;
+@property(class, strong, readonly) NSColor *blackColor;
+- (void)set;
 @property(class, strong, readonly) NSColor *labelColor API_AVAILABLE(macos(10.10));
 @property(class, strong, readonly) NSColor *controlAccentColor API_AVAILABLE(macos(10.14));
 - (nullable NSColor *)colorUsingColorSpace:(NSColorSpace *)space;
@@ -120,6 +139,13 @@ API_AVAILABLE(macos(11.0))
 @interface NSImageSymbolConfiguration : NSObject <NSCopying, NSSecureCoding>
 + (instancetype)configurationWithPointSize:(CGFloat)pointSize weight:(NSFontWeight)weight;
 @end
+typedef NS_ENUM(NSInteger, NSImageResizingMode) { NSImageResizingModeTile = 0, NSImageResizingModeStretch = 1 };
+@interface NSBezierPath : NSObject <NSCopying, NSSecureCoding>
++ (NSBezierPath *)bezierPathWithRoundedRect:(NSRect)rect
+                                    xRadius:(CGFloat)xRadius
+                                    yRadius:(CGFloat)yRadius API_AVAILABLE(macos(10.5));
+- (void)fill;
+@end
 @interface NSImage : NSObject <NSCopying, NSSecureCoding>
 + (nullable NSImage *)imageNamed:(NSImageName)name;
 + (nullable instancetype)imageWithSystemSymbolName:(NSString *)name
@@ -127,7 +153,12 @@ API_AVAILABLE(macos(11.0))
 - (nullable NSImage *)imageWithSymbolConfiguration:(NSImageSymbolConfiguration *)configuration
     API_AVAILABLE(macos(11.0));
 - (instancetype)initWithCGImage:(CGImageRef)cgImage size:(NSSize)size API_AVAILABLE(macos(10.6));
++ (instancetype)imageWithSize:(NSSize)size
+                      flipped:(BOOL)drawingHandlerShouldBeCalledWithFlippedContext
+               drawingHandler:(BOOL (^)(NSRect dstRect))drawingHandler API_AVAILABLE(macos(10.8));
 @property NSSize size;
+@property NSEdgeInsets capInsets API_AVAILABLE(macos(10.10));
+@property NSImageResizingMode resizingMode API_AVAILABLE(macos(10.10));
 - (void)drawInRect:(NSRect)rect fromRect:(NSRect)fromRect operation:(NSCompositingOperation)op fraction:(CGFloat)delta;
 @end
 
@@ -151,8 +182,39 @@ API_AVAILABLE(macos(10.5))
 @property(readonly) NSTrackingAreaOptions options;
 @property(nullable, readonly, weak) id owner;
 @end
+typedef NS_OPTIONS(NSUInteger, NSDragOperation) {
+    NSDragOperationNone = 0,
+    NSDragOperationCopy = 1,
+    NSDragOperationLink = 2,
+    NSDragOperationMove = 16,
+};
+typedef NS_ENUM(NSInteger, NSDraggingContext) {
+    NSDraggingContextOutsideApplication = 0,
+    NSDraggingContextWithinApplication,
+};
+API_AVAILABLE(macos(10.7))
+@interface NSDraggingItem : NSObject
+- (instancetype)initWithPasteboardWriter:(id<NSPasteboardWriting>)pasteboardWriter;
+- (void)setDraggingFrame:(NSRect)frame contents:(nullable id)contents;
+@property(readonly, strong) id item;
+@property NSRect draggingFrame;
+@end
+API_AVAILABLE(macos(10.7))
+@interface NSDraggingSession : NSObject
+@end
+@protocol NSDraggingSource <NSObject>
+- (NSDragOperation)draggingSession:(NSDraggingSession *)session
+    sourceOperationMaskForDraggingContext:(NSDraggingContext)context;
+@optional
+- (void)draggingSession:(NSDraggingSession *)session
+           endedAtPoint:(NSPoint)screenPoint
+              operation:(NSDragOperation)operation API_AVAILABLE(macos(10.7));
+- (BOOL)ignoreModifierKeysForDraggingSession:(NSDraggingSession *)session API_AVAILABLE(macos(10.7));
+@end
 typedef NS_ENUM(NSInteger, NSWindowOrderingMode) { NSWindowAbove = 1, NSWindowBelow = -1, NSWindowOut = 0 };
 @interface NSResponder : NSObject
+- (void)mouseDown:(NSEvent *)event;
+- (void)mouseUp:(NSEvent *)event;
 - (void)mouseEntered:(NSEvent *)event;
 - (void)mouseMoved:(NSEvent *)event;
 - (void)mouseExited:(NSEvent *)event;
@@ -162,6 +224,12 @@ typedef NS_ENUM(NSInteger, NSWindowOrderingMode) { NSWindowAbove = 1, NSWindowBe
 @property(nullable, readonly, unsafe_unretained) NSWindow *window;
 @property(nullable, readonly, unsafe_unretained) NSView *superview;
 @property NSRect frame;
+@property NSRect bounds;
+@property(getter=isFlipped, readonly) BOOL flipped;
+- (nullable NSView *)hitTest:(NSPoint)point;
+- (NSDraggingSession *)beginDraggingSessionWithItems:(NSArray<NSDraggingItem *> *)items
+                                               event:(NSEvent *)event
+                                              source:(id<NSDraggingSource>)source API_AVAILABLE(macos(10.7));
 @property NSAutoresizingMaskOptions autoresizingMask;
 @property BOOL wantsLayer API_AVAILABLE(macos(10.5));
 @property(nullable, strong) CALayer *layer API_AVAILABLE(macos(10.5));
@@ -189,6 +257,7 @@ API_AVAILABLE(macos(10.10))
 @property NSVisualEffectMaterial material;
 @property NSVisualEffectBlendingMode blendingMode;
 @property NSVisualEffectState state;
+@property(nullable, strong) NSImage *maskImage;
 @end
 typedef NSInteger NSControlStateValue;
 static const NSControlStateValue NSControlStateValueOff API_AVAILABLE(macos(10.13)) = 0;
@@ -236,7 +305,8 @@ API_AVAILABLE(macos(10.9))
 @property(readonly, copy) NSAppearanceName name;
 @end
 typedef NSInteger NSWindowLevel;
-extern "C" const NSWindowLevel NSFloatingWindowLevel;
+static const NSWindowLevel NSFloatingWindowLevel = 3;
+static const NSWindowLevel NSModalPanelWindowLevel = 8;
 typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
     NSWindowStyleMaskBorderless = 0,
     NSWindowStyleMaskNonactivatingPanel = 1 << 7,
@@ -244,6 +314,7 @@ typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
 };
 typedef NS_OPTIONS(NSUInteger, NSWindowCollectionBehavior) {
     NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
+    NSWindowCollectionBehaviorMoveToActiveSpace = 1 << 1,
     NSWindowCollectionBehaviorStationary API_AVAILABLE(macos(10.6)) = 1 << 4,
     NSWindowCollectionBehaviorFullScreenAuxiliary API_AVAILABLE(macos(10.7)) = 1 << 8,
 };
@@ -274,6 +345,12 @@ typedef NS_ENUM(NSInteger, NSWindowAnimationBehavior) {
 @property(readonly) BOOL canBecomeKeyWindow;
 @property(readonly) BOOL canBecomeMainWindow;
 - (void)orderFrontRegardless;
+- (void)center;
+@property(readonly) NSRect frame;
+- (void)setFrame:(NSRect)frameRect display:(BOOL)flag;
+@property(readonly) NSInteger windowNumber;
+@property(readonly) NSPoint mouseLocationOutsideOfEventStream;
+- (NSPoint)convertPointFromScreen:(NSPoint)point API_AVAILABLE(macos(10.12));
 @end
 @interface NSPanel : NSWindow
 @property(getter=isFloatingPanel) BOOL floatingPanel;

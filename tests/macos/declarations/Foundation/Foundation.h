@@ -13,13 +13,19 @@ typedef CGPoint NSPoint;
 typedef CGSize NSSize;
 typedef CGRect NSRect;
 typedef double NSTimeInterval;
+typedef struct NSEdgeInsets {
+    CGFloat top;
+    CGFloat left;
+    CGFloat bottom;
+    CGFloat right;
+} NSEdgeInsets;
 extern "C" const NSPoint NSZeroPoint;
 extern "C" const NSRect NSZeroRect;
 
 @class NSDictionary<KeyType, ObjectType>, NSError, NSString;
 
 @protocol NSObject
-- (BOOL)isEqual:(nullable id)object;
+- (BOOL)isEqual:(null_unspecified id)object;
 - (BOOL)isKindOfClass:(Class)aClass;
 @end
 
@@ -78,6 +84,7 @@ typedef NSString *NSFileAttributeKey;
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)count;
+@property(readonly) NSUInteger count;
 - (ObjectType)objectAtIndexedSubscript:(NSUInteger)idx API_AVAILABLE(macos(10.8));
 - (NSUInteger)indexOfObject:(ObjectType)anObject;
 @property(nullable, nonatomic, readonly) ObjectType firstObject API_AVAILABLE(macos(10.6));
@@ -142,6 +149,11 @@ extern "C" NSFileAttributeKey const NSFileCreationDate;
 - (nullable NSDictionary<NSFileAttributeKey, id> *)attributesOfItemAtPath:(NSString *)path
                                                                     error:(NSError *_Nullable *_Nullable)error
     API_AVAILABLE(macos(10.5));
+@end
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo *processInfo;
+@property(readonly) NSTimeInterval systemUptime API_AVAILABLE(macos(10.6));
 @end
 
 @interface NSOperationQueue : NSObject

@@ -3,7 +3,8 @@
 
 #include <Foundation/Foundation.h>
 
-@interface CALayer : NSObject
-@property CGFloat cornerRadius API_AVAILABLE(macos(10.6));
-@property BOOL masksToBounds API_AVAILABLE(macos(10.5));
+API_AVAILABLE(macos(10.5))
+@interface CALayer : NSObject <NSSecureCoding>
+@property CGFloat zPosition;
+@property(nullable, copy) NSArray<__kindof CALayer *> *sublayers;
 @end

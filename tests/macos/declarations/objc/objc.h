@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// BOOL is a char where the processor is Intel's, as is the target of the check.
-typedef signed char BOOL;
+#if __OBJC_BOOL_IS_BOOL
+typedef bool BOOL;
+#else
+typedef signed char BOOL; // where the processor is Intel's
+#endif
 #define YES __objc_yes
 #define NO __objc_no
 #define nil nullptr

@@ -8,7 +8,8 @@ extern "C" {
 typedef struct objc_method *Method;
 
 Method _Nullable class_getInstanceMethod(Class _Nullable cls, SEL _Nonnull name) API_AVAILABLE(macos(10.0));
-SEL _Nonnull method_getName(Method _Nonnull method) API_AVAILABLE(macos(10.5));
+Method _Nullable class_getClassMethod(Class _Nullable cls, SEL _Nonnull name) API_AVAILABLE(macos(10.0));
+Class _Nullable object_getClass(id _Nullable object) API_AVAILABLE(macos(10.0));
 IMP _Nonnull method_getImplementation(Method _Nonnull method) API_AVAILABLE(macos(10.5));
 IMP _Nonnull method_setImplementation(Method _Nonnull method, IMP _Nonnull implementation) API_AVAILABLE(macos(10.5));
 IMP _Nonnull imp_implementationWithBlock(id _Nonnull block) API_AVAILABLE(macos(10.7));

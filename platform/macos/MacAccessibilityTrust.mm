@@ -22,5 +22,8 @@ void MacAccessibilityTrust::openAccessibilitySettings()
     NSURL *page = [NSURL URLWithString:kSettingsPage];
     if (!page)
         qFatal("The address of the accessibility settings is malformed");
+    // Puts Parklet into the list there, so that it only has to be turned on.
+    AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)
+                                      @{(__bridge NSString *)kAXTrustedCheckOptionPrompt : @YES});
     [NSWorkspace.sharedWorkspace openURL:page];
 }

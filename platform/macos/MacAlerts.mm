@@ -50,11 +50,19 @@ AlertAnswer MacAlerts::runModal(const Alert &question)
     [alert layout];
     if (question.dark)
         alert.window.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
-    if (question.activates)
-        [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+    // To become the active application is a request that the system may refuse, and an alert that stays behind other
+    // windows would leave the program waiting for an answer to what nobody sees.
+    alert.window.level = NSModalPanelWindowLevel;
+    alert.window.collectionBehavior =
+        NSWindowCollectionBehaviorMoveToActiveSpace | NSWindowCollectionBehaviorFullScreenAuxiliary;
+    alert.window.hidesOnDeactivate = NO;
 
     AlertAnswer answer;
     runModally([&] {
+        if (question.activates)
+            [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+        [alert.window center];
+        [alert.window orderFrontRegardless];
         const NSModalResponse response = [alert runModal];
         const auto button = response - NSAlertFirstButtonReturn;
         answer.button = button >= 0 && button < question.buttons.size() ? static_cast<int>(button) : -1;

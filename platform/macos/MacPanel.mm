@@ -8,6 +8,17 @@
 #import <QuartzCore/QuartzCore.h>
 #import <objc/runtime.h>
 
+// The material of a panel. The pointer is Qt's.
+@interface ParkletBackground : NSVisualEffectView
+@end
+
+@implementation ParkletBackground
+- (NSView *)hitTest:(NSPoint)__unused point
+{
+    return nil;
+}
+@end
+
 namespace {
 
 constexpr NSWindowStyleMask kStyleMask =
@@ -19,36 +30,100 @@ constexpr NSWindowCollectionBehavior kCollectionBehavior = NSWindowCollectionBeh
                                                            NSWindowCollectionBehaviorFullScreenAuxiliary;
 static_assert(kCollectionBehavior == 0x111);
 
-// While this lives, every panel is made nonactivating. The window server learns from a panel's initialiser alone
-// whether a click on it activates the application, and Qt has no window flag for that.
-class NonactivatingCreation {
+// While this lives, a method of all panels does what `block` does, which takes the panel and the method's arguments.
+class ReplacedMethod {
 public:
-    NonactivatingCreation()
+    ReplacedMethod(SEL selector, id (^blockFor)(IMP original))
+        : method(class_getInstanceMethod([NSPanel class], selector))
+        , original(method_getImplementation(method))
+        , replacement(imp_implementationWithBlock(blockFor(original)))
     {
-        const auto initialize = reinterpret_cast<Initializer>(original);
-        const SEL selector = method_getName(method);
-        replacement = imp_implementationWithBlock(^id(id panel, NSRect frame, NSWindowStyleMask mask,
-                                                      NSBackingStoreType backing, BOOL defer, NSScreen *screen) {
-            return initialize(panel, selector, frame, mask | NSWindowStyleMaskNonactivatingPanel, backing, defer,
-                              screen);
-        });
         method_setImplementation(method, replacement);
     }
-    Q_DISABLE_COPY_MOVE(NonactivatingCreation)
-    ~NonactivatingCreation()
+    Q_DISABLE_COPY_MOVE(ReplacedMethod)
+    ~ReplacedMethod()
     {
         method_setImplementation(method, original);
         imp_removeBlock(replacement);
     }
 
 private:
-    using Initializer = id (*)(id, SEL, NSRect, NSWindowStyleMask, NSBackingStoreType, BOOL, NSScreen *);
-
-    const Method method =
-        class_getInstanceMethod([NSPanel class], @selector(initWithContentRect:styleMask:backing:defer:screen:));
-    const IMP original = method_getImplementation(method);
-    IMP replacement = nullptr;
+    const Method method;
+    const IMP original;
+    const IMP replacement;
 };
+
+// While this lives, every panel is made with our style mask and keeps it, whatever mask Qt sets. The window server
+// learns from a panel's initialiser alone whether a click on it activates the application, Qt has no window flag for
+// that, and a mask that changes later may cost the panel its frame.
+class PanelCreation {
+    using Initializer = id (*)(id, SEL, NSRect, NSWindowStyleMask, NSBackingStoreType, BOOL, NSScreen *);
+    using Setter = void (*)(id, SEL, NSWindowStyleMask);
+
+    const ReplacedMethod initializer
+    {
+        @selector(initWithContentRect:styleMask:backing:defer:screen:), ^id(IMP original) {
+            const auto initialize = reinterpret_cast<Initializer>(original);
+            return ^id(id panel, NSRect frame, NSWindowStyleMask, NSBackingStoreType backing, BOOL defer,
+                       NSScreen *screen) {
+                return initialize(panel, @selector(initWithContentRect:styleMask:backing:defer:screen:), frame,
+                                  kStyleMask, backing, defer, screen);
+            };
+        }
+    };
+    const ReplacedMethod setter
+    {
+        @selector(setStyleMask:), ^id(IMP original) {
+            const auto set = reinterpret_cast<Setter>(original);
+            return ^(id panel, NSWindowStyleMask) {
+                set(panel, @selector(setStyleMask:), kStyleMask);
+            };
+        }
+    };
+};
+
+// Qt gives a panel a mask of its own again when its window flags change.
+void restoreStyleMask(NSPanel *panel)
+{
+    if (!panel || panel.styleMask == kStyleMask)
+        return;
+    const NSRect frame = panel.frame;
+    panel.styleMask = kStyleMask;
+    // AppKit may have made the panel a new frame view, as large as it likes.
+    [panel setFrame:frame display:NO];
+}
+
+// Black where a panel is, stretched between its corners.
+NSImage *cornerMask(double radius)
+{
+    const CGFloat side = 2 * radius + 1;
+    NSImage *mask = [NSImage imageWithSize:NSSize{side, side}
+                                   flipped:NO
+                            drawingHandler:^BOOL(NSRect bounds) {
+                                [NSColor.blackColor set];
+                                [[NSBezierPath bezierPathWithRoundedRect:bounds xRadius:radius yRadius:radius] fill];
+                                return YES;
+                            }];
+    mask.capInsets = NSEdgeInsets{radius, radius, radius, radius};
+    mask.resizingMode = NSImageResizingModeStretch;
+    return mask;
+}
+
+// Puts `background` under what Qt draws. Recent versions of Qt draw into a layer inside their view's, which the
+// background can lie under; older ones draw into the layer of the view itself, and would be covered.
+void putUnder(NSView *contents, NSView *background)
+{
+    background.wantsLayer = YES;
+    background.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
+    if (contents.layer.sublayers.count > 0) {
+        background.frame = contents.bounds;
+        [contents addSubview:background positioned:NSWindowBelow relativeTo:nil];
+        background.layer.zPosition = -1;
+    } else {
+        background.frame = contents.frame;
+        [contents.superview addSubview:background positioned:NSWindowBelow relativeTo:contents];
+    }
+}
 
 // A block holds what is passed by value.
 id observe(NSNotificationName name, std::function<void()> changed)
@@ -154,7 +229,7 @@ void MacPanel::adopt()
 {
     WId id = 0;
     {
-        const NonactivatingCreation creation;
+        const PanelCreation creation;
         id = window->winId();
     }
     NSView *contents = (__bridge NSView *)reinterpret_cast<void *>(id);
@@ -166,31 +241,28 @@ void MacPanel::adopt()
     applyProperties();
     hover.follow(contents);
 
-    // Beside Qt's view and under it: inside it would be drawn over.
-    NSVisualEffectView *background = [[NSVisualEffectView alloc] initWithFrame:contents.frame];
+    NSVisualEffectView *background = [[ParkletBackground alloc] initWithFrame:contents.frame];
     background.material = NSVisualEffectMaterialHUDWindow;
     background.blendingMode = NSVisualEffectBlendingModeBehindWindow;
     background.state = NSVisualEffectStateActive;
-    background.wantsLayer = YES;
-    background.layer.cornerRadius = style.cornerRadius;
-    background.layer.masksToBounds = YES;
-    background.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
+    background.maskImage = cornerMask(style.cornerRadius);
     [native->background removeFromSuperview];
-    [contents.superview addSubview:background positioned:NSWindowBelow relativeTo:contents];
+    putUnder(contents, background);
     native->background = background;
 }
 
 void MacPanel::applyProperties()
 {
     NSPanel *panel = native->panel;
-    if (panel.styleMask != kStyleMask)
-        panel.styleMask = kStyleMask;
+    restoreStyleMask(panel);
     panel.floatingPanel = YES;
     panel.level = NSFloatingWindowLevel;
     panel.collectionBehavior = kCollectionBehavior;
     panel.movableByWindowBackground = NO;
     panel.hidesOnDeactivate = NO;
     panel.backgroundColor = NSColor.clearColor;
+    // Its symbols are white, whatever the system looks like.
+    panel.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
     panel.hasShadow = YES;
     panel.animationBehavior = NSWindowAnimationBehaviorNone;
 }

@@ -20,6 +20,7 @@ private slots:
     void a_dark_alert_is_dark();
     void any_other_alert_looks_as_the_system_does();
     void a_long_text_has_the_colour_of_other_texts();
+    void an_alert_is_in_front_whatever_is_active();
     void an_alert_that_is_broken_off_was_closed_without_a_button();
     void an_alert_may_follow_a_loop_of_qts_at_once();
 };
@@ -90,6 +91,21 @@ void MacAlertsTest::a_long_text_has_the_colour_of_other_texts()
     NSColor *color = nil;
     show(alert, [&color](NSWindow *window) { color = scrolledTextIn(window.contentView).textColor; });
     QVERIFY([color isEqual:NSColor.labelColor]);
+}
+
+void MacAlertsTest::an_alert_is_in_front_whatever_is_active()
+{
+    Alert alert = question();
+    alert.activates = false;
+    bool isVisible = false;
+    NSInteger level = 0;
+    [NSApplication.sharedApplication deactivate];
+    show(alert, [&](NSWindow *window) {
+        isVisible = window.visible && !window.hidesOnDeactivate;
+        level = window.level;
+    });
+    QVERIFY(isVisible);
+    QCOMPARE(level, NSInteger{8});
 }
 
 void MacAlertsTest::an_alert_that_is_broken_off_was_closed_without_a_button()

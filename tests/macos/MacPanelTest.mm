@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QTest>
 #include <QWidget>
+#include <QWindow>
 
 #import <AppKit/AppKit.h>
 #import <QuartzCore/QuartzCore.h>
@@ -26,6 +27,7 @@ private slots:
     void none_can_be_the_main_window_data() { roles(); }
     void none_can_be_the_main_window();
     void the_material_lies_under_the_content();
+    void new_window_flags_cost_no_size();
     void showing_a_panel_does_not_activate();
     void the_pointer_is_followed_in_whatever_application();
     void the_pointer_comes_and_goes_while_the_application_is_not_active();
@@ -75,6 +77,21 @@ NSTrackingArea *ourArea(NSView *view)
     return nil;
 }
 
+// The material under what Qt draws into `contents`: inside it, under the layer of Qt's own, or beside it.
+NSVisualEffectView *materialOf(NSView *contents)
+{
+    for (NSView *inside in contents.subviews) {
+        if ([inside isKindOfClass:[NSVisualEffectView class]] && inside.layer.zPosition < 0)
+            return static_cast<NSVisualEffectView *>(inside);
+    }
+    NSArray<NSView *> *beside = contents.superview.subviews;
+    const NSUInteger place = [beside indexOfObject:contents];
+    if (contents.layer.sublayers.count > 0 || place == 0 ||
+        ![beside[place - 1] isKindOfClass:[NSVisualEffectView class]])
+        return nil;
+    return static_cast<NSVisualEffectView *>(beside[place - 1]);
+}
+
 // Makes this application one that is not active, whatever it was before.
 bool deactivate()
 {
@@ -99,6 +116,7 @@ void compareProperties(NSPanel *panel)
     QVERIFY(!panel.opaque);
     QCOMPARE(panel.backgroundColor.alphaComponent, CGFloat{0});
     QCOMPARE(panel.animationBehavior, NSWindowAnimationBehavior{2});
+    QVERIFY([panel.appearance.name isEqualToString:NSAppearanceNameDarkAqua]);
 }
 
 } // namespace
@@ -169,18 +187,28 @@ void MacPanelTest::none_can_be_the_main_window()
 void MacPanelTest::the_material_lies_under_the_content()
 {
     const Panel panel(QStringLiteral("shelf"));
-    NSArray<NSView *> *views = panel.contents().superview.subviews;
-    const NSUInteger place = [views indexOfObject:panel.contents()];
-    QVERIFY(place > 0);
-    NSView *below = views[place - 1];
-    QVERIFY([below isKindOfClass:[NSVisualEffectView class]]);
-    NSVisualEffectView *background = static_cast<NSVisualEffectView *>(below);
+    NSVisualEffectView *background = materialOf(panel.contents());
+    QVERIFY(background);
     QCOMPARE(background.material, NSVisualEffectMaterial{13});
     QCOMPARE(background.blendingMode, NSVisualEffectBlendingMode{0});
     QCOMPARE(background.state, NSVisualEffectState{1});
-    QCOMPARE(background.layer.cornerRadius, CGFloat{14});
-    QVERIFY(background.layer.masksToBounds);
-    QCOMPARE(QRectF::fromCGRect(background.frame), QRectF::fromCGRect(panel.contents().frame));
+    QCOMPARE(QSizeF::fromCGSize(background.frame.size), QSizeF(116, 164));
+    // Its corners, and the pointer is the content's.
+    QCOMPARE(QSizeF::fromCGSize(background.maskImage.size), QSizeF(29, 29));
+    QCOMPARE(background.maskImage.capInsets.left, CGFloat{14});
+    const NSPoint middle = {50, 50};
+    QVERIFY(![background hitTest:middle]);
+}
+
+void MacPanelTest::new_window_flags_cost_no_size()
+{
+    Panel panel(QStringLiteral("shelf"));
+    const QRectF before = QRectF::fromCGRect(panel.native().frame);
+    panel.window.windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
+    panel.panels.orderFront(panel.window);
+    compareProperties(panel.native());
+    QCOMPARE(QRectF::fromCGRect(panel.native().frame), before);
+    QCOMPARE(panel.window.geometry(), QRect(300, 200, 116, 164));
 }
 
 void MacPanelTest::showing_a_panel_does_not_activate()

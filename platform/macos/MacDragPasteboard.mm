@@ -37,12 +37,9 @@ QList<QUrl> MacDragPasteboard::fileURLs() const
     NSPasteboard *pasteboard = dragPasteboard();
     if (pasteboard.changeCount == ignored)
         return {};
-    NSArray *objects = [pasteboard readObjectsForClasses:@[ [NSURL class] ]
-                                                 options:@{
-                                                     NSPasteboardURLReadingFileURLsOnlyKey : @YES
-                                                 }];
+    // Web addresses are read too: a drop takes files beside them no more than it takes them.
     QList<QUrl> urls;
-    for (id object in objects) {
+    for (id object in [pasteboard readObjectsForClasses:@[ [NSURL class] ] options:nil]) {
         const auto url = [object isKindOfClass:[NSURL class]] ? fromNSURL(object) : std::nullopt;
         if (!url)
             return {};

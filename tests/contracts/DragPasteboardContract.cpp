@@ -1,8 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "tests/contracts/Contracts.h"
+#include "tests/contracts/ForeignDrags.h"
 #include "tests/contracts/World.h"
 
 #include <QTest>
+
+namespace {
+
+const QList<QUrl> kFiles = {QUrl::fromLocalFile(QStringLiteral("/tmp/second b.txt")),
+                            QUrl::fromLocalFile(QStringLiteral("/tmp/first.txt"))};
+
+} // namespace
 
 class DragPasteboardContract : public QObject {
     Q_OBJECT
@@ -16,8 +24,25 @@ public:
 private slots:
     void there_are_no_files_while_nobody_drags();
     void the_change_count_stays_while_nobody_drags();
+    void the_files_of_a_drag_are_read_in_their_order();
+    void files_beside_a_web_address_are_none_to_a_drag_and_none_to_a_drop();
 
 private:
+    // Has another program drag these, and returns the files that are found once it is known what it drags.
+    QList<QUrl> filesOf(const QList<QUrl> &dragged)
+    {
+        QList<QUrl> files;
+        const auto monitor = world.platform().eventMonitors->add(LeftMouseDragged, [] {});
+        const qint64 before = dragPasteboard().changeCount();
+        const auto drag = dragInAnotherProgram(world.platform(), dragged);
+        if (!drag || !world.waitFor([&] { return dragPasteboard().changeCount() != before; }))
+            QTest::qFail("There is no drag", __FILE__, __LINE__);
+        files = dragPasteboard().fileURLs();
+        if (monitor)
+            world.platform().eventMonitors->remove(*monitor);
+        return files;
+    }
+
     DragPasteboard &dragPasteboard() const { return *world.platform().dragPasteboard; }
 
     World &world;
@@ -33,6 +58,24 @@ void DragPasteboardContract::the_change_count_stays_while_nobody_drags()
     const qint64 count = dragPasteboard().changeCount();
     QVERIFY(dragPasteboard().fileURLs().isEmpty());
     QCOMPARE(dragPasteboard().changeCount(), count);
+}
+
+void DragPasteboardContract::the_files_of_a_drag_are_read_in_their_order()
+{
+    QCOMPARE(filesOf(kFiles), kFiles);
+}
+
+void DragPasteboardContract::files_beside_a_web_address_are_none_to_a_drag_and_none_to_a_drop()
+{
+    const QUrl address(QStringLiteral("https://orvane.example/"));
+    for (const QList<QUrl> &mixed : {kFiles + QList<QUrl>{address}, QList<QUrl>{address} + kFiles}) {
+        QCOMPARE(filesOf(mixed), QList<QUrl>());
+        // A drop reads what it is given as a copy does.
+        world.copy(kFiles);
+        QVERIFY(world.waitFor([&] { return world.platform().generalPasteboard->fileURLs() == kFiles; }));
+        world.copy(mixed);
+        QVERIFY(world.waitFor([&] { return world.platform().generalPasteboard->fileURLs().isEmpty(); }));
+    }
 }
 
 std::unique_ptr<QObject> dragPasteboardContract(World &world)

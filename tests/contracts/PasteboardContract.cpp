@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/FileURLs.h"
 #include "tests/contracts/Contracts.h"
 #include "tests/contracts/World.h"
 
@@ -18,6 +19,7 @@ public:
 private slots:
     void copied_files_are_read_in_their_order();
     void copied_words_are_no_files();
+    void a_copied_file_is_the_one_that_its_folder_lists();
 
 private:
     Pasteboard &generalPasteboard() const { return *world.platform().generalPasteboard; }
@@ -36,6 +38,16 @@ void PasteboardContract::copied_words_are_no_files()
 {
     world.copy(u"/tmp/first.txt"_s);
     QVERIFY(world.waitFor([&] { return generalPasteboard().fileURLs().isEmpty(); }));
+}
+
+void PasteboardContract::a_copied_file_is_the_one_that_its_folder_lists()
+{
+    // As a Mac names a screenshot: the accents are letters of their own.
+    const QByteArray path = "/tmp/Capture d\xe2\x80\x99"
+                            "e\xcc\x81"
+                            "cran.png";
+    world.copy({QUrl::fromLocalFile(QString::fromUtf8(path))});
+    QVERIFY(world.waitFor([&] { return generalPasteboard().fileURLs() == QList<QUrl>{fileURL(path)}; }));
 }
 
 std::unique_ptr<QObject> pasteboardContract(World &world)

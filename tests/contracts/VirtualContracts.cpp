@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "platform/FileURLs.h"
 #include "tests/contracts/Contracts.h"
+#include "tests/contracts/ForeignDrags.h"
 #include "tests/contracts/World.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QApplication>
+#include <QMimeData>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -36,7 +39,12 @@ public:
         return condition();
     }
 
-    void copy(const QList<QUrl> &files) override { virtualPlatform.generalPasteboard.urls = files; }
+    void copy(const QList<QUrl> &files) override
+    {
+        QMimeData data;
+        data.setUrls(files);
+        virtualPlatform.generalPasteboard.urls = fileURLs(&data);
+    }
 
     void copy(const QString &) override { virtualPlatform.generalPasteboard.urls.clear(); }
 
@@ -70,6 +78,16 @@ private:
 };
 
 } // namespace
+
+std::unique_ptr<ForeignDragUnderWay> dragInAnotherProgram(Platform &platform, const QList<QUrl> &urls)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    auto &pasteboard = static_cast<VirtualDragPasteboard &>(*platform.dragPasteboard);
+    ++pasteboard.count;
+    pasteboard.urls = fileURLs(&data);
+    return std::make_unique<ForeignDragUnderWay>();
+}
 
 int main(int argc, char *argv[])
 {

@@ -15,6 +15,7 @@ private slots:
     void cleanup() { [pasteboard() clearContents]; }
     void files_that_are_put_there_are_read_in_their_order();
     void words_and_web_addresses_are_no_files();
+    void a_file_beside_a_web_address_is_none();
     void what_was_there_before_is_no_drag();
     void what_is_to_be_ignored_is_ignored_until_the_next_drag();
 
@@ -45,6 +46,16 @@ void MacDragPasteboardTest::words_and_web_addresses_are_no_files()
     put(@[ @"words" ]);
     QVERIFY(drags.fileURLs().isEmpty());
     put(@[ toNSURL(QUrl(QStringLiteral("https://orvane.example/"))) ]);
+    QVERIFY(drags.fileURLs().isEmpty());
+}
+
+void MacDragPasteboardTest::a_file_beside_a_web_address_is_none()
+{
+    const MacDragPasteboard drags;
+    NSURL *address = toNSURL(QUrl(QStringLiteral("https://orvane.example/")));
+    put(@[ native("/tmp/first.txt"), address ]);
+    QVERIFY(drags.fileURLs().isEmpty());
+    put(@[ address, native("/tmp/first.txt") ]);
     QVERIFY(drags.fileURLs().isEmpty());
 }
 

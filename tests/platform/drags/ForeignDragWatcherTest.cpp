@@ -129,6 +129,7 @@ private slots:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::newRow("another address") << words("--list http://example.org/");
+        QTest::newRow("a file and another address") << words("--list file:///tmp/a\r\nhttp://example.org/");
         QTest::newRow("a wrong type") << words("--answer wrong");
         QTest::newRow("refused") << words("--answer refuse");
         QTest::newRow("a link to elsewhere") << words("--link http://example.org/");

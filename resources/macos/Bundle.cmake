@@ -21,6 +21,14 @@ add_custom_command(OUTPUT ${icon}
   DEPENDS render-icon ${drawing}
   VERBATIM)
 
+# A Qt that was built for a newer system than the program needs at least that.
+set(PARKLET_MINIMUM_SYSTEM ${CMAKE_OSX_DEPLOYMENT_TARGET})
+get_target_property(qtCore Qt6::Core LOCATION)
+execute_process(COMMAND ${CMAKE_OTOOL} -l ${qtCore} OUTPUT_VARIABLE loadCommands COMMAND_ERROR_IS_FATAL ANY)
+if(loadCommands MATCHES "minos ([0-9.]+)" AND CMAKE_MATCH_1 VERSION_GREATER PARKLET_MINIMUM_SYSTEM)
+  set(PARKLET_MINIMUM_SYSTEM ${CMAKE_MATCH_1})
+endif()
+
 target_sources(parklet PRIVATE ${icon})
 set_source_files_properties(${icon} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
 # The texts of the property list in other languages; those of the program itself are in its resources.

@@ -13,9 +13,10 @@ foreach(language C CXX OBJCXX)
   set(CMAKE_${language}_STANDARD_COMPUTED_DEFAULT 14)
   set(CMAKE_${language}_COMPILE_FEATURES ${known})
 endforeach()
-foreach(tool INSTALL_NAME_TOOL OTOOL LIPO)
+foreach(tool INSTALL_NAME_TOOL LIPO)
   set(CMAKE_${tool} /bin/false)
 endforeach()
+set(CMAKE_OTOOL ${CMAKE_CURRENT_LIST_DIR}/otool)
 
 # Qt's packages of this machine stand in for those of a Mac: the same targets and commands.
 file(GLOB Qt6_DIR /usr/lib/*/cmake/Qt6)

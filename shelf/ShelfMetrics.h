@@ -4,8 +4,8 @@
 #include <QColor>
 #include <QtGlobal>
 
-// Every size, alpha, colour and duration of the shelf. Sizes are in points, durations in seconds, and an alpha goes
-// from 0, invisible, to 1. ShelfGeometry.h computes frames from the sizes.
+// Every size, alpha, colour, duration and limit of the shelf. Sizes are in points, durations in seconds, and an alpha
+// goes from 0, invisible, to 1. ShelfGeometry.h computes frames from the sizes.
 namespace ShelfMetrics {
 
 inline QColor white(float alpha)

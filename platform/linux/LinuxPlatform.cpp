@@ -35,6 +35,7 @@
 namespace {
 
 constexpr char kPlatform[] = "QT_QPA_PLATFORM";
+constexpr char kWayland[] = "PARKLET_WAYLAND";
 
 // Without HOME, Qt would use the root folder as home.
 void settleHome()
@@ -93,7 +94,8 @@ std::optional<Obstacle> preparePlatform()
     const QByteArray wanted = qgetenv(kPlatform);
     if (!wanted.isEmpty() && !wanted.startsWith("wayland") && !wanted.startsWith("xcb"))
         return {};
-    if (wanted.startsWith("wayland") && offersNativeWayland()) {
+    // Native panels are asked for outright, as they do not yet do all that those on an X server do.
+    if (!wanted.startsWith("xcb") && qgetenv(kWayland) == "native" && offersNativeWayland()) {
         prepareNativeWayland();
         // Without Qt's plugin for Wayland the X server serves.
         qputenv(kPlatform, "wayland;xcb");

@@ -7,6 +7,15 @@ from support.sway import SwaySession
 class SwayTest(NativePanelTests, NativePanelTest):
     session_class = SwaySession
 
+    def test_an_excluded_program_does_not_bring_the_shelf(self):
+        source = self.folder("source")
+        (source / "words.txt").write_text("some words\n")
+        app = self.parklet(excludedBundleIDs=["thunar"])
+        window = self.open_thunar(source)
+        self.hand.pick_up(*window.item("words.txt"))
+        self.hand.carry_to(*window.middle(), linger=2)
+        self.assertIsNone(app.frame())
+
     def check_picture(self, frame):
         """Looks for the panel where it says that it is: its colours are in the middle of each of its sides."""
         def is_drawn():

@@ -1,11 +1,15 @@
 # SPDX-License-Identifier: MIT
 """What the shelf does as a native panel, the same in each session that has such panels."""
+import os
+
 from gi.repository import GLib
 
 from .parklet import uri_of
 from .waiting import wait_for
 from .wayland_case import WaylandParklet, WaylandTest
 
+CONTRACTS = os.environ.get("PARKLET_CONTRACTS")
+NATIVE = {"QT_QPA_PLATFORM": "", "PARKLET_WAYLAND": "native"}  # what asks for native panels
 ZONE = (88, 88)  # points; the size of the drop zone
 
 
@@ -13,7 +17,7 @@ class NativeParklet(WaylandParklet):
     """Parklet as a native program. Its panels are found by a screen reader's means, as no X server knows them."""
 
     def environment(self):
-        return {"QT_QPA_PLATFORM": "wayland"}
+        return NATIVE
 
     def panels(self):
         root = self.root()
@@ -174,14 +178,27 @@ class NativePanelTests:
         app = self.parklet()
         app.hold(*files)
         self.hand.click(*app.grip(files[0].name))
-        self.hand.key("a", "Control_L")
-        self.wait_for(lambda: all(tile.has_state("selected") for tile in app.tiles()), "all tiles are selected")
+
+        def select_all():
+            # The keyboard comes a moment after the click.
+            self.hand.key("a", "Control_L")
+            return all(tile.has_state("selected") for tile in app.tiles())
+        self.wait_for(select_all, "all tiles are selected")
 
     def test_what_is_copied_in_another_program_is_added_from_the_clipboard(self):
         file = self.file("words.txt")
         app = self.parklet()
         app.hold(file)
         self.assertEqual(app.names(), ["words.txt"])
+
+    def test_the_services_keep_what_their_headers_promise(self):
+        contracts = self.desktop.start("contracts", CONTRACTS, environment={**NATIVE, "QT_FATAL_WARNINGS": "1"})
+        self.assertEqual(contracts.wait(120), 0)
+
+    def test_without_being_asked_for_it_is_a_program_of_the_x_server(self):
+        self.app = WaylandParklet(self.desktop).start()
+        self.app.perform()
+        self.wait_for(self.app.window, "the shelf is a window of XWayland")
 
     def test_a_second_start_shows_the_shelf_of_the_first(self):
         app = self.parklet()

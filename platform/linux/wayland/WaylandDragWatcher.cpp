@@ -21,7 +21,7 @@ constexpr auto kProbing = 1500ms;
 constexpr auto kSilence = 500ms;
 // How long a drag counts as in progress after the last that was seen of it. Nothing tells of the end of one that is
 // elsewhere, so this is how long an empty shelf that it brought stays.
-constexpr auto kUnseen = 5s;
+constexpr auto kUnseen = 10s;
 // The same while it is waited for at a place: its end is noticed there, as the pointer comes without it.
 constexpr auto kAttended = 60s;
 

@@ -139,7 +139,7 @@ class NativePanelTests:
         app = self.parklet()
         window = self.open_thunar(source)
         self.bring(window)
-        self.hand.carry_to(*app.center(), linger=7)
+        self.hand.carry_to(*app.center(), linger=12)
         self.assertIsNotNone(app.frame())
         self.hand.release()
         self.wait_for(lambda: app.names() == ["words.txt"], "the shelf holds the file")

@@ -15,8 +15,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A drag that begins moves at once. What does not come over a work area by then is none that can be dropped here.
-constexpr auto kProbing = 1500ms;
+// A compositor tells of a drag only as it moves on. What does not come by then is none that can be dropped here.
+constexpr auto kProbing = 5s;
 // A mute source is given up after this.
 constexpr auto kSilence = 500ms;
 // How long a drag counts as in progress after the last that was seen of it. Nothing tells of the end of one that is

@@ -66,7 +66,7 @@ class NativePanelTest(WaylandTest):
     def bring(self, source, name="words.txt"):
         """Picks a file up, and waits for the shelf that this brings."""
         self.hand.pick_up(*source.item(name))
-        self.hand.carry_to(*source.middle(), linger=0.1)
+        self.hand.carry_to(*source.middle(), linger=1)
         return self.wait_for(self.app.frame, "the drag brings the shelf")
 
     def drop_on_shelf(self):

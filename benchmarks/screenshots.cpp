@@ -113,7 +113,8 @@ struct Road {
     {
         services.platform.mainQueue = std::make_unique<QtMainQueue>();
         services.platform.thumbnailGenerator = std::make_unique<LinuxThumbnailGenerator>(
-            *services.platform.mainQueue, QFile::encodeName(desktop + QStringLiteral("/../cache")));
+            *services.platform.mainQueue, std::make_shared<FileHelpers>(*services.platform.mainQueue),
+            QFile::encodeName(desktop + QStringLiteral("/../cache")));
         shelf = std::make_unique<ShelfPanel>(services.platform, settings, notifications);
         streams = std::make_unique<LinuxFileEventStreams>(*services.platform.mainQueue);
         watcher = std::make_unique<ScreenshotWatcher>(settings, *streams, *services.platform.mainQueue,
@@ -211,6 +212,7 @@ void measureIdle()
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);
+    HelperProcess::lookIn(PARKLET_HELPERS);
     measureArrival();
     measureListing();
     measureIdle();

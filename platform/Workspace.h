@@ -6,6 +6,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 // An installed application.
@@ -24,11 +25,16 @@ public:
     // The identifier of the application that has the focus. Nothing when there is none, or it has no identifier.
     virtual std::optional<QString> frontmostBundleIdentifier() const = 0;
 
-    // Opens a file or address with its default application, and returns at once. False when no application starts.
+    // Opens a file or address with its default application. False when nothing could be started for an address; what a
+    // file is has to be found out first, which is not waited for. Returns at once.
     virtual bool open(const QUrl &url) = 0;
 
-    // The icon for the kind of a file. Never null, even if the file is missing. Does not open the file.
-    virtual QIcon icon(const QUrl &file) const = 0;
+    // Called on the main thread, at once or later; never with a null icon.
+    using IconFound = std::function<void(const QIcon &icon)>;
+
+    // Finds the icon of a file by its kind, also of one that has gone. Where the file's file system takes longer than
+    // one blink, or does not answer, the icon by the file's name comes first. Does not open the file. Main thread only.
+    virtual void icon(const QUrl &file, IconFound found) = 0;
 
     // The installed application with that identifier.
     virtual std::optional<Application> application(const QString &bundleIdentifier) const = 0;

@@ -145,17 +145,6 @@ TileLayout tileLayout(const QSizeF &size, FileNameDisplay names)
         QRectF(size.width() - kRemoveOffset, size.height() - kRemoveOffset, kRemoveSize, kRemoveSize)};
 }
 
-QSizeF fittedThumbnailSize(double itemSize, const std::optional<QSizeF> &pixelSize)
-{
-    if (!pixelSize || pixelSize->width() <= 0 || pixelSize->height() <= 0)
-        return QSizeF(itemSize, itemSize);
-    const double width = pixelSize->width();
-    const double height = pixelSize->height();
-    if (height > width)
-        return QSizeF(std::round(width * itemSize / height), itemSize);
-    return QSizeF(itemSize, std::round(height * itemSize / width));
-}
-
 QRectF cursorShelfFrame(const QPointF &pointer, const QRectF &visible)
 {
     double x = pointer.x() + kPointerGapX;

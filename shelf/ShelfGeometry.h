@@ -7,8 +7,6 @@
 #include <QRectF>
 #include <QSizeF>
 
-#include <optional>
-
 // The arithmetic of the shelf, in points. Unless a comment says otherwise, frames have their origin at the bottom left
 // and y grows upwards. flipped() converts from and to Qt's coordinates. The sizes are in ShelfMetrics.h.
 
@@ -51,10 +49,6 @@ struct TileLayout {
     QRectF removeBtn;
 };
 TileLayout tileLayout(const QSizeF &size, FileNameDisplay names);
-
-// The size, in points, of the thumbnail to request for an image of `pixelSize`: fitted into a square of `itemSize`,
-// halves rounded away from zero. The whole square for a file that is no image.
-QSizeF fittedThumbnailSize(double itemSize, const std::optional<QSizeF> &pixelSize);
 
 // The frame of the cursor shelf: beside the pointer, and at least 4 points inside the visible frame.
 QRectF cursorShelfFrame(const QPointF &pointer, const QRectF &visibleFrame);

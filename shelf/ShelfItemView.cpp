@@ -90,22 +90,42 @@ void ShelfItemView::loadThumbnail()
 {
     const double itemSize = settings.get(Settings::shelfItemSize);
     lastLoadedSize = itemSize;
-    const QSizeF size = fittedThumbnailSize(itemSize, platform.thumbnailGenerator->imagePixelSize(fileURL));
     const auto screen = platform.screens->main();
     MainQueue &mainQueue = *platform.mainQueue;
+    const QPointer<ShelfItemView> tile(this);
     platform.thumbnailGenerator->generate(
-        fileURL, size, screen ? screen->scale : kScaleWithoutScreen,
-        [tile = QPointer<ShelfItemView>(this), size, &mainQueue](std::optional<QImage> image) {
-            // The generator answers on a thread of its own; the tile is only looked at back on the main one.
-            mainQueue.async([tile, size, image = std::move(image)] {
-                if (!tile)
-                    return;
-                if (image && !image->isNull())
-                    tile->imageView->setImage(QPixmap::fromImage(*image), size);
-                else
-                    tile->imageView->setImage(tile->platform.workspace->icon(tile->fileURL));
+        fileURL, itemSize, screen ? screen->scale : kScaleWithoutScreen,
+        [tile, &mainQueue](std::optional<Thumbnail> thumbnail) {
+            // The generator may answer on a thread of its own; the tile is only looked at back on the main one.
+            mainQueue.async([tile, thumbnail = std::move(thumbnail)] {
+                if (tile)
+                    tile->showThumbnail(thumbnail);
             });
+        },
+        [tile] {
+            if (tile && !tile->imageView->hasImage())
+                tile->showIcon();
         });
+}
+
+void ShelfItemView::showThumbnail(const std::optional<Thumbnail> &thumbnail)
+{
+    if (!thumbnail || thumbnail->image.isNull()) {
+        showIcon();
+        return;
+    }
+    ++pictureNumber;
+    imageView->setImage(QPixmap::fromImage(thumbnail->image), thumbnail->size);
+}
+
+void ShelfItemView::showIcon()
+{
+    // The icon may be found after a picture has come.
+    platform.workspace->icon(fileURL,
+                             [tile = QPointer<ShelfItemView>(this), wanted = ++pictureNumber](const QIcon &icon) {
+                                 if (tile && tile->pictureNumber == wanted)
+                                     tile->imageView->setImage(icon);
+                             });
 }
 
 QString ShelfItemView::displayName(const QUrl &fileURL, bool hideExtension)

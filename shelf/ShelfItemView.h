@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DragSessions.h"
+#include "platform/ThumbnailGenerator.h"
 #include "settings/SettingsTable.h"
 #include "shelf/Fader.h"
 
@@ -94,6 +95,8 @@ protected:
 private:
     void setupSubviews();
     void updateTrackingAreas();
+    void showThumbnail(const std::optional<Thumbnail> &thumbnail);
+    void showIcon();
     void applyHoverAppearance(double removeButtonAlpha, double backgroundAlpha);
     void mouseDragged();
     bool continuesDoubleClick(const QMouseEvent &event) const;
@@ -111,7 +114,8 @@ private:
     Fader removeFader;
     Fader hoverFader;
     QPointF pressPosition;
-    ulong lastMultiClick = 0; // timestamp of the last press of a double or triple click, milliseconds; 0 for none
+    ulong lastMultiClick = 0;  // timestamp of the last press of a double or triple click, milliseconds; 0 for none
+    quint64 pictureNumber = 0; // of what was last wanted for the image view
     bool fadesOut = false;
     bool isPressed = false;
     bool wasSelectedOnMouseDown = false;

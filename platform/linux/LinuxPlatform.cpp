@@ -14,6 +14,7 @@
 #include "platform/linux/drags/XcbEventMonitors.h"
 #include "platform/linux/files/BackgroundUserDefaults.h"
 #include "platform/linux/files/LinuxFileEventStreams.h"
+#include "platform/linux/helpers/FileHelpers.h"
 #include "platform/linux/looks/LinuxAppearance.h"
 #include "platform/linux/looks/LinuxColorArchive.h"
 #include "platform/linux/looks/LinuxMenuBar.h"
@@ -65,7 +66,7 @@ std::optional<Obstacle> whyThereIsNoServer()
 
 // Only X11 lets a program follow every drag of other programs, so where a Wayland session has no place for panels of
 // its own kind the X server that comes with it is used.
-void addX11(Platform &platform)
+void addX11(Platform &platform, const std::shared_ptr<FileHelpers> &files)
 {
     const auto xcb = XcbConnection::open();
     // Drags select events on other programs' windows. On the same connection that would replace the selection of
@@ -75,7 +76,7 @@ void addX11(Platform &platform)
     platform.generalPasteboard = std::make_unique<QtPasteboard>();
     platform.accessibilityTrust = std::make_unique<XInputTrust>(xcb);
     platform.workspace = std::make_unique<LinuxWorkspace>(
-        [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; });
+        [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; }, files);
     platform.dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
     platform.eventMonitors = std::make_unique<XcbEventMonitors>(foreignDrags);
     platform.dragSessions = std::make_unique<XcbDragSessions>(
@@ -117,13 +118,14 @@ std::unique_ptr<Platform> createPlatform()
     platform->appearance = std::move(appearance);
     platform->fileEventStreams = std::make_unique<LinuxFileEventStreams>(*platform->mainQueue);
     platform->openPanels = std::make_unique<QtOpenPanels>();
+    const auto files = std::make_shared<FileHelpers>(*platform->mainQueue);
     platform->loginItem = std::make_unique<AutostartLoginItem>();
     platform->activationPolicy = std::make_unique<LinuxActivationPolicy>();
     platform->menuBar = std::make_unique<LinuxMenuBar>();
     platform->alerts = std::make_unique<QtAlerts>(*platform->appearance, *platform->activationPolicy);
     platform->thumbnailGenerator =
-        std::make_unique<LinuxThumbnailGenerator>(*platform->mainQueue, ThumbnailCache::defaultFolder());
-    if (!addNativeWayland(*platform))
-        addX11(*platform);
+        std::make_unique<LinuxThumbnailGenerator>(*platform->mainQueue, files, ThumbnailCache::defaultFolder());
+    if (!addNativeWayland(*platform, files))
+        addX11(*platform, files);
     return platform;
 }

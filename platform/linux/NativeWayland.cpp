@@ -89,7 +89,7 @@ void prepareNativeWayland()
     qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
 }
 
-bool addNativeWayland(Platform &platform)
+bool addNativeWayland(Platform &platform, const std::shared_ptr<FileHelpers> &files)
 {
     auto shell = LayerShell::ofQt();
     const auto wayland = shell ? WaylandConnection::open() : nullptr;
@@ -113,7 +113,7 @@ bool addNativeWayland(Platform &platform)
     else
         platform.generalPasteboard = std::make_unique<QtPasteboard>();
     platform.workspace =
-        std::make_unique<LinuxWorkspace>([toplevels, xcb] { return frontmost(toplevels.get(), xcb.get()); });
+        std::make_unique<LinuxWorkspace>([toplevels, xcb] { return frontmost(toplevels.get(), xcb.get()); }, files);
     platform.dragPasteboard = std::make_unique<WaylandDragPasteboard>(watcher);
     platform.eventMonitors = std::make_unique<WaylandEventMonitors>(watcher);
     platform.dragSessions = std::make_unique<WaylandDragSessions>(

@@ -9,7 +9,7 @@ bool offersNativeWayland()
 
 void prepareNativeWayland() {}
 
-bool addNativeWayland(Platform &)
+bool addNativeWayland(Platform &, const std::shared_ptr<FileHelpers> &)
 {
     return false;
 }

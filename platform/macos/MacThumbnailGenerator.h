@@ -3,6 +3,9 @@
 
 #include "platform/ThumbnailGenerator.h"
 
+#include <QObject>
+#include <QSize>
+
 #include <memory>
 
 // Quick Look's thumbnails; no icons and no previews of lower quality. Completions come on a thread of Quick Look.
@@ -11,11 +14,16 @@ public:
     MacThumbnailGenerator();
     ~MacThumbnailGenerator() override;
 
-    std::optional<QSize> imagePixelSize(const QUrl &file) const override;
-    void generate(const QUrl &file, const QSizeF &size, double scale, Completion completion) override;
+    // The pixel size that an image file's header states, its orientation not applied; nothing for what is no image.
+    // Waits for the file's file system, so it is asked on threads of its own.
+    static std::optional<QSize> imagePixelSize(const QUrl &file);
+
+    void generate(const QUrl &file, double edge, double scale, Completion completion,
+                  Delayed delayed = nullptr) override;
 
 private:
     struct OpenJobs;
 
     std::shared_ptr<OpenJobs> open;
+    QObject receiver; // of what comes after a blink
 };

@@ -4,6 +4,9 @@
 #include "platform/FileURLs.h"
 #include "platform/macos/MacConversions.h"
 
+#include <QThreadPool>
+#include <QTimer>
+
 #include <map>
 #include <mutex>
 #include <utility>
@@ -15,6 +18,8 @@
 #include <sys/stat.h>
 
 namespace {
+
+constexpr int kBlink = 100; // milliseconds
 
 bool isRegularFile(const QUrl &file)
 {
@@ -47,7 +52,13 @@ struct MacThumbnailGenerator::OpenJobs {
         return last;
     }
 
-    void answer(quint64 id, std::optional<QImage> image)
+    bool isOpen(quint64 id)
+    {
+        const std::lock_guard lock(mutex);
+        return jobs.contains(id);
+    }
+
+    void answer(quint64 id, std::optional<Thumbnail> image)
     {
         std::unique_lock lock(mutex);
         auto job = jobs.extract(id);
@@ -81,7 +92,7 @@ MacThumbnailGenerator::~MacThumbnailGenerator()
     open->answerAll();
 }
 
-std::optional<QSize> MacThumbnailGenerator::imagePixelSize(const QUrl &file) const
+std::optional<QSize> MacThumbnailGenerator::imagePixelSize(const QUrl &file)
 {
     if (!isRegularFile(file))
         return {};
@@ -96,20 +107,32 @@ std::optional<QSize> MacThumbnailGenerator::imagePixelSize(const QUrl &file) con
     return QSize(*width, *height);
 }
 
-void MacThumbnailGenerator::generate(const QUrl &file, const QSizeF &size, double scale, Completion completion)
+void MacThumbnailGenerator::generate(const QUrl &file, double edge, double scale, Completion completion,
+                                     Delayed delayed)
 {
     const quint64 id = open->add(std::move(completion));
     const std::shared_ptr<OpenJobs> jobs = open;
-    const QSize bound = pixelsOf(size, scale);
-    QLThumbnailGenerationRequest *request = [[QLThumbnailGenerationRequest alloc]
-          initWithFileAtURL:toNSURL(file)
-                       size:size.toCGSize()
-                      scale:scale
-        representationTypes:QLThumbnailGenerationRequestRepresentationTypeThumbnail];
-    [QLThumbnailGenerator.sharedGenerator
-        generateBestRepresentationForRequest:request
-                           completionHandler:^(QLThumbnailRepresentation *thumbnail, NSError *) {
-                               const QImage image = fromCGImage(thumbnail.CGImage, bound);
-                               jobs->answer(id, image.isNull() ? std::nullopt : std::optional(image));
-                           }];
+    if (delayed) {
+        QTimer::singleShot(kBlink, &receiver, [jobs, id, delayed = std::move(delayed)] {
+            if (jobs->isOpen(id))
+                delayed();
+        });
+    }
+    QThreadPool::globalInstance()->start([jobs, id, file, edge, scale] {
+        const auto pixels = imagePixelSize(file);
+        const QSizeF size = fittedThumbnailSize(edge, pixels ? std::optional<QSizeF>(*pixels) : std::nullopt);
+        const QSize bound = pixelsOf(size, scale);
+        QLThumbnailGenerationRequest *request = [[QLThumbnailGenerationRequest alloc]
+              initWithFileAtURL:toNSURL(file)
+                           size:size.toCGSize()
+                          scale:scale
+            representationTypes:QLThumbnailGenerationRequestRepresentationTypeThumbnail];
+        [QLThumbnailGenerator.sharedGenerator
+            generateBestRepresentationForRequest:request
+                               completionHandler:^(QLThumbnailRepresentation *thumbnail, NSError *) {
+                                   const QImage image = fromCGImage(thumbnail.CGImage, bound);
+                                   jobs->answer(id,
+                                                image.isNull() ? std::nullopt : std::optional(Thumbnail{image, size}));
+                               }];
+    });
 }

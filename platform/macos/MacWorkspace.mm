@@ -5,10 +5,23 @@
 #include "platform/macos/MacConversions.h"
 #include "platform/macos/MacIcon.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileIconProvider>
+#include <QPointer>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <memory>
 
 #import <AppKit/AppKit.h>
+
+namespace {
+
+constexpr int kBlink = 100; // milliseconds
+
+} // namespace
 
 std::optional<QString> MacWorkspace::frontmostBundleIdentifier() const
 {
@@ -24,10 +37,26 @@ bool MacWorkspace::open(const QUrl &url)
     return address && [NSWorkspace.sharedWorkspace openURL:address];
 }
 
-QIcon MacWorkspace::icon(const QUrl &file) const
+void MacWorkspace::icon(const QUrl &file, IconFound found)
 {
-    NSString *path = toNSString(QFile::decodeName(fileSystemPath(file)));
-    return macIcon([NSWorkspace.sharedWorkspace iconForFile:path]);
+    const auto isFound = std::make_shared<bool>(false);
+    QTimer::singleShot(kBlink, &receiver, [isFound, found] {
+        if (!*isFound)
+            found(QFileIconProvider().icon(QFileIconProvider::File));
+    });
+    // Asking for a file's icon waits for its file system.
+    QThreadPool::globalInstance()->start([target = QPointer<QObject>(&receiver), file, found, isFound] {
+        NSString *path = toNSString(QFile::decodeName(fileSystemPath(file)));
+        const QIcon icon = macIcon([NSWorkspace.sharedWorkspace iconForFile:path]);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [target, found, icon, isFound] {
+                *isFound = true;
+                if (target)
+                    found(icon);
+            },
+            Qt::QueuedConnection);
+    });
 }
 
 std::optional<Application> MacWorkspace::application(const QString &bundleIdentifier) const

@@ -3,6 +3,7 @@
 #include "tests/contracts/Contracts.h"
 #include "tests/contracts/Dialogs.h"
 #include "tests/contracts/World.h"
+#include "tests/support/BuiltHelpers.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -84,6 +85,7 @@ int main(int argc, char *argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     if (argc > 1 && qstrcmp(argv[1], kClaimArgument) == 0)
         return createSessionInstance()->claim() ? kClaimed : kRefused;
+    useBuiltHelpers();
     RealWorld world;
     return runContracts(world, argc, argv) + QTest::qExec(sessionInstanceContract(world).get(), argc, argv);
 }

@@ -16,7 +16,6 @@ public:
 
 private slots:
     void every_request_is_answered_once();
-    void what_is_no_image_has_no_size();
 
 private:
     ThumbnailGenerator &thumbnailGenerator() const { return *world.platform().thumbnailGenerator; }
@@ -28,7 +27,7 @@ void ThumbnailGeneratorContract::every_request_is_answered_once()
 {
     QMutex mutex;
     int answers = 0;
-    const auto count = [&](const std::optional<QImage> &) {
+    const auto count = [&](const std::optional<Thumbnail> &) {
         const QMutexLocker lock(&mutex);
         ++answers;
     };
@@ -38,21 +37,13 @@ void ThumbnailGeneratorContract::every_request_is_answered_once()
     };
     const QUrl words = world.makeFile(QStringLiteral("words.txt"), "words");
     const QUrl nothing = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("nothing.png")));
-    thumbnailGenerator().generate(words, QSizeF(72, 72), 1.0, count);
-    thumbnailGenerator().generate(nothing, QSizeF(72, 72), 1.0, count);
+    thumbnailGenerator().generate(words, 72, 1.0, count);
+    thumbnailGenerator().generate(nothing, 72, 1.0, count);
     QVERIFY(world.waitFor([&] { return answered(2); }));
-    thumbnailGenerator().generate(nothing, QSizeF(72, 72), 1.0, count);
+    thumbnailGenerator().generate(nothing, 72, 1.0, count);
     QVERIFY(world.waitFor([&] { return answered(3); }));
     const QMutexLocker lock(&mutex);
     QCOMPARE(answers, 3);
-}
-
-void ThumbnailGeneratorContract::what_is_no_image_has_no_size()
-{
-    QVERIFY(!thumbnailGenerator().imagePixelSize(world.makeFile(QStringLiteral("letters.txt"), "letters")));
-    QVERIFY(!thumbnailGenerator().imagePixelSize(QUrl::fromLocalFile(world.folder.path())));
-    const QUrl nothing = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("nothing.png")));
-    QVERIFY(!thumbnailGenerator().imagePixelSize(nothing));
 }
 
 std::unique_ptr<QObject> thumbnailGeneratorContract(World &world)

@@ -42,7 +42,7 @@ void MacFilesTest::a_new_file_was_created_just_now()
 
 void MacFilesTest::a_picture_has_the_size_that_its_header_states()
 {
-    const auto size = MacThumbnailGenerator().imagePixelSize(picture);
+    const auto size = MacThumbnailGenerator::imagePixelSize(picture);
     QVERIFY(size);
     QCOMPARE(*size, QSize(1200, 800));
 }
@@ -53,10 +53,11 @@ void MacFilesTest::a_picture_has_a_thumbnail_that_shows_it()
     QMutex mutex;
     bool isAnswered = false;
     std::optional<QImage> thumbnail;
-    generator.generate(picture, QSizeF(72, 72), 2, [&](std::optional<QImage> image) {
+    generator.generate(picture, 72, 2, [&](std::optional<Thumbnail> made) {
         const QMutexLocker lock(&mutex);
         isAnswered = true;
-        thumbnail = std::move(image);
+        if (made)
+            thumbnail = made->image;
     });
     QVERIFY(QTest::qWaitFor(
         [&] {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/ShelfGeometry.h"
+
+#include "platform/ThumbnailGenerator.h"
 #include "tests/support/TestProgram.h"
 
 #include <QTest>

@@ -29,6 +29,9 @@ private slots:
     void until_the_thumbnail_comes_there_is_no_image();
     void a_thumbnail_is_shown_at_the_size_it_was_requested_for();
     void without_a_thumbnail_the_files_icon_is_shown();
+    void the_icon_is_shown_meanwhile_when_the_thumbnail_is_delayed();
+    void a_delay_leaves_the_picture_that_is_there();
+    void an_icon_that_is_found_late_does_not_replace_a_picture();
     void of_several_requests_the_last_to_complete_is_shown();
     void a_thumbnail_that_comes_after_the_tile_has_gone_does_nothing();
     void a_completion_on_another_thread_comes_back_to_the_main_queue();
@@ -204,6 +207,49 @@ void ShelfItemViewTest::without_a_thumbnail_the_files_icon_is_shown()
     nullImage.completeThumbnail(QImage());
     QVERIFY(other.imageView->hasImage());
     QCOMPARE(nullImage.virtualPlatform.workspace.iconRequests.size(), 1);
+}
+
+void ShelfItemViewTest::the_icon_is_shown_meanwhile_when_the_thumbnail_is_delayed()
+{
+    Fixture f;
+    const ShelfItemView &tile = f.make();
+    f.virtualPlatform.thumbnailGenerator.requests.constFirst().delayed();
+    QVERIFY(tile.imageView->hasImage());
+    QCOMPARE(f.virtualPlatform.workspace.iconRequests, QList<QUrl>{f.url});
+    f.completeThumbnail(picture());
+    QCOMPARE(tile.imageView->imageSize(), QSizeF(72, 72));
+    QCOMPARE(f.virtualPlatform.workspace.iconRequests.size(), 1);
+}
+
+void ShelfItemViewTest::a_delay_leaves_the_picture_that_is_there()
+{
+    Fixture f;
+    ShelfItemView &tile = f.make();
+    f.completeThumbnail(picture());
+    tile.loadThumbnail();
+    f.virtualPlatform.thumbnailGenerator.requests.constFirst().delayed();
+    QVERIFY(f.virtualPlatform.workspace.iconRequests.isEmpty());
+    QCOMPARE(tile.imageView->imageSize(), QSizeF(72, 72));
+}
+
+void ShelfItemViewTest::an_icon_that_is_found_late_does_not_replace_a_picture()
+{
+    Fixture f;
+    f.virtualPlatform.workspace.holdsIcons = true;
+    const ShelfItemView &tile = f.make();
+    f.virtualPlatform.thumbnailGenerator.requests.constFirst().delayed();
+    QVERIFY(!tile.imageView->hasImage());
+    QPixmap pixels(32, 32);
+    pixels.fill(Qt::gray);
+    const auto found = f.virtualPlatform.workspace.heldIcons.takeFirst();
+    // First by the name, then by the kind.
+    found(QIcon(pixels));
+    QVERIFY(tile.imageView->hasImage());
+    f.completeThumbnail(picture());
+    found(QIcon(pixels));
+    QCOMPARE(tile.imageView->imageSize(), QSizeF(72, 72));
+    f.tile.reset();
+    found(QIcon(pixels));
 }
 
 void ShelfItemViewTest::of_several_requests_the_last_to_complete_is_shown()

@@ -1,5 +1,7 @@
 #include "tests/support/TestProgram.h"
 
+#include "tests/support/BuiltHelpers.h"
+
 #include <QByteArray>
 #include <QMap>
 
@@ -29,6 +31,7 @@ int main(int argc, char **argv)
             std::fprintf(stderr, "    %s\n", testClass.constData());
         return 2;
     }
+    useBuiltHelpers();
     argv[1] = argv[0];
     return main(argc - 1, argv + 1);
 }

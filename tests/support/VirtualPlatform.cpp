@@ -199,12 +199,16 @@ bool VirtualWorkspace::open(const QUrl &url)
     return openSucceeds;
 }
 
-QIcon VirtualWorkspace::icon(const QUrl &file) const
+void VirtualWorkspace::icon(const QUrl &file, IconFound found)
 {
     iconRequests.append(file);
+    if (holdsIcons) {
+        heldIcons.append(std::move(found));
+        return;
+    }
     QPixmap pixmap(32, 32);
     pixmap.fill(Qt::gray);
-    return QIcon(pixmap);
+    found(QIcon(pixmap));
 }
 
 std::optional<Application> VirtualWorkspace::application(const QString &bundleIdentifier) const
@@ -301,17 +305,17 @@ void VirtualFileEventStreams::send()
     }
 }
 
-std::optional<QSize> VirtualThumbnailGenerator::imagePixelSize(const QUrl &file) const
-{
-    if (!pixelSizes.contains(file))
-        return {};
-    return pixelSizes.value(file);
-}
-
-void VirtualThumbnailGenerator::generate(const QUrl &file, const QSizeF &size, double scale, Completion completion)
+void VirtualThumbnailGenerator::generate(const QUrl &file, double edge, double scale, Completion completion,
+                                         Delayed delayed)
 {
     ++requestCount;
-    requests.append(Request{file, size, scale, std::move(completion)});
+    const QSizeF size = fittedThumbnailSize(
+        edge, pixelSizes.contains(file) ? std::optional<QSizeF>(pixelSizes.value(file)) : std::nullopt);
+    requests.append(Request{file, size, scale,
+                            [size, completion = std::move(completion)](std::optional<QImage> image) {
+                                completion(image ? std::optional(Thumbnail{std::move(*image), size}) : std::nullopt);
+                            },
+                            std::move(delayed)});
 }
 
 void VirtualThumbnailGenerator::completeFirst(std::optional<QImage> image)

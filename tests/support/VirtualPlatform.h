@@ -162,7 +162,7 @@ class VirtualWorkspace : public Workspace {
 public:
     std::optional<QString> frontmostBundleIdentifier() const override { return frontmost; }
     bool open(const QUrl &url) override;
-    QIcon icon(const QUrl &file) const override;
+    void icon(const QUrl &file, IconFound found) override;
     std::optional<Application> application(const QString &bundleIdentifier) const override;
     std::optional<QString> bundleIdentifier(const QUrl &chosenFile) const override;
     QList<QUrl> applicationsFolders() const override { return folders; }
@@ -174,7 +174,9 @@ public:
     QMap<QUrl, QString> identifiers;
     mutable QStringList applicationLookups;
     QList<QUrl> folders = {QUrl::fromLocalFile(u"/Applications"_s), QUrl::fromLocalFile(u"/Users/me/Applications"_s)};
-    mutable QList<QUrl> iconRequests;
+    QList<QUrl> iconRequests;
+    bool holdsIcons = false; // they are then found when the test says so
+    QList<IconFound> heldIcons;
 };
 
 class VirtualLoginItem : public LoginItem {
@@ -237,13 +239,13 @@ class VirtualThumbnailGenerator : public ThumbnailGenerator {
 public:
     struct Request {
         QUrl file;
-        QSizeF size;
+        QSizeF size; // what the square came to
         double scale;
-        Completion completion;
+        std::function<void(std::optional<QImage>)> completion;
+        Delayed delayed;
     };
 
-    std::optional<QSize> imagePixelSize(const QUrl &file) const override;
-    void generate(const QUrl &file, const QSizeF &size, double scale, Completion completion) override;
+    void generate(const QUrl &file, double edge, double scale, Completion completion, Delayed delayed) override;
 
     // Answers the oldest open request, or all of them, with a picture of one colour, or with none.
     void completeFirst(std::optional<QImage> image);

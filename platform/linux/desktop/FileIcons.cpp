@@ -69,32 +69,34 @@ void chooseFallbackIconTheme()
     }
 }
 
-QString mimeTypeByName(const QByteArray &path)
+QString mimeTypeByName(const QByteArray &path, FileKind kind)
 {
-    struct stat status {};
-    if (::stat(path.constData(), &status) == 0) {
-        if (S_ISDIR(status.st_mode))
-            return kFolderType;
-        if (S_ISFIFO(status.st_mode))
-            return QStringLiteral("inode/fifo");
-        if (S_ISSOCK(status.st_mode))
-            return QStringLiteral("inode/socket");
-        if (S_ISCHR(status.st_mode))
-            return QStringLiteral("inode/chardevice");
-        if (S_ISBLK(status.st_mode))
-            return QStringLiteral("inode/blockdevice");
+    switch (kind) {
+    case FileKind::Folder:
+        return kFolderType;
+    case FileKind::Fifo:
+        return QStringLiteral("inode/fifo");
+    case FileKind::Socket:
+        return QStringLiteral("inode/socket");
+    case FileKind::CharacterDevice:
+        return QStringLiteral("inode/chardevice");
+    case FileKind::BlockDevice:
+        return QStringLiteral("inode/blockdevice");
+    case FileKind::Regular:
+    case FileKind::Missing:
+        break;
     }
     const QString name = QFile::decodeName(path.mid(path.lastIndexOf('/') + 1));
     const QList<QMimeType> types = QMimeDatabase().mimeTypesForFileName(name);
     return types.isEmpty() ? kUnknownType : types.first().name();
 }
 
-QIcon FileIcons::file(const QUrl &url) const
+QIcon FileIcons::file(const QUrl &url, FileKind kind) const
 {
     QByteArray path = fileSystemPath(url);
     while (path.size() > 1 && path.endsWith('/'))
         path.chop(1);
-    const QString typeName = mimeTypeByName(path);
+    const QString typeName = mimeTypeByName(path, kind);
     if (typeName == kFolderType)
         return themed({QStringLiteral("folder"), QStringLiteral("inode-directory")}, QStringLiteral("folder"));
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/linux/helpers/Protocol.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QIcon>
@@ -10,14 +12,14 @@
 // Chooses an installed full icon theme where the desktop has set none.
 void chooseFallbackIconTheme();
 
-// The MIME type of a file by its kind and name. Does not open the file.
-QString mimeTypeByName(const QByteArray &path);
+// The MIME type of a file by its kind and name; nothing is asked of the file.
+QString mimeTypeByName(const QByteArray &path, FileKind kind);
 
 // Icons from the desktop's icon theme, and drawn ones where the theme has none.
 class FileIcons {
 public:
-    // The icon for the kind of a file, never null. Does not open the file, which need not exist.
-    QIcon file(const QUrl &url) const;
+    // The icon of a file of that kind; never null. Nothing is asked of the file, which need not exist.
+    QIcon file(const QUrl &url, FileKind kind) const;
 
     // The icon of a desktop entry, given as a name or an absolute path. Never null.
     QIcon application(const QString &icon) const;

@@ -7,17 +7,15 @@
 
 #include "platform/FileURLs.h"
 #include "platform/linux/desktop/FrontmostApplication.h"
-#include "platform/linux/files/RegularFile.h"
+#include "platform/linux/helpers/FileHelpers.h"
 
 #include <QDir>
 #include <QFile>
 #include <QMimeDatabase>
 
-#include <sys/stat.h>
-
 namespace {
 
-constexpr int kSniffedBytes = 4096;
+constexpr quint32 kSniffedBytes = 4096;
 
 struct ObjectUnref {
     void operator()(void *object) const { g_object_unref(object); }
@@ -25,30 +23,23 @@ struct ObjectUnref {
 template<typename T>
 using GObjectPointer = std::unique_ptr<T, ObjectUnref>;
 
-// The file's type by its name, or by its first bytes if the name has no known ending.
-QString mimeTypeOf(const QByteArray &path)
+// The file's type by its kind and name, or by its first bytes where the name says nothing.
+QString mimeTypeOf(const QByteArray &path, FileKind kind, const QByteArray &start)
 {
-    QString byName = mimeTypeByName(path);
-    if (byName != QLatin1String("application/octet-stream"))
+    QString byName = mimeTypeByName(path, kind);
+    if (byName != QLatin1String("application/octet-stream") || start.isEmpty())
         return byName;
-    const auto file = RegularFile::open(path);
-    const QByteArray start = file ? file->read(0, kSniffedBytes) : QByteArray();
-    return start.isEmpty() ? byName : QMimeDatabase().mimeTypeForData(start).name();
+    return QMimeDatabase().mimeTypeForData(start).name();
 }
 
-bool openFile(const QUrl &url)
+void openFile(const QByteArray &path, const QString &mimeType)
 {
-    const QByteArray path = fileSystemPath(url);
-    struct stat status {};
-    if (::stat(path.constData(), &status) != 0)
-        return false;
-    const GObjectPointer<GAppInfo> handler(
-        g_app_info_get_default_for_type(mimeTypeOf(path).toUtf8().constData(), FALSE));
+    const GObjectPointer<GAppInfo> handler(g_app_info_get_default_for_type(mimeType.toUtf8().constData(), FALSE));
     if (!handler)
-        return false;
+        return;
     const GObjectPointer<GFile> file(g_file_new_for_path(path.constData()));
     GList files{file.get(), nullptr, nullptr};
-    return g_app_info_launch(handler.get(), &files, nullptr, nullptr) != FALSE;
+    g_app_info_launch(handler.get(), &files, nullptr, nullptr);
 }
 
 bool openAddress(const QUrl &url)
@@ -65,8 +56,10 @@ bool openAddress(const QUrl &url)
 
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(Frontmost frontmostWindow, const DesktopEntries &desktopEntries)
+LinuxWorkspace::LinuxWorkspace(Frontmost frontmostWindow, std::shared_ptr<FileHelpers> fileHelpers,
+                               const DesktopEntries &desktopEntries)
     : frontmost(std::move(frontmostWindow))
+    , files(std::move(fileHelpers))
     , entries(desktopEntries)
 {
     chooseFallbackIconTheme();
@@ -80,12 +73,25 @@ std::optional<QString> LinuxWorkspace::frontmostBundleIdentifier() const
 
 bool LinuxWorkspace::open(const QUrl &url)
 {
-    return url.isLocalFile() ? openFile(url) : openAddress(url);
+    if (!url.isLocalFile())
+        return openAddress(url);
+    const QByteArray path = fileSystemPath(url);
+    files->look(path, kSniffedBytes, [path](FileKind kind, const QByteArray &start) {
+        if (kind != FileKind::Missing)
+            openFile(path, mimeTypeOf(path, kind, start));
+    });
+    return true;
 }
 
-QIcon LinuxWorkspace::icon(const QUrl &file) const
+void LinuxWorkspace::icon(const QUrl &file, IconFound found)
 {
-    return icons.file(file);
+    files->look(
+        fileSystemPath(file), 0,
+        [this, file, found](FileKind kind, const QByteArray &) { found(icons.file(file, kind)); },
+        [this, file, found] {
+            const bool isNamedLikeAFolder = file.path().endsWith(QLatin1Char('/'));
+            found(icons.file(file, isNamedLikeAFolder ? FileKind::Folder : FileKind::Regular));
+        });
 }
 
 std::optional<Application> LinuxWorkspace::application(const QString &bundleIdentifier) const

@@ -6,8 +6,10 @@
 #include "platform/linux/desktop/FileIcons.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 
+class FileHelpers;
 struct WindowIdentity;
 
 // Finds applications by their desktop entries and icons by the icon theme and the shared MIME database, and opens files
@@ -18,17 +20,19 @@ public:
     using Frontmost = std::function<std::optional<WindowIdentity>()>;
 
     // Without `frontmostWindow` there is no frontmost application.
-    explicit LinuxWorkspace(Frontmost frontmostWindow, const DesktopEntries &desktopEntries = DesktopEntries());
+    LinuxWorkspace(Frontmost frontmostWindow, std::shared_ptr<FileHelpers> files,
+                   const DesktopEntries &desktopEntries = DesktopEntries());
 
     std::optional<QString> frontmostBundleIdentifier() const override;
     bool open(const QUrl &url) override;
-    QIcon icon(const QUrl &file) const override;
+    void icon(const QUrl &file, IconFound found) override;
     std::optional<Application> application(const QString &bundleIdentifier) const override;
     std::optional<QString> bundleIdentifier(const QUrl &chosenFile) const override;
     QList<QUrl> applicationsFolders() const override;
 
 private:
     Frontmost frontmost;
+    std::shared_ptr<FileHelpers> files;
     DesktopEntries entries;
     FileIcons icons;
 };

@@ -41,11 +41,16 @@ std::optional<RegularFile> RegularFile::open(const QByteArray &path)
     // by the time it is opened, so the open file is asked again.
     if (path.isEmpty() || path.contains('\0') || ::stat(path.constData(), &info) != 0 || !S_ISREG(info.st_mode))
         return {};
-    const int fd = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (fd < 0)
+    return adopt(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+std::optional<RegularFile> RegularFile::adopt(int descriptor)
+{
+    struct stat info;
+    if (descriptor < 0)
         return {};
-    RegularFile file(fd, {});
-    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode))
+    RegularFile file(descriptor, {});
+    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode))
         return {};
     file.opened = stateFrom(info);
     return file;

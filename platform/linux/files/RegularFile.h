@@ -23,6 +23,9 @@ public:
     // Nothing unless `path` leads to a regular file that can be read. Never blocks on a FIFO or device, nor opens one.
     static std::optional<RegularFile> open(const QByteArray &path);
 
+    // The same for what is open already; it is this object's from then on, and closed if it is none.
+    static std::optional<RegularFile> adopt(int descriptor);
+
     RegularFile(RegularFile &&other) noexcept;
     RegularFile &operator=(RegularFile &&) = delete;
     ~RegularFile();

@@ -12,8 +12,6 @@
 
 namespace {
 
-// A file that another one is renamed over loses a link, which is a change of its attributes.
-constexpr quint32 kEvents = IN_CLOSE_WRITE | IN_ATTRIB | IN_MOVE_SELF | IN_DELETE_SELF;
 constexpr size_t kReadSize = 4'096; // bytes
 
 } // namespace
@@ -23,24 +21,28 @@ WriteWatch::WriteWatch() = default;
 WriteWatch::~WriteWatch()
 {
     notifier.reset();
-    if (queue >= 0)
-        close(queue);
+    if (events >= 0)
+        close(events);
 }
 
-bool WriteWatch::await(const QByteArray &path, const std::function<void()> &onEvent)
+int WriteWatch::queue()
 {
-    if (queue < 0) {
-        queue = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-        if (queue < 0)
-            return false;
-        notifier = std::make_unique<QSocketNotifier>(queue, QSocketNotifier::Read);
-        QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { readEvents(); });
-    }
-    const int watch = inotify_add_watch(queue, path.constData(), kEvents | IN_ONESHOT | IN_MASK_ADD);
-    if (watch < 0)
-        return false;
-    awaited.insert(watch, onEvent);
-    return true;
+    if (events >= 0)
+        return events;
+    events = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (events < 0)
+        return events;
+    notifier = std::make_unique<QSocketNotifier>(events, QSocketNotifier::Read);
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { readEvents(); });
+    return events;
+}
+
+void WriteWatch::await(int watch, const std::function<void()> &onEvent)
+{
+    if (unclaimed.remove(watch))
+        onEvent();
+    else
+        awaited.insert(watch, onEvent);
 }
 
 void WriteWatch::readEvents()
@@ -48,12 +50,16 @@ void WriteWatch::readEvents()
     QList<std::function<void()>> due;
     alignas(inotify_event) std::array<char, kReadSize> buffer;
     ssize_t size = 0;
-    while ((size = read(queue, buffer.data(), buffer.size())) > 0) {
+    while ((size = read(events, buffer.data(), buffer.size())) > 0) {
         for (ssize_t offset = 0; offset < size;) {
             inotify_event event;
             std::memcpy(&event, buffer.data() + offset, sizeof event);
             offset += static_cast<ssize_t>(sizeof event + event.len);
-            // Each watch ends with its first event.
+            // Each watch ends with its first event, and says that it does.
+            if ((event.mask & IN_IGNORED) != 0)
+                continue;
+            if (!awaited.contains(event.wd))
+                unclaimed.insert(event.wd);
             due.append(awaited.values(event.wd));
             awaited.remove(event.wd);
         }

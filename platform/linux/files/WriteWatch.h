@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
 #include <QHash>
+#include <QSet>
 
 #include <functional>
 #include <memory>
@@ -19,14 +19,18 @@ public:
     WriteWatch(const WriteWatch &) = delete;
     WriteWatch &operator=(const WriteWatch &) = delete;
 
-    // Calls `onEvent` once, at the next such event of the file at `path`, unless the watch is destroyed before. False
-    // when there is no such file or the system grants no watch.
-    bool await(const QByteArray &path, const std::function<void()> &onEvent);
+    // The inotify queue that watches are to be added to, by whoever may touch the file; negative when the system grants
+    // none. Each is to end with its first event.
+    int queue();
+
+    // Calls `onEvent` once, when that watch says something; at once if it has done so already.
+    void await(int watch, const std::function<void()> &onEvent);
 
 private:
     void readEvents();
 
-    int queue = -1; // of inotify; -1 until something is awaited
+    int events = -1; // of inotify; -1 until something is awaited
     std::unique_ptr<QSocketNotifier> notifier;
     QMultiHash<int, std::function<void()>> awaited;
+    QSet<int> unclaimed; // watches that said something before it was known whose they are
 };

@@ -3,14 +3,10 @@
 
 #include "platform/FileURLs.h"
 #include "platform/linux/thumbnails/DesktopThumbnailer.h"
-#include "platform/linux/thumbnails/ImageHeader.h"
-#include "platform/linux/thumbnails/ImageThumbnailer.h"
-#include "platform/linux/thumbnails/SvgThumbnailer.h"
 
 #include <QFile>
 #include <QMimeDatabase>
 
-#include <algorithm>
 #include <cmath>
 #include <malloc.h>
 #include <sys/resource.h>
@@ -19,31 +15,15 @@
 
 namespace {
 
-constexpr int kMostThreads = 4;
-// Ten steps leave the main thread nine tenths of a core that it has to share.
 constexpr int kNiceness = 10;
-constexpr int kLastPriority = -1;
-// A file changed this lately may still be being written, and a second change may leave its date as it is.
-constexpr double kSettlingTime = 1.0;
-// One that cannot be read is waited for when it was changed within that time: its writer may be taking a rest.
-constexpr double kWritingTime = 60.0;
+// A file that cannot be read is waited for when it was changed within that time: its writer may be taking a rest.
+constexpr double kWritingTime = 60.0; // seconds
 // Of a file that is closed again and again and never whole.
 constexpr int kMostRetries = 100;
-// Smaller pictures are decoded again about as fast as their entry in the cache is read.
-constexpr qint64 kPixelsWorthKeeping = 262'144;
-constexpr qint64 kLargestSvg = 10'000'000;
-constexpr qint64 kSvgWorthKeeping = 100'000;
+// What the descriptions of file types look at.
+constexpr quint32 kFirstBytes = 16'384;
 
 const QString kSvgType = QStringLiteral("image/svg+xml");
-
-// The pixels that so many points hold, in whole ones but at least one; a hair is forgiven, as 41 x 1.1 is not 45.1.
-int pixelSide(double points, double scale)
-{
-    constexpr double kHair = 1e-6;
-    constexpr double kLongestSide = 4096;
-    const double pixels = points * scale;
-    return pixels > 0 ? static_cast<int>(std::clamp(std::floor(pixels + kHair), 1.0, kLongestSide)) : 0;
-}
 
 bool isNamedLikeAnImage(const QString &name)
 {
@@ -53,186 +33,225 @@ bool isNamedLikeAnImage(const QString &name)
         .startsWith(QLatin1String("image/"));
 }
 
+FileState stateOf(const FileStateRecord &record)
+{
+    return {record.size, record.seconds, record.nanoseconds};
+}
+
 } // namespace
 
-// One request, or several that ask for the same. It is answered with nothing when it is let go unanswered, wherever
-// that is. Once answered it may be answered with a better picture, and no more with nothing.
+// One request, or several that ask for the same. Once answered it may be answered with a better picture, and no more
+// with nothing.
 struct LinuxThumbnailGenerator::Job {
-    Job() = default;
-    Job(const Job &) = delete;
-    Job &operator=(const Job &) = delete;
-    ~Job() { answer({}); }
+    struct Asker {
+        double edge;
+        Completion completion;
+        Delayed delayed;
+    };
 
-    void answer(const std::optional<QImage> &image)
+    void answer(const QImage &image, const std::optional<QSize> &pixelSize)
     {
-        if (std::exchange(isAnswered, true) && !image)
+        if (std::exchange(isAnswered, true) && image.isNull())
             return;
-        for (const Completion &completion : completions)
-            completion(image);
+        for (const Asker &asker : askers) {
+            const QSizeF size =
+                fittedThumbnailSize(asker.edge, pixelSize ? std::optional<QSizeF>(*pixelSize) : std::nullopt);
+            asker.completion(image.isNull() ? std::nullopt : std::optional(Thumbnail{image, size}));
+        }
     }
+
+    void answerNothing() { answer({}, {}); }
 
     QByteArray path;
     QString name;
-    QSize bound; // pixels
-    std::vector<Completion> completions;
+    double edge = 0; // points
+    double scale = 1;
+    QSize square; // pixels
+    std::vector<Asker> askers;
     bool isAnswered = false;
     int retries = 0;
-    bool waits = false; // for its file's writer; main thread only
+    bool isDrawing = false;
 };
 
-LinuxThumbnailGenerator::LinuxThumbnailGenerator(MainQueue &queue, const QByteArray &cacheFolder)
+LinuxThumbnailGenerator::LinuxThumbnailGenerator(MainQueue &queue, std::shared_ptr<FileHelpers> fileHelpers,
+                                                 const QByteArray &cacheFolder)
     : mainQueue(queue)
+    , files(std::move(fileHelpers))
+    , pictures(queue, *files)
     , cache(cacheFolder)
 {
-    silenceImageReaders();
-    pool.setMaxThreadCount(std::clamp(QThread::idealThreadCount(), 1, kMostThreads));
+    encoders.setMaxThreadCount(1);
 }
 
 LinuxThumbnailGenerator::~LinuxThumbnailGenerator()
 {
     alive.reset();
-    stopping = true;
-    pool.clear();
-    pool.waitForDone();
+    encoders.clear();
+    encoders.waitForDone();
     desktopThread.quit();
     desktopThread.wait();
-    // What the service's thread has still handed to the pool.
-    pool.clear();
-    pool.waitForDone();
+    for (const JobPointer &job : std::exchange(open, {}))
+        job->answerNothing();
 }
 
-std::optional<QSize> LinuxThumbnailGenerator::imagePixelSize(const QUrl &file) const
-{
-    const auto open = RegularFile::open(fileSystemPath(file));
-    const auto header = open ? readImageHeader(*open) : std::nullopt;
-    return header ? std::optional(header->size) : std::nullopt;
-}
-
-void LinuxThumbnailGenerator::generate(const QUrl &file, const QSizeF &size, double scale, Completion completion)
+void LinuxThumbnailGenerator::generate(const QUrl &file, double edge, double scale, Completion completion,
+                                       Delayed delayed)
 {
     const QByteArray path = fileSystemPath(file);
-    const QSize bound(pixelSide(size.width(), scale), pixelSide(size.height(), scale));
-    const std::lock_guard lock(queueMutex);
+    const int side = pixelSide(edge, scale, kLongestSide);
+    JobPointer job = queued.value({path, side}).lock();
     // A shelf whose items are made larger by a tenth of a point at a time asks for the same pixels again and again.
-    if (const JobPointer same = queued.value({path, bound}).lock()) {
-        same->completions.push_back(std::move(completion));
-        return;
-    }
-    const auto job = std::make_shared<Job>();
-    job->path = path;
-    job->name = lastPathComponent(file);
-    job->bound = bound;
-    job->completions.push_back(std::move(completion));
-    queued.insert({path, bound}, job);
-    run([this, job] {
-        {
-            // Who asks from here on wants the file as it is then.
-            const std::lock_guard begin(queueMutex);
-            queued.remove({job->path, job->bound});
-        }
+    if (job) {
+        job->askers.push_back({edge, std::move(completion), delayed});
+    } else {
+        job = std::make_shared<Job>();
+        job->path = path;
+        job->name = lastPathComponent(file);
+        job->edge = edge;
+        job->scale = scale;
+        job->square = QSize(side, side);
+        job->askers.push_back({edge, std::move(completion), delayed});
+        open.insert(job);
+        queued.insert({path, side}, job);
         work(job);
+    }
+    if (!delayed)
+        return;
+    mainQueue.after(kBlink, [weak = std::weak_ptr<Job>(job), delayed = std::move(delayed)] {
+        if (const JobPointer late = weak.lock(); late && !late->isAnswered)
+            delayed();
     });
 }
 
-void LinuxThumbnailGenerator::run(std::function<void()> task, int priority)
+void LinuxThumbnailGenerator::work(const JobPointer &job, PictureTask task)
 {
-    ++openTasks;
-    pool.start(
-        [this, task = std::move(task)]() mutable {
-            // Fails harmlessly where the whole process is nicer still.
-            ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kNiceness);
-            if (!stopping)
-                task();
-            task = nullptr;
-            // After fifty photos half of what this program then holds would be free memory kept for the next ones.
-            if (--openTasks == 0)
-                ::malloc_trim(0);
+    PictureRequest request;
+    request.task = task;
+    request.path = job->path;
+    request.edge = job->edge;
+    request.scale = job->scale;
+    if (cache.covers(job->path)) {
+        request.uri = ThumbnailCache::uri(job->path);
+        request.entries = cache.entries(job->path, job->square);
+        if (const auto sizeClass = ThumbnailCache::sizeClassFor(job->square))
+            request.kept = sizeClass->pixels;
+    }
+    pictures.request(
+        std::move(request),
+        [this, job, task, stillThere = std::weak_ptr<bool>(alive)](PictureAnswer answer) {
+            if (!stillThere.expired())
+                answered(job, task, std::move(answer));
         },
-        priority);
+        [this, job, stillThere = std::weak_ptr<bool>(alive)] {
+            // Who asks from here on wants the file as it is then.
+            if (!stillThere.expired())
+                begun(job);
+        });
 }
 
-void LinuxThumbnailGenerator::work(const JobPointer &job)
+void LinuxThumbnailGenerator::begun(const JobPointer &job)
 {
-    const auto file = RegularFile::open(job->path);
-    if (!file || job->bound.isEmpty())
-        return;
-    if (isSettled(file->state())) {
-        if (const auto image = cache.find(job->path, file->state(), job->bound)) {
-            job->answer(fittedImage(*image, job->bound));
-            return;
-        }
-    }
-    const auto header = readImageHeader(*file);
-    if (header && canDecode(header->format))
-        makeOfImage(job, *file, *header);
-    else if (header || !isNamedLikeAnImage(job->name) || !awaitWriter(job, *file))
-        makeOfOther(job, *file);
+    const auto entry = queued.constFind({job->path, job->square.width()});
+    if (entry != queued.constEnd() && entry->lock() == job)
+        queued.erase(entry);
 }
 
-void LinuxThumbnailGenerator::makeOfImage(const JobPointer &job, const RegularFile &file, const ImageHeader &header)
+void LinuxThumbnailGenerator::answered(const JobPointer &job, PictureTask task, PictureAnswer answer)
 {
-    if (isSettled(file.state()) && cache.hasFailure(job->path, file.state()))
+    begun(job);
+    const FileState state = stateOf(answer.state);
+    const bool isLooked = answer.kind == FileKind::Regular;
+    bool isOpen = false;
+    switch (isLooked ? answer.outcome : PictureOutcome::GivenUp) {
+    case PictureOutcome::Made:
+        job->answer(answer.shown, answer.pixelSize);
+        if (!answer.kept.isNull())
+            keep(job, state, answer.kept);
+        break;
+    case PictureOutcome::Partial:
+        job->answer(answer.shown, answer.pixelSize);
+        isOpen = awaitWriter(job, state);
+        break;
+    case PictureOutcome::Broken:
+        isOpen = awaitWriter(job, state);
+        if (!isOpen && task == PictureTask::Whole)
+            keepFailure(job, state);
+        break;
+    case PictureOutcome::Foreign:
+        isOpen = !answer.pixelSize && isNamedLikeAnImage(job->name) && awaitWriter(job, state);
+        if (isOpen)
+            break;
+        [[fallthrough]];
+    case PictureOutcome::TooLarge:
+        // The desktop may know better.
+        makeOfOther(job, state);
         return;
-    const auto sizeClass = ThumbnailCache::sizeClassFor(job->bound);
-    const bool worthKeeping = sizeClass && qint64(header.size.width()) * header.size.height() >= kPixelsWorthKeeping;
-    const QSize bound = worthKeeping ? QSize(sizeClass->pixels, sizeClass->pixels) : job->bound;
-    const Decoding decoding = decodeImage(file, header, bound, [this] { return stopping.load(); });
-    if (decoding.outcome == Decoding::Outcome::Complete) {
-        answer(job, decoding.image, file, worthKeeping);
-        return;
+    case PictureOutcome::Failed:
+    case PictureOutcome::GivenUp:
+        break;
     }
-    if (decoding.outcome == Decoding::Outcome::GivenUp)
+    if (isOpen)
         return;
-    if (!decoding.image.isNull())
-        answer(job, decoding.image, file, false);
-    if (!awaitWriter(job, file) && decoding.image.isNull())
-        cache.storeFailure(job->path, file.state());
+    job->answerNothing();
+    open.erase(job);
 }
 
-void LinuxThumbnailGenerator::makeOfOther(const JobPointer &job, const RegularFile &file)
+void LinuxThumbnailGenerator::makeOfOther(const JobPointer &job, const FileState &state)
 {
-    if (file.state().size <= 0)
-        return;
-    QFile content;
-    content.open(file.descriptor(), QIODevice::ReadOnly, QFileDevice::DontCloseHandle);
-    content.seek(0);
-    const QMimeType mimeType = QMimeDatabase().mimeTypeForFileNameAndData(job->name, &content);
-    if (mimeType.name() != kSvgType) {
-        askDesktop(job, mimeType.aliases() << mimeType.name());
+    const auto giveUp = [this, job] {
+        job->answerNothing();
+        open.erase(job);
+    };
+    if (state.size <= 0) {
+        giveUp();
         return;
     }
-    if (file.state().size > kLargestSvg)
-        return;
-    const auto sizeClass = ThumbnailCache::sizeClassFor(job->bound);
-    const bool worthKeeping = sizeClass && file.state().size >= kSvgWorthKeeping;
-    const QSize bound = worthKeeping ? QSize(sizeClass->pixels, sizeClass->pixels) : job->bound;
-    if (const auto image = renderSvg(file.read(0, file.state().size), bound))
-        answer(job, *image, file, worthKeeping);
-    else
-        awaitWriter(job, file);
+    files->look(job->path, kFirstBytes,
+                [this, job, giveUp, stillThere = std::weak_ptr<bool>(alive)](FileKind kind, const QByteArray &first) {
+                    if (stillThere.expired())
+                        return;
+                    if (kind != FileKind::Regular) {
+                        giveUp();
+                        return;
+                    }
+                    const QMimeType type = QMimeDatabase().mimeTypeForFileNameAndData(job->name, first);
+                    if (type.name() == kSvgType && !job->isDrawing) {
+                        job->isDrawing = true;
+                        work(job, PictureTask::Drawing);
+                    } else {
+                        askDesktop(job, type.aliases() << type.name());
+                    }
+                });
 }
 
 void LinuxThumbnailGenerator::askDesktop(const JobPointer &job, const QStringList &mimeTypes)
 {
-    const auto sizeClass = ThumbnailCache::sizeClassFor(job->bound);
-    if (!sizeClass || !cache.covers(job->path))
+    const auto sizeClass = ThumbnailCache::sizeClassFor(job->square);
+    if (!sizeClass || !cache.covers(job->path)) {
+        job->answerNothing();
+        open.erase(job);
         return;
+    }
     std::call_once(desktopStarted, [this] {
-        // Made here, not on the main thread: connecting to the bus waits for its answer.
+        // Connecting to the bus waits for its answer, but that was done when the program started.
         desktop = new DesktopThumbnailer(QDBusConnection::sessionBus());
         desktop->moveToThread(&desktopThread);
         QObject::connect(&desktopThread, &QThread::finished, desktop, &QObject::deleteLater);
         desktopThread.start();
     });
     const auto done = [this, job](bool made) {
-        if (!made)
-            return;
-        run([this, job] {
-            const auto file = RegularFile::open(job->path);
-            const auto image = file ? cache.find(job->path, file->state(), job->bound) : std::nullopt;
-            if (image)
-                job->answer(fittedImage(*image, job->bound));
-        });
+        // On the thread of the service, which has ended before this object has.
+        QMetaObject::invokeMethod(
+            &receiver,
+            [this, job, made] {
+                if (made) {
+                    work(job, PictureTask::CacheOnly);
+                } else {
+                    job->answerNothing();
+                    open.erase(job);
+                }
+            },
+            Qt::QueuedConnection);
     };
     const QString uri = QString::fromLatin1(ThumbnailCache::uri(job->path));
     const QString flavor = QString::fromLatin1(sizeClass->name);
@@ -240,48 +259,63 @@ void LinuxThumbnailGenerator::askDesktop(const JobPointer &job, const QStringLis
         desktop, [=, this] { desktop->request(uri, mimeTypes, flavor, done); }, Qt::QueuedConnection);
 }
 
-void LinuxThumbnailGenerator::answer(const JobPointer &job, const QImage &image, const RegularFile &file,
-                                     bool worthKeeping)
+void LinuxThumbnailGenerator::keep(const JobPointer &job, const FileState &state, const QImage &image)
 {
-    job->answer(fittedImage(image, job->bound));
-    const FileState state = file.state();
-    const auto sizeClass = ThumbnailCache::sizeClassFor(job->bound);
-    if (!worthKeeping || !sizeClass || !isSettled(state) || file.currentState() != state)
+    const auto sizeClass = ThumbnailCache::sizeClassFor(job->square);
+    if (!sizeClass || !cache.covers(job->path))
         return;
-    // After all pictures that somebody waits for.
-    run([this, path = job->path, state, image, sizeClass] { cache.store(path, state, image, *sizeClass); },
-        kLastPriority);
+    ++beingEncoded;
+    encoders.start([this, path = job->path, entry = cache.entryPath(sizeClass->name, job->path), state, image] {
+        // Fails harmlessly where the whole process is nicer still.
+        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kNiceness);
+        const QByteArray bytes = ThumbnailCache::entryBytes(path, state, image);
+        // After fifty photos half of what this program then holds would be free memory kept for the next ones.
+        if (--beingEncoded == 0)
+            ::malloc_trim(0);
+        QMetaObject::invokeMethod(
+            &receiver, [this, entry, bytes] { files->keep(cache.path(), entry, bytes); }, Qt::QueuedConnection);
+    });
 }
 
-bool LinuxThumbnailGenerator::awaitWriter(const JobPointer &job, const RegularFile &file)
+void LinuxThumbnailGenerator::keepFailure(const JobPointer &job, const FileState &state)
 {
-    const FileState state = file.state();
-    if (job->retries >= kMostRetries || (age(state) >= kWritingTime && file.currentState() == state))
+    if (cache.covers(job->path))
+        files->keep(cache.path(), cache.failurePath(job->path), ThumbnailCache::failureBytes(job->path, state));
+}
+
+bool LinuxThumbnailGenerator::awaitWriter(const JobPointer &job, const FileState &state)
+{
+    if (job->retries >= kMostRetries || age(state) >= kWritingTime)
         return false;
     ++job->retries;
-    job->answer({}); // so that there is something to see meanwhile
+    job->answerNothing(); // so that there is something to see meanwhile
     mainQueue.async([this, job, state, stillThere = std::weak_ptr<bool>(alive)] {
-        if (stillThere.expired())
-            return;
-        job->waits = writes.await(job->path, [this, job] { resume(job); });
-        // It may have been finished before the watch began, or without one.
-        if (const auto now = RegularFile::open(job->path); now && now->state() != state) {
-            job->waits = true;
-            resume(job);
-        }
+        if (!stillThere.expired())
+            watch(job, state);
     });
     return true;
 }
 
-void LinuxThumbnailGenerator::resume(const JobPointer &job)
+void LinuxThumbnailGenerator::watch(const JobPointer &job, const FileState &state)
 {
-    if (std::exchange(job->waits, false))
-        run([this, job] { work(job); });
-}
-
-bool LinuxThumbnailGenerator::isSettled(const FileState &state) const
-{
-    return age(state) >= kSettlingTime;
+    files->watch(job->path, writes.queue(),
+                 [this, job, state,
+                  stillThere = std::weak_ptr<bool>(alive)](int watch, const std::optional<FileStateRecord> &now) {
+                     if (stillThere.expired())
+                         return;
+                     // It may have been finished before the watch began, or without one.
+                     if (now && stateOf(*now) != state) {
+                         work(job);
+                     } else if (watch >= 0) {
+                         ++awaited;
+                         writes.await(watch, [this, job] {
+                             --awaited;
+                             work(job);
+                         });
+                     } else {
+                         open.erase(job);
+                     }
+                 });
 }
 
 // Seconds from its last change, or to it where the clocks differ.

@@ -4,10 +4,13 @@
 #include "platform/MainQueue.h"
 #include "platform/ThumbnailGenerator.h"
 #include "platform/linux/files/WriteWatch.h"
+#include "platform/linux/helpers/FileHelpers.h"
+#include "platform/linux/helpers/PictureHelpers.h"
 #include "platform/linux/thumbnails/ThumbnailCache.h"
 
 #include <QByteArray>
 #include <QHash>
+#include <QObject>
 #include <QThread>
 #include <QThreadPool>
 
@@ -15,48 +18,59 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <unordered_set>
 
 class DesktopThumbnailer;
-class RegularFile;
-struct ImageHeader;
 
-// Thumbnails from the desktop's shared cache, else decoded by this program's own threads, else made by the desktop's
+// Thumbnails from the desktop's shared cache, else decoded, both by helpers of this program; else made by the desktop's
 // thumbnailer service. The oldest request is served first. A file that is still being written is tried again when its
-// writer closes it.
+// writer closes it. Everything happens on the main thread, which never waits, but for what is put into the cache.
 class LinuxThumbnailGenerator : public ThumbnailGenerator {
 public:
-    LinuxThumbnailGenerator(MainQueue &mainQueue, const QByteArray &cacheFolder);
+    // A picture that has not come by then is delayed.
+    static constexpr double kBlink = 0.1; // seconds
+
+    LinuxThumbnailGenerator(MainQueue &mainQueue, std::shared_ptr<FileHelpers> files, const QByteArray &cacheFolder);
     ~LinuxThumbnailGenerator() override;
 
-    std::optional<QSize> imagePixelSize(const QUrl &file) const override;
-    void generate(const QUrl &file, const QSizeF &size, double scale, Completion completion) override;
+    void generate(const QUrl &file, double edge, double scale, Completion completion,
+                  Delayed delayed = nullptr) override;
+
+    // How many files' writers are waited for.
+    int awaitedWriters() const { return awaited; }
+
+    // The helpers that make pictures.
+    std::vector<pid_t> processes() const { return pictures.processes(); }
 
 private:
     struct Job;
     using JobPointer = std::shared_ptr<Job>;
 
-    void run(std::function<void()> task, int priority = 0);
-    void work(const JobPointer &job);
-    void makeOfImage(const JobPointer &job, const RegularFile &file, const ImageHeader &header);
-    void makeOfOther(const JobPointer &job, const RegularFile &file);
+    void work(const JobPointer &job, PictureTask task = PictureTask::Whole);
+    void begun(const JobPointer &job);
+    void answered(const JobPointer &job, PictureTask task, PictureAnswer answer);
+    void makeOfOther(const JobPointer &job, const FileState &state);
     void askDesktop(const JobPointer &job, const QStringList &mimeTypes);
-    void answer(const JobPointer &job, const QImage &image, const RegularFile &file, bool worthKeeping);
-    bool awaitWriter(const JobPointer &job, const RegularFile &file);
-    void resume(const JobPointer &job);
-    bool isSettled(const FileState &state) const;
+    void keep(const JobPointer &job, const FileState &state, const QImage &image);
+    void keepFailure(const JobPointer &job, const FileState &state);
+    bool awaitWriter(const JobPointer &job, const FileState &state);
+    void watch(const JobPointer &job, const FileState &state);
     double age(const FileState &state) const;
 
     MainQueue &mainQueue;
+    const std::shared_ptr<FileHelpers> files;
+    PictureHelpers pictures;
     ThumbnailCache cache;
-    std::mutex queueMutex;
-    // The requests that no thread has begun, by their files and pixels; what they are to answer may still be added to.
-    QHash<std::pair<QByteArray, QSize>, std::weak_ptr<Job>> queued;
-    std::atomic<bool> stopping = false;
-    std::atomic<int> openTasks = 0;
-    QThreadPool pool;
+    // The requests that no helper has begun, by their files and pixels; what they are to answer may still be added to.
+    QHash<std::pair<QByteArray, int>, std::weak_ptr<Job>> queued;
+    std::unordered_set<JobPointer> open;
+    int awaited = 0;
+    QThreadPool encoders;
+    std::atomic<int> beingEncoded = 0;
     QThread desktopThread;
     std::once_flag desktopStarted;
     DesktopThumbnailer *desktop = nullptr; // lives on desktopThread, which deletes it; null until first needed
     WriteWatch writes;
-    std::shared_ptr<bool> alive = std::make_shared<bool>(true); // what reaches the main thread late looks at it
+    QObject receiver;                                           // of what other threads have to say
+    std::shared_ptr<bool> alive = std::make_shared<bool>(true); // what comes late looks at it
 };

@@ -58,7 +58,7 @@ void FrontmostApplicationTest::init()
     other = XcbConnection::open();
     connection = XcbConnection::open();
     QVERIFY(other && connection);
-    workspace = std::make_unique<LinuxWorkspace>([this] { return frontmostWindow(*connection); },
+    workspace = std::make_unique<LinuxWorkspace>([this] { return frontmostWindow(*connection); }, nullptr,
                                                  DesktopEntries({folder->path()}));
 }
 

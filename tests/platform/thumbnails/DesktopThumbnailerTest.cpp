@@ -2,6 +2,7 @@
 #include "platform/linux/thumbnails/DesktopThumbnailer.h"
 
 #include "platform/linux/thumbnails/LinuxThumbnailGenerator.h"
+#include "tests/platform/thumbnails/DiskCache.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/SampleFiles.h"
 #include "tests/support/TestProgram.h"
@@ -391,17 +392,17 @@ void DesktopThumbnailerTest::the_generator_answers_with_the_services_picture()
 {
     const SampleFiles samples;
     const QByteArray folder = samples.path("thumbnails");
-    const ThumbnailCache cache(folder);
+    const DiskCache cache(folder);
     const QByteArray path = samples.file("caf\xe9 [1].pdf", "%PDF-1.4\n");
     VirtualMainQueue queue;
-    LinuxThumbnailGenerator generator(queue, folder);
+    LinuxThumbnailGenerator generator(queue, std::make_shared<FileHelpers>(queue), folder);
     std::atomic<int> made = kOpen;
     QImage picture;
-    const auto completion = [&](std::optional<QImage> image) {
-        picture = image.value_or(QImage());
-        made = image ? 1 : 0;
+    const auto completion = [&](std::optional<Thumbnail> thumbnail) {
+        picture = thumbnail ? thumbnail->image : QImage();
+        made = thumbnail ? 1 : 0;
     };
-    generator.generate(SampleFiles::url(path), {72, 72}, 2, completion);
+    generator.generate(SampleFiles::url(path), 72, 2, completion);
     QTRY_COMPARE_WITH_TIMEOUT(service->calls.size(), 1, kPatience);
     const QString uri = QString::fromLatin1(ThumbnailCache::uri(path));
     QCOMPARE(service->calls.first().uris, QStringList{uri});
@@ -419,12 +420,12 @@ void DesktopThumbnailerTest::the_generator_answers_with_the_services_picture()
     // A service that promises a picture but leaves none gives none, and one that is gone neither.
     const QByteArray other = samples.file("b.pdf", "%PDF-1.4\n");
     made = kOpen;
-    generator.generate(SampleFiles::url(other), {72, 72}, 1, completion);
+    generator.generate(SampleFiles::url(other), 72, 1, completion);
     QTRY_COMPARE_WITH_TIMEOUT(service->calls.size(), 2, kPatience);
     emit service->Ready(101, {QString::fromLatin1(ThumbnailCache::uri(other))});
     QTRY_COMPARE_WITH_TIMEOUT(made.load(), 0, kPatience);
     made = kOpen;
-    generator.generate(SampleFiles::url(other), {72, 72}, 1, completion);
+    generator.generate(SampleFiles::url(other), 72, 1, completion);
     QTRY_COMPARE_WITH_TIMEOUT(service->calls.size(), 3, kPatience);
     service->disappear();
     QTRY_COMPARE_WITH_TIMEOUT(made.load(), 0, kPatience);

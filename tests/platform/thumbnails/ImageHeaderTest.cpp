@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/thumbnails/ImageHeader.h"
+#include "platform/linux/thumbnailer/ImageHeader.h"
 
 #include "tests/support/SampleFiles.h"
 #include "tests/support/TestProgram.h"

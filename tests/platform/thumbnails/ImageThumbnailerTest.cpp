@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/thumbnails/ImageThumbnailer.h"
+#include "platform/linux/thumbnailer/ImageThumbnailer.h"
 
 #include "tests/support/SampleFiles.h"
 #include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QBuffer>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -28,15 +29,15 @@ private slots:
     void garbage_after_a_good_header_is_broken();
     void a_picture_beyond_the_bounds_is_refused_unread_data();
     void a_picture_beyond_the_bounds_is_refused_unread();
-    void a_cancelled_decode_gives_up();
+    void no_more_of_a_file_is_read_than_its_picture_can_take_data();
+    void no_more_of_a_file_is_read_than_its_picture_can_take();
 
 private:
-    Decoding decode(const QByteArray &contents, const QSize &bound, bool cancelled = false) const
+    Decoding decode(const QByteArray &contents, const QSize &bound) const
     {
         const auto file = RegularFile::open(samples.file("image", contents));
         const auto header = readImageHeader(*file);
-        return header ? decodeImage(*file, *header, bound, [cancelled] { return cancelled; })
-                      : Decoding{Decoding::Outcome::Broken, {}};
+        return header ? decodeImage(*file, *header, bound) : Decoding{Decoding::Outcome::Broken, {}};
     }
 
     SampleFiles samples;
@@ -216,7 +217,10 @@ void ImageThumbnailerTest::a_picture_beyond_the_bounds_is_refused_unread_data()
     row("100-megapixel jpeg", "jpeg", {10'000, 10'000}, true, true);
     row("largest jpeg", "jpeg", {65'500, 65'500}, true, false);
     row("100-megapixel progressive jpeg", "jpeg", {10'000, 10'000}, false, false);
-    row("50-megapixel progressive jpeg", "jpeg", {8'660, 5'773}, false, true);
+    row("24-megapixel progressive jpeg", "jpeg", {6'000, 4'000}, false, true);
+    row("50-megapixel progressive jpeg", "jpeg", {8'660, 5'773}, false, false);
+    row("16-megapixel webp", "webp", {4'000, 4'000}, false, true);
+    row("24-megapixel webp", "webp", {6'000, 4'000}, false, false);
     row("no width", "png", {0, 5}, true, false);
 }
 
@@ -227,14 +231,40 @@ void ImageThumbnailerTest::a_picture_beyond_the_bounds_is_refused_unread()
     QCOMPARE(isWithinDecodingBounds(header), within);
     if (!within && header.format == "png")
         QCOMPARE(decode(SampleFiles::pngHeader(header.size), {72, 72}).outcome,
-                 header.streamed ? Decoding::Outcome::GivenUp : Decoding::Outcome::Broken);
+                 header.streamed ? Decoding::Outcome::TooLarge : Decoding::Outcome::Broken);
 }
 
-void ImageThumbnailerTest::a_cancelled_decode_gives_up()
+void ImageThumbnailerTest::no_more_of_a_file_is_read_than_its_picture_can_take_data()
 {
-    const Decoding decoding = decode(SampleFiles::picture("png", {800, 400}), {72, 72}, true);
-    QCOMPARE(decoding.outcome, Decoding::Outcome::GivenUp);
-    QVERIFY(decoding.image.isNull());
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<bool>("isWhole");
+    QTest::newRow("webp says where it ends") << SampleFiles::picture("webp", {16, 16}) << true;
+    QTest::newRow("gif") << QByteArray("GIF89a\1\0\1\0\x80\0\0\0\0\0\xff\xff\xff,\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 35)
+                         << true;
+    QTest::newRow("png") << SampleFiles::picture("png", {16, 16}) << true;
+    QTest::newRow("jpeg ends elsewhere") << SampleFiles::picture("jpeg", {16, 16}) << false;
+}
+
+void ImageThumbnailerTest::no_more_of_a_file_is_read_than_its_picture_can_take()
+{
+    QFETCH(QByteArray, contents);
+    QFETCH(bool, isWhole);
+    constexpr qint64 kFourGigabytes = qint64(4) << 30;
+    const QByteArray path = samples.file("long", contents);
+    QVERIFY(QFile::resize(QFile::decodeName(path), kFourGigabytes));
+    const auto file = RegularFile::open(path);
+    const auto header = readImageHeader(*file);
+    QVERIFY(header);
+    resetPeakMemory();
+    const qint64 before = peakMemory();
+    QElapsedTimer time;
+    time.start();
+    const Decoding decoding = decodeImage(*file, *header, {72, 72});
+    QCOMPARE(decoding.outcome, isWhole ? Decoding::Outcome::Complete : Decoding::Outcome::Partial);
+    QCOMPARE(decoding.image.size(), header->size);
+    QVERIFY2(peakMemory() - before < 40'000'000, QByteArray::number(peakMemory() - before).constData());
+    // 4 GB take longer, however fast the machine is.
+    QVERIFY2(time.elapsed() < 2'000, QByteArray::number(time.elapsed()).constData());
 }
 
 PARKLET_TEST(ImageThumbnailerTest)

@@ -2,6 +2,7 @@
 #include "platform/linux/thumbnails/LinuxThumbnailGenerator.h"
 
 #include "platform/linux/files/RegularFile.h"
+#include "tests/platform/thumbnails/DiskCache.h"
 #include "tests/support/SampleFiles.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
@@ -14,11 +15,9 @@
 #include <QTest>
 
 #include <cerrno>
-#include <mutex>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -42,8 +41,9 @@ class LinuxThumbnailGeneratorTest : public QObject {
 private slots:
     void a_picture_fits_the_points_at_their_scale_data();
     void a_picture_fits_the_points_at_their_scale();
-    void the_pixel_size_is_that_of_the_header();
-    void a_completion_does_not_run_on_the_callers_thread();
+    void the_points_are_those_of_the_picture_as_it_is_stored();
+    void a_completion_is_called_later();
+    void who_waits_longer_than_a_blink_is_told();
     void bad_input_is_answered_with_nothing_data();
     void bad_input_is_answered_with_nothing();
     void names_of_any_bytes_are_served();
@@ -73,34 +73,24 @@ private slots:
 
 namespace {
 
-// What the completions said, from whichever thread.
+// What the completions said.
 class Answers {
 public:
     ThumbnailGenerator::Completion next()
     {
-        return [this](std::optional<QImage> image) {
-            const std::lock_guard lock(mutex);
-            images.append(std::move(image));
-            thread = std::this_thread::get_id();
+        return [this](std::optional<Thumbnail> thumbnail) {
+            images.append(thumbnail ? std::optional(thumbnail->image) : std::nullopt);
+            points.append(thumbnail ? thumbnail->size : QSizeF());
         };
     }
 
-    qsizetype count() const
-    {
-        const std::lock_guard lock(mutex);
-        return images.size();
-    }
+    qsizetype count() const { return images.size(); }
 
-    std::optional<QImage> last() const
-    {
-        const std::lock_guard lock(mutex);
-        return images.isEmpty() ? std::nullopt : images.last();
-    }
+    std::optional<QImage> last() const { return images.isEmpty() ? std::nullopt : images.last(); }
 
     // How many pictures were made for them.
     qsizetype different() const
     {
-        const std::lock_guard lock(mutex);
         QSet<qint64> keys;
         for (const auto &image : images)
             keys.insert(image ? image->cacheKey() : 0);
@@ -109,17 +99,15 @@ public:
 
     QList<QSize> sizes() const
     {
-        const std::lock_guard lock(mutex);
         QList<QSize> list;
         for (const auto &image : images)
             list.append(image.value_or(QImage()).size());
         return list;
     }
 
-    std::thread::id thread;
+    QList<QSizeF> points;
 
 private:
-    mutable std::mutex mutex;
     QList<std::optional<QImage>> images;
 };
 
@@ -130,12 +118,12 @@ struct Fixture {
     VirtualMainQueue queue;
     Answers answers;
     QByteArray cacheFolder = samples.path("cache/thumbnails");
-    ThumbnailCache cache{cacheFolder};
-    LinuxThumbnailGenerator generator{queue, cacheFolder};
+    DiskCache cache{cacheFolder};
+    LinuxThumbnailGenerator generator{queue, std::make_shared<FileHelpers>(queue), cacheFolder};
 
-    void request(const QByteArray &path, const QSizeF &size = {72, 72}, double scale = 1)
+    void request(const QByteArray &path, double edge = 72, double scale = 1)
     {
-        generator.generate(SampleFiles::url(path), size, scale, answers.next());
+        generator.generate(SampleFiles::url(path), edge, scale, answers.next());
     }
 
     // Waits until a file that cannot be read has been answered for and is waited for; `count` answers there are then.
@@ -144,6 +132,7 @@ struct Fixture {
         QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
         QCOMPARE(answers.count(), count);
         queue.runPending();
+        QTRY_COMPARE_WITH_TIMEOUT(generator.awaitedWriters(), 1, kPatience);
     }
 
     // The state of a file that was changed a moment before the queue's time.
@@ -160,49 +149,66 @@ struct Fixture {
 void LinuxThumbnailGeneratorTest::a_picture_fits_the_points_at_their_scale_data()
 {
     QTest::addColumn<QSize>("original");
-    QTest::addColumn<QSizeF>("size");
+    QTest::addColumn<double>("edge");
     QTest::addColumn<double>("scale");
+    QTest::addColumn<QSizeF>("points");
     QTest::addColumn<QSize>("pixels");
-    QTest::newRow("1x") << QSize(1920, 1080) << QSizeF(72, 41) << 1.0 << QSize(72, 41);
-    QTest::newRow("2x") << QSize(1920, 1080) << QSizeF(72, 41) << 2.0 << QSize(144, 81);
-    QTest::newRow("1.5x") << QSize(1080, 1920) << QSizeF(41, 72) << 1.5 << QSize(61, 108);
-    QTest::newRow("square") << QSize(900, 600) << QSizeF(72, 72) << 1.0 << QSize(72, 48);
-    QTest::newRow("not blown up") << QSize(30, 20) << QSizeF(72, 48) << 2.0 << QSize(30, 20);
-    QTest::newRow("beyond the cache") << QSize(1600, 1200) << QSizeF(1500, 1500) << 1.0 << QSize(1500, 1125);
+    QTest::newRow("1x") << QSize(1920, 1080) << 72.0 << 1.0 << QSizeF(72, 41) << QSize(72, 41);
+    QTest::newRow("2x") << QSize(1920, 1080) << 72.0 << 2.0 << QSizeF(72, 41) << QSize(144, 81);
+    QTest::newRow("1.5x") << QSize(1080, 1920) << 72.0 << 1.5 << QSizeF(41, 72) << QSize(61, 108);
+    QTest::newRow("square") << QSize(900, 900) << 72.0 << 1.0 << QSizeF(72, 72) << QSize(72, 72);
+    QTest::newRow("not blown up") << QSize(30, 20) << 72.0 << 2.0 << QSizeF(72, 48) << QSize(30, 20);
+    QTest::newRow("beyond the cache") << QSize(1600, 1200) << 1500.0 << 1.0 << QSizeF(1500, 1125) << QSize(1500, 1125);
 }
 
 void LinuxThumbnailGeneratorTest::a_picture_fits_the_points_at_their_scale()
 {
     QFETCH(QSize, original);
-    QFETCH(QSizeF, size);
+    QFETCH(double, edge);
     QFETCH(double, scale);
     Fixture f;
-    f.request(f.samples.file("a.png", SampleFiles::picture("png", original)), size, scale);
+    f.request(f.samples.file("a.png", SampleFiles::picture("png", original)), edge, scale);
     VERIFY_ANSWERS(f, 1);
     QVERIFY(f.answers.last());
     QTEST(f.answers.last()->size(), "pixels");
+    QTEST(f.answers.points.last(), "points");
     QCOMPARE(f.answers.last()->devicePixelRatio(), 1.0);
 }
 
-void LinuxThumbnailGeneratorTest::the_pixel_size_is_that_of_the_header()
+void LinuxThumbnailGeneratorTest::the_points_are_those_of_the_picture_as_it_is_stored()
 {
-    const Fixture f;
-    const auto sizeOf = [&f](const QByteArray &path) { return f.generator.imagePixelSize(SampleFiles::url(path)); };
-    QCOMPARE(sizeOf(f.samples.file("caf\xe9.jpg", SampleFiles::turnedJpeg({70, 40}, 6))), QSize(70, 40));
-    QCOMPARE(sizeOf(f.samples.file("huge.png", SampleFiles::pngHeader({60'000, 60'000}))), QSize(60'000, 60'000));
-    const QByteArray fifo = f.samples.path("fifo.png");
-    QCOMPARE(::mkfifo(fifo.constData(), 0600), 0);
-    for (const QByteArray &path : {f.samples.file("a.txt", "text"), f.samples.file("a.png", ""), fifo,
-                                   f.samples.path("missing.png"), QByteArray("/dev/zero"), QByteArray("/tmp")})
-        QVERIFY2(!sizeOf(path), path.constData());
+    Fixture f;
+    f.request(f.samples.file("caf\xe9.jpg", SampleFiles::turnedJpeg({70, 40}, 6)));
+    VERIFY_ANSWERS(f, 1);
+    // The picture is turned, the points are not.
+    QCOMPARE(f.answers.points.last(), QSizeF(72, 41));
+    QVERIFY(f.answers.last()->height() > f.answers.last()->width());
 }
 
-void LinuxThumbnailGeneratorTest::a_completion_does_not_run_on_the_callers_thread()
+void LinuxThumbnailGeneratorTest::a_completion_is_called_later()
 {
     Fixture f;
     f.request(f.samples.file("a.png", SampleFiles::picture("png", {80, 40})));
+    QCOMPARE(f.answers.count(), 0);
     VERIFY_ANSWERS(f, 1);
-    QVERIFY(f.answers.thread != std::this_thread::get_id());
+}
+
+void LinuxThumbnailGeneratorTest::who_waits_longer_than_a_blink_is_told()
+{
+    Fixture f;
+    int delayed = 0;
+    const QByteArray path = f.samples.file("a.png", SampleFiles::picture("png", {80, 40}));
+    f.generator.generate(SampleFiles::url(path), 72, 1, f.answers.next(), [&delayed] { ++delayed; });
+    // No answer is read before the loop turns.
+    f.queue.advance(LinuxThumbnailGenerator::kBlink - 0.01);
+    QCOMPARE(delayed, 0);
+    f.queue.advance(0.01);
+    QCOMPARE(delayed, 1);
+    VERIFY_ANSWERS(f, 1);
+    f.generator.generate(SampleFiles::url(path), 72, 1, f.answers.next(), [&delayed] { ++delayed; });
+    VERIFY_ANSWERS(f, 2);
+    f.queue.advance(1);
+    QCOMPARE(delayed, 1);
 }
 
 void LinuxThumbnailGeneratorTest::bad_input_is_answered_with_nothing_data()
@@ -270,7 +276,7 @@ void LinuxThumbnailGeneratorTest::a_drawing_is_rendered()
     Fixture f;
     const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 20 10'>"
                                "<rect width='20' height='10' fill='red'/></svg>";
-    f.request(f.samples.file("a.svg", drawing), {72, 72}, 2);
+    f.request(f.samples.file("a.svg", drawing), 72, 2);
     VERIFY_ANSWERS(f, 1);
     QVERIFY(f.answers.last());
     QCOMPARE(f.answers.last()->size(), QSize(144, 72));
@@ -289,7 +295,7 @@ void LinuxThumbnailGeneratorTest::an_entry_of_the_cache_is_used()
     QCOMPARE(f.answers.last()->size(), QSize(72, 36));
     QCOMPARE(f.answers.last()->pixelColor(9, 9), QColor(Qt::green));
     // At twice the scale that entry is too small.
-    f.request(path, {72, 72}, 2);
+    f.request(path, 72, 2);
     VERIFY_ANSWERS(f, 2);
     QVERIFY(f.answers.last()->pixelColor(9, 9).red() > 240);
 }
@@ -303,7 +309,7 @@ void LinuxThumbnailGeneratorTest::a_decoded_photo_is_kept_in_the_cache()
     VERIFY_ANSWERS(f, 1);
     QTRY_VERIFY_WITH_TIMEOUT(f.cache.find(path, state, {72, 72}), kPatience);
     QCOMPARE(f.cache.find(path, state, {72, 72})->size(), QSize(128, 64));
-    f.request(path, {72, 72}, 2);
+    f.request(path, 72, 2);
     VERIFY_ANSWERS(f, 2);
     QTRY_VERIFY_WITH_TIMEOUT(f.cache.find(path, state, {144, 144}), kPatience);
     QCOMPARE(f.cache.find(path, state, {144, 144})->size(), QSize(256, 128));
@@ -524,7 +530,7 @@ void LinuxThumbnailGeneratorTest::a_file_that_is_closed_again_and_again_and_neve
     // The completion goes with the request.
     auto request = std::make_shared<int>(0);
     const std::weak_ptr<int> open = request;
-    f.generator.generate(SampleFiles::url(path), {72, 72}, 1,
+    f.generator.generate(SampleFiles::url(path), 72, 1,
                          [answer = f.answers.next(), keep = std::move(request)](auto image) { answer(image); });
     for (int i = 0; i < 100; ++i) {
         f.waitForWriter(1);
@@ -553,7 +559,7 @@ void LinuxThumbnailGeneratorTest::requests_for_the_same_pixels_that_wait_are_ser
     Fixture f;
     const QByteArray photo = f.samples.file("a.png", SampleFiles::picture("png", {1920, 1080}));
     for (int i = 0; i < kRequests; ++i)
-        f.request(photo, QSizeF(72 + i % 10 * 0.1, 40), 1);
+        f.request(photo, 72 + i % 10 * 0.09, 1);
     VERIFY_ANSWERS(f, kRequests);
     QCOMPARE(f.answers.sizes().count(f.answers.last()->size()), qsizetype(kRequests));
     // The first ones were begun at once, as many as there are threads.
@@ -566,9 +572,9 @@ void LinuxThumbnailGeneratorTest::requests_for_other_pixels_are_served_apart()
     const QByteArray first = f.samples.file("a.png", SampleFiles::picture("png", {1600, 1600}));
     const QByteArray second = f.samples.file("b.png", SampleFiles::picture("png", {1600, 800}));
     for (int i = 0; i < 10; ++i) {
-        f.request(first, {72, 72});
-        f.request(first, {73, 73});
-        f.request(second, {72, 72});
+        f.request(first, 72);
+        f.request(first, 73);
+        f.request(second, 72);
     }
     VERIFY_ANSWERS(f, 30);
     for (const QSize &size : {QSize(72, 72), QSize(73, 73), QSize(72, 36)})
@@ -584,15 +590,15 @@ void LinuxThumbnailGeneratorTest::every_completion_is_called_once_when_the_gener
     const QByteArray growing = samples.file("b.png", "");
     SampleFiles::setModified(growing, queue.currentDate().toSecsSinceEpoch());
     {
-        LinuxThumbnailGenerator generator(queue, samples.path("cache"));
+        LinuxThumbnailGenerator generator(queue, std::make_shared<FileHelpers>(queue), samples.path("cache"));
         // One waits for its writer, one is on its way there, and the rest wait for their turn.
-        generator.generate(SampleFiles::url(growing), {72, 72}, 1, answers.next());
+        generator.generate(SampleFiles::url(growing), 72, 1, answers.next());
         QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
         queue.runPending();
-        generator.generate(SampleFiles::url(growing), {72, 72}, 1, answers.next());
+        generator.generate(SampleFiles::url(growing), 72, 1, answers.next());
         QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
         for (int i = 0; i < 48; ++i)
-            generator.generate(SampleFiles::url(photo), {72, 72}, 1, answers.next());
+            generator.generate(SampleFiles::url(photo), 72, 1, answers.next());
     }
     QCOMPARE(answers.count(), 50);
     queue.advance(60);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/thumbnails/SvgThumbnailer.h"
+#include "platform/linux/thumbnailer/SvgThumbnailer.h"
 
-#include "platform/linux/thumbnails/ImageThumbnailer.h"
+#include "platform/linux/thumbnailer/ImageThumbnailer.h"
 #include "tests/support/SampleFiles.h"
 #include "tests/support/TestProgram.h"
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/thumbnails/ThumbnailCache.h"
-
+#include "tests/platform/thumbnails/DiskCache.h"
 #include "tests/support/SampleFiles.h"
 #include "tests/support/TestProgram.h"
 
@@ -46,10 +45,10 @@ private:
 
     const SampleFiles samples;
     const QByteArray folder = samples.path("cache/thumbnails");
-    const ThumbnailCache cache{folder};
+    const DiskCache cache{folder};
     const FileState state{1234, 1'600'000'000, 5};
-    const ThumbnailCache::SizeClass normal = *ThumbnailCache::sizeClassFor({128, 128});
-    const ThumbnailCache::SizeClass large = *ThumbnailCache::sizeClassFor({256, 256});
+    const CacheClass normal = *ThumbnailCache::sizeClassFor({128, 128});
+    const CacheClass large = *ThumbnailCache::sizeClassFor({256, 256});
 };
 
 namespace {
@@ -236,7 +235,7 @@ void ThumbnailCacheTest::what_is_no_png_does_not_count()
 void ThumbnailCacheTest::storing_again_replaces_the_entry_and_leaves_nothing_else()
 {
     const SampleFiles fresh;
-    const ThumbnailCache other(fresh.path("thumbnails"));
+    const DiskCache other(fresh.path("thumbnails"));
     QVERIFY(other.store("/again.jpg", state, plain({128, 64}, Qt::red), normal));
     QVERIFY(other.store("/again.jpg", {99, 1'700'000'000, 0}, plain({128, 64}, Qt::blue), normal));
     QVERIFY(!other.find("/again.jpg", state, {72, 72}));
@@ -257,7 +256,7 @@ void ThumbnailCacheTest::the_caches_own_files_have_no_entries()
 
 void ThumbnailCacheTest::a_folder_that_cannot_be_made_is_a_failure()
 {
-    const ThumbnailCache nowhere(samples.file("a-file", "") + "/thumbnails");
+    const DiskCache nowhere(samples.file("a-file", "") + "/thumbnails");
     QVERIFY(!nowhere.store("/a.jpg", state, plain({128, 64}), normal));
     QVERIFY(!nowhere.find("/a.jpg", state, {72, 72}));
 }

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/helpers/HelperProcess.h"
+
+#include "platform/linux/helpers/Protocol.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <vector>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+QByteArray &givenFolder()
+{
+    static QByteArray folder;
+    return folder;
+}
+
+// Beside the program in a build, and where an installation has what only programs start.
+QByteArray programPath(const QByteArray &name)
+{
+    const QByteArray own = QFile::encodeName(QCoreApplication::applicationDirPath());
+    for (const QByteArray &folder : {givenFolder(), own, own + "/../libexec/parklet"}) {
+        const QByteArray path = folder + '/' + name;
+        if (!folder.isEmpty() && ::access(path.constData(), X_OK) == 0)
+            return path;
+    }
+    return {};
+}
+
+// Takes note of its end whenever that comes, so that nothing is left of it in the list of processes.
+void reap(pid_t process)
+{
+    const auto handle = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+    if (handle < 0)
+        return;
+    auto *notifier = new QSocketNotifier(handle, QSocketNotifier::Read, QCoreApplication::instance());
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [notifier, process, handle] {
+        notifier->setEnabled(false);
+        notifier->deleteLater();
+        ::waitpid(process, nullptr, WNOHANG);
+        ::close(handle);
+    });
+}
+
+pid_t spawn(const QByteArray &program, const QList<QByteArray> &arguments, int socket, int further)
+{
+    std::vector<char *> words{const_cast<char *>(program.constData())};
+    for (const QByteArray &argument : arguments)
+        words.push_back(const_cast<char *>(argument.constData()));
+    words.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    ::posix_spawn_file_actions_adddup2(&actions, socket, kShelfSocket);
+    if (further >= 0)
+        ::posix_spawn_file_actions_adddup2(&actions, further, kPicturesSocket);
+    sigset_t none;
+    sigset_t all;
+    ::sigemptyset(&none);
+    ::sigfillset(&all);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setsigdefault(&attributes, &all);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    pid_t process = -1;
+    if (::posix_spawn(&process, program.constData(), &actions, &attributes, words.data(), environ) != 0)
+        process = -1;
+    ::posix_spawnattr_destroy(&attributes);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return process;
+}
+
+// The same descriptor above those that a helper is given, so that giving one does not overwrite another.
+Descriptor movedUp(Descriptor descriptor)
+{
+    constexpr int kAbove = 16;
+    return Descriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, kAbove));
+}
+
+} // namespace
+
+std::shared_ptr<HelperProcess> HelperProcess::start(const QByteArray &name, const QList<QByteArray> &arguments,
+                                                    Descriptor further)
+{
+    const QByteArray program = programPath(name);
+    auto [ours, theirs] = socketPair();
+    if (program.isEmpty() || !ours.isOpen())
+        return {};
+    const Descriptor socket = movedUp(std::move(theirs));
+    const Descriptor second = further.isOpen() ? movedUp(std::move(further)) : Descriptor();
+    const pid_t process = spawn(program, arguments, socket.get(), second.get());
+    if (process < 0)
+        return {};
+    ::fcntl(ours.get(), F_SETFL, O_NONBLOCK);
+    return std::shared_ptr<HelperProcess>(new HelperProcess(std::move(ours), process));
+}
+
+void HelperProcess::lookIn(const QByteArray &folder)
+{
+    givenFolder() = folder;
+}
+
+HelperProcess::HelperProcess(Descriptor end, pid_t id)
+    : socket(std::move(end))
+    , process(id)
+    , notifier(std::make_unique<QSocketNotifier>(socket.get(), QSocketNotifier::Read))
+{
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { readMessages(); });
+}
+
+HelperProcess::~HelperProcess()
+{
+    // It may be the one that is telling us.
+    notifier->setEnabled(false);
+    notifier->setParent(QCoreApplication::instance());
+    notifier.release()->deleteLater();
+    if (!isRetired)
+        ::kill(process, SIGKILL);
+    reap(process);
+}
+
+bool HelperProcess::send(const std::string &bytes, const std::vector<int> &descriptors)
+{
+    return sendMessage(socket.get(), bytes, descriptors);
+}
+
+void HelperProcess::retire()
+{
+    isRetired = true;
+    onMessage = nullptr;
+    onEnd = nullptr;
+}
+
+void HelperProcess::readMessages()
+{
+    const auto self = shared_from_this();
+    while (onMessage) {
+        Received received = receiveMessage(socket.get());
+        if (received.kind == Received::Kind::Nothing)
+            return;
+        if (received.kind == Received::Kind::Message) {
+            // The callback may end this helper, and itself with it.
+            const auto handler = onMessage;
+            handler(std::move(received));
+            continue;
+        }
+        notifier->setEnabled(false);
+        if (const auto handler = onEnd)
+            handler();
+        return;
+    }
+}

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/thumbnailer/ImageThumbnailer.h"
+
+#include <QColorSpace>
+#include <QDeadlineTimer>
+#include <QIODevice>
+#include <QImageReader>
+#include <QLoggingCategory>
+#include <QtEndian>
+
+#include <chrono>
+#include <cmath>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A sequential JPEG costs 5 ns a pixel when it is decoded at an eighth, and hardly any memory.
+constexpr qint64 kMostPixelsOfJpeg = 1'000'000'000;
+// Whatever is decoded row by row at its full size costs up to 20 ns a pixel.
+constexpr qint64 kMostPixelsOfRows = 100'000'000;
+// A JPEG in scans keeps 3 bytes a pixel until the last one.
+constexpr qint64 kMostPixelsInScans = 24'000'000;
+// Whatever else is held whole costs 4 bytes a pixel.
+constexpr qint64 kMostPixelsHeld = 16'000'000;
+// No format takes more bytes a pixel, but for what it says besides.
+constexpr qint64 kMostBytesOfAPixel = 8;
+constexpr qint64 kMostBytesBesides = 16'000'000;
+constexpr qint64 kMostBytes = 512'000'000;
+// Some readers hold the file as well.
+constexpr qint64 kMostBytesHeld = 24'000'000;
+constexpr auto kLongestDecode = 8s;
+
+// A file that ends where no picture of its size can still go on, or where reading it has taken too long.
+class DecoderInput : public QIODevice {
+public:
+    DecoderInput(const RegularFile &original, qint64 most)
+        : file(original)
+        , end(std::min(most, original.state().size))
+    {
+        open(QIODevice::ReadOnly);
+    }
+
+    qint64 size() const override { return end; }
+    bool hasGivenUp() const { return givenUp; }
+
+    bool seek(qint64 position) override
+    {
+        offset = position;
+        return QIODevice::seek(position);
+    }
+
+protected:
+    qint64 readData(char *data, qint64 length) override
+    {
+        const auto wanted = static_cast<size_t>(std::clamp<qint64>(end - offset, 0, length));
+        const qint64 count = deadline.hasExpired() ? -1 : ::pread(file.descriptor(), data, wanted, offset);
+        givenUp = givenUp || count < 0;
+        offset += std::max<qint64>(count, 0);
+        return count;
+    }
+
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    const RegularFile &file;
+    const qint64 end;
+    qint64 offset = 0;
+    QDeadlineTimer deadline{kLongestDecode};
+    bool givenUp = false;
+};
+
+qint64 pixelCount(const QSize &size)
+{
+    return qint64(size.width()) * size.height();
+}
+
+// How far into the file its picture can reach; nothing when that is further than can be read.
+std::optional<qint64> lastByte(const RegularFile &file, const ImageHeader &header)
+{
+    if (header.format == "webp") {
+        // The file says how long it is, and is read as a whole.
+        constexpr qint64 kBeforeTheSize = 8;
+        const QByteArray size = file.read(4, sizeof(quint32));
+        const qint64 end = kBeforeTheSize + qFromLittleEndian<quint32>(size.constData());
+        return std::min(end, file.state().size) > kMostBytesHeld ? std::nullopt : std::optional(end);
+    }
+    if (header.format == "heif" || header.format == "avif" || header.format == "jp2")
+        return file.state().size > kMostBytesHeld ? std::nullopt : std::optional(file.state().size);
+    return std::min(kMostBytes, kMostBytesBesides + kMostBytesOfAPixel * pixelCount(header.size));
+}
+
+// A JPEG whose end has not been written yet is decoded without an error, grey where it is missing.
+bool endsAsItShould(const RegularFile &file, const ImageHeader &header)
+{
+    return header.format != "jpeg" || file.read(file.currentState().size - 2, 2) == "\xff\xd9";
+}
+
+} // namespace
+
+QSize fittedPixelSize(const QSize &size, const QSize &bound)
+{
+    if (size.width() <= bound.width() && size.height() <= bound.height())
+        return size;
+    const double ratio =
+        std::min(double(bound.width()) / double(size.width()), double(bound.height()) / double(size.height()));
+    const auto side = [ratio](int full, int most) {
+        return std::clamp(static_cast<int>(std::lround(full * ratio)), 1, std::max(1, most));
+    };
+    return {side(size.width(), bound.width()), side(size.height(), bound.height())};
+}
+
+QImage fittedImage(const QImage &image, const QSize &bound)
+{
+    const auto format = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    const QSize size = fittedPixelSize(image.size(), bound);
+    QImage fitted = image.convertToFormat(format);
+    if (size != fitted.size())
+        fitted = fitted.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(format);
+    return QImage(fitted.constBits(), fitted.width(), fitted.height(), fitted.bytesPerLine(), format).copy();
+}
+
+void silenceImageReaders()
+{
+    static QLoggingCategory::CategoryFilter previous = nullptr;
+    static bool silenced = false;
+    if (std::exchange(silenced, true))
+        return;
+    previous = QLoggingCategory::installFilter([](QLoggingCategory *category) {
+        // While it is being installed it is asked already; the categories are then as the previous one left them.
+        if (previous)
+            previous(category);
+        const QLatin1String name(category->categoryName());
+        if (name.startsWith(QLatin1String("qt.gui.imageio")) || name.startsWith(QLatin1String("qt.gui.icc")) ||
+            name.startsWith(QLatin1String("qt.svg"))) {
+            category->setEnabled(QtWarningMsg, false);
+            category->setEnabled(QtInfoMsg, false);
+        }
+    });
+}
+
+bool canDecode(const QByteArray &format)
+{
+    static const QList<QByteArray> formats = QImageReader::supportedImageFormats();
+    return formats.contains(format);
+}
+
+bool isWithinDecodingBounds(const ImageHeader &header)
+{
+    const bool isJpeg = header.format == "jpeg";
+    const qint64 most = header.streamed ? (isJpeg ? kMostPixelsOfJpeg : kMostPixelsOfRows)
+                                        : (isJpeg ? kMostPixelsInScans : kMostPixelsHeld);
+    return !header.size.isEmpty() && pixelCount(header.size) <= most;
+}
+
+Decoding decodeImage(const RegularFile &file, const ImageHeader &header, const QSize &bound)
+{
+    const auto end = lastByte(file, header);
+    if (!end || !isWithinDecodingBounds(header))
+        return {Decoding::Outcome::TooLarge, {}};
+    DecoderInput input(file, *end);
+    QImageReader reader(&input, header.format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
+    const QSize stored = reader.size();
+    if (!stored.isEmpty() && !isWithinDecodingBounds({header.format, stored, header.streamed}))
+        return {Decoding::Outcome::TooLarge, {}};
+    // The scaled size is of the picture as it is stored, the bound of the picture as it is shown.
+    const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
+    const QSize fitted = fittedPixelSize(stored, turned ? bound.transposed() : bound);
+    if (!stored.isEmpty() && fitted != stored)
+        reader.setScaledSize(fitted);
+    QImage image = reader.read();
+    if (input.hasGivenUp())
+        return {Decoding::Outcome::GivenUp, {}};
+    if (image.isNull())
+        return {Decoding::Outcome::Broken, {}};
+    if (image.colorSpace().isValid() && image.colorSpace() != QColorSpace::SRgb)
+        image.convertToColorSpace(QColorSpace::SRgb);
+    return {endsAsItShould(file, header) ? Decoding::Outcome::Complete : Decoding::Outcome::Partial,
+            fittedImage(image, bound)};
+}

@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: MIT
+#include "tests/hostile/HelperFixture.h"
+#include "tests/support/BuiltHelpers.h"
+#include "tests/support/TestProgram.h"
+
+#include <QApplication>
+#include <QDir>
+
+#include <sys/stat.h>
+
+// Helpers that are killed, stopped or kept by a file system.
+class HelpersTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void a_helper_that_is_killed_idle_is_replaced();
+    void a_helper_that_is_killed_at_a_picture_leaves_it_without_and_the_next_one_comes();
+    void a_helper_that_stands_still_is_given_up_after_its_time();
+    void a_picture_that_two_helpers_fell_over_is_not_given_to_a_third();
+    void such_a_picture_is_tried_again_when_it_has_changed();
+    void helpers_end_when_they_have_been_idle();
+    void helpers_end_with_the_shelf();
+    void a_folder_that_does_not_answer_keeps_no_other_one();
+    void an_icon_comes_by_name_while_a_folder_does_not_answer();
+    void folders_that_do_not_answer_are_given_up_when_there_are_too_many();
+    void a_helper_holds_none_of_the_shelfs_descriptors();
+    void every_helper_is_confined();
+    void without_helper_programs_there_are_no_pictures_and_no_waiting();
+};
+
+namespace {
+
+QByteArray photo()
+{
+    return SampleFiles::picture("jpeg", {300, 200}); // too small for the cache
+}
+
+// Waits until the helper has read what it was sent, and stands still at it.
+void stop(pid_t process)
+{
+    QCOMPARE(::kill(process, SIGSTOP), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        [process] {
+            QFile stat(QStringLiteral("/proc/%1/stat").arg(process));
+            return stat.open(QIODevice::ReadOnly) && stat.readAll().contains(") T ");
+        }(),
+        HelperFixture::kPatience);
+}
+
+bool isThere(pid_t process)
+{
+    return ::kill(process, 0) == 0;
+}
+
+} // namespace
+
+void HelpersTest::a_helper_that_is_killed_idle_is_replaced()
+{
+    HelperFixture f;
+    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+    const auto before = f.generator.processes();
+    for (const pid_t process : before)
+        ::kill(process, SIGKILL);
+    for (const pid_t process : f.files->processes())
+        ::kill(process, SIGKILL);
+    QTRY_VERIFY_WITH_TIMEOUT(f.generator.processes().empty() && f.files->processes().empty(), HelperFixture::kPatience);
+    QVERIFY(f.hasPicture(f.request(f.samples.file("b.jpg", photo()))));
+    QVERIFY(f.generator.processes() != before);
+}
+
+void HelpersTest::a_helper_that_is_killed_at_a_picture_leaves_it_without_and_the_next_one_comes()
+{
+    HelperFixture f;
+    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+    const pid_t process = f.generator.processes().front();
+    stop(process);
+    const size_t lost = f.request(f.samples.file("b.jpg", photo()));
+    // It has been handed over when a second one has to be handed to another helper.
+    const size_t other = f.request(f.samples.file("c.jpg", photo()));
+    QVERIFY(f.hasPicture(other));
+    ::kill(process, SIGKILL);
+    // It had not begun, so it is not to blame.
+    QVERIFY(f.hasPicture(lost));
+}
+
+void HelpersTest::a_helper_that_stands_still_is_given_up_after_its_time()
+{
+    HelperFixture f;
+    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+    const pid_t process = f.generator.processes().front();
+    stop(process);
+    const size_t late = f.request(f.samples.file("b.jpg", photo()));
+    QTest::qWait(50);
+    f.queue.advance(LinuxThumbnailGenerator::kBlink);
+    QVERIFY(f.answers[late].isDelayed);
+    QVERIFY(!f.answers[late].isThere);
+    f.queue.advance(PictureHelpers::kLongestPicture);
+    // Nobody knows whether the picture was the reason, as it never began with it.
+    QVERIFY(f.hasPicture(late));
+    QTRY_VERIFY_WITH_TIMEOUT(!isThere(process), HelperFixture::kPatience);
+}
+
+namespace {
+
+// A drawing that takes for ever, as Qt looks through all rules for each of its elements.
+QByteArray endlessDrawing()
+{
+    QByteArray rules;
+    for (int i = 0; i < 60'000; ++i)
+        rules += ".a" + QByteArray::number(i) + " .b" + QByteArray::number(i) + "{fill:red}";
+    QByteArray elements;
+    for (int i = 0; i < 2'000; ++i)
+        elements += "<rect class='a" + QByteArray::number(i) + "' width='1' height='1'/>";
+    return "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 10 10'><style>" + rules + "</style>" + elements +
+           "</svg>";
+}
+
+// Requests the drawing and has its time pass once it has begun.
+bool isGivenUp(HelperFixture &f, const QByteArray &path)
+{
+    const size_t place = f.request(path);
+    const auto draws = [&f] { return f.generator.processes().size() > 1; };
+    if (!QTest::qWaitFor([&] { return draws() || f.answers[place].isThere; }, HelperFixture::kPatience))
+        return false;
+    return f.secondsUntil(place, 600) >= 0 && f.answers[place].image.isNull();
+}
+
+} // namespace
+
+void HelpersTest::a_picture_that_two_helpers_fell_over_is_not_given_to_a_third()
+{
+    HelperFixture f;
+    const QByteArray path = f.samples.file("a.svg", endlessDrawing());
+    QVERIFY(isGivenUp(f, path));
+    QVERIFY(isGivenUp(f, path));
+    const size_t refused = f.request(path);
+    QVERIFY(f.waitFor(refused));
+    QVERIFY(f.answers[refused].image.isNull());
+    QVERIFY(f.hasPicture(f.request(f.samples.file("b.jpg", photo()))));
+}
+
+void HelpersTest::such_a_picture_is_tried_again_when_it_has_changed()
+{
+    HelperFixture f;
+    const QByteArray path = f.samples.file("a.svg", endlessDrawing());
+    QVERIFY(isGivenUp(f, path));
+    QVERIFY(isGivenUp(f, path));
+    f.samples.file("a.svg",
+                   "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 2 1'><rect width='2' height='1'/></svg>");
+    QVERIFY(f.hasPicture(f.request(path)));
+}
+
+void HelpersTest::helpers_end_when_they_have_been_idle()
+{
+    HelperFixture f;
+    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+    const auto processes = f.generator.processes();
+    QVERIFY(!processes.empty());
+    f.queue.advance(FileHelpers::kIdle - 0.1);
+    QCOMPARE(f.generator.processes(), processes);
+    f.queue.advance(0.2);
+    QVERIFY(f.generator.processes().empty());
+    QVERIFY(f.files->processes().empty());
+    for (const pid_t process : processes)
+        QTRY_VERIFY_WITH_TIMEOUT(!isThere(process), HelperFixture::kPatience);
+    QVERIFY(f.hasPicture(f.request(f.samples.file("b.jpg", photo()))));
+}
+
+void HelpersTest::helpers_end_with_the_shelf()
+{
+    std::vector<pid_t> processes;
+    {
+        HelperFixture f;
+        QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+        processes = f.generator.processes();
+        stop(processes.front());
+        processes.push_back(f.files->processes().front());
+    }
+    for (const pid_t process : processes)
+        QTRY_VERIFY_WITH_TIMEOUT(!isThere(process), HelperFixture::kPatience);
+}
+
+void HelpersTest::a_folder_that_does_not_answer_keeps_no_other_one()
+{
+    HelperFixture f;
+    QVERIFY(QDir().mkpath(QFile::decodeName(f.samples.path("slow"))));
+    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+    // Stands for a file system that does not answer: the helper that asks it cannot do anything else either.
+    const pid_t kept = f.files->processes().front();
+    stop(kept);
+    std::vector<size_t> slow;
+    for (int i = 0; i < 10; ++i)
+        slow.push_back(f.request(f.samples.file("slow/" + QByteArray::number(i) + ".jpg", photo())));
+    f.queue.advance(FileHelpers::kLate);
+    for (int i = 0; i < 10; ++i)
+        QVERIFY(f.hasPicture(f.request(f.samples.file("good" + QByteArray::number(i) + ".jpg", photo()))));
+    QVERIFY(!f.answers[slow.front()].isThere);
+    QCOMPARE(::kill(kept, SIGCONT), 0);
+    for (const size_t place : slow)
+        QVERIFY(f.hasPicture(place));
+}
+
+void HelpersTest::an_icon_comes_by_name_while_a_folder_does_not_answer()
+{
+    HelperFixture f;
+    std::vector<FileKind> kinds;
+    int late = 0;
+    const auto look = [&](const QByteArray &path) {
+        f.files->look(
+            path, 0, [&kinds](FileKind kind, const QByteArray &) { kinds.push_back(kind); }, [&late] { ++late; });
+    };
+    look(f.samples.path(""));
+    QTRY_COMPARE_WITH_TIMEOUT(kinds.size(), size_t(1), HelperFixture::kPatience);
+    stop(f.files->processes().front());
+    look(f.samples.file("a.txt", "a"));
+    QCOMPARE(late, 0);
+    f.queue.advance(FileHelpers::kLate);
+    QCOMPARE(late, 1);
+    // The next one need not wait to be told.
+    look(f.samples.file("b.txt", "b"));
+    QCOMPARE(late, 2);
+    for (const pid_t process : f.files->processes())
+        ::kill(process, SIGCONT);
+    QTRY_COMPARE_WITH_TIMEOUT(kinds.size(), size_t(3), HelperFixture::kPatience);
+    QCOMPARE(kinds.back(), FileKind::Regular);
+}
+
+void HelpersTest::folders_that_do_not_answer_are_given_up_when_there_are_too_many()
+{
+    constexpr int kFolders = 9;
+    HelperFixture f;
+    int answers = 0;
+    for (int i = 0; i < kFolders; ++i) {
+        const QByteArray folder = f.samples.path("folder" + QByteArray::number(i));
+        QVERIFY(QDir().mkpath(QFile::decodeName(folder)));
+        f.files->look(folder + "/a", 0, [&answers](FileKind, const QByteArray &) { ++answers; });
+        for (const pid_t process : f.files->processes())
+            ::kill(process, SIGSTOP);
+        f.queue.advance(FileHelpers::kLate);
+    }
+    QVERIFY2(f.files->processes().size() <= 8, QByteArray::number(int(f.files->processes().size())).constData());
+    QCOMPARE(answers, 1);
+}
+
+void HelpersTest::a_helper_holds_none_of_the_shelfs_descriptors()
+{
+    HelperFixture f;
+    // Without the flag that closes it in what is started.
+    QFile open(QFile::decodeName(f.samples.file("open", "")));
+    QVERIFY(open.open(QIODevice::ReadOnly));
+    const int leaking = ::dup(open.handle());
+    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+    for (const auto &processes : {f.generator.processes(), f.files->processes()}) {
+        for (const pid_t process : processes) {
+            const QDir held(QStringLiteral("/proc/%1/fd").arg(process));
+            for (const QFileInfo &entry : held.entryInfoList(QDir::System | QDir::Files | QDir::NoDotAndDotDot))
+                QVERIFY(!entry.symLinkTarget().endsWith(QLatin1String("/open")));
+        }
+    }
+    ::close(leaking);
+}
+
+void HelpersTest::every_helper_is_confined()
+{
+    HelperFixture f;
+    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
+    for (const auto &processes : {f.generator.processes(), f.files->processes()}) {
+        for (const pid_t process : processes) {
+            QFile file(QStringLiteral("/proc/%1/status").arg(process));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray status = file.readAll();
+            if (!status.contains("Seccomp:\t2"))
+                QSKIP("This build is not confined.");
+            QVERIFY(status.contains("NoNewPrivs:\t1"));
+        }
+    }
+}
+
+void HelpersTest::without_helper_programs_there_are_no_pictures_and_no_waiting()
+{
+    HelperFixture f;
+    HelperProcess::lookIn(f.samples.path("nowhere"));
+    const size_t place = f.request(f.samples.file("a.jpg", photo()));
+    for (int i = 0; i < 5; ++i)
+        f.queue.runPending();
+    QVERIFY(f.answers[place].isThere);
+    QVERIFY(f.answers[place].image.isNull());
+    useBuiltHelpers();
+}
+
+PARKLET_TEST(HelpersTest)
+#include "HelpersTest.moc"

@@ -54,8 +54,8 @@ void AppDelegate::proximityCheck()
 {
     if (shelf.isVisible())
         return;
-    const QPointF pointer = flipped(platform.screens->pointer(), platform.screens->flipHeight());
-    if (!isNear(pointer, shelf.frame()))
+    const std::optional<QPointF> pointer = platform.screens->pointer();
+    if (!pointer || !isNear(flipped(*pointer, platform.screens->flipHeight()), shelf.frame()))
         return;
     platform.mainQueue->async(this, [this] {
         if (!shelf.isVisible()) {

@@ -27,8 +27,8 @@ public:
     // All screens, the primary one first.
     virtual QList<Screen> all() const = 0;
 
-    // The pointer's position, in the same coordinates.
-    virtual QPointF pointer() const = 0;
+    // The pointer's position, in the same coordinates; nothing while the desktop does not tell it.
+    virtual std::optional<QPointF> pointer() const = 0;
 
     // The height for flipped(), which converts from the top left of the primary screen to its bottom left.
     double flipHeight() const

@@ -86,10 +86,12 @@ void CursorShelf::resizeEvent(QResizeEvent *)
 
 void CursorShelf::showNearCursor()
 {
-    const QPointF pointer = platform.screens->pointer();
+    const std::optional<QPointF> pointer = platform.screens->pointer();
+    if (!pointer)
+        return;
     std::optional<Screen> screen;
     for (const Screen &candidate : platform.screens->all()) {
-        if (contains(candidate, pointer)) {
+        if (contains(candidate, *pointer)) {
             screen = candidate;
             break;
         }
@@ -100,7 +102,7 @@ void CursorShelf::showNearCursor()
         qFatal("There is no screen to show the cursor shelf on");
 
     const double flip = platform.screens->flipHeight();
-    const QRectF frame = cursorShelfFrame(flipped(pointer, flip), flipped(screen->visibleFrame, flip));
+    const QRectF frame = cursorShelfFrame(flipped(*pointer, flip), flipped(screen->visibleFrame, flip));
     setGeometry(wholePoints(flipped(frame, flip)));
     hiding = false;
     fader.setAlpha(0);

@@ -40,7 +40,8 @@ public:
 
     CursorDropZone *dropZone;
 
-    // Places the panel beside the pointer and fades it in over 0.15 s, also when it is already visible.
+    // Places the panel beside the pointer and fades it in over 0.15 s, also when it is already visible. Does nothing
+    // while nobody knows where the pointer is.
     void showNearCursor();
 
     // Fades the panel out over 0.12 s, if it is visible.

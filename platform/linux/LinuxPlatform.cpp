@@ -27,6 +27,7 @@
 #include "platform/linux/x11/XcbKeyTap.h"
 #include "platform/linux/x11/XcbScreens.h"
 
+#include <QCursor>
 #include <QDBusConnection>
 
 #include <pwd.h>
@@ -78,13 +79,20 @@ void addX11(Platform &platform, const std::shared_ptr<FileHelpers> &files)
     platform.workspace = std::make_unique<LinuxWorkspace>(
         [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; }, files);
     platform.dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
-    platform.eventMonitors = std::make_unique<XcbEventMonitors>(foreignDrags);
+    platform.eventMonitors =
+        std::make_unique<XcbEventMonitors>(foreignDrags, [&platform] { return platform.screens->all(); });
     platform.dragSessions = std::make_unique<XcbDragSessions>(
         drags, [appearance = platform.appearance.get()] { return appearance->accentColor(); });
     platform.statusBar = std::make_unique<LinuxStatusBar>(xcb, *platform.appearance);
     platform.keyTap = std::make_unique<XcbKeyTap>(xcb);
-    platform.floatingPanels = std::make_unique<XcbFloatingPanels>(xcb);
-    platform.screens = std::make_unique<XcbScreens>(xcb);
+    auto panels = std::make_unique<XcbFloatingPanels>(xcb);
+    panels->onDragInProgress = [foreignDrags] { return foreignDrags->isBridged(); };
+    platform.floatingPanels = std::move(panels);
+    auto screens = std::make_unique<XcbScreens>(xcb);
+    screens->onPointer = [foreignDrags]() -> std::optional<QPointF> {
+        return foreignDrags->isBridged() ? foreignDrags->bridgedPointer() : QPointF(QCursor::pos());
+    };
+    platform.screens = std::move(screens);
 }
 
 } // namespace

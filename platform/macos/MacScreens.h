@@ -13,7 +13,7 @@ public:
 
     std::optional<Screen> main() const override;
     QList<Screen> all() const override;
-    QPointF pointer() const override;
+    std::optional<QPointF> pointer() const override;
 
 private:
     struct Observer;

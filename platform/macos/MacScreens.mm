@@ -65,7 +65,7 @@ QList<Screen> MacScreens::all() const
     return screens;
 }
 
-QPointF MacScreens::pointer() const
+std::optional<QPointF> MacScreens::pointer() const
 {
     return fromScreenPoint(QPointF::fromCGPoint(NSEvent.mouseLocation), primaryHeight());
 }

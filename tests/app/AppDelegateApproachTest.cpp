@@ -15,6 +15,7 @@ class AppDelegateApproachTest : public QObject {
 
 private slots:
     void an_approach_follows_the_drag_from_its_start_to_its_end();
+    void an_approach_waits_for_a_pointer_whose_place_is_known();
     void an_approach_is_measured_from_where_the_shelf_would_appear();
     void the_shelf_appears_within_120_points_of_its_place_data();
     void the_shelf_appears_within_120_points_of_its_place();
@@ -60,6 +61,20 @@ void AppDelegateApproachTest::an_approach_follows_the_drag_from_its_start_to_its
     QCOMPARE(f.proximityMonitors(), 1);
     f.release();
     QCOMPARE(f.proximityMonitors(), 0);
+}
+
+void AppDelegateApproachTest::an_approach_waits_for_a_pointer_whose_place_is_known()
+{
+    Fixture f(kWhenNear);
+    f.virtualPlatform.screens.pointerPosition = {};
+    f.startDrag();
+    // Whoever tells of the pointer knows where it matters: in the points in which windows are placed.
+    QCOMPARE(f.monitors.nearFrame, QRectF(1160, 318, 116, 164));
+    f.monitors.send(LeftMouseDragged);
+    f.queue.advance(1);
+    QVERIFY(!f.shelf.isVisible());
+    f.dragTo(kNearby);
+    QVERIFY(f.shelf.isVisible());
 }
 
 void AppDelegateApproachTest::an_approach_is_measured_from_where_the_shelf_would_appear()

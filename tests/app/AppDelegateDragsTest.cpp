@@ -46,6 +46,7 @@ private slots:
     void the_cursor_shelf_goes_at_the_release_also_when_the_drop_went_elsewhere();
     void a_drop_on_the_cursor_shelf_fills_and_keeps_the_shelf();
     void a_drop_on_the_cursor_shelf_does_not_show_the_shelf();
+    void where_the_pointer_is_unknown_the_shelf_comes_alone();
 
 private:
     static void triggers();
@@ -437,6 +438,15 @@ void AppDelegateDragsTest::a_drop_on_the_cursor_shelf_fills_and_keeps_the_shelf(
     f.delegate->dropReceivedOnShelf = false;
     f.cursorShelf.onDrop({file("/new.txt")});
     QVERIFY(f.delegate->dropReceivedOnShelf);
+}
+
+void AppDelegateDragsTest::where_the_pointer_is_unknown_the_shelf_comes_alone()
+{
+    Fixture f(kNearCursor);
+    f.virtualPlatform.screens.pointerPosition = {};
+    f.startDrag();
+    QVERIFY(f.shelf.isVisible());
+    QVERIFY(!f.cursorShelf.isVisible());
 }
 
 void AppDelegateDragsTest::a_drop_on_the_cursor_shelf_does_not_show_the_shelf()

@@ -172,6 +172,12 @@ std::optional<EventMonitors::Token> VirtualEventMonitors::add(quint32 mask, std:
     return lastToken;
 }
 
+std::optional<EventMonitors::Token> VirtualEventMonitors::addNear(const QRectF &frame, std::function<void()> handler)
+{
+    nearFrame = frame;
+    return add(LeftMouseDragged, std::move(handler));
+}
+
 void VirtualEventMonitors::remove(Token token)
 {
     monitors.remove(token);

@@ -123,7 +123,10 @@ public:
 class VirtualEventMonitors : public EventMonitors {
 public:
     std::optional<Token> add(quint32 mask, std::function<void()> handler) override;
+    std::optional<Token> addNear(const QRectF &frame, std::function<void()> handler) override;
     void remove(Token token) override;
+
+    QRectF nearFrame; // of the last monitor that asked for one
 
     // Delivers one event to the monitors that follow it.
     void send(EventMask event);
@@ -299,12 +302,12 @@ class VirtualScreens : public Screens {
 public:
     std::optional<Screen> main() const override;
     QList<Screen> all() const override { return screens; }
-    QPointF pointer() const override { return pointerPosition; }
+    std::optional<QPointF> pointer() const override { return pointerPosition; }
 
     // One screen of 1280 x 800 points without reserved space, unless the test says otherwise.
     QList<Screen> screens = {Screen{QRectF(0, 0, 1280, 800), QRectF(0, 0, 1280, 800), 1.0}};
     qsizetype mainIndex = 0;
-    QPointF pointerPosition = QPointF(640, 400);
+    std::optional<QPointF> pointerPosition = QPointF(640, 400);
 };
 
 class VirtualActivationPolicy : public ActivationPolicy {

@@ -18,6 +18,7 @@ void ForeignDrag::begin(quint32 time)
 {
     end();
     inProgress = true;
+    isTold = false;
     retries = 0;
     ask(Target::URIList, time);
 }
@@ -36,10 +37,15 @@ void ForeignDrag::pointerMoved(quint32 time)
 {
     if (!inProgress)
         return;
-    if (state == State::Refused)
-        ask(Target::URIList, time);
+    wentOn(time);
     if (onDragged)
         onDragged();
+}
+
+void ForeignDrag::wentOn(quint32 time)
+{
+    if (inProgress && state == State::Refused)
+        ask(Target::URIList, time);
 }
 
 void ForeignDrag::refused(Question question)
@@ -68,7 +74,7 @@ void ForeignDrag::offered(Question question, bool hasURIList, bool hasLink)
     else if (hasLink)
         ask(Target::Link, askedTime);
     else
-        know({});
+        tell({});
 }
 
 void ForeignDrag::answered(Question question, const QByteArray &data)
@@ -77,13 +83,13 @@ void ForeignDrag::answered(Question question, const QByteArray &data)
         return;
     switch (target) {
     case Target::URIList:
-        know(::fileURLs(data));
+        tell(::fileURLs(data));
         break;
     case Target::Offers:
         answeredWrongly(question);
         break;
     case Target::Link:
-        know(linkedFileURLs(data));
+        tell(linkedFileURLs(data));
         break;
     }
 }
@@ -141,6 +147,12 @@ void ForeignDrag::refusedForNow()
         state = State::Refused;
     else
         know({});
+}
+
+void ForeignDrag::tell(const QList<QUrl> &urls)
+{
+    isTold = true;
+    know(urls);
 }
 
 void ForeignDrag::know(const QList<QUrl> &urls)

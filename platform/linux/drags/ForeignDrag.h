@@ -29,6 +29,9 @@ public:
     // Moves each time that it becomes known what a drag carries.
     qint64 changeCount() const { return count; }
 
+    // Whether the drag in progress has told what it carries, and it is anything but files.
+    bool isWithoutFiles() const { return inProgress && isTold && files.isEmpty(); }
+
     // All files that the drag in progress carries; empty when it carries anything else or that is not known (yet).
     const QList<QUrl> &fileURLs() const { return files; }
 
@@ -39,6 +42,9 @@ public:
     void end();
 
     void pointerMoved(quint32 time);
+
+    // The same where the pointer cannot be followed: the drag goes on.
+    void wentOn(quint32 time);
 
     // The source refused to answer. One that has no list of URLs may still offer the link to a file, as browsers do, so
     // it is asked what it offers. Some refuse every question but one that bears the time of their latest pointer event;
@@ -65,6 +71,7 @@ private:
     void ask(Target what, quint32 time);
     void refusedForNow();
     void know(const QList<QUrl> &urls);
+    void tell(const QList<QUrl> &urls);
     bool isCurrent(Question question) const { return inProgress && question == current; }
     bool isAsking() const { return state == State::Asking || state == State::Silent; }
 
@@ -76,5 +83,6 @@ private:
     int retries = 0;
     QByteArray pieces;
     qint64 count = 0;
+    bool isTold = false; // by the source, and not only given up
     QList<QUrl> files;
 };

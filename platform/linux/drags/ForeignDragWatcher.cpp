@@ -31,7 +31,14 @@ constexpr quint32 kPointerEvents = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION | XCB_INPU
 } // namespace
 
 ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb)
+    : ForeignDragWatcher(xcb, DragBridge(xcb))
+{
+}
+
+ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb, const DragBridge &dragBridge)
     : connection(std::move(xcb))
+    , bridge(dragBridge)
+    , poll(connection)
 {
     foreignDrag.onAsk = [this](ForeignDrag::Question question, ForeignDrag::Target target, quint32 time) {
         ask(question, target, time);
@@ -41,11 +48,19 @@ ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb)
             onDragged();
     };
     foreignDrag.onEnded = [this] {
-        followPointer(false);
+        if (bridged) {
+            poll.stop();
+            silence.stop();
+            pointer.reset();
+        } else {
+            followPointer(false);
+        }
         asked = {};
         if (onEnded)
             onEnded();
     };
+    poll.onGoesOn = [this] { foreignDrag.wentOn(began); };
+    poll.onOver = [this] { foreignDrag.end(); };
     silence.setSingleShot(true);
     silence.setInterval(kSilence);
     QObject::connect(&silence, &QTimer::timeout, this, [this] { foreignDrag.silent(); });
@@ -133,6 +148,12 @@ void ForeignDragWatcher::selectionChanged(xcb_window_t owner, xcb_timestamp_t ti
     // Any program may own the selection at any time; with the button down it is a drag.
     if (owner == XCB_NONE || connection->isOwn(owner))
         return;
+    bridged = bridge.owns(owner);
+    if (bridged) {
+        // The compositor owns it in drags only, and the button was pressed where the server does not see it.
+        beginBridged(time);
+        return;
+    }
     followPointer(true);
     if (isLeftButtonDown())
         foreignDrag.begin(time);
@@ -140,9 +161,26 @@ void ForeignDragWatcher::selectionChanged(xcb_window_t owner, xcb_timestamp_t ti
         followPointer(false);
 }
 
+void ForeignDragWatcher::beginBridged(xcb_timestamp_t time)
+{
+    began = time;
+    pointer.reset();
+    poll.start(time);
+    foreignDrag.begin(time);
+}
+
+void ForeignDragWatcher::bridgedPointerMoved(std::optional<QPointF> position)
+{
+    if (!isBridged())
+        return;
+    pointer = position;
+    if (pointer && onDragged)
+        onDragged();
+}
+
 void ForeignDragWatcher::inputHappened(const xcb_ge_generic_event_t &event)
 {
-    if (event.extension != inputExtension || !foreignDrag.isInProgress())
+    if (event.extension != inputExtension || !foreignDrag.isInProgress() || bridged)
         return;
     switch (event.event_type) {
     case XCB_INPUT_RAW_MOTION:

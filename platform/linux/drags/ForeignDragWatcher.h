@@ -1,27 +1,43 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/linux/drags/BridgedDragPoll.h"
+#include "platform/linux/drags/DragBridge.h"
 #include "platform/linux/drags/ForeignDrag.h"
 #include "platform/linux/x11/XcbConnection.h"
 
 #include <QObject>
+#include <QPointF>
 #include <QTimer>
 
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 
 // Watches the X server for drags in other programs and reads what they carry. Until one begins it hears nothing of the
 // mouse at all, and the program sleeps.
+//
+// On the X server of a Wayland compositor a drag of a native program is the compositor's: it tells neither of the
+// button nor of the pointer, and its end is asked for.
 class ForeignDragWatcher : public QObject {
 public:
     explicit ForeignDragWatcher(std::shared_ptr<XcbConnection> connection);
+    // The same with what is known of the compositor.
+    ForeignDragWatcher(std::shared_ptr<XcbConnection> connection, const DragBridge &bridge);
     ~ForeignDragWatcher() override;
 
     // Begins to watch; false when the server cannot tell of other programs' drags. Once watching it stays so.
     bool start();
 
     const ForeignDrag &drag() const { return foreignDrag; }
+
+    // Whether the drag in progress is that of a native program of a Wayland session.
+    bool isBridged() const { return bridged && foreignDrag.isInProgress(); }
+
+    // Where the pointer is in a bridged drag, in the points of Qt, as far as a window of ours has been told.
+    std::optional<QPointF> bridgedPointer() const { return pointer; }
+    void bridgedPointerMoved(std::optional<QPointF> position);
 
     // While a drag is in progress: the pointer moved, or what is dragged became known.
     std::function<void()> onDragged;
@@ -49,13 +65,19 @@ private:
     void ask(ForeignDrag::Question question, ForeignDrag::Target target, xcb_timestamp_t time);
     xcb_atom_t nameOf(ForeignDrag::Target target) const;
     void takeOffers(const xcb_get_property_reply_t &offers);
+    void beginBridged(xcb_timestamp_t time);
     void followPointer(bool follow);
     void endUnlessLeftButtonDown();
     bool isLeftButtonDown();
 
     std::shared_ptr<XcbConnection> connection;
     XcbConnection::Subscription subscription;
+    DragBridge bridge;
+    BridgedDragPoll poll;
     ForeignDrag foreignDrag;
+    bool bridged = false;             // the drag in progress or the last one
+    quint32 began = XCB_CURRENT_TIME; // when a bridged one did
+    std::optional<QPointF> pointer;   // in a bridged one
     bool isWatching = false;
     quint8 inputExtension = 0;         // the major opcode of XInput
     quint8 selectionEvent = 0;         // the type of XFixes' event

@@ -19,11 +19,16 @@
 #include <xcb/xinput.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
 namespace {
 
+constexpr char kURIList[] = "text/uri-list";
+// Sizes of what a property holds, in bits.
+constexpr quint8 kBytes = 8;
+constexpr quint8 kLongs = 32;
 // The wheel's turns are reported as presses and releases of these.
 constexpr quint32 kFirstWheelButton = 4;
 constexpr quint32 kLastWheelButton = 7;
@@ -54,7 +59,14 @@ XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::functi
 }
 
 XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::function<QColor()> accent, Patience waits)
+    : XcbDragSessions(xcb, std::move(accent), waits, DragBridge(xcb))
+{
+}
+
+XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::function<QColor()> accent, Patience waits,
+                                 const DragBridge &dragBridge)
     : connection(std::move(xcb))
+    , bridge(dragBridge)
     , accentColor(std::move(accent))
     , patience(waits)
 {
@@ -84,12 +96,14 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
     // Qt keeps the drag for a destination that reads it later and deletes it itself. Its parent outlives `source`:
     // a drag whose parent is deleted under way never ends.
     auto *drag = new QDrag(this);
-    drag->setMimeData(uriList(items).release());
+    auto contentsOfDrag = uriList(items);
+    Running session;
+    session.offered = offered;
+    session.list = contentsOfDrag->data(QLatin1String(kURIList));
+    drag->setMimeData(contentsOfDrag.release());
     drag->setPixmap(picture.pixmap);
     drag->setHotSpot(picture.hotSpot);
 
-    Running session;
-    session.offered = offered;
     running = &session;
     const QPointer<XcbDragSessions> alive(this);
     const QPointer<QDrag> contents(drag);
@@ -133,6 +147,9 @@ bool XcbDragSessions::nativeEventFilter(const QByteArray &source, void *message,
             finished(client);
         break;
     }
+    case XCB_SELECTION_REQUEST:
+        // Answered here, Qt must not refuse it.
+        return requested(reinterpret_cast<const xcb_selection_request_event_t &>(event));
     case XCB_BUTTON_RELEASE: {
         const auto &release = reinterpret_cast<const xcb_button_release_event_t &>(event);
         if (!isWheel(release.detail))
@@ -162,8 +179,63 @@ bool XcbDragSessions::nativeEventFilter(const QByteArray &source, void *message,
 // Comes before Qt sees the release and drops, so the destination has not yet closed or moved its window.
 void XcbDragSessions::released(const QPoint &position)
 {
-    if (running)
-        running->target = xdndTargetAt(*connection, position, letsDropsThrough);
+    if (!running)
+        return;
+    running->target = xdndTargetAt(*connection, position, letsDropsThrough);
+    if (running->offered == DragOperation::Link && running->target && bridge.owns(running->target->receiver))
+        haveUserAsked(running->target->receiver);
+}
+
+// Other drags are the business of Qt, which is stricter: a source may refuse who is not its destination.
+bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
+{
+    const xcb_atom_t targets = connection->atom("TARGETS");
+    const xcb_atom_t list = connection->atom(kURIList);
+    if (request.selection != connection->atom("XdndSelection") || (request.target != targets && request.target != list))
+        return false;
+    const Running *drag = running ? running : waiting.empty() ? nullptr : &waiting.back().drag;
+    if (!drag || !bridge.owns(request.requestor))
+        return false;
+    // A client of old may leave the property to the owner.
+    const xcb_atom_t property = request.property != XCB_ATOM_NONE ? request.property : request.target;
+    if (request.target == targets) {
+        const std::array<xcb_atom_t, 2> offers = {targets, list};
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, request.requestor, property, XCB_ATOM_ATOM,
+                            kLongs, quint32{offers.size()}, offers.data());
+    } else {
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, request.requestor, property, list, kBytes,
+                            static_cast<quint32>(drag->list.size()), drag->list.constData());
+    }
+    xcb_selection_notify_event_t answer = {};
+    answer.response_type = XCB_SELECTION_NOTIFY;
+    answer.time = request.time;
+    answer.requestor = request.requestor;
+    answer.selection = request.selection;
+    answer.target = request.target;
+    answer.property = property;
+    xcb_send_event(connection->get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char *>(&answer));
+    connection->flush();
+    return true;
+}
+
+// Native windows know no links: offered one, a compositor has them copy. It is told to have them ask the user instead,
+// whose answer may be a link.
+void XcbDragSessions::haveUserAsked(xcb_window_t target)
+{
+    auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11 || running->source == XCB_NONE)
+        return;
+    xcb_client_message_event_t position = {};
+    position.response_type = XCB_CLIENT_MESSAGE;
+    position.format = kLongs;
+    position.window = target;
+    position.type = connection->atom("XdndPosition");
+    position.data.data32[0] = running->source;
+    position.data.data32[4] = connection->atom("XdndActionAsk");
+    // By Qt's own connection, so that it comes between the messages that Qt sends.
+    xcb_send_event(x11->connection(), 0, target, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char *>(&position));
+    xcb_flush(x11->connection());
 }
 
 void XcbDragSessions::answered(const xcb_client_message_event_t &status)
@@ -172,10 +244,16 @@ void XcbDragSessions::answered(const xcb_client_message_event_t &status)
     if (!running)
         return;
     const xcb_window_t window = status.data.data32[0];
-    if ((status.data.data32[1] & kAccepts) != 0)
-        running->lastAccepting = window;
-    else if (running->lastAccepting == window)
-        running->lastAccepting = XCB_NONE;
+    running->source = status.window;
+    if ((status.data.data32[1] & kAccepts) == 0) {
+        if (running->lastAccepting == window)
+            running->lastAccepting = XCB_NONE;
+        return;
+    }
+    running->lastAccepting = window;
+    if (running->offered == DragOperation::Link && status.data.data32[4] != connection->atom("XdndActionAsk") &&
+        bridge.owns(window))
+        haveUserAsked(window);
 }
 
 void XcbDragSessions::finished(const xcb_client_message_event_t &message)

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "platform/DragSessions.h"
+#include "platform/linux/drags/DragBridge.h"
 #include "platform/linux/drags/XdndTarget.h"
 #include "platform/linux/x11/XcbConnection.h"
 
 #include <QAbstractNativeEventFilter>
+#include <QByteArray>
 #include <QColor>
 #include <QObject>
 #include <QPointer>
@@ -19,6 +21,9 @@ class QDrag;
 
 // Drags out of this application by the XDND protocol. Qt runs the drag itself but reports what the destination
 // promised; what it did is heard here, from the message with which it finishes.
+//
+// A Wayland compositor takes a drag over to native windows, but asks for it in ways that Qt refuses: it wants to know
+// what is offered, names times of its own, and some windows ask only after the drop. So it is answered here.
 class XcbDragSessions : public QObject, public DragSessions, private QAbstractNativeEventFilter {
 public:
     // How long to wait for a destination's last word, in seconds.
@@ -34,6 +39,9 @@ public:
     // `accentColor` is asked at the start of each drag. Without a connection no drag begins.
     XcbDragSessions(std::shared_ptr<XcbConnection> connection, std::function<QColor()> accentColor);
     XcbDragSessions(std::shared_ptr<XcbConnection> connection, std::function<QColor()> accentColor, Patience patience);
+    // The same with what is known of a compositor.
+    XcbDragSessions(std::shared_ptr<XcbConnection> connection, std::function<QColor()> accentColor, Patience patience,
+                    const DragBridge &bridge);
     ~XcbDragSessions() override;
 
     void begin(QWidget &source, const QList<DraggingItem> &items, DragOperation offered, Ended ended) override;
@@ -45,6 +53,8 @@ private:
         xcb_window_t lastAccepting = XCB_NONE; // whose last answer was that it takes the drop
         std::optional<DragOperation> finished; // what the destination did, should it be that quick
         DragOperation offered = DragOperation::None;
+        QByteArray list;                // what it carries, as a compositor asks for it
+        xcb_window_t source = XCB_NONE; // the window in whose name Qt drags, once a destination has answered it
     };
 
     // A drop whose destination has not told yet what it did.
@@ -58,6 +68,8 @@ private:
 
     bool nativeEventFilter(const QByteArray &source, void *message, qintptr *result) override;
     void released(const QPoint &position);
+    bool requested(const xcb_selection_request_event_t &request);
+    void haveUserAsked(xcb_window_t target);
     void answered(const xcb_client_message_event_t &status);
     void finished(const xcb_client_message_event_t &message);
     void windowDestroyed(xcb_window_t window);
@@ -70,6 +82,7 @@ private:
     std::optional<DragOperation> operationOf(xcb_atom_t action);
 
     std::shared_ptr<XcbConnection> connection;
+    DragBridge bridge;
     std::function<QColor()> accentColor;
     Patience patience;
     XcbConnection::Subscription subscription;

@@ -1,16 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/drags/XcbEventMonitors.h"
 
+#include "platform/linux/drags/EdgeStrip.h"
 #include "platform/linux/drags/ForeignDragWatcher.h"
 
 #include <utility>
 #include <vector>
 
-XcbEventMonitors::XcbEventMonitors(std::shared_ptr<ForeignDragWatcher> dragWatcher)
+XcbEventMonitors::XcbEventMonitors(std::shared_ptr<ForeignDragWatcher> dragWatcher,
+                                   std::function<QList<Screen>()> allScreens)
     : watcher(std::move(dragWatcher))
+    , screens(std::move(allScreens))
 {
     watcher->onDragged = [this] { send(LeftMouseDragged); };
     watcher->onEnded = [this] { send(LeftMouseUp); };
+}
+
+XcbEventMonitors::Monitor::Monitor(quint32 events, std::function<void()> handles,
+                                   std::vector<std::unique_ptr<EdgeStrip>> notices)
+    : mask(events)
+    , handler(std::move(handles))
+    , strips(std::move(notices))
+{
 }
 
 XcbEventMonitors::~XcbEventMonitors()
@@ -23,8 +34,35 @@ std::optional<EventMonitors::Token> XcbEventMonitors::add(quint32 mask, std::fun
 {
     if (!watcher->start())
         return {};
-    monitors[++lastToken] = std::make_shared<const Monitor>(Monitor{mask, std::move(handler)});
+    monitors[++lastToken] = std::make_shared<const Monitor>(mask, std::move(handler));
     return lastToken;
+}
+
+std::optional<EventMonitors::Token> XcbEventMonitors::addNear(const QRectF &frame, std::function<void()> handler)
+{
+    if (!watcher->start())
+        return {};
+    auto strips = watcher->isBridged() ? stripsBeside(frame) : std::vector<std::unique_ptr<EdgeStrip>>();
+    monitors[++lastToken] = std::make_shared<const Monitor>(LeftMouseDragged, std::move(handler), std::move(strips));
+    return lastToken;
+}
+
+std::vector<std::unique_ptr<EdgeStrip>> XcbEventMonitors::stripsBeside(const QRectF &frame)
+{
+    std::vector<std::unique_ptr<EdgeStrip>> strips;
+    for (const Screen &screen : screens ? screens() : QList<Screen>()) {
+        if (!screen.frame.contains(frame.center()))
+            continue;
+        for (const QRect &place : edgeStrips(frame, screen.visibleFrame)) {
+            strips.push_back(std::make_unique<EdgeStrip>(place));
+            strips.back()->onPointer = [watching = watcher.get()](std::optional<QPointF> position) {
+                watching->bridgedPointerMoved(position);
+            };
+            strips.back()->show();
+        }
+        break;
+    }
+    return strips;
 }
 
 void XcbEventMonitors::remove(Token token)

@@ -17,7 +17,7 @@ public:
 
     std::optional<Screen> main() const override;
     QList<Screen> all() const override;
-    QPointF pointer() const override { return lastPointer; }
+    std::optional<QPointF> pointer() const override { return lastPointer; }
 
     // The pointer has been seen there.
     void pointerSeen(const QPointF &position) { lastPointer = position; }

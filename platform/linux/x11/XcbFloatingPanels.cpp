@@ -89,6 +89,8 @@ bool XcbFloatingPanels::isActiveWindowFullScreen() const
 
 bool XcbFloatingPanels::isButtonPressed() const
 {
+    if (onDragInProgress && onDragInProgress())
+        return true;
     if (!xcb)
         return false;
     constexpr quint16 kButtons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;

@@ -7,6 +7,7 @@
 
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -22,6 +23,9 @@ public:
     void orderOut(QWidget &window) override;
     void setAlpha(QWidget &window, double alpha) override;
     bool canBlend() const override { return blends; }
+
+    // Asked whether a drag is going on of whose button the server knows nothing, if set.
+    std::function<bool()> onDragInProgress;
 
 private:
     XcbPanel *panelOf(const QWidget &window) const;

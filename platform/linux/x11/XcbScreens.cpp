@@ -77,9 +77,9 @@ std::optional<Screen> XcbScreens::main() const
         if (index && *index < screens.size())
             return screens.at(*index);
     }
-    const QPointF position = pointer();
+    const std::optional<QPointF> position = pointer();
     const auto under = std::find_if(screens.begin(), screens.end(),
-                                    [&](const Screen &screen) { return screen.frame.contains(position); });
+                                    [&](const Screen &screen) { return position && screen.frame.contains(*position); });
     return under == screens.end() ? screens.first() : *under;
 }
 
@@ -111,9 +111,9 @@ QList<Screen> XcbScreens::all() const
     return screens;
 }
 
-QPointF XcbScreens::pointer() const
+std::optional<QPointF> XcbScreens::pointer() const
 {
-    return QCursor::pos();
+    return onPointer ? onPointer() : QPointF(QCursor::pos());
 }
 
 void XcbScreens::follow(QScreen *screen)

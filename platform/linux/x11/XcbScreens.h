@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 class QScreen;
@@ -21,7 +22,10 @@ public:
 
     std::optional<Screen> main() const override;
     QList<Screen> all() const override;
-    QPointF pointer() const override;
+    std::optional<QPointF> pointer() const override;
+
+    // Asked where the pointer is, if set, as there are times when the server does not know.
+    std::function<std::optional<QPointF>()> onPointer;
 
 private:
     void follow(QScreen *screen);

@@ -53,6 +53,42 @@ private slots:
         QCOMPARE(dragged, 1);
     }
 
+    void a_drag_that_goes_on_asks_a_source_that_refused_again_and_moves_nothing()
+    {
+        drag.begin(100);
+        drag.refused(question());
+        drag.offered(question(), true, true);
+        drag.wentOn(105);
+        QCOMPARE(asked.last().target, Target::URIList);
+        QCOMPARE(asked.last().time, 105u);
+        QCOMPARE(dragged, 0);
+        const qsizetype questions = asked.size();
+        drag.wentOn(106);
+        QCOMPARE(asked.size(), questions);
+    }
+
+    void a_drag_is_without_files_once_its_source_has_told_so()
+    {
+        drag.begin(100);
+        QVERIFY(!drag.isWithoutFiles());
+        drag.silent();
+        QVERIFY(!drag.isWithoutFiles());
+        drag.answered(question(), "https://example.org/\r\n");
+        QVERIFY(drag.isWithoutFiles());
+        drag.begin(200);
+        QVERIFY(!drag.isWithoutFiles());
+        drag.refused(question());
+        drag.offered(question(), false, false);
+        QVERIFY(drag.isWithoutFiles());
+        drag.begin(300);
+        drag.answered(question(), kOneFile);
+        QVERIFY(!drag.isWithoutFiles());
+        drag.begin(400);
+        drag.answered(question(), {});
+        drag.end();
+        QVERIFY(!drag.isWithoutFiles());
+    }
+
     void the_count_moves_only_once_the_answer_is_there()
     {
         drag.begin(100);

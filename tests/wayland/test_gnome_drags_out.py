@@ -21,14 +21,17 @@ class NativeDragOutTest(WaylandTest):
     def drag_out(self, app):
         self.hand.drag(app.grip(self.names[0]), self.window.empty_place())
 
-    def test_a_copy_lands(self):
+    def test_a_copy_lands_and_the_tile_goes(self):
         app = self.begin(dragMode=COPY)
         self.drag_out(app)
         self.wait_for((self.target / self.names[0]).exists, "the copy lands")
+        self.wait_for(lambda: app.names() == [], "the tile goes")
         self.assertTrue(self.paths[0].exists())
+        self.wait_for(app.hidden, "the emptied shelf goes")
 
-    def test_a_move_lands(self):
+    def test_a_move_lands_and_the_tile_goes(self):
         app = self.begin(dragMode=MOVE)
         self.drag_out(app)
         self.wait_for((self.target / self.names[0]).exists, "the file lands")
         self.wait_for(lambda: not self.paths[0].exists(), "the file is no longer where it was")
+        self.wait_for(lambda: app.names() == [], "the tile goes")

@@ -127,6 +127,7 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
         // Our own window has already answered when Qt returns.
         ended(dragOperation(promised));
     } else {
+        session.isBridged = session.target && bridge.owns(session.target->receiver);
         const quint64 id = wait(session, contents, std::move(ended));
         if (session.finished)
             settle(id, *session.finished);
@@ -193,7 +194,7 @@ bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
     const xcb_atom_t list = connection->atom(kURIList);
     if (request.selection != connection->atom("XdndSelection") || (request.target != targets && request.target != list))
         return false;
-    const Running *drag = running ? running : waiting.empty() ? nullptr : &waiting.back().drag;
+    Running *drag = dragAskedFor();
     if (!drag || !bridge.owns(request.requestor))
         return false;
     // A client of old may leave the property to the owner.
@@ -216,11 +217,23 @@ bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
     xcb_send_event(connection->get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char *>(&answer));
     connection->flush();
+    if (request.target == list) {
+        drag->isRead = true;
+        if (drag != running && drag->isBridged)
+            giveUpIn(patience.read, waiting.back());
+    }
     return true;
 }
 
-// Native windows know no links: offered one, a compositor has them copy. It is told to have them ask the user instead,
-// whose answer may be a link.
+// Some windows ask only after the drop.
+XcbDragSessions::Running *XcbDragSessions::dragAskedFor()
+{
+    if (running)
+        return running;
+    return waiting.empty() ? nullptr : &waiting.back().drag;
+}
+
+// Native windows know no links: offered one, a compositor has them copy. It is told to have them ask the user instead.
 void XcbDragSessions::haveUserAsked(xcb_window_t target)
 {
     auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -288,7 +301,8 @@ void XcbDragSessions::windowDestroyed(xcb_window_t window)
 quint64 XcbDragSessions::wait(const Running &drag, QDrag *contents, Ended ended)
 {
     waiting.push_back({.id = ++lastId, .drag = drag, .contents = contents, .ended = std::move(ended)});
-    giveUpIn(drag.target ? patience.delivered : patience.undelivered, waiting.back());
+    const double whenRead = drag.isBridged && drag.isRead ? patience.read : patience.delivered;
+    giveUpIn(drag.target ? whenRead : patience.undelivered, waiting.back());
     if (drag.target && drag.target->receiver != connection->root()) {
         constexpr quint32 mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
         const auto request =
@@ -305,8 +319,12 @@ void XcbDragSessions::giveUpIn(double seconds, Waiting &drop)
     const auto interval = std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
     QTimer::singleShot(interval, this, [this, id = drop.id, deadline = drop.deadline] {
         const auto due = std::ranges::find(waiting, id, &Waiting::id);
-        if (due != waiting.end() && due->deadline == deadline)
-            settle(id, DragOperation::None);
+        if (due == waiting.end() || due->deadline != deadline)
+            return;
+        // A native window that agreed, was given the list and did not refuse it has taken the drop, unless it was to
+        // ask the user, whose answer nobody tells.
+        const bool isTaken = due->drag.isBridged && due->drag.isRead && due->drag.offered != DragOperation::Link;
+        settle(id, isTaken ? due->drag.offered : DragOperation::None);
     });
 }
 

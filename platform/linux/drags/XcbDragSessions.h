@@ -34,6 +34,8 @@ public:
         double undelivered = 3;
         // When the destination's window has gone: its last word may still be on its way.
         double destroyed = 1;
+        // When a Wayland compositor has been given the list: for many native windows it says no last word.
+        double read = 1;
     };
 
     // `accentColor` is asked at the start of each drag. Without a connection no drag begins.
@@ -53,6 +55,8 @@ private:
         xcb_window_t lastAccepting = XCB_NONE; // whose last answer was that it takes the drop
         std::optional<DragOperation> finished; // what the destination did, should it be that quick
         DragOperation offered = DragOperation::None;
+        bool isBridged = false;         // the button was released over a native window
+        bool isRead = false;            // a compositor has been given the list
         QByteArray list;                // what it carries, as a compositor asks for it
         xcb_window_t source = XCB_NONE; // the window in whose name Qt drags, once a destination has answered it
     };
@@ -68,6 +72,7 @@ private:
 
     bool nativeEventFilter(const QByteArray &source, void *message, qintptr *result) override;
     void released(const QPoint &position);
+    Running *dragAskedFor();
     bool requested(const xcb_selection_request_event_t &request);
     void haveUserAsked(xcb_window_t target);
     void answered(const xcb_client_message_event_t &status);

@@ -1,13 +1,21 @@
 # SPDX-License-Identifier: MIT
 """A test of drags that begin in native programs."""
-from .foreign import Announcements, ForeignDragTest
+import time
+
+from Xlib import X
+from Xlib import display as xdisplay
+from Xlib.ext import xfixes
+
+from .foreign import ForeignDragTest
 from .wayland_case import WaylandTest
+
+PATIENCE = 3.0  # seconds for a source to announce its drag
+PAUSE = 0.02
 
 
 class NativeDragTest(WaylandTest):
     """The helpers of the desktop's tests of foreign drags, for windows of which the X server knows nothing."""
 
-    begins = ForeignDragTest.begins
     dragging = ForeignDragTest.dragging
     assert_stays_hidden = ForeignDragTest.assert_stays_hidden
     drop_on_shelf = ForeignDragTest.drop_on_shelf
@@ -16,10 +24,7 @@ class NativeDragTest(WaylandTest):
         super().setUp()
         self.words = self.file("words.txt")
         self.announcements = Announcements(self.desktop)
-
-    def leave(self):
-        self.announcements.close()
-        super().leave()
+        self.addCleanup(self.announcements.close)
 
     def source_window(self):
         return self.thunar(self.desktop.home / "things").place(20, 60, 560, 320)
@@ -28,6 +33,17 @@ class NativeDragTest(WaylandTest):
         before = self.announcements.count()
         self.hand.pick_up(*source.item(name))
         self.assertTrue(self.begins(before), "the drag begins")
+
+    def begins(self, before):
+        """Whether the compositor announces a drag within a time that is long enough for any."""
+        end = time.monotonic() + PATIENCE
+        while self.announcements.count() == before:
+            if time.monotonic() > end:
+                return False
+            self.hand.nudge(4, 2)
+            self.hand.nudge(-4, -2)
+            time.sleep(PAUSE)
+        return True
 
     def shelf_comes(self, app):
         """The shelf comes in the midst of the drag, and the focus stays where it is."""
@@ -43,3 +59,26 @@ class NativeDragTest(WaylandTest):
         self.shelf_comes(app)
         self.drop_on_shelf(app)
         self.wait_for(lambda: app.names() == [name], "the shelf has a tile of the file")
+
+
+class Announcements:
+    """Counts the drags that the compositor announces on its X server."""
+
+    def __init__(self, desktop):
+        self.display = xdisplay.Display(desktop.environment["DISPLAY"])
+        self.display.xfixes_query_version()
+        root = self.display.screen().root
+        self.display.xfixes_select_selection_input(root, self.display.intern_atom("XdndSelection"),
+                                                   xfixes.XFixesSetSelectionOwnerNotifyMask)
+        self.display.sync()
+        self.seen = 0
+
+    def count(self):
+        self.display.sync()
+        while self.display.pending_events():
+            if getattr(self.display.next_event(), "owner", X.NONE) != X.NONE:
+                self.seen += 1
+        return self.seen
+
+    def close(self):
+        self.display.close()

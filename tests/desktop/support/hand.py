@@ -98,15 +98,6 @@ class Hand:
                 self.linger()
         time.sleep(TICK * 8)
 
-    def is_free(self):
-        """Whether no program keeps the pointer to itself, as the source of a drag does until it has seen the end."""
-        if self.root.grab_pointer(False, 0, X.GrabModeAsync, X.GrabModeAsync, X.NONE, X.NONE,
-                                  X.CurrentTime) != X.GrabSuccess:
-            return False
-        self.display.ungrab_pointer(X.CurrentTime)
-        self.display.sync()
-        return True
-
     def linger(self):
         """Moves a little, and back: a pointer at rest tells the programs nothing new."""
         for step in 2, -2:

@@ -2,12 +2,13 @@
 """The desktop itself: a hand that drags between two windows of each file manager, without Parklet."""
 import os
 import pathlib
+import re
 import subprocess
 import unittest
 
 from support import filemanagers
 from support.case import DesktopTest
-from support.desktop import Desktop
+from support.desktop import SERVICES, Desktop
 from support.processes import descendants
 from support.waiting import wait_for
 
@@ -50,6 +51,16 @@ class DragTest(DesktopTest):
 
     def test_pcmanfm_qt(self):
         self.drag(filemanagers.PCManFMQt)
+
+
+class BusTest(DesktopTest):
+    screen = {"window_manager": False, "compositor": False, "panel": None}
+
+    def test_the_bus_starts_nothing_but_what_the_tests_bring(self):
+        answer = self.desktop.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+                                  "--method", "org.freedesktop.DBus.ListActivatableNames")
+        names = set(re.findall("'(.*?)'", answer))
+        self.assertEqual(names, {"org.freedesktop.DBus", *SERVICES.values()})
 
 
 class EndTest(unittest.TestCase):

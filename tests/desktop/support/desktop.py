@@ -20,9 +20,12 @@ from .windows import Windows
 # What a desktop takes over from the environment it is started in.
 INHERITED = ("PATH", "TMPDIR", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS")
 
-# What programs of a test desktop may call over the bus: no other service that is installed changes what a test sees.
-SERVICES = ("org.a11y.Bus", "org.xfce.Tumbler.Cache1", "org.xfce.Tumbler.Manager1", "org.xfce.Tumbler.Thumbnailer1",
-            "org.xfce.Xfconf")
+# What programs of a test desktop may call over the bus, by the files that say so: no other service that is installed
+# changes what a test sees.
+SERVICES = {"org.a11y.Bus": "org.a11y.Bus", "org.xfce.Xfconf": "org.xfce.Xfconf",
+            "org.xfce.Tumbler.Cache1": "org.freedesktop.thumbnails.Cache1",
+            "org.xfce.Tumbler.Manager1": "org.freedesktop.thumbnails.Manager1",
+            "org.xfce.Tumbler.Thumbnailer1": "org.freedesktop.thumbnails.Thumbnailer1"}
 INSTALLED_SERVICES = pathlib.Path("/usr/share/dbus-1/services")
 BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -184,8 +187,7 @@ class Desktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={socket}"
         services.mkdir()
         for name in SERVICES:
-            if (service := INSTALLED_SERVICES / f"{name}.service").exists():
-                shutil.copy(service, services)
+            shutil.copy(INSTALLED_SERVICES / f"{name}.service", services)
         settings.write_text(BUS.format(socket=socket, services=services, own_services=self.services))
         self.start("dbus", "dbus-daemon", f"--config-file={settings}", "--nofork", "--nopidfile", "--nosyslog")
         wait_for(lambda: listens(socket), "the session bus starts")

@@ -88,8 +88,16 @@ class DragTalk:
         return bool(target) and self.program(target) != self.program(owner)
 
     def program(self, window):
+        return self.program_of(window.id)
+
+    def program_of(self, number):
         """What the numbers of all windows of one program have in common."""
-        return window.id & ~self.display.display.info.resource_id_mask
+        return number & ~self.display.display.info.resource_id_mask
+
+    def source_program(self):
+        """The program that a drag comes from, or None."""
+        owner = self.display.get_selection_owner(self.selection)
+        return self.program(owner) if owner else None
 
     def target(self, parent, x, y, owner=None):
         """The outermost window at a place of its parent that takes drags, or None. The pointer drags a picture along,

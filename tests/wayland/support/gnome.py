@@ -7,10 +7,10 @@ import time
 import unittest
 
 from gi.repository import Gio, GLib
-from Xlib import XK
+from Xlib import XK, Xatom
 
 from .accessibility import connect
-from .hand import TICK, Hand
+from .hand import LINGER, TICK, Hand
 from .native import NativeWindow, NativeWindows
 from .session import START_PATIENCE, WaylandSession, has_owner
 from .waiting import wait_for
@@ -77,8 +77,8 @@ class ShellWindows(NativeWindows):
 class ShellHand(Hand):
     """A hand that GNOME's remote control moves. Native windows hear it as they hear a mouse."""
 
-    def __init__(self, shell, width, height):
-        self.shell = shell
+    def __init__(self, shell, display, width, height):
+        self.shell, self.display = shell, display
         path, = shell.call(REMOTE, "/org/gnome/Mutter/RemoteDesktop", REMOTE, "CreateSession")
         self.path = path
         self.tell("Start")
@@ -118,6 +118,24 @@ class ShellHand(Hand):
     def move_to(self, x, y, tick=TICK):
         super().move_to(x, y, tick)
         self.settle()
+
+    def carry_to(self, x, y, linger=LINGER, taken=True):
+        """Moves a drag there and stays until the target has answered, where that goes through the X server."""
+        self.move_to(x, y, tick=TICK * 2)
+        talk = self.listen()
+        if talk.source_program() not in (None, self.compositor(talk)) or talk.target(self.display.screen().root, x, y):
+            self.linger_until(lambda: talk.answered(x, y, taken))
+        else:
+            end = time.monotonic() + linger
+            while time.monotonic() < end:
+                self.linger()
+        time.sleep(TICK * 8)
+
+    def compositor(self, talk):
+        """What the numbers of all of the compositor's X windows have in common."""
+        check = self.display.screen().root.get_full_property(
+            self.display.intern_atom("_NET_SUPPORTING_WM_CHECK"), Xatom.WINDOW)
+        return talk.program_of(check.value[0])
 
     def press(self, button=1):
         self.tell("NotifyPointerButton", "(ib)", BUTTONS[button], True)
@@ -173,7 +191,7 @@ class GnomeSession(WaylandSession):
         display, authority = json.loads(self.shell.evaluate(
             "JSON.stringify(['DISPLAY', 'XAUTHORITY'].map(name => imports.gi.GLib.getenv(name)))"))
         self.join_x(display, authority)
-        self.hand = ShellHand(self.shell, self.width, self.height)
+        self.hand = ShellHand(self.shell, self.x, self.width, self.height)
 
     def screenshot(self, path):
         self.shell.picture(path)

@@ -7,8 +7,16 @@
 
 class QMimeData;
 
-// All file URLs in `data`, in their order. Empty when there is none, or when one entry is no file on this machine:
-// there is no partial list. Bytes of a path that are no UTF-8 stay percent-encoded.
+// How much of a list of addresses is read: far more than a shelf can hold, and little enough that nobody waits for it.
+// A longer list counts as what its first so many whole lines and addresses say.
+constexpr qsizetype kLongestAddressList = qsizetype(640) * 1024; // bytes; fifty of the longest addresses
+constexpr qsizetype kMostAddresses = 2'000;
+// How much of a link is read, in bytes.
+constexpr qsizetype kLongestLink = qsizetype(64) * 1024;
+
+// Every file URL that `data` carries, in its order; empty when it carries none, or anything that is not a file on
+// this machine (there is no partial list). What is longer than a path or a name can be is no file. A URL's path may
+// hold bytes that are no UTF-8; they stay percent-encoded.
 QList<QUrl> fileURLs(const QMimeData *data);
 
 // The same for the text of a text/uri-list: one URL in each line; comments ("#") and empty lines are skipped.

@@ -7,6 +7,8 @@
 #include <QStringDecoder>
 #include <QSysInfo>
 
+#include <algorithm>
+#include <climits>
 #include <optional>
 
 namespace {
@@ -16,54 +18,122 @@ const QString kUriListType = QStringLiteral("text/uri-list");
 // The characters, beside letters, digits and "-._~", that QUrl does not percent-encode in a path.
 const QByteArray kPlainInPath = QByteArrayLiteral("/!$&'()*+,:;=@[]");
 
-// The URL of a file on this machine, in one spelling. Nothing for a file elsewhere, or for no file.
-std::optional<QUrl> localFileURL(const QUrl &url)
+// No address of a file is longer than that of the longest path with each of its bytes percent-encoded, after the
+// scheme and the longest name of a machine.
+constexpr qsizetype kEncodedByte = 3;
+constexpr qsizetype kLongestAddress = kEncodedByte * PATH_MAX + 7 + 255;
+
+// Whether a file can have this path. File systems count a name in bytes or, such as those of memory sticks, in
+// characters, which are never more.
+bool canBePath(const QByteArray &path)
 {
+    if (path.size() >= PATH_MAX || path.contains('\0'))
+        return false;
+    for (qsizetype start = 0; start < path.size();) {
+        const qsizetype slash = path.indexOf('/', start);
+        const qsizetype end = slash < 0 ? path.size() : slash;
+        const QByteArrayView name = QByteArrayView(path).sliced(start, end - start);
+        if (name.size() > NAME_MAX && QString::fromUtf8(name).size() > NAME_MAX)
+            return false;
+        start = end + 1;
+    }
+    return true;
+}
+
+// The path that `address` names, when it is spelled as nearly everybody does: no machine, and nothing that would
+// have to be mended or told from the path.
+std::optional<QByteArray> plainlySpelledPath(QByteArrayView address)
+{
+    constexpr QByteArrayView withoutMachine("file:///");
+    constexpr QByteArrayView start("file:/");
+    if (address.startsWith(withoutMachine))
+        address = address.sliced(withoutMachine.size());
+    else if (address.startsWith(start) && !address.sliced(start.size()).startsWith('/'))
+        address = address.sliced(start.size());
+    else
+        return {};
+    QByteArray path;
+    path.reserve(address.size());
+    path.append('/');
+    const auto hexDigit = [](char c) {
+        if (c >= '0' && c <= '9')
+            return c - '0';
+        const char lower = static_cast<char>(c | 0x20);
+        return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+    };
+    for (qsizetype i = 0; i < address.size(); ++i) {
+        const char c = address[i];
+        const bool isLetterOrDigit = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+        if (isLetterOrDigit || c == '-' || c == '.' || c == '_' || c == '~' || kPlainInPath.contains(c)) {
+            path.append(c);
+            continue;
+        }
+        const int high = c == '%' && i + 2 < address.size() ? hexDigit(address[i + 1]) : -1;
+        const int low = high >= 0 ? hexDigit(address[i + 2]) : -1;
+        if (low < 0)
+            return {};
+        path.append(static_cast<char>(high << 4 | low));
+        i += 2;
+    }
+    return path;
+}
+
+// The path of a file on this machine, however its sender spelled it; nothing for a file elsewhere or no file at all.
+std::optional<QByteArray> localPath(QByteArrayView address)
+{
+    if (address.size() > kLongestAddress)
+        return {};
+    if (auto path = plainlySpelledPath(address))
+        return path;
+    const QUrl url = QUrl::fromEncoded(address.toByteArray());
     if (!url.isLocalFile() || !url.path().startsWith(QLatin1Char('/')))
         return {};
     const QString host = url.host();
     if (!host.isEmpty() && host != QLatin1String("localhost") &&
         host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0)
         return {};
-    // Some programs encode parentheses or semicolons, others do not: both spellings are the same file.
-    return fileURL(fileSystemPath(url));
+    return fileSystemPath(url);
 }
 
 } // namespace
 
 QList<QUrl> fileURLs(const QByteArray &uriList)
 {
-    QList<QUrl> urls;
-    for (const QByteArray &line : uriList.split('\n')) {
-        const QByteArray text = line.trimmed();
-        if (text.isEmpty() || text.startsWith('#') || text == QByteArray(1, '\0'))
-            continue;
-        const auto url = localFileURL(QUrl::fromEncoded(text));
-        if (!url)
+    QByteArrayView rest(uriList);
+    if (rest.size() > kLongestAddressList) {
+        rest = rest.first(kLongestAddressList);
+        // Of a line that is cut off nobody knows what it would be, unless it is too long already.
+        const QByteArrayView cutOff = rest.sliced(rest.lastIndexOf('\n') + 1);
+        if (cutOff.size() > kLongestAddress && cutOff.front() != '#')
             return {};
-        urls.append(*url);
+        rest.chop(cutOff.size());
+    }
+    QList<QUrl> urls;
+    while (!rest.isEmpty() && urls.size() < kMostAddresses) {
+        const qsizetype end = rest.indexOf('\n');
+        const QByteArrayView line = (end < 0 ? rest : rest.first(end)).trimmed();
+        rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+        if (line.isEmpty() || line.front() == '#' || (line.size() == 1 && line.front() == '\0'))
+            continue;
+        const auto path = localPath(line);
+        if (!path || !canBePath(*path))
+            return {};
+        // Some encode a parenthesis or a semicolon and some do not. Two spellings of one path are one file.
+        urls.append(fileURL(*path));
     }
     return urls;
 }
 
 QList<QUrl> fileURLs(const QMimeData *data)
 {
-    if (!data || !data->hasUrls())
-        return {};
-    QList<QUrl> urls;
-    for (const QUrl &candidate : data->urls()) {
-        const auto url = localFileURL(candidate);
-        if (!url)
-            return {};
-        urls.append(*url);
-    }
-    return urls;
+    // Qt itself would make a URL of every line, however many there are.
+    return data && data->hasUrls() ? fileURLs(data->data(kUriListType)) : QList<QUrl>();
 }
 
 QList<QUrl> linkedFileURLs(const QByteArray &link)
 {
     QStringDecoder decode(QStringDecoder::Utf16);
-    const QString text = decode(link);
+    const QString text = decode(QByteArrayView(link).first(std::min(link.size(), kLongestLink)));
     return fileURLs(text.section(QLatin1Char('\n'), 0, 0).toUtf8());
 }
 

@@ -9,8 +9,6 @@ namespace {
 
 // How often a source that refuses is asked again.
 constexpr int kRetries = 10;
-// The longest answer that is taken, in bytes: some hundred thousand files.
-constexpr qsizetype kLongestAnswer = qsizetype(64) * 1024 * 1024;
 
 } // namespace
 
@@ -112,14 +110,15 @@ void ForeignDrag::pieceArrived(Question question, const QByteArray &piece)
         return;
     if (piece.isEmpty()) {
         answered(question, std::exchange(pieces, {}));
-    } else if (pieces.size() + piece.size() > kLongestAnswer) {
-        pieces.clear();
-        // No further piece is taken.
-        ++current;
-        know({});
-    } else {
-        pieces += piece;
+        return;
     }
+    pieces += piece;
+    if (pieces.size() <= kLongestAddressList)
+        return;
+    // What is there decides, and no further piece is taken.
+    answered(question, std::exchange(pieces, {}));
+    if (isCurrent(question))
+        ++current;
 }
 
 void ForeignDrag::silent()

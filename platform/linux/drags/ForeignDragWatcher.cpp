@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/drags/ForeignDragWatcher.h"
 
+#include "platform/FileURLs.h"
+
 #include <xcb/xfixes.h>
 #include <xcb/xinput.h>
 
@@ -21,8 +23,8 @@ constexpr auto kWatchdogInterval = 250ms;
 constexpr quint16 kXInputMajor = 2;
 constexpr quint16 kXInputMinor = 2;
 constexpr quint16 kXInputLeastMinor = 1;
-// The longest property that is read, in the protocol's units of four bytes.
-constexpr quint32 kLongestProperty = 16 * 1024 * 1024;
+// How much of a property is read, in the protocol's units of four bytes: enough to see that there is too much.
+constexpr quint32 kLongestProperty = kLongestAddressList / 4 + 1;
 constexpr quint8 kBytes = 8;
 
 constexpr quint32 kPointerEvents = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE |
@@ -225,8 +227,10 @@ void ForeignDragWatcher::selectionAnswered(const xcb_selection_notify_event_t &e
         foreignDrag.answersInPieces(asked.question);
     } else if (answer && asked.target == targets && answer->type == XCB_ATOM_ATOM && answer->bytes_after == 0) {
         takeOffers(*answer);
-    } else if (answer && asked.target != targets && answer->type == asked.target && answer->format == kBytes &&
-               answer->bytes_after == 0) {
+    } else if (answer && asked.target != targets && answer->type == asked.target && answer->format == kBytes) {
+        // It is deleted by the read unless there is more of it.
+        if (answer->bytes_after > 0)
+            xcb_delete_property(connection->get(), requestor, asked.property);
         const auto *bytes = static_cast<const char *>(xcb_get_property_value(answer.get()));
         foreignDrag.answered(asked.question, QByteArray(bytes, xcb_get_property_value_length(answer.get())));
     } else {
@@ -260,6 +264,8 @@ void ForeignDragWatcher::propertyChanged(const xcb_property_notify_event_t &even
                                                                    XCB_ATOM_ANY, 0, kLongestProperty));
     if (!piece || piece->type == XCB_ATOM_NONE)
         return;
+    if (piece->bytes_after > 0)
+        xcb_delete_property(connection->get(), requestor, asked.property);
     silence.start();
     const int length = xcb_get_property_value_length(piece.get());
     if (length == 0) {

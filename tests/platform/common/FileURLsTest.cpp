@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <ctime>
+
 using namespace Qt::StringLiterals;
 
 class FileURLsTest : public QObject {
@@ -18,7 +20,34 @@ private slots:
     void the_name_of_a_file_is_its_last_component();
     void a_link_is_the_file_on_its_first_line_data();
     void a_link_is_the_file_on_its_first_line();
+    void what_no_file_system_can_hold_is_no_file_data();
+    void what_no_file_system_can_hold_is_no_file();
+    void a_list_is_read_up_to_its_bounds();
+    void one_that_is_no_file_counts_within_the_bounds();
+    void a_list_of_a_hundred_megabytes_takes_no_time_data();
+    void a_list_of_a_hundred_megabytes_takes_no_time();
 };
+
+namespace {
+
+constexpr qsizetype kHundredMegabytes = 100'000'000;
+// Some times what it takes, for slow machines; without the bounds it takes a hundred times as long.
+constexpr double kNoTime = 0.25; // seconds
+
+// Seconds that this thread has worked, however much others do.
+double processorTime()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
+}
+
+QByteArray repeated(const QByteArray &line, qsizetype size)
+{
+    return line.repeated(size / line.size() + 1);
+}
+
+} // namespace
 
 void FileURLsTest::a_path_of_any_bytes_survives_its_url()
 {
@@ -95,6 +124,76 @@ void FileURLsTest::a_link_is_the_file_on_its_first_line()
     QTEST(linkedFileURLs(bytes), "urls");
     // Half a letter at the end is no matter.
     QTEST(linkedFileURLs(bytes + '\n'), "urls");
+}
+
+void FileURLsTest::what_no_file_system_can_hold_is_no_file_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<bool>("isFile");
+    QTest::newRow("the longest name") << "/home/" + QByteArray(255, 'a') << true;
+    QTest::newRow("a longer name") << "/home/" + QByteArray(256, 'a') << false;
+    QTest::newRow("a longer name of a folder") << "/home/" + QByteArray(256, 'a') + "/b" << false;
+    QTest::newRow("the longest name in three bytes each")
+        << "/home/" + QByteArray("\xe2\x82\xac").repeated(255) << true;
+    QTest::newRow("a longer one") << "/home/" + QByteArray("\xe2\x82\xac").repeated(256) << false;
+    QTest::newRow("the longest path") << QByteArray("/a").repeated(2047) + "b" << true;
+    QTest::newRow("a longer path") << QByteArray("/a").repeated(2048) << false;
+    QTest::newRow("a byte that ends names") << QByteArray("/home/a\0b", 9) << false;
+    QTest::newRow("a name of megabytes") << "/home/" + QByteArray(50'000'000, 'a') << false;
+}
+
+void FileURLsTest::what_no_file_system_can_hold_is_no_file()
+{
+    QFETCH(const QByteArray, path);
+    QFETCH(const bool, isFile);
+    const QByteArray encoded = "file://" + path.toPercentEncoding("/");
+    for (const QByteArray &address : {encoded, "file:" + encoded.mid(7)}) {
+        QCOMPARE(fileURLs(address).size(), isFile ? 1 : 0);
+        QCOMPARE(fileURLs("file:///before\r\n" + address + "\r\nfile:///after").size(), isFile ? 3 : 0);
+    }
+}
+
+void FileURLsTest::a_list_is_read_up_to_its_bounds()
+{
+    const QByteArray line = "file:///home/a\r\n";
+    QCOMPARE(fileURLs(line.repeated(kMostAddresses)).size(), kMostAddresses);
+    QCOMPARE(fileURLs(line.repeated(kMostAddresses + 1)).size(), kMostAddresses);
+    // Of the line that the bound cuts nothing is taken.
+    const QByteArray longLine = "file:///" + QByteArray("b/").repeated(1000) + '\n';
+    const QList<QUrl> urls = fileURLs(repeated(longLine, kLongestAddressList + longLine.size()));
+    QCOMPARE(urls.size(), kLongestAddressList / longLine.size());
+    QCOMPARE(urls.last(), urls.first());
+}
+
+void FileURLsTest::one_that_is_no_file_counts_within_the_bounds()
+{
+    const QByteArray line = "file:///home/a\n";
+    QCOMPARE(fileURLs(line.repeated(kMostAddresses - 1) + "https://example.org/\n"), QList<QUrl>{});
+    QCOMPARE(fileURLs(line.repeated(kMostAddresses) + "https://example.org/\n").size(), kMostAddresses);
+}
+
+void FileURLsTest::a_list_of_a_hundred_megabytes_takes_no_time_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("files") << QByteArray("file:///home/somebody/a%20folder/picture.png\r\n");
+    QTest::newRow("files, oddly spelled") << QByteArray("file:/a\n");
+    QTest::newRow("the longest files") << "file:/" + QByteArray("a/").repeated(2000) + '\n';
+    QTest::newRow("comments") << QByteArray("#\n");
+    QTest::newRow("empty lines") << QByteArray("\n");
+    QTest::newRow("one line") << QByteArray("a");
+    QTest::newRow("other bytes") << QByteArray("\0\xff", 2);
+}
+
+void FileURLsTest::a_list_of_a_hundred_megabytes_takes_no_time()
+{
+    QFETCH(const QByteArray, line);
+    const QByteArray list = repeated(line, kHundredMegabytes);
+    const double before = processorTime();
+    const auto urls = fileURLs(list);
+    const auto linked = linkedFileURLs(list);
+    const double spent = processorTime() - before;
+    QVERIFY(urls.size() <= kMostAddresses && linked.size() <= 1);
+    QVERIFY2(spent < kNoTime, QByteArray::number(spent).constData());
 }
 
 PARKLET_GUILESS_TEST(FileURLsTest)

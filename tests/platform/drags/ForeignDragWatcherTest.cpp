@@ -98,7 +98,7 @@ private slots:
         QTest::newRow("as a link") << words("--link file:///tmp/dragged%200") << 1;
         QTest::newRow("as a link, late") << words("--link file:///tmp/dragged%200 --delay 200") << 1;
         QTest::newRow("as a link, after a long silence") << words("--link file:///tmp/dragged%200 --delay 700") << 1;
-        QTest::newRow("ten thousand") << words("--urls 10000") << 10'000;
+        QTest::newRow("more than are read") << words("--urls 10000") << 2'000;
         QTest::newRow("keeping the selection") << words("--keeps 1") << 1;
     }
 
@@ -387,9 +387,9 @@ private slots:
 
     void a_read_takes_less_than_a_tenth_of_a_millisecond()
     {
-        startSource(words("--urls 10000"));
+        startSource(words("--urls 2000"));
         hand.moveTo(kOnSource).press().moveTo(kOnSource + QPoint(20, 20));
-        QTRY_COMPARE_WITH_TIMEOUT(pasteboard->fileURLs().size(), 10'000, kPatience);
+        QTRY_COMPARE_WITH_TIMEOUT(pasteboard->fileURLs().size(), 2'000, kPatience);
         // A copy would take far longer; a thousand reads are one measurement of it.
         constexpr int kReads = 1000;
         QElapsedTimer clock;
@@ -398,7 +398,7 @@ private slots:
         for (int i = 0; i < kReads; ++i)
             total += pasteboard->fileURLs().size();
         QVERIFY(clock.elapsed() < kReads / 10);
-        QCOMPARE(total, qsizetype(kReads) * 10'000);
+        QCOMPARE(total, qsizetype(kReads) * 2'000);
         hand.release();
         QTRY_COMPARE_WITH_TIMEOUT(up, 1, kPatience);
     }

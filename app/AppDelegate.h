@@ -58,6 +58,7 @@ private:
     bool askAboutUpdateChecks();
     void synchronizeLoginItem();
     void startProximityMonitor();
+    void checkSoonWhetherUnused();
     void proximityCheck();
 
     SharedInstances &shared;

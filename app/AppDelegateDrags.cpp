@@ -76,8 +76,18 @@ void AppDelegate::dragMonitorDidEndDrag()
     shelfShownByCurrentDrag = false;
     if (!shown)
         return;
+    checkSoonWhetherUnused();
+}
+
+void AppDelegate::checkSoonWhetherUnused()
+{
     platform.mainQueue->after(kHideCheckDelay, whileAlive(this, [this] {
-                                  if (!dropReceivedOnShelf && shelf.items.isEmpty())
+                                  if (dropReceivedOnShelf || !shelf.items.isEmpty())
+                                      return;
+                                  // Its source takes its time to say what has been dropped.
+                                  if (platform.dropPasteboard->isReading())
+                                      checkSoonWhetherUnused();
+                                  else
                                       shelf.hide(Animated::Yes);
                               }));
 }

@@ -7,6 +7,7 @@
 #include "platform/ColorArchive.h"
 #include "platform/DragPasteboard.h"
 #include "platform/DragSessions.h"
+#include "platform/DropPasteboard.h"
 #include "platform/EventMonitors.h"
 #include "platform/FileEventStreams.h"
 #include "platform/FloatingPanels.h"
@@ -35,6 +36,7 @@ struct Platform {
     std::unique_ptr<SystemAppearance> appearance;
     std::unique_ptr<Pasteboard> generalPasteboard;
     std::unique_ptr<DragPasteboard> dragPasteboard;
+    std::unique_ptr<DropPasteboard> dropPasteboard;
     std::unique_ptr<EventMonitors> eventMonitors;
     std::unique_ptr<AccessibilityTrust> accessibilityTrust;
     std::unique_ptr<Workspace> workspace;

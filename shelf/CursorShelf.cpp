@@ -52,6 +52,7 @@ CursorDropZone::CursorDropZone(Platform &platform, QWidget *parent)
                               tr("Drop here"), this))
 {
     setAcceptDrops(true);
+    readFileURLs = [&platform](const QMimeData *data) { return platform.dropPasteboard->fileURLs(data); };
     onHighlight = [this, &platform](bool on) {
         visualFX->setBorder(on ? kHighlightBorder : 0, platform.appearance->accentColor());
     };

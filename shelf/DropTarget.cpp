@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shelf/DropTarget.h"
 
-#include "platform/FileURLs.h"
 #include "platform/OwnDrag.h"
 
 #include <QDragEnterEvent>
@@ -50,7 +49,7 @@ void DropTarget::draggingExited(QDragLeaveEvent *event)
 void DropTarget::performDragOperation(QDropEvent *event)
 {
     highlight(false);
-    const QList<QUrl> urls = fileURLs(event->mimeData());
+    const QList<QUrl> urls = readFileURLs(event->mimeData());
     if (urls.isEmpty() || !offersCopy(*event)) {
         event->ignore();
         return;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QList>
-#include <QUrl>
+#include "platform/FileURLs.h"
 
 #include <functional>
 
@@ -18,7 +17,12 @@ public:
     // Receives the files of a drop, never an empty list.
     std::function<void(const QList<QUrl> &urls)> onDrop;
 
-    // Called with true when a drag enters, and with false when it leaves or drops.
+    // Reads the files of the drop that is delivered with `data`, as FileURLs.h says unless its owner knows better.
+    std::function<QList<QUrl>(const QMimeData *data)> readFileURLs = [](const QMimeData *data) {
+        return fileURLs(data);
+    };
+
+    // Told true when a drag enters and false when it leaves or drops.
     std::function<void(bool on)> onHighlight;
 
 protected:

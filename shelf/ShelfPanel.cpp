@@ -45,7 +45,10 @@ void ShelfPanel::buildInterface()
     const auto drop = whileAlive(this, [this](const QList<QUrl> &urls) { handleDrop(urls); });
     const auto highlightDrop = whileAlive(this, [this](bool on) { highlight(on); });
 
+    const auto readDrop = [this](const QMimeData *data) { return platform.dropPasteboard->fileURLs(data); };
+
     container = new DroppableView(this);
+    container->readFileURLs = readDrop;
     container->onDrop = drop;
     container->onHighlight = highlightDrop;
 
@@ -80,6 +83,7 @@ void ShelfPanel::buildInterface()
     dropLabel->setFont(font);
 
     scrollView = new ShelfScrollView(platform.appearance->legacyScrollerWidth(), container);
+    scrollView->readFileURLs = readDrop;
     scrollView->onDrop = drop;
     scrollView->onHighlight = highlightDrop;
     stackView = new ShelfStackView;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Platform.h"
 #include "platform/common/QtAlerts.h"
+#include "platform/common/QtDropPasteboard.h"
 #include "platform/common/QtMainQueue.h"
 #include "platform/common/QtOpenPanels.h"
 #include "platform/common/QtPasteboard.h"
@@ -11,6 +12,7 @@
 #include "platform/linux/drags/ForeignDragWatcher.h"
 #include "platform/linux/drags/XcbDragPasteboard.h"
 #include "platform/linux/drags/XcbDragSessions.h"
+#include "platform/linux/drags/XcbDropPasteboard.h"
 #include "platform/linux/drags/XcbEventMonitors.h"
 #include "platform/linux/files/BackgroundUserDefaults.h"
 #include "platform/linux/files/LinuxFileEventStreams.h"
@@ -79,6 +81,7 @@ void addX11(Platform &platform, const std::shared_ptr<FileHelpers> &files)
     platform.workspace = std::make_unique<LinuxWorkspace>(
         [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; }, files);
     platform.dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
+    platform.dropPasteboard = std::make_unique<XcbDropPasteboard>(drags);
     platform.eventMonitors =
         std::make_unique<XcbEventMonitors>(foreignDrags, [&platform] { return platform.screens->all(); });
     platform.dragSessions = std::make_unique<XcbDragSessions>(
@@ -127,6 +130,7 @@ std::unique_ptr<Platform> createPlatform()
     platform->fileEventStreams = std::make_unique<LinuxFileEventStreams>(*platform->mainQueue);
     platform->openPanels = std::make_unique<QtOpenPanels>();
     const auto files = std::make_shared<FileHelpers>(*platform->mainQueue);
+    platform->dropPasteboard = std::make_unique<QtDropPasteboard>();
     platform->loginItem = std::make_unique<AutostartLoginItem>();
     platform->activationPolicy = std::make_unique<LinuxActivationPolicy>();
     platform->menuBar = std::make_unique<LinuxMenuBar>();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Platform.h"
+#include "platform/common/QtDropPasteboard.h"
 #include "platform/common/QtMainQueue.h"
 #include "platform/common/QtPasteboard.h"
 #include "platform/macos/MacAccessibilityTrust.h"
@@ -38,6 +39,7 @@ std::unique_ptr<Platform> createPlatform()
     platform->userDefaults = std::make_unique<MacUserDefaults>();
     platform->colorArchive = std::make_unique<MacColorArchive>();
     platform->appearance = std::make_unique<MacAppearance>();
+    platform->dropPasteboard = std::make_unique<QtDropPasteboard>();
     platform->generalPasteboard = std::make_unique<QtPasteboard>();
     platform->fileEventStreams = std::make_unique<MacFileEventStreams>();
     platform->openPanels = std::make_unique<MacOpenPanels>();

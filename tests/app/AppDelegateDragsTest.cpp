@@ -35,6 +35,7 @@ private slots:
     void a_drop_on_the_shelf_keeps_it();
     void a_drop_that_arrives_after_the_release_keeps_the_shelf_data();
     void a_drop_that_arrives_after_the_release_keeps_the_shelf();
+    void the_shelf_waits_for_a_drop_that_is_still_read();
     void a_drop_keeps_even_a_shelf_that_is_empty_again();
     void a_shelf_that_holds_items_stays();
     void a_shelf_that_was_visible_before_the_drag_stays();
@@ -301,6 +302,24 @@ void AppDelegateDragsTest::a_drop_that_arrives_after_the_release_keeps_the_shelf
     f.drop(*f.shelf.container, {file("/dragged.txt")});
     f.queue.advance(60);
     QTEST(f.shelf.isVisible(), "kept");
+}
+
+void AppDelegateDragsTest::the_shelf_waits_for_a_drop_that_is_still_read()
+{
+    for (const bool comes : {true, false}) {
+        Fixture f(kAtOnce);
+        f.startDrag();
+        f.queue.advance(1);
+        f.virtualPlatform.dropPasteboard.reading = true;
+        f.release();
+        f.queue.advance(4.9);
+        QVERIFY(f.shelf.isVisible() && !f.shelf.isHiding());
+        f.virtualPlatform.dropPasteboard.reading = false;
+        if (comes)
+            f.drop(*f.shelf.container, {file("/dragged.txt")});
+        f.queue.advance(60);
+        QCOMPARE(f.shelf.isVisible(), comes);
+    }
 }
 
 void AppDelegateDragsTest::a_drop_keeps_even_a_shelf_that_is_empty_again()

@@ -19,6 +19,14 @@ class OddDragTest(ForeignDragTest):
         self.assertEqual(app.names()[0], "00000.txt")
         self.assert_focus_kept()
 
+    def test_a_source_that_takes_its_time_costs_nobody_any(self):
+        app = self.parklet()
+        source = self.scripted_source(self.words.as_uri(), delay=2)
+        app.show()
+        self.pick_up(source)
+        self.drop_on_shelf(app)
+        self.wait_for(lambda: app.names() == ["words.txt"], "the file is on the shelf")
+
     def test_odd_names_bring_the_shelf(self):
         paths = [self.file(name, os.fsencode(name)) for name in ODD_NAMES]
         app = self.parklet()

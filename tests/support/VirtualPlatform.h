@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/FileURLs.h"
 #include "platform/Platform.h"
 
 #include <QHash>
@@ -104,6 +105,14 @@ public:
     QList<QUrl> fileURLs() const override { return urls; }
 
     QList<QUrl> urls;
+};
+
+class VirtualDropPasteboard : public DropPasteboard {
+public:
+    QList<QUrl> fileURLs(const QMimeData *data) const override { return ::fileURLs(data); }
+    bool isReading() const override { return reading; }
+
+    bool reading = false;
 };
 
 class VirtualDragPasteboard : public DragPasteboard {
@@ -388,6 +397,7 @@ public:
     VirtualSystemAppearance &appearance;
     VirtualPasteboard &generalPasteboard;
     VirtualDragPasteboard &dragPasteboard;
+    VirtualDropPasteboard &dropPasteboard;
     VirtualEventMonitors &eventMonitors;
     VirtualAccessibilityTrust &accessibilityTrust;
     VirtualWorkspace &workspace;

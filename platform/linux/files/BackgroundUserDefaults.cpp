@@ -1,18 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/files/BackgroundUserDefaults.h"
 
+#include <QCoreApplication>
 #include <QMutexLocker>
 
-BackgroundUserDefaults::BackgroundUserDefaults(const QString &file)
-    : reader(file)
-    , writer(file)
+#include <cstdio>
+
+BackgroundUserDefaults::BackgroundUserDefaults(const QString &path)
+    : file(path)
+    , reader(path)
+    , writer(path)
 {
     thread.setMaxThreadCount(1);
+    writer.removeUnfinished();
 }
 
 BackgroundUserDefaults::~BackgroundUserDefaults()
 {
+    writer.hurry();
     thread.waitForDone();
+    if (!hasFailed)
+        return;
+    const QString reason = writer.wasLockedOut()
+                               ? QCoreApplication::translate("Settings", "another program has locked the folder of %1")
+                               : QCoreApplication::translate("Settings", "%1 cannot be written");
+    const QString text =
+        QCoreApplication::translate("Settings", "The settings were not saved: %1").arg(reason.arg(file));
+    std::fprintf(stderr, "parklet: %s\n", text.toLocal8Bit().constData());
 }
 
 QVariant BackgroundUserDefaults::object(const QString &key) const
@@ -76,9 +90,10 @@ void BackgroundUserDefaults::write()
     while (!waiting.isEmpty()) {
         written = std::exchange(waiting, {});
         locker.unlock();
-        writer.set(written);
+        const bool saved = writer.set(written);
         locker.relock();
         written.clear();
+        hasFailed = !saved;
         isFresh = false;
     }
     isWriting = false;

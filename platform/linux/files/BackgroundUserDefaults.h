@@ -13,7 +13,8 @@
 class BackgroundUserDefaults : public UserDefaults {
 public:
     explicit BackgroundUserDefaults(const QString &file = JsonUserDefaults::defaultPath());
-    // Waits until every value is written.
+    // Waits until everything that was set is written, for another program that writes the file half a second; says on
+    // the standard error what could not be saved.
     ~BackgroundUserDefaults() override;
 
     QVariant object(const QString &key) const override;
@@ -28,13 +29,15 @@ protected:
 private:
     void write();
 
+    const QString file;
     JsonUserDefaults reader;
     JsonUserDefaults writer; // of the thread; two stores on one file work as two programs do
     mutable QMutex mutex;
     QHash<QString, QVariant> waiting; // not passed to the thread yet; an invalid value removes its key
     QHash<QString, QVariant> written; // being written now
     bool isWriting = false;
-    mutable int moments = 0;      // how many are nested now
-    mutable bool isFresh = false; // the file was read in this moment, and not written since
+    bool hasFailed = false;       // the last write
+    mutable int moments = 0;      // how many are under way, one within the other
+    mutable bool isFresh = false; // the file has been read in this moment, and not been written since
     QThreadPool thread;
 };

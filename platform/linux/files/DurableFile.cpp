@@ -15,6 +15,7 @@
 namespace {
 
 constexpr qint64 kNanosecondsPerSecond = 1'000'000'000;
+constexpr char kUnfinished[] = ".new";
 constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kPermissions = 0777;
@@ -153,8 +154,8 @@ bool replaceFile(const QByteArray &path, const QByteArray &contents)
         return false;
     }
 
-    // Always use the same name, so that a killed program leaves one file at most.
-    const QByteArray temporary = target + ".new";
+    // Always the same name, so that a program that is killed here leaves one file at most.
+    const QByteArray temporary = target + kUnfinished;
     ::unlink(temporary.constData());
     Descriptor file(::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kPrivateFile));
     if (!file.isOpen())
@@ -165,4 +166,14 @@ bool replaceFile(const QByteArray &path, const QByteArray &contents)
         return false;
     }
     return syncFolder(folder);
+}
+
+bool hasUnfinished(const QByteArray &path)
+{
+    return ::faccessat(AT_FDCWD, (path + kUnfinished).constData(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+void removeUnfinished(const QByteArray &path)
+{
+    ::unlink((path + kUnfinished).constData());
 }

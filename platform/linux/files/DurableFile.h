@@ -46,3 +46,7 @@ std::optional<QByteArray> readRegularFile(const QByteArray &path, qint64 limit);
 // follows links and keeps the permissions of an old file; a new one is private to the user. False when there is no
 // permission or no space; the old file is then unchanged. One writer at a time.
 bool replaceFile(const QByteArray &path, const QByteArray &contents);
+
+// Whether a program that was killed while it replaced the file at `path` has left what it had written; removes that.
+bool hasUnfinished(const QByteArray &path);
+void removeUnfinished(const QByteArray &path);

@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 #include <QThread>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <limits>
@@ -27,8 +28,10 @@ constexpr qint64 kClockTick = 100'000'000;     // nanoseconds
 constexpr qint64 kEditingTime = 1'000'000'000; // nanoseconds
 constexpr int kEditingWaits = 10;              // times
 constexpr unsigned long kEditingWait = 5;      // milliseconds
-constexpr int kLockWaits = 1000;               // times; only the writing thread waits
-constexpr unsigned long kLockWait = 10;        // milliseconds
+constexpr unsigned long kLockWait = 10;        // milliseconds between two attempts
+// A setting is an array or less; what is nested deeper than this is not laid out in lines, whose indents would be many
+// times the text.
+constexpr int kDeepestInLines = 8;
 
 qint64 wallClock()
 {
@@ -47,16 +50,18 @@ qint64 age(const FileIdentity &identity)
 // for too long.
 class FolderLock {
 public:
-    explicit FolderLock(const QByteArray &folder)
+    // Attempts to lock as long as they are fewer than `attempts`, which may change meanwhile.
+    FolderLock(const QByteArray &folder, const std::atomic<int> &attempts)
         : descriptor(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
         if (descriptor < 0)
             return;
-        for (int i = 0; i < kLockWaits; ++i) {
+        for (int i = 0; i < attempts; ++i) {
             locked = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
             if (locked)
                 return;
-            QThread::msleep(kLockWait);
+            if (i + 1 < attempts)
+                QThread::msleep(kLockWait);
         }
     }
     ~FolderLock()
@@ -73,6 +78,17 @@ private:
     int descriptor;
     bool locked = false;
 };
+
+bool isDeeperThan(int depth, const QJsonValue &value)
+{
+    const auto anyDeeper = [depth](const auto &container) {
+        return std::any_of(container.begin(), container.end(),
+                           [depth](const QJsonValue &entry) { return isDeeperThan(depth - 1, entry); });
+    };
+    if (value.isArray())
+        return depth == 0 || anyDeeper(value.toArray());
+    return value.isObject() && (depth == 0 || anyDeeper(value.toObject()));
+}
 
 QVariant fromJson(const QJsonValue &value)
 {
@@ -207,8 +223,9 @@ bool JsonUserDefaults::change(const std::function<void(QJsonObject &)> &edit)
     const QByteArray target = linkTarget(path);
     if (target.isEmpty() || !makePrivateFolder(folderOf(target)))
         return false;
-    const FolderLock lock(folderOf(target));
-    if (!lock.isLocked())
+    const FolderLock lock(folderOf(target), lockAttempts);
+    isLockedOut = !lock.isLocked();
+    if (isLockedOut)
         return false;
     refresh();
     // Without a backup the invalid file would be lost.
@@ -219,7 +236,8 @@ bool JsonUserDefaults::change(const std::function<void(QJsonObject &)> &edit)
     edit(changed);
     if (changed == values)
         return true;
-    const QByteArray text = QJsonDocument(changed).toJson(QJsonDocument::Indented);
+    const QByteArray text = QJsonDocument(changed).toJson(
+        isDeeperThan(kDeepestInLines, changed) ? QJsonDocument::Compact : QJsonDocument::Indented);
     if (!replaceFile(path, text))
         return false;
     contents = text;
@@ -231,6 +249,18 @@ bool JsonUserDefaults::change(const std::function<void(QJsonObject &)> &edit)
         identity = fileIdentity(status);
     settled = false;
     return true;
+}
+
+void JsonUserDefaults::removeUnfinished() const
+{
+    const QByteArray target = linkTarget(path);
+    if (target.isEmpty() || !hasUnfinished(target))
+        return;
+    const std::atomic<int> once = 1;
+    const FolderLock lock(folderOf(target), once);
+    // Another program may be writing it right now.
+    if (lock.isLocked())
+        ::removeUnfinished(target);
 }
 
 void JsonUserDefaults::refresh() const

@@ -6,6 +6,7 @@
 
 #include <QJsonObject>
 
+#include <atomic>
 #include <functional>
 #include <optional>
 
@@ -28,7 +29,15 @@ public:
     // Stores all of `changes` in one write. An invalid value removes its key.
     bool set(const QHash<QString, QVariant> &changes);
 
-    // `value` as a read will return it. Invalid when JSON cannot hold it.
+    // Has changes wait for other programs no longer than a program that ends can; before, they wait for ten seconds.
+    void hurry() { lockAttempts = kHurriedAttempts; }
+    // Whether the last change was refused because another program held the lock.
+    bool wasLockedOut() const { return isLockedOut; }
+
+    // Removes what a program that was killed in the middle of a write has left.
+    void removeUnfinished() const;
+
+    // `value` as a read will answer it; invalid when JSON cannot hold it.
     static QVariant asStored(const QVariant &value);
 
 private:
@@ -44,7 +53,12 @@ private:
     bool keepInvalidAside() const;
     bool change(const std::function<void(QJsonObject &)> &edit);
 
+    static constexpr int kAttempts = 1000;
+    static constexpr int kHurriedAttempts = 50;
+
     QByteArray path;
+    std::atomic<int> lockAttempts = kAttempts; // ten milliseconds apart
+    std::atomic<bool> isLockedOut = false;
 
     // The contents of the file at the last read.
     mutable QByteArray contents;

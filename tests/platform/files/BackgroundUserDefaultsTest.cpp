@@ -2,6 +2,7 @@
 #include "platform/linux/files/BackgroundUserDefaults.h"
 #include "tests/support/TestProgram.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -34,6 +35,10 @@ private slots:
     void reads_of_one_moment_answer_alike();
     void a_write_is_seen_within_the_moment();
     void a_write_that_was_refused_is_forgotten_within_the_moment();
+    void the_end_waits_half_a_second_for_a_lock();
+    void a_file_nested_deeply_stays_small();
+    void what_a_killed_program_left_is_removed();
+    void what_another_program_writes_is_left_to_it();
 
 private:
     QByteArray contents() const;
@@ -236,6 +241,60 @@ void BackgroundUserDefaultsTest::a_write_that_was_refused_is_forgotten_within_th
     QCOMPARE(defaults.integer(kKey), 2);
     defaults.synchronize();
     QCOMPARE(defaults.integer(kKey), 1);
+}
+
+void BackgroundUserDefaultsTest::the_end_waits_half_a_second_for_a_lock()
+{
+    const int lock = ::open(QFile::encodeName(folder->path()).constData(), O_RDONLY | O_DIRECTORY);
+    QCOMPARE(::flock(lock, LOCK_EX), 0);
+    const QByteArray before = contents();
+    QElapsedTimer clock;
+    {
+        BackgroundUserDefaults defaults(path);
+        QVERIFY(defaults.set(kKey, 2));
+        clock.start();
+    }
+    // It would wait ten seconds in the middle of the program.
+    QVERIFY2(clock.elapsed() < 5'000, QByteArray::number(clock.elapsed()).constData());
+    QCOMPARE(contents(), before);
+    ::close(lock);
+}
+
+void BackgroundUserDefaultsTest::a_file_nested_deeply_stays_small()
+{
+    constexpr int kDepth = 1000;
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("{\"other\": " + QByteArray(kDepth, '[') + QByteArray(kDepth, ']') + "}");
+    file.close();
+    {
+        BackgroundUserDefaults defaults(path);
+        QVERIFY(defaults.set(kKey, 2));
+    }
+    QVERIFY(contents().contains("windowEdge"));
+    QVERIFY(contents().contains(QByteArray(kDepth, '[')));
+    QVERIFY2(contents().size() < 4 * kDepth, QByteArray::number(contents().size()).constData());
+}
+
+void BackgroundUserDefaultsTest::what_a_killed_program_left_is_removed()
+{
+    QFile left(path + QStringLiteral(".new"));
+    QVERIFY(left.open(QIODevice::WriteOnly));
+    const BackgroundUserDefaults defaults(path);
+    QVERIFY(!left.exists());
+}
+
+void BackgroundUserDefaultsTest::what_another_program_writes_is_left_to_it()
+{
+    QFile left(path + QStringLiteral(".new"));
+    QVERIFY(left.open(QIODevice::WriteOnly));
+    const int lock = ::open(QFile::encodeName(folder->path()).constData(), O_RDONLY | O_DIRECTORY);
+    QCOMPARE(::flock(lock, LOCK_EX), 0);
+    {
+        const BackgroundUserDefaults defaults(path);
+        QVERIFY(left.exists());
+    }
+    ::close(lock);
 }
 
 PARKLET_GUILESS_TEST(BackgroundUserDefaultsTest)

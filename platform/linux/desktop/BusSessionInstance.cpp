@@ -3,6 +3,7 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QElapsedTimer>
 
 namespace {
 
@@ -33,6 +34,8 @@ bool BusSessionInstance::claim()
 {
     // Register the object before the name: messages may follow the name at once.
     bus.registerObject(kPath, &application);
+    QElapsedTimer clock;
+    clock.start();
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         if (takeName())
             return true;
@@ -41,8 +44,9 @@ bool BusSessionInstance::claim()
         // Do not let the bus start another instance: this process is to become it.
         message.setAutoStartService(false);
         const QDBusMessage answer = bus.call(message, QDBus::Block, kAnswerTime);
-        const QDBusError error(answer);
-        if (error.type() != QDBusError::ServiceUnknown && error.type() != QDBusError::Disconnected)
+        unanswered = answer.type() != QDBusMessage::ReplyMessage;
+        // One that ends meanwhile leaves its name.
+        if (!unanswered || clock.hasExpired(kAnswerTime))
             break;
     }
     bus.unregisterObject(kPath);

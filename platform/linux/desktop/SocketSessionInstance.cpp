@@ -7,6 +7,7 @@
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QThread>
+#include <QTimer>
 
 #include <cerrno>
 
@@ -21,6 +22,7 @@ constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kOthers = 0077;
 constexpr char kActivate[] = "activate\n";
+constexpr qint64 kLongestRequest = 64; // bytes, and some to spare
 
 // How long a later start waits for the running instance, and the pause between two attempts.
 constexpr int kAnswerTime = 2500;        // milliseconds
@@ -75,7 +77,7 @@ bool SocketSessionInstance::claim()
     }
     ::close(lock);
     lock = -1;
-    askOther();
+    unanswered = !askOther();
     return false;
 }
 
@@ -88,9 +90,15 @@ void SocketSessionInstance::listen()
     QObject::connect(&server, &QLocalServer::newConnection, &server, [this] {
         while (QLocalSocket *client = server.nextPendingConnection()) {
             QObject::connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
+            client->setReadBufferSize(kLongestRequest);
+            QTimer::singleShot(kAnswerTime, client, [client] { client->abort(); });
             const auto answer = [this, client] {
-                if (!client->canReadLine() || client->readLine() != kActivate)
+                if (!client->canReadLine() && client->bytesAvailable() < kLongestRequest)
                     return;
+                if (client->readLine(kLongestRequest) != kActivate) {
+                    client->abort();
+                    return;
+                }
                 client->write("ok\n");
                 client->disconnectFromServer();
                 if (onActivate)
@@ -103,7 +111,8 @@ void SocketSessionInstance::listen()
     server.listen(socket);
 }
 
-void SocketSessionInstance::askOther() const
+// Whether the other one has answered.
+bool SocketSessionInstance::askOther() const
 {
     QElapsedTimer clock;
     clock.start();
@@ -118,7 +127,7 @@ void SocketSessionInstance::askOther() const
         }
         socket.write(kActivate);
         socket.waitForBytesWritten(left());
-        socket.waitForReadyRead(left());
-        return;
+        return socket.bytesAvailable() > 0 || socket.waitForReadyRead(left());
     }
+    return false;
 }

@@ -21,7 +21,7 @@ public:
 
 private:
     void listen();
-    void askOther() const;
+    bool askOther() const;
 
     QString path; // without suffix
     int lock = -1;

@@ -28,6 +28,7 @@ private slots:
     void the_session_is_free_once_its_holder_has_gone();
     void a_killed_holder_does_not_block_the_next_one();
     void a_hung_holder_does_not_hang_a_later_one();
+    void a_peer_that_asks_for_nothing_is_let_go();
     void rubbish_on_the_socket_does_nothing();
     void without_a_folder_everybody_may_start();
     void the_folder_is_private();
@@ -109,6 +110,24 @@ void SocketSessionInstanceTest::the_session_is_free_once_its_holder_has_gone()
     QVERIFY(second.claim());
 }
 
+void SocketSessionInstanceTest::a_peer_that_asks_for_nothing_is_let_go()
+{
+    SocketSessionInstance first(folder->path(), kName);
+    int activations = 0;
+    first.onActivate = [&activations] { ++activations; };
+    QVERIFY(first.claim());
+    QLocalSocket flood;
+    flood.connectToServer(folder->path() + u'/' + kName + u".socket"_s);
+    flood.write(QByteArray(10'000'000, 'x'));
+    QTRY_COMPARE_WITH_TIMEOUT(flood.state(), QLocalSocket::UnconnectedState, kPatience);
+    // Nearly all of it was never read.
+    QVERIFY(flood.bytesToWrite() > 9'000'000 || flood.error() == QLocalSocket::PeerClosedError);
+    QLocalSocket silent;
+    silent.connectToServer(folder->path() + u'/' + kName + u".socket"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(silent.state(), QLocalSocket::UnconnectedState, kPatience);
+    QCOMPARE(activations, 0);
+}
+
 void SocketSessionInstanceTest::a_killed_holder_does_not_block_the_next_one()
 {
     QVERIFY(startHolder());
@@ -132,6 +151,7 @@ void SocketSessionInstanceTest::a_hung_holder_does_not_hang_a_later_one()
     QElapsedTimer clock;
     clock.start();
     QVERIFY(!later.claim());
+    QVERIFY(later.isUnanswered());
     QVERIFY2(clock.elapsed() < 10'000, QByteArray::number(clock.elapsed()).constData());
 }
 

@@ -63,7 +63,7 @@ ShelfItemView::~ShelfItemView()
 void ShelfItemView::setupSubviews()
 {
     connect(removeBtn, &QAbstractButton::clicked, this, &ShelfItemView::didTapRemove);
-    setAccessibleName(lastPathComponent(fileURL));
+    setAccessibleName(displayName(fileURL, false));
     // Scrolling may bring the tile under a resting pointer; hover follows the widget's own enter and leave events.
     setAttribute(Qt::WA_Hover);
 }
@@ -128,9 +128,20 @@ void ShelfItemView::showIcon()
                              });
 }
 
+// Marks that turn the direction of text can make one name look like another, such as that of a picture. They are seen
+// instead of obeyed.
+static QString withoutTurns(QString name)
+{
+    for (QChar &c : name) {
+        if ((c >= QChar(u'\u202a') && c <= QChar(u'\u202e')) || (c >= QChar(u'\u2066') && c <= QChar(u'\u2069')))
+            c = QChar::ReplacementCharacter;
+    }
+    return name;
+}
+
 QString ShelfItemView::displayName(const QUrl &fileURL, bool hideExtension)
 {
-    QString name = lastPathComponent(fileURL);
+    const QString name = withoutTurns(lastPathComponent(fileURL));
     // Only the last extension goes, and a name that only begins with a dot has none.
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     if (!hideExtension || dot <= 0 || dot == name.size() - 1)

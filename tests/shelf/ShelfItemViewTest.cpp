@@ -389,6 +389,16 @@ void ShelfItemViewTest::odd_names_are_shown_as_they_are_data()
     row("/a/#1.txt", "#1.txt", "#1");
     row("/a/what?x=1.txt", "what?x=1.txt", "what?x=1");
     row("/a/no \xff\xfe text.txt", "no \xef\xbf\xbd\xef\xbf\xbd text.txt", "no \xef\xbf\xbd\xef\xbf\xbd text");
+    // "exe.png" to the eye, were the mark obeyed.
+    row("/a/\xe2\x80\xae"
+        "gnp.exe",
+        "\xef\xbf\xbdgnp.exe", "\xef\xbf\xbdgnp");
+    row("/a/\xe2\x81\xa7"
+        "a.txt",
+        "\xef\xbf\xbd"
+        "a.txt",
+        "\xef\xbf\xbd"
+        "a");
     row("/a/folder.d/", "folder.d", "folder");
 }
 

@@ -8,7 +8,11 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPointer>
+#include <QThread>
+#include <QTimer>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <compare>
 
@@ -82,10 +86,15 @@ void UpdateChecker::fetch(const QUrl &url, int redirects, bool silent)
         if (reply->bytesAvailable() > kLargestBody)
             reply->abort();
     });
+    // The transfer timeout does not count lines of a header.
+    QTimer::singleShot(std::chrono::milliseconds(std::llround(longestReply * kMillisecondsPerSecond)), reply,
+                       [reply] { reply->abort(); });
     connect(reply, &QNetworkReply::finished, this, [this, reply, redirects, silent] {
         reply->deleteLater();
-        if (!isComplete(*reply))
+        if (!isComplete(*reply)) {
+            leaveNetwork(reply->manager());
             return;
+        }
         const QVariant target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute);
         // Qt names a target whenever the status asks for one.
         if (!target.isValid() || reply->rawHeader("Location").isEmpty()) {
@@ -95,6 +104,26 @@ void UpdateChecker::fetch(const QUrl &url, int redirects, bool silent)
         const QUrl next = reply->url().resolved(target.toUrl());
         if (redirects > 0 && mayRedirect(reply->url(), next))
             fetch(next, redirects - 1, silent);
+    });
+}
+
+// What a failed check left behind in `used` is nothing to later ones. Qt may wait for it some seconds, so it does that
+// on another thread.
+void UpdateChecker::leaveNetwork(QNetworkAccessManager *used)
+{
+    if (used != network)
+        return;
+    network = nullptr;
+    QTimer::singleShot(0, used, [used] {
+        // Other checks that are under way in it go on.
+        const auto replies = used->findChildren<QNetworkReply *>();
+        if (std::any_of(replies.begin(), replies.end(), [](const auto *reply) { return reply->isRunning(); }))
+            return;
+        used->setParent(nullptr);
+        QThread *const thread = QThread::create([used] { delete used; });
+        used->moveToThread(thread);
+        connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+        thread->start();
     });
 }
 

@@ -26,12 +26,16 @@ public:
     // Seconds without data after which a check is given up.
     double timeout = 5.0;
 
+    // Seconds after which a reply that still goes on is given up.
+    double longestReply = 30.0;
+
 private:
     void fetch(const QUrl &url, int redirects, bool silent);
+    void leaveNetwork(QNetworkAccessManager *used);
     void received(const QByteArray &body, bool silent);
     void tell(const VersionRecord &record, bool silent);
 
     Platform &platform;
     const QString runningVersion;
-    QNetworkAccessManager *network = nullptr; // made by the first check
+    QNetworkAccessManager *network = nullptr; // made by the first check, and by the next after one that failed
 };

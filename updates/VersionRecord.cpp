@@ -9,6 +9,15 @@
 
 namespace {
 
+// What is shown of texts from outside, in characters. A record may be of any length, an alert may not.
+constexpr qsizetype kLongestVersion = 64;
+constexpr qsizetype kLongestNotes = 4000;
+
+QString shortened(const QString &text, qsizetype longest)
+{
+    return text.size() <= longest ? text : text.left(longest) + QChar(u'…');
+}
+
 struct Text {
     Q_DECLARE_TR_FUNCTIONS(UpdateChecker)
 };
@@ -35,10 +44,11 @@ Alert updateAlert(const VersionRecord &record)
     Alert alert;
     alert.messageText = Text::tr("Parklet update available");
     // Both values come from outside and may hold markers themselves, so they are filled in together.
-    alert.informativeText =
-        record.notes.isEmpty()
-            ? Text::tr("Version %1 is available.").arg(record.version)
-            : Text::tr("Version %1 is available.\n\nRelease notes: %2").arg(record.version, record.notes);
+    const QString version = shortened(record.version, kLongestVersion);
+    const QString notes = shortened(record.notes, kLongestNotes);
+    alert.informativeText = notes.isEmpty()
+                                ? Text::tr("Version %1 is available.").arg(version)
+                                : Text::tr("Version %1 is available.\n\nRelease notes: %2").arg(version, notes);
     alert.buttons = {Text::tr("Download Update"), Text::tr("Later")};
     return alert;
 }

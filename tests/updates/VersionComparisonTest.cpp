@@ -2,6 +2,7 @@
 #include "updates/VersionComparison.h"
 #include "tests/support/TestProgram.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 
 class VersionComparisonTest : public QObject {
@@ -12,6 +13,7 @@ private slots:
     void versions_are_ordered_by_the_value_of_their_numbers();
     void every_order_is_mirrored_data() { versions_are_ordered_by_the_value_of_their_numbers_data(); }
     void every_order_is_mirrored();
+    void a_million_digits_take_no_time();
 };
 
 namespace {
@@ -90,6 +92,19 @@ void VersionComparisonTest::every_order_is_mirrored()
     QFETCH(const QString, b);
     QFETCH(const int, order);
     QCOMPARE(sign(compareVersions(b, a)), -order);
+}
+
+void VersionComparisonTest::a_million_digits_take_no_time()
+{
+    constexpr int kDigits = 1'000'000;
+    const QString digits(kDigits, u'7');
+    const QString dots = QStringLiteral("7.").repeated(kDigits / 2);
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(sign(compareVersions(digits + u'8', digits + u'7')), int(Newer));
+    QCOMPARE(sign(compareVersions(dots + u'8', dots + u'7')), int(Newer));
+    QCOMPARE(sign(compareVersions(QString(kDigits, u'0') + digits, digits)), int(Same));
+    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()).constData());
 }
 
 PARKLET_GUILESS_TEST(VersionComparisonTest)

@@ -21,6 +21,7 @@ private slots:
     void what_is_no_record_is_nothing();
     void the_update_alert_tells_the_version_and_the_notes();
     void the_update_alert_without_notes_tells_the_version_only();
+    void the_update_alert_shows_the_beginning_of_long_texts();
     void the_up_to_date_alert_has_one_button();
 };
 
@@ -136,6 +137,16 @@ void VersionRecordTest::the_update_alert_without_notes_tells_the_version_only()
 {
     const Alert alert = updateAlert({QStringLiteral("%1 %2"), QUrl(), QString()});
     QCOMPARE(alert.informativeText, QStringLiteral("Version %1 %2 is available."));
+}
+
+void VersionRecordTest::the_update_alert_shows_the_beginning_of_long_texts()
+{
+    const QString longest(64, u'1');
+    const QString notes(4000, u'n');
+    const QString full = updateAlert({longest, QUrl(), notes}).informativeText;
+    QCOMPARE(full, QStringLiteral("Version %1 is available.\n\nRelease notes: %2").arg(longest, notes));
+    const QString cut = updateAlert({QString(1'000'000, u'1'), QUrl(), QString(1'000'000, u'n')}).informativeText;
+    QCOMPARE(cut, QStringLiteral("Version %1… is available.\n\nRelease notes: %2…").arg(longest, notes));
 }
 
 void VersionRecordTest::the_up_to_date_alert_has_one_button()

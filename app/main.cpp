@@ -4,6 +4,7 @@
 #include "app/SharedInstances.h"
 #include "app/Translations.h"
 #include "platform/Platform.h"
+#include "platform/ProcessEnd.h"
 #include "platform/SessionInstance.h"
 #include "settings/BuildInfo.h"
 
@@ -42,17 +43,27 @@ int main(int argc, char *argv[])
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
                      [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
 
+    const ProcessEnd end;
     const auto instance = createSessionInstance();
-    // Another Parklet runs in this session and has been asked to show its shelf.
-    if (!instance->claim())
-        return 0;
-
     const Translations translations;
+    if (!instance->claim()) {
+        // The shelf of this session is already there, and has been asked to show itself.
+        if (!instance->isUnanswered())
+            return 0;
+        return give(
+            cannotStart("Obstacle",
+                        QT_TRANSLATE_NOOP("Obstacle", "another Parklet of this session does not answer; end it, "
+                                                      "and start this one again"),
+                        {}));
+    }
+
     const auto platform = createPlatform();
     SharedInstances shared(*platform);
     AppDelegate delegate(shared);
     instance->onActivate = [&delegate] { delegate.showShelf(); };
     instance->onAction = [&delegate](const QString &name) { delegate.performAction(name); };
     platform->mainQueue->async([&delegate] { delegate.applicationDidFinishLaunching(); });
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    ProcessEnd::startDeadline();
+    return exitCode;
 }

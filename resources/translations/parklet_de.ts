@@ -315,6 +315,10 @@ Ohne Option startet Parklet oder zeigt die Ablage des bereits laufenden Parklet 
         <source>cannot connect to the X server &quot;%1&quot; that DISPLAY names</source>
         <translation>keine Verbindung zum X-Server „%1“, den DISPLAY nennt</translation>
     </message>
+    <message>
+        <source>another Parklet of this session does not answer; end it, and start this one again</source>
+        <translation>ein anderes Parklet dieser Sitzung antwortet nicht; dieses nach dessen Ende erneut starten</translation>
+    </message>
 </context>
 <context>
     <name>PreferencesWindowController</name>
@@ -488,6 +492,21 @@ store them, then drag to their destination whenever
 you&apos;re ready.</source>
         <translation>Dateien auf der schwebenden Ablage zwischenlagern
 und bei Gelegenheit von dort an ihr Ziel ziehen.</translation>
+    </message>
+</context>
+<context>
+    <name>Settings</name>
+    <message>
+        <source>another program has locked the folder of %1</source>
+        <translation>ein anderes Programm sperrt den Ordner von %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written</source>
+        <translation>%1 kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>The settings were not saved: %1</source>
+        <translation>Die Einstellungen wurden nicht gespeichert: %1</translation>
     </message>
 </context>
 </TS>

@@ -5,6 +5,7 @@ import fcntl
 import json
 import os
 import pathlib
+import signal
 
 from support.case import DesktopTest
 from support.faults import FullDisk
@@ -120,6 +121,61 @@ class SessionTest(DesktopTest):
         app.choose("Launch at Login")
         self.wait_for(lambda: "launchAtLogin" in app.read_settings(), "the next change is stored")
         self.assertEqual(app.read_settings()["windowEdge"], 0)
+
+
+class EndTest(DesktopTest):
+    """The end comes within a second, and a start never ends without a word."""
+    MOMENT = 5  # seconds; ten times what it takes, as other tests run beside
+
+    def test_a_signal_ends_it_with_the_settings_on_disk(self):
+        for sent in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(sent.name):
+                app = self.parklet()
+                app.choose("Launch at Login")
+                app.process.send_signal(sent)
+                self.assertEqual(app.process.wait(self.MOMENT), -sent)
+                self.assertIs(app.read_settings().get("launchAtLogin"), True)
+
+    def test_it_ends_though_another_program_keeps_the_settings_locked(self):
+        for ends in (lambda app: app.choose("Quit Parklet"), lambda app: app.process.terminate()):
+            app = self.parklet()
+            with locked(app.settings_file.parent):
+                app.choose("Launch at Login")
+                ends(app)
+                app.process.wait(self.MOMENT)
+            self.assertIn("another program has locked the folder", self.said("parklet"))
+
+    def test_a_signal_ends_one_whose_loop_stands(self):
+        app = self.parklet()
+        # What a write waits for, the first start waits for too.
+        app.kill()
+        app.write_settings({})
+        with locked(app.settings_file.parent):
+            app.process = self.desktop.start("parklet", app_program())
+            self.wait_for(lambda: any(os.path.realpath(entry) == str(app.settings_file.parent)
+                                      for entry in pathlib.Path(f"/proc/{app.process.pid}/fd").iterdir()),
+                          "Parklet is about to write its settings")
+            app.process.terminate()
+            app.process.wait(self.MOMENT)
+
+    def test_a_start_beside_one_that_does_not_answer_says_so(self):
+        app = self.parklet()
+        app.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(app.process.send_signal, signal.SIGCONT)
+        self.assertEqual(app.start_again(), 1)
+        self.assertIn("does not answer", self.said("parklet-again"))
+
+    def test_a_start_after_the_bus_died_makes_no_second_shelf(self):
+        app = self.parklet()
+        self.assertTrue(app.hidden())
+        # What is left of the session has no bus, or an address where nobody answers.
+        nowhere = {"DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.desktop.folder / 'no-bus'}"}
+        again = self.desktop.start("parklet-again", app_program(), environment=nowhere)
+        self.assertEqual(again.wait(20), 0)
+        self.wait_for(app.window, "the running shelf comes up")
+
+    def said(self, name):
+        return (self.desktop.processes.logs / f"{name}.log").read_text()
 
 
 @contextlib.contextmanager

@@ -27,6 +27,13 @@ constexpr rlim_t kMostDescriptorsOpen = 256;
 constexpr std::uint64_t kTruncate = 1ULL << 14;
 constexpr std::uint64_t kDeviceControl = 1ULL << 15;
 
+#ifdef PARKLET_UNCONFINED
+// The sanitizers map terabytes of memory, and open files to report what they found.
+constexpr bool kConfines = false;
+#else
+constexpr bool kConfines = true;
+#endif
+
 constexpr std::uint64_t kReading = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr std::uint64_t kWriting = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_FILE |
                                    LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_MAKE_REG;
@@ -153,23 +160,10 @@ void beginHelper(int first)
     ::syscall(SYS_close_range, static_cast<unsigned>(first), ~0U, 0U);
 }
 
-#ifdef PARKLET_UNCONFINED
-
-// The sanitizers map terabytes, and open files to say what they found.
-bool confineFileSystem(const Confinement &)
-{
-    return true;
-}
-
-bool confineProcess(const Confinement &)
-{
-    return true;
-}
-
-#else
-
 bool confineFileSystem(const Confinement &confinement)
 {
+    if (!kConfines)
+        return true;
     const long version = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
     if (version < 1)
         return true; // a kernel without it
@@ -192,6 +186,8 @@ bool confineFileSystem(const Confinement &confinement)
 
 bool confineProcess(const Confinement &confinement)
 {
+    if (!kConfines)
+        return true;
     if (!limit(RLIMIT_DATA, confinement.memory) || !limit(RLIMIT_AS, kAddressSpace) ||
         !limit(RLIMIT_CPU, kProcessorSeconds) || !limit(RLIMIT_FSIZE, kLargestFile) ||
         !limit(RLIMIT_NOFILE, kMostDescriptorsOpen))
@@ -222,5 +218,3 @@ bool confineProcess(const Confinement &confinement)
         filter.allow(SCMP_SYS(inotify_add_watch));
     return filter.load();
 }
-
-#endif

@@ -32,7 +32,7 @@ constexpr quint32 kPointerEvents = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION | XCB_INPU
 
 } // namespace
 
-ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb)
+ForeignDragWatcher::ForeignDragWatcher(const std::shared_ptr<XcbConnection> &xcb)
     : ForeignDragWatcher(xcb, DragBridge(xcb))
 {
 }

@@ -22,7 +22,7 @@
 // button nor of the pointer, and its end is asked for.
 class ForeignDragWatcher : public QObject {
 public:
-    explicit ForeignDragWatcher(std::shared_ptr<XcbConnection> connection);
+    explicit ForeignDragWatcher(const std::shared_ptr<XcbConnection> &connection);
     // The same with what is known of the compositor.
     ForeignDragWatcher(std::shared_ptr<XcbConnection> connection, const DragBridge &bridge);
     ~ForeignDragWatcher() override;

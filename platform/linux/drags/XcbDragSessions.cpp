@@ -53,12 +53,13 @@ bool letsDropsThrough(xcb_window_t window)
 
 } // namespace
 
-XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::function<QColor()> accent)
-    : XcbDragSessions(std::move(xcb), std::move(accent), Patience())
+XcbDragSessions::XcbDragSessions(const std::shared_ptr<XcbConnection> &xcb, std::function<QColor()> accent)
+    : XcbDragSessions(xcb, std::move(accent), Patience())
 {
 }
 
-XcbDragSessions::XcbDragSessions(std::shared_ptr<XcbConnection> xcb, std::function<QColor()> accent, Patience waits)
+XcbDragSessions::XcbDragSessions(const std::shared_ptr<XcbConnection> &xcb, std::function<QColor()> accent,
+                                 Patience waits)
     : XcbDragSessions(xcb, std::move(accent), waits, DragBridge(xcb))
 {
 }

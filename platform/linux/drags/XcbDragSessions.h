@@ -39,8 +39,9 @@ public:
     };
 
     // `accentColor` is asked at the start of each drag. Without a connection no drag begins.
-    XcbDragSessions(std::shared_ptr<XcbConnection> connection, std::function<QColor()> accentColor);
-    XcbDragSessions(std::shared_ptr<XcbConnection> connection, std::function<QColor()> accentColor, Patience patience);
+    XcbDragSessions(const std::shared_ptr<XcbConnection> &connection, std::function<QColor()> accentColor);
+    XcbDragSessions(const std::shared_ptr<XcbConnection> &connection, std::function<QColor()> accentColor,
+                    Patience patience);
     // The same with what is known of a compositor.
     XcbDragSessions(std::shared_ptr<XcbConnection> connection, std::function<QColor()> accentColor, Patience patience,
                     const DragBridge &bridge);

@@ -29,7 +29,7 @@ QByteArray programPath(const QByteArray &name)
 {
     const QByteArray own = QFile::encodeName(QCoreApplication::applicationDirPath());
     for (const QByteArray &folder : {givenFolder(), own, own + "/../libexec/parklet"}) {
-        const QByteArray path = folder + '/' + name;
+        QByteArray path = folder + '/' + name;
         if (!folder.isEmpty() && ::access(path.constData(), X_OK) == 0)
             return path;
     }

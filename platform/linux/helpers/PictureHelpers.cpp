@@ -157,7 +157,7 @@ PictureHelpers::MakerPointer PictureHelpers::makerFor(bool draws)
     }
     const int most = draws ? kMostDrawers : std::clamp(QThread::idealThreadCount(), 1, kMostMakers);
     if ((!best || load(best) > 0) && count < most) {
-        if (const MakerPointer another = startMaker(draws))
+        if (MakerPointer another = startMaker(draws))
             return another;
         // There is no such program, or no room for another process.
         if (!best) {
@@ -184,7 +184,7 @@ PictureHelpers::MakerPointer PictureHelpers::startMaker(bool draws)
     auto [ours, theirs] = socketPair();
     if (!ours.isOpen())
         return {};
-    const auto maker = std::make_shared<Maker>();
+    auto maker = std::make_shared<Maker>();
     maker->draws = draws;
     maker->orders = std::make_shared<Descriptor>(std::move(ours));
     maker->helper = HelperProcess::start(

@@ -156,7 +156,7 @@ void LinuxThumbnailGenerator::begun(const JobPointer &job)
         queued.erase(entry);
 }
 
-void LinuxThumbnailGenerator::answered(const JobPointer &job, PictureTask task, PictureAnswer answer)
+void LinuxThumbnailGenerator::answered(const JobPointer &job, PictureTask task, const PictureAnswer &answer)
 {
     begun(job);
     const FileState state = stateOf(answer.state);

@@ -48,7 +48,7 @@ private:
 
     void work(const JobPointer &job, PictureTask task = PictureTask::Whole);
     void begun(const JobPointer &job);
-    void answered(const JobPointer &job, PictureTask task, PictureAnswer answer);
+    void answered(const JobPointer &job, PictureTask task, const PictureAnswer &answer);
     void makeOfOther(const JobPointer &job, const FileState &state);
     void askDesktop(const JobPointer &job, const QStringList &mimeTypes);
     void keep(const JobPointer &job, const FileState &state, const QImage &image);

@@ -26,7 +26,7 @@ constexpr auto kUnseen = 10s;
 constexpr auto kAttended = 60s;
 
 constexpr quint8 kSentByClient = 0x80;
-constexpr qsizetype kMostData = 16 * 1024 * 1024;
+constexpr qsizetype kMostData = qsizetype(16) * 1024 * 1024;
 
 const char *const kURIList = "text/uri-list";
 
@@ -163,7 +163,7 @@ void WaylandDragWatcher::pointerEntered()
 
 void WaylandDragWatcher::readMore()
 {
-    constexpr qsizetype kPiece = 64 * 1024;
+    constexpr qsizetype kPiece = qsizetype(64) * 1024;
     QByteArray piece(kPiece, Qt::Uninitialized);
     for (;;) {
         const ssize_t length = ::read(int(pipe->socket()), piece.data(), size_t(piece.size()));

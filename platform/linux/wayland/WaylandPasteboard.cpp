@@ -20,7 +20,7 @@ namespace {
 
 // A program that does not hand over what was copied in it is given up after this, in milliseconds.
 constexpr int kPatience = 1000;
-constexpr qsizetype kMostData = 16 * 1024 * 1024;
+constexpr qsizetype kMostData = qsizetype(16) * 1024 * 1024;
 const char *const kURIList = "text/uri-list";
 
 // All that comes until the writer is done; nothing when it takes too long.
@@ -29,7 +29,7 @@ QByteArray readAll(int descriptor)
     QElapsedTimer waited;
     waited.start();
     QByteArray data;
-    QByteArray piece(64 * 1024, Qt::Uninitialized);
+    QByteArray piece(qsizetype(64) * 1024, Qt::Uninitialized);
     while (data.size() <= kMostData) {
         pollfd ready = {descriptor, POLLIN, 0};
         const int left = kPatience - int(waited.elapsed());

@@ -22,7 +22,7 @@ WaylandScreens::WaylandScreens(std::shared_ptr<WorkAreas> workAreas)
     QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, &context, changed);
     QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &context, changed);
     areas->onChange = changed;
-    reported = all();
+    reported = WaylandScreens::all();
     if (!reported.isEmpty())
         lastPointer = reported.constFirst().frame.center();
 }

@@ -64,7 +64,7 @@ ProcessEnd::ProcessEnd()
     for (const int signal : kSignals) {
         struct sigaction before {};
         if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_DFL)
-            install(signal, handleSignal, SA_RESTART | SA_RESETHAND);
+            install(signal, handleSignal, static_cast<int>(SA_RESTART | SA_RESETHAND));
     }
 }
 

@@ -141,7 +141,7 @@ static QString withoutTurns(QString name)
 
 QString ShelfItemView::displayName(const QUrl &fileURL, bool hideExtension)
 {
-    const QString name = withoutTurns(lastPathComponent(fileURL));
+    QString name = withoutTurns(lastPathComponent(fileURL));
     // Only the last extension goes, and a name that only begins with a dot has none.
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     if (!hideExtension || dot <= 0 || dot == name.size() - 1)

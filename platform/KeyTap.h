@@ -18,6 +18,6 @@ public:
     // Starts the tap; `handler` runs on the main thread. False when the platform refuses.
     virtual bool install(Handler handler) = 0;
 
-    // Ends the tap, if there is one.
+    // Ends the tap, if there is one. A key that is pressed after this has returned reaches the focused program.
     virtual void remove() = 0;
 };

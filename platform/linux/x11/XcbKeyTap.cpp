@@ -174,10 +174,13 @@ bool XcbKeyTap::grab()
 
 void XcbKeyTap::ungrab()
 {
+    std::vector<xcb_void_cookie_t> cookies;
     for (const Grab &grab : grabs)
-        xcb_ungrab_key(xcb->get(), grab.code, xcb->root(), grab.modifiers);
+        cookies.push_back(xcb_ungrab_key_checked(xcb->get(), grab.code, xcb->root(), grab.modifiers));
     grabs.clear();
-    xcb->flush();
+    // Wait for the server: a key that is pressed after the removal must reach the focused program.
+    for (const xcb_void_cookie_t cookie : cookies)
+        xcb->succeeded(cookie);
 }
 
 void XcbKeyTap::selectKeyboardEvents(bool selected)

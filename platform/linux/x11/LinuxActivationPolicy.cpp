@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QWidget>
 
 #include <algorithm>
@@ -137,11 +138,20 @@ bool LinuxActivationPolicy::eventFilter(QObject *object, QEvent *event)
 {
     // A spontaneous event is about a window that is already on screen, for instance a restored one.
     if (event->type() == QEvent::Show && !event->spontaneous() && object->isWidgetType()) {
-        const auto *widget = static_cast<const QWidget *>(object);
+        auto *widget = static_cast<QWidget *>(object);
         xcb_connection_t *xcb = widget->isWindow() ? windowConnection() : nullptr;
         // The window is about to be mapped. The window manager forgot its state when it was hidden.
-        if (xcb && isNormalWindow(*widget))
+        if (xcb && isNormalWindow(*widget)) {
             writeHints(xcb, static_cast<xcb_window_t>(widget->winId()));
+            // A window manager that is late forgets it only now, before it maps the window, so ask again afterwards.
+            QMetaObject::invokeMethod(
+                this,
+                [this, xcb, shown = QPointer(widget)] {
+                    if (current == Policy::Accessory && shown && shown->isVisible())
+                        askForHints(xcb, static_cast<xcb_window_t>(shown->winId()));
+                },
+                Qt::QueuedConnection);
+        }
     }
     return QObject::eventFilter(object, event);
 }

@@ -58,12 +58,19 @@ class LanguagesTest(DesktopTest):
         self.wait_for(lambda: not self.app.menu_window(), "the menu closes")
         return texts
 
+    def wait_for_focus(self):
+        """Waits until a key goes to a window of Parklet."""
+        windows = self.desktop.windows
+        self.wait_for(lambda: windows.active() in [window.id for window in windows.find(instance="parklet")],
+                      "Parklet has the focus")
+
     def tour(self, language):
         """Goes everywhere, and answers what is written there."""
         self.start(language, excludedBundleIDs=["org.example.Gone"], hasShownUpdatePrompt=False)
         places = {}
         self.wait_for(lambda: self.app.root() and self.app.root().find(role="alert message"), "there is a question")
         places["first question"] = self.settled_texts()
+        self.wait_for_focus()
         self.hand.key("Escape")
         self.wait_for(self.app.tray_icon, "Parklet's icon is in the tray")
 
@@ -80,6 +87,7 @@ class LanguagesTest(DesktopTest):
                        if node.role == "list item"]
             self.assertEqual(len(choices), (0, 3, 7, 10, 0)[number])
             places[f"the choices of pane {number}"] = set(choices)
+        self.wait_for_focus()
         self.hand.key("Escape")
         self.wait_for(lambda: not self.app.window("preferences"), "the preferences window closes")
 
@@ -94,6 +102,7 @@ class LanguagesTest(DesktopTest):
         self.hand.click(*buttons[2].center)
         self.wait_for(lambda: self.app.root().find(role="alert message"), "there is a question")
         places["question"] = self.settled_texts()
+        self.wait_for_focus()
         self.hand.key("Escape")
         self.wait_for(lambda: not self.app.root().find(role="alert message"), "the question goes away")
         self.app.process.terminate()

@@ -79,6 +79,7 @@ class LauncherTest(DesktopTest):
         self.app.tile("words.txt")
         self.app.click("Preferences")
         preferences = wait_for(lambda: self.app.window("preferences"), "the gear opens the preferences")
+        wait_for(lambda: self.desktop.windows.active() == preferences.id, "it has the focus")
         self.hand.key("F4", "Alt_L")
         wait_for(lambda: not self.desktop.windows.visible(preferences), "the preferences close")
         self.perform("preferences")

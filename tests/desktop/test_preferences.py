@@ -263,6 +263,8 @@ class PreferencesTest(DesktopTest):
         self.wait_for(lambda: not self.app.window("preferences"), "Escape closes the window")
         self.app.choose("Preferences…")
         self.wait_for(lambda: self.app.find("Start at login"), "it opens again with its pane")
+        window = self.app.window("preferences")
+        self.wait_for(lambda: self.desktop.windows.active() == window.id, "it has the focus")
         self.hand.key("w", "Control_L")
         self.wait_for(lambda: not self.app.window("preferences"), "Ctrl+W closes the window")
 

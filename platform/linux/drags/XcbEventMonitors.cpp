@@ -7,6 +7,12 @@
 #include <utility>
 #include <vector>
 
+struct XcbEventMonitors::Monitor {
+    quint32 mask;
+    std::function<void()> handler;
+    std::vector<std::unique_ptr<EdgeStrip>> strips;
+};
+
 XcbEventMonitors::XcbEventMonitors(std::shared_ptr<ForeignDragWatcher> dragWatcher,
                                    std::function<QList<Screen>()> allScreens)
     : watcher(std::move(dragWatcher))
@@ -14,14 +20,6 @@ XcbEventMonitors::XcbEventMonitors(std::shared_ptr<ForeignDragWatcher> dragWatch
 {
     watcher->onDragged = [this] { send(LeftMouseDragged); };
     watcher->onEnded = [this] { send(LeftMouseUp); };
-}
-
-XcbEventMonitors::Monitor::Monitor(quint32 events, std::function<void()> handles,
-                                   std::vector<std::unique_ptr<EdgeStrip>> notices)
-    : mask(events)
-    , handler(std::move(handles))
-    , strips(std::move(notices))
-{
 }
 
 XcbEventMonitors::~XcbEventMonitors()
@@ -34,7 +32,7 @@ std::optional<EventMonitors::Token> XcbEventMonitors::add(quint32 mask, std::fun
 {
     if (!watcher->start())
         return {};
-    monitors[++lastToken] = std::make_shared<const Monitor>(mask, std::move(handler));
+    monitors[++lastToken] = std::make_shared<const Monitor>(Monitor{mask, std::move(handler), {}});
     return lastToken;
 }
 
@@ -43,7 +41,8 @@ std::optional<EventMonitors::Token> XcbEventMonitors::addNear(const QRectF &fram
     if (!watcher->start())
         return {};
     auto strips = watcher->isBridged() ? stripsBeside(frame) : std::vector<std::unique_ptr<EdgeStrip>>();
-    monitors[++lastToken] = std::make_shared<const Monitor>(LeftMouseDragged, std::move(handler), std::move(strips));
+    monitors[++lastToken] =
+        std::make_shared<const Monitor>(Monitor{LeftMouseDragged, std::move(handler), std::move(strips)});
     return lastToken;
 }
 

@@ -24,13 +24,7 @@ public:
     void remove(Token token) override;
 
 private:
-    struct Monitor {
-        Monitor(quint32 events, std::function<void()> handles, std::vector<std::unique_ptr<EdgeStrip>> notices = {});
-
-        quint32 mask;
-        std::function<void()> handler;
-        std::vector<std::unique_ptr<EdgeStrip>> strips;
-    };
+    struct Monitor;
 
     std::vector<std::unique_ptr<EdgeStrip>> stripsBeside(const QRectF &frame);
     void send(EventMask event);

@@ -23,7 +23,7 @@ Descriptor::~Descriptor()
         ::close(fd);
 }
 
-std::pair<Descriptor, Descriptor> socketPair()
+SocketPair socketPair()
 {
     std::array<int, 2> ends{-1, -1};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)

@@ -33,8 +33,14 @@ private:
     int fd = -1;
 };
 
-// The two ends of a new socket that keeps messages apart; neither is open when the system has none left.
-std::pair<Descriptor, Descriptor> socketPair();
+// The two ends of a socket that keeps messages apart.
+struct SocketPair {
+    Descriptor ours;
+    Descriptor theirs;
+};
+
+// A new pair; neither end is open when the system has none left.
+SocketPair socketPair();
 
 // One message, and the descriptors that came with it.
 struct Received {

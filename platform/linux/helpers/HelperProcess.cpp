@@ -94,16 +94,16 @@ std::shared_ptr<HelperProcess> HelperProcess::start(const QByteArray &name, cons
                                                     Descriptor further)
 {
     const QByteArray program = programPath(name);
-    auto [ours, theirs] = socketPair();
-    if (program.isEmpty() || !ours.isOpen())
+    SocketPair ends = socketPair();
+    if (program.isEmpty() || !ends.ours.isOpen())
         return {};
-    const Descriptor socket = movedUp(std::move(theirs));
+    const Descriptor socket = movedUp(std::move(ends.theirs));
     const Descriptor second = further.isOpen() ? movedUp(std::move(further)) : Descriptor();
     const pid_t process = spawn(program, arguments, socket.get(), second.get());
     if (process < 0)
         return {};
-    ::fcntl(ours.get(), F_SETFL, O_NONBLOCK);
-    return std::shared_ptr<HelperProcess>(new HelperProcess(std::move(ours), process));
+    ::fcntl(ends.ours.get(), F_SETFL, O_NONBLOCK);
+    return std::shared_ptr<HelperProcess>(new HelperProcess(std::move(ends.ours), process));
 }
 
 void HelperProcess::lookIn(const QByteArray &folder)

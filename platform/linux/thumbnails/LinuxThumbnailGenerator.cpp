@@ -138,9 +138,9 @@ void LinuxThumbnailGenerator::work(const JobPointer &job, PictureTask task)
     }
     pictures.request(
         std::move(request),
-        [this, job, task, stillThere = std::weak_ptr<bool>(alive)](PictureAnswer answer) {
+        [this, job, task, stillThere = std::weak_ptr<bool>(alive)](const PictureAnswer &answer) {
             if (!stillThere.expired())
-                answered(job, task, std::move(answer));
+                answered(job, task, answer);
         },
         [this, job, stillThere = std::weak_ptr<bool>(alive)] {
             // Who asks from here on wants the file as it is then.

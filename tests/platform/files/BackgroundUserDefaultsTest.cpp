@@ -237,8 +237,12 @@ void BackgroundUserDefaultsTest::a_write_that_was_refused_is_forgotten_within_th
     QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0444), 0);
     BackgroundUserDefaults defaults(path);
     const UserDefaults::ReadsOfOneMoment moment(defaults);
-    QVERIFY(defaults.set(kKey, 2));
-    QCOMPARE(defaults.integer(kKey), 2);
+    {
+        const Hold hold(folder->path());
+        QVERIFY(hold.holds);
+        QVERIFY(defaults.set(kKey, 2));
+        QCOMPARE(defaults.integer(kKey), 2);
+    }
     defaults.synchronize();
     QCOMPARE(defaults.integer(kKey), 1);
 }

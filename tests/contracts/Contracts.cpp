@@ -12,6 +12,7 @@ int runContracts(World &world, int argc, char *argv[])
                              colorArchiveContract,
                              dragPasteboardContract,
                              dragSessionsContract,
+                             dropPasteboardContract,
                              eventMonitorsContract,
                              fileEventStreamsContract,
                              floatingPanelsContract,

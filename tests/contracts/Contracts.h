@@ -14,6 +14,7 @@ std::unique_ptr<QObject> alertsContract(World &world);
 std::unique_ptr<QObject> colorArchiveContract(World &world);
 std::unique_ptr<QObject> dragPasteboardContract(World &world);
 std::unique_ptr<QObject> dragSessionsContract(World &world);
+std::unique_ptr<QObject> dropPasteboardContract(World &world);
 std::unique_ptr<QObject> eventMonitorsContract(World &world);
 std::unique_ptr<QObject> fileEventStreamsContract(World &world);
 std::unique_ptr<QObject> floatingPanelsContract(World &world);

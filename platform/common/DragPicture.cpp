@@ -87,6 +87,15 @@ DragPicture finished(const QImage &image, const QPointF &hotSpot, const DragPict
 
 } // namespace
 
+QImage framedPicture(const DraggingItem &item, double scale)
+{
+    QImage image = canvas(item.frame.size(), scale);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    drawContents(painter, item, pictureRect(item).translated(-item.frame.topLeft()), scale);
+    return image;
+}
+
 QSizeF fittedSize(const QSizeF &contents, const QSizeF &frame)
 {
     if (contents.isEmpty() || frame.isEmpty())

@@ -26,6 +26,9 @@ struct DragPictureStyle {
 // where the user grabbed the source view, in its points.
 DragPicture dragPicture(const QList<DraggingItem> &items, const QPointF &pointer, const DragPictureStyle &style);
 
+// The contents of `item` as they lie in its frame, with nothing around them; `scale` pixels per point.
+QImage framedPicture(const DraggingItem &item, double scale);
+
 // The largest size with the proportions of `contents` that fits `frame`.
 QSizeF fittedSize(const QSizeF &contents, const QSizeF &frame);
 

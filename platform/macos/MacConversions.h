@@ -4,8 +4,7 @@
 #include <QColor>
 #include <QIcon>
 #include <QImage>
-#include <QPointF>
-#include <QRectF>
+#include <QSizeF>
 #include <QString>
 #include <QUrl>
 
@@ -55,8 +54,3 @@ NSImage *toNSImage(const QImage &image, const QSizeF &size);
 
 // `icon` of at most `size` points, at `scale` pixels a point.
 NSImage *toNSImage(const QIcon &icon, const QSize &size, double scale);
-
-// What Cocoa measures from the bottom left of the primary screen, as Qt does from its top left. `primaryHeight` is the
-// height of that screen.
-QPointF fromScreenPoint(const QPointF &point, double primaryHeight);
-QRectF fromScreenRect(const QRectF &rect, double primaryHeight);

@@ -122,13 +122,3 @@ NSImage *toNSImage(const QIcon &icon, const QSize &size, double scale)
     const QImage image = icon.pixmap(size, scale).toImage();
     return toNSImage(image, image.deviceIndependentSize());
 }
-
-QPointF fromScreenPoint(const QPointF &point, double primaryHeight)
-{
-    return {point.x(), primaryHeight - point.y()};
-}
-
-QRectF fromScreenRect(const QRectF &rect, double primaryHeight)
-{
-    return {rect.x(), primaryHeight - rect.y() - rect.height(), rect.width(), rect.height()};
-}

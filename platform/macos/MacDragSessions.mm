@@ -3,10 +3,10 @@
 
 #include "platform/OwnDrag.h"
 #include "platform/common/DragPicture.h"
+#include "platform/common/Flipped.h"
 #include "platform/macos/MacConversions.h"
 #include "platform/macos/MacDragPasteboard.h"
 
-#include <QPainter>
 #include <QWidget>
 
 #include <utility>
@@ -103,27 +103,11 @@ DragOperation performedOperation(NSDragOperation operation)
     return (operation & NSDragOperationLink) != 0 ? DragOperation::Link : DragOperation::Copy;
 }
 
-// The contents of `item` as they lie in its frame, with nothing around them.
-NSImage *pictureOf(const DraggingItem &item, double scale)
-{
-    QImage image((item.frame.size() * scale).toSize().expandedTo(QSize(1, 1)), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QRectF place(QPointF(), fittedSize(item.contents.deviceIndependentSize(), QSizeF(image.size())));
-    place.moveCenter(QRectF(image.rect()).center());
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(place, item.contents, QRectF(item.contents.rect()));
-    painter.end();
-    return toNSImage(image, item.frame.size());
-}
-
 // `frame` in `source`, as a rectangle of the view of its window.
 NSRect frameInView(const QRectF &frame, const QWidget &source, NSView *view)
 {
-    QRectF placed(source.mapTo(source.window(), frame.topLeft()), frame.size());
-    if (!view.flipped)
-        placed.moveTop(view.bounds.size.height - placed.bottom());
-    return placed.toCGRect();
+    const QRectF placed(source.mapTo(source.window(), frame.topLeft()), frame.size());
+    return (view.flipped ? placed : flippedIn(view.bounds.size.height, placed)).toCGRect();
 }
 
 NSArray<NSDraggingItem *> *nativeItems(const QList<DraggingItem> &items, const QWidget &source, NSView *view)
@@ -135,7 +119,7 @@ NSArray<NSDraggingItem *> *nativeItems(const QList<DraggingItem> &items, const Q
             continue;
         NSDraggingItem *dragged = [[NSDraggingItem alloc] initWithPasteboardWriter:url];
         [dragged setDraggingFrame:frameInView(item.frame, source, view)
-                         contents:pictureOf(item, source.devicePixelRatioF())];
+                         contents:toNSImage(framedPicture(item, source.devicePixelRatioF()), item.frame.size())];
         [native addObject:dragged];
     }
     return native;

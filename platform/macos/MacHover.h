@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QPointer>
-#include <QWidget>
+#include "platform/common/HoverEvents.h"
 
 #include <memory>
 
@@ -19,17 +18,14 @@ public:
     void follow(NSView *view);
 
     // Tells the window that the pointer is not over it any more, if that is what it has been told.
-    void leave();
+    void leave() { events.leave(); }
 
     // Qt has told the window something of its own.
-    void forget() { isInside = false; }
+    void forget() { events.forget(); }
 
 private:
     struct Area;
 
-    void move();
-
-    const QPointer<QWidget> window;
+    HoverEvents events;
     std::unique_ptr<Area> area;
-    bool isInside = false;
 };

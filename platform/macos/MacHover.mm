@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacHover.h"
 
-#include <QCoreApplication>
-#include <QCursor>
-#include <QEnterEvent>
-#include <QGuiApplication>
-#include <QWindow>
-
 #include <functional>
 
 #import <AppKit/AppKit.h>
@@ -72,14 +66,6 @@ constexpr NSTrackingAreaOptions kOptions =
     NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved | NSTrackingActiveAlways | NSTrackingInVisibleRect;
 static_assert(kOptions == 0x283);
 
-void sendEnter(QWidget &window)
-{
-    const QPointF global = QCursor::pos();
-    const QPointF local = window.mapFromGlobal(global);
-    QEnterEvent event(local, local, global);
-    QCoreApplication::sendEvent(window.windowHandle(), &event);
-}
-
 } // namespace
 
 struct MacHover::Area {
@@ -104,7 +90,7 @@ struct MacHover::Area {
 };
 
 MacHover::MacHover(QWidget &hovered)
-    : window(&hovered)
+    : events(hovered)
 {
 }
 
@@ -113,39 +99,7 @@ MacHover::~MacHover() = default;
 void MacHover::follow(NSView *view)
 {
     area.reset();
-    isInside = false;
-    area = std::make_unique<Area>(view, [[ParkletPointerFollower alloc] initWithMoved:[this] { move(); }
+    forget();
+    area = std::make_unique<Area>(view, [[ParkletPointerFollower alloc] initWithMoved:[this] { events.move(); }
                                             left:[this] { leave(); }]);
-}
-
-// The window's own handling of these finds the view under the pointer, sends it and the one before what they need to
-// know, and wakes tool tips.
-void MacHover::move()
-{
-    // Whoever hears of the first event may let go of the panel, and of this with it.
-    const QPointer<QWidget> hovered = window;
-    if (!hovered || !hovered->windowHandle())
-        return;
-    if (!isInside) {
-        isInside = true;
-        sendEnter(*hovered);
-    }
-    if (!hovered || !hovered->windowHandle())
-        return;
-    const QPointF global = QCursor::pos();
-    const QPointF local = hovered->mapFromGlobal(global);
-    QMouseEvent event(QEvent::MouseMove, local, local, global, Qt::NoButton, Qt::NoButton,
-                      QGuiApplication::queryKeyboardModifiers());
-    QCoreApplication::sendEvent(hovered->windowHandle(), &event);
-}
-
-void MacHover::leave()
-{
-    if (!isInside)
-        return;
-    isInside = false;
-    if (!window || !window->windowHandle())
-        return;
-    QEvent event(QEvent::Leave);
-    QCoreApplication::sendEvent(window->windowHandle(), &event);
 }

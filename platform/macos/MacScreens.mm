@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacScreens.h"
 
-#include "platform/macos/MacConversions.h"
+#include "platform/common/Flipped.h"
 
 #include <utility>
 
@@ -17,8 +17,8 @@ double primaryHeight()
 Screen screenOf(NSScreen *screen)
 {
     const double height = primaryHeight();
-    return {fromScreenRect(QRectF::fromCGRect(screen.frame), height),
-            fromScreenRect(QRectF::fromCGRect(screen.visibleFrame), height), screen.backingScaleFactor};
+    return {flippedIn(height, QRectF::fromCGRect(screen.frame)),
+            flippedIn(height, QRectF::fromCGRect(screen.visibleFrame)), screen.backingScaleFactor};
 }
 
 } // namespace
@@ -67,7 +67,7 @@ QList<Screen> MacScreens::all() const
 
 std::optional<QPointF> MacScreens::pointer() const
 {
-    return fromScreenPoint(QPointF::fromCGPoint(NSEvent.mouseLocation), primaryHeight());
+    return flippedIn(primaryHeight(), QPointF::fromCGPoint(NSEvent.mouseLocation));
 }
 
 void MacScreens::report()

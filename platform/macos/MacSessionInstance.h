@@ -2,8 +2,9 @@
 #pragma once
 
 #include "platform/SessionInstance.h"
+#include "platform/common/SessionLock.h"
 
-#include <QLockFile>
+#include <memory>
 
 // The first one to lock a file is the session's. Later starts tell it by a distributed notification; opening the
 // running application once more, as from the Dock, comes as an Apple event.
@@ -17,8 +18,6 @@ public:
 private:
     struct Listener;
 
-    bool takeLock();
-
-    QLockFile lock;
+    SessionLock lock;
     std::unique_ptr<Listener> listener;
 };

@@ -93,15 +93,13 @@ struct MacSessionInstance::Listener {
 MacSessionInstance::MacSessionInstance()
     : lock(lockPath())
 {
-    // However long the first one has been running.
-    lock.setStaleLockTime(0);
 }
 
 MacSessionInstance::~MacSessionInstance() = default;
 
 bool MacSessionInstance::claim()
 {
-    if (!takeLock()) {
+    if (!lock.take()) {
         [NSDistributedNotificationCenter.defaultCenter postNotificationName:kShowYourself
                                                                      object:nil
                                                                    userInfo:nil
@@ -113,23 +111,6 @@ bool MacSessionInstance::claim()
             onActivate();
     });
     return true;
-}
-
-bool MacSessionInstance::takeLock()
-{
-    if (lock.tryLock(0))
-        return true;
-    // A lock file that names no process, as a full disk leaves it, would be somebody's for ever.
-    qint64 process = 0;
-    QString host;
-    QString application;
-    if (lock.error() == QLockFile::LockFailedError && !lock.getLockInfo(&process, &host, &application)) {
-        lock.removeStaleLockFile();
-        if (lock.tryLock(0))
-            return true;
-    }
-    // Where nothing can be locked there is nobody to hand over to: better a second shelf than none.
-    return lock.error() != QLockFile::LockFailedError;
 }
 
 std::unique_ptr<SessionInstance> createSessionInstance()

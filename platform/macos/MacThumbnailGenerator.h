@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/ThumbnailGenerator.h"
+#include "platform/common/OpenThumbnails.h"
 
 #include <QObject>
 #include <QSize>
@@ -22,8 +23,6 @@ public:
                   Delayed delayed = nullptr) override;
 
 private:
-    struct OpenJobs;
-
-    std::shared_ptr<OpenJobs> open;
+    std::shared_ptr<OpenThumbnails> open;
     QObject receiver; // of what comes after a blink
 };

@@ -7,8 +7,6 @@
 #include <QThreadPool>
 #include <QTimer>
 
-#include <map>
-#include <mutex>
 #include <utility>
 
 #import <Foundation/Foundation.h>
@@ -43,47 +41,8 @@ QSize pixelsOf(const QSizeF &size, double scale)
 
 } // namespace
 
-// The requests that have not been answered, so that each is answered exactly once.
-struct MacThumbnailGenerator::OpenJobs {
-    quint64 add(Completion completion)
-    {
-        const std::lock_guard lock(mutex);
-        jobs.emplace(++last, std::move(completion));
-        return last;
-    }
-
-    bool isOpen(quint64 id)
-    {
-        const std::lock_guard lock(mutex);
-        return jobs.contains(id);
-    }
-
-    void answer(quint64 id, std::optional<Thumbnail> image)
-    {
-        std::unique_lock lock(mutex);
-        auto job = jobs.extract(id);
-        lock.unlock();
-        if (job)
-            job.mapped()(std::move(image));
-    }
-
-    void answerAll()
-    {
-        std::unique_lock lock(mutex);
-        const auto left = std::exchange(jobs, {});
-        lock.unlock();
-        for (const auto &[id, completion] : left)
-            completion({});
-    }
-
-private:
-    std::mutex mutex;
-    std::map<quint64, Completion> jobs;
-    quint64 last = 0;
-};
-
 MacThumbnailGenerator::MacThumbnailGenerator()
-    : open(std::make_shared<OpenJobs>())
+    : open(std::make_shared<OpenThumbnails>())
 {
 }
 
@@ -111,7 +70,7 @@ void MacThumbnailGenerator::generate(const QUrl &file, double edge, double scale
                                      Delayed delayed)
 {
     const quint64 id = open->add(std::move(completion));
-    const std::shared_ptr<OpenJobs> jobs = open;
+    const std::shared_ptr<OpenThumbnails> jobs = open;
     if (delayed) {
         QTimer::singleShot(kBlink, &receiver, [jobs, id, delayed = std::move(delayed)] {
             if (jobs->isOpen(id))
@@ -119,20 +78,22 @@ void MacThumbnailGenerator::generate(const QUrl &file, double edge, double scale
         });
     }
     QThreadPool::globalInstance()->start([jobs, id, file, edge, scale] {
-        const auto pixels = imagePixelSize(file);
-        const QSizeF size = fittedThumbnailSize(edge, pixels ? std::optional<QSizeF>(*pixels) : std::nullopt);
-        const QSize bound = pixelsOf(size, scale);
-        QLThumbnailGenerationRequest *request = [[QLThumbnailGenerationRequest alloc]
-              initWithFileAtURL:toNSURL(file)
-                           size:size.toCGSize()
-                          scale:scale
-            representationTypes:QLThumbnailGenerationRequestRepresentationTypeThumbnail];
-        [QLThumbnailGenerator.sharedGenerator
-            generateBestRepresentationForRequest:request
-                               completionHandler:^(QLThumbnailRepresentation *thumbnail, NSError *) {
-                                   const QImage image = fromCGImage(thumbnail.CGImage, bound);
-                                   jobs->answer(id,
-                                                image.isNull() ? std::nullopt : std::optional(Thumbnail{image, size}));
-                               }];
+        @autoreleasepool {
+            const auto pixels = imagePixelSize(file);
+            const QSizeF size = fittedThumbnailSize(edge, pixels ? std::optional<QSizeF>(*pixels) : std::nullopt);
+            const QSize bound = pixelsOf(size, scale);
+            QLThumbnailGenerationRequest *request = [[QLThumbnailGenerationRequest alloc]
+                  initWithFileAtURL:toNSURL(file)
+                               size:size.toCGSize()
+                              scale:scale
+                representationTypes:QLThumbnailGenerationRequestRepresentationTypeThumbnail];
+            [QLThumbnailGenerator.sharedGenerator
+                generateBestRepresentationForRequest:request
+                                   completionHandler:^(QLThumbnailRepresentation *thumbnail, NSError *) {
+                                       const QImage image = fromCGImage(thumbnail.CGImage, bound);
+                                       jobs->answer(id, image.isNull() ? std::nullopt
+                                                                       : std::optional(Thumbnail{image, size}));
+                                   }];
+        }
     });
 }

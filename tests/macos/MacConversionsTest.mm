@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacConversions.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -11,32 +12,11 @@ class MacConversionsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void places_are_measured_from_the_top_of_the_primary_screen_data();
-    void places_are_measured_from_the_top_of_the_primary_screen();
     void a_colour_survives_the_way_there_and_back();
     void an_icon_becomes_a_picture_of_its_size();
     void a_file_may_be_named_by_its_place_on_the_disk();
     void what_is_no_file_is_none();
 };
-
-void MacConversionsTest::places_are_measured_from_the_top_of_the_primary_screen_data()
-{
-    QTest::addColumn<QRectF>("native");
-    QTest::addColumn<QRectF>("expected");
-    // The primary screen is 1440 x 900.
-    QTest::newRow("all of it") << QRectF(0, 0, 1440, 900) << QRectF(0, 0, 1440, 900);
-    QTest::newRow("below its menu bar, above the Dock") << QRectF(0, 70, 1440, 806) << QRectF(0, 24, 1440, 806);
-    QTest::newRow("a screen above") << QRectF(0, 900, 1920, 1080) << QRectF(0, -1080, 1920, 1080);
-    QTest::newRow("a screen to the left, lower") << QRectF(-1280, -100, 1280, 800) << QRectF(-1280, 200, 1280, 800);
-}
-
-void MacConversionsTest::places_are_measured_from_the_top_of_the_primary_screen()
-{
-    QFETCH(QRectF, native);
-    QFETCH(QRectF, expected);
-    QCOMPARE(fromScreenRect(native, 900), expected);
-    QCOMPARE(fromScreenPoint(native.topLeft(), 900), expected.bottomLeft());
-}
 
 void MacConversionsTest::a_colour_survives_the_way_there_and_back()
 {
@@ -73,6 +53,6 @@ void MacConversionsTest::what_is_no_file_is_none()
     QVERIFY(!fromNSURL([NSURL URLWithString:@"https://orvane.example/"]));
 }
 
-QTEST_MAIN(MacConversionsTest)
+PARKLET_TEST(MacConversionsTest)
 
 #include "MacConversionsTest.moc"

@@ -33,6 +33,7 @@ private slots:
     void without_blending_every_pixel_is_opaque_or_absent();
     void an_opaque_edge_keeps_its_colour();
     void an_item_without_contents_still_has_a_picture();
+    void contents_lie_in_the_middle_of_their_frame();
 
 private:
     static bool contains(const QImage &image, const QColor &color)
@@ -128,6 +129,20 @@ void DragPictureTest::an_item_without_contents_still_has_a_picture()
 }
 
 } // namespace
+
+void DragPictureTest::contents_lie_in_the_middle_of_their_frame()
+{
+    DraggingItem wide = item({144, 72}, Qt::red);
+    wide.frame.moveTo(20, 30);
+    const QImage picture = framedPicture(wide, 2);
+    QCOMPARE(picture.size(), QSize(144, 144));
+    QCOMPARE(picture.deviceIndependentSize(), QSizeF(72, 72));
+    QCOMPARE(picture.pixelColor(72, 34).alpha(), 0);
+    QCOMPARE(picture.pixelColor(72, 38), QColor(Qt::red));
+    QCOMPARE(picture.pixelColor(72, 105), QColor(Qt::red));
+    QCOMPARE(picture.pixelColor(72, 109).alpha(), 0);
+    QCOMPARE(framedPicture({wide.fileURL, wide.frame, QPixmap()}, 1).pixelColor(36, 36).alpha(), 0);
+}
 
 PARKLET_TEST(DragPictureTest)
 #include "DragPictureTest.moc"

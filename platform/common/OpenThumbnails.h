@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/ThumbnailGenerator.h"
+
+#include <map>
+#include <mutex>
+
+// The requests that have not been answered, so that each is answered exactly once, whichever thread its answer comes
+// on.
+class OpenThumbnails {
+public:
+    using Completion = ThumbnailGenerator::Completion;
+
+    // Returns the number of a new request.
+    quint64 add(Completion completion);
+
+    bool isOpen(quint64 request);
+
+    // Answers a request that is open.
+    void answer(quint64 request, std::optional<Thumbnail> image);
+
+    // Answers whatever is open with nothing.
+    void answerAll();
+
+private:
+    std::mutex mutex;
+    std::map<quint64, Completion> requests;
+    quint64 last = 0;
+};

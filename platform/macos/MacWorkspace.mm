@@ -44,19 +44,22 @@ void MacWorkspace::icon(const QUrl &file, IconFound found)
         if (!*isFound)
             found(QFileIconProvider().icon(QFileIconProvider::File));
     });
-    // Asking for a file's icon waits for its file system.
-    QThreadPool::globalInstance()->start([target = QPointer<QObject>(&receiver), file, found, isFound] {
-        NSString *path = toNSString(QFile::decodeName(fileSystemPath(file)));
-        const QIcon icon = macIcon([NSWorkspace.sharedWorkspace iconForFile:path]);
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [target, found, icon, isFound] {
-                *isFound = true;
-                if (target)
-                    found(icon);
-            },
-            Qt::QueuedConnection);
-    });
+    // Asking for a file's icon waits for its file system. The application ends after the last of these threads.
+    QThreadPool::globalInstance()->start(
+        [application = QCoreApplication::instance(), target = QPointer<QObject>(&receiver), file, found, isFound] {
+            @autoreleasepool {
+                NSString *path = toNSString(QFile::decodeName(fileSystemPath(file)));
+                const QIcon icon = macIcon([NSWorkspace.sharedWorkspace iconForFile:path]);
+                QMetaObject::invokeMethod(
+                    application,
+                    [target, found, icon, isFound] {
+                        *isFound = true;
+                        if (target)
+                            found(icon);
+                    },
+                    Qt::QueuedConnection);
+            }
+        });
 }
 
 std::optional<Application> MacWorkspace::application(const QString &bundleIdentifier) const

@@ -3,6 +3,7 @@
 
 #include "platform/macos/MacConversions.h"
 #include "tests/macos/ModalLoop.h"
+#include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QTest>
@@ -130,6 +131,6 @@ void MacAlertsTest::an_alert_may_follow_a_loop_of_qts_at_once()
     QCOMPARE(name, fromNSString(NSAppearanceNameDarkAqua));
 }
 
-QTEST_MAIN(MacAlertsTest)
+PARKLET_TEST(MacAlertsTest)
 
 #include "MacAlertsTest.moc"

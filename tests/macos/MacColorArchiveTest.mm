@@ -2,6 +2,7 @@
 #include "platform/macos/MacColorArchive.h"
 
 #include "platform/macos/MacConversions.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -32,6 +33,6 @@ void MacColorArchiveTest::an_archive_of_another_class_is_refused()
     QVERIFY(!MacColorArchive().unarchive(QByteArray::fromNSData(data)));
 }
 
-QTEST_GUILESS_MAIN(MacColorArchiveTest)
+PARKLET_GUILESS_TEST(MacColorArchiveTest)
 
 #include "MacColorArchiveTest.moc"

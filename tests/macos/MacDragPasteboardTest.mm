@@ -2,6 +2,7 @@
 #include "platform/macos/MacDragPasteboard.h"
 
 #include "platform/macos/MacConversions.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -79,6 +80,6 @@ void MacDragPasteboardTest::what_is_to_be_ignored_is_ignored_until_the_next_drag
     QCOMPARE(drags.fileURLs(), QList<QUrl>{url("/tmp/first.txt")});
 }
 
-QTEST_MAIN(MacDragPasteboardTest)
+PARKLET_TEST(MacDragPasteboardTest)
 
 #include "MacDragPasteboardTest.moc"

@@ -4,6 +4,7 @@
 #include "platform/macos/MacConversions.h"
 #include "platform/macos/MacDragPasteboard.h"
 #include "tests/macos/ReplacedMethod.h"
+#include "tests/support/TestProgram.h"
 
 #include <QMouseEvent>
 #include <QTest>
@@ -191,6 +192,6 @@ void MacDragSessionsTest::a_drag_that_outlives_its_sessions_tells_nobody()
     QVERIFY(desk.ended.isEmpty());
 }
 
-QTEST_MAIN(MacDragSessionsTest)
+PARKLET_TEST(MacDragSessionsTest)
 
 #include "MacDragSessionsTest.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacFileEventStreams.h"
 #include "platform/macos/MacThumbnailGenerator.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QImage>
@@ -74,6 +75,6 @@ void MacFilesTest::a_picture_has_a_thumbnail_that_shows_it()
     QVERIFY(middle.red() > 200 && middle.green() < 80 && middle.blue() < 80);
 }
 
-QTEST_MAIN(MacFilesTest)
+PARKLET_TEST(MacFilesTest)
 
 #include "MacFilesTest.moc"

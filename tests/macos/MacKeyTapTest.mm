@@ -2,6 +2,7 @@
 #include "platform/macos/MacKeyTap.h"
 
 #include "platform/macos/MacConversions.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -111,6 +112,6 @@ void MacKeyTapTest::a_removed_tap_takes_nothing()
     QVERIFY(QTest::qWaitFor([&listener] { return listener.keys == QList<int64_t>{kF16}; }));
 }
 
-QTEST_MAIN(MacKeyTapTest)
+PARKLET_TEST(MacKeyTapTest)
 
 #include "MacKeyTapTest.moc"

@@ -3,6 +3,7 @@
 
 #include "app/MainMenu.h"
 #include "platform/macos/MacConversions.h"
+#include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QTest>
@@ -57,6 +58,6 @@ void MacMenuBarTest::its_items_go_to_the_first_responder_by_their_keys_and_actio
     QCOMPARE(items, expected);
 }
 
-QTEST_MAIN(MacMenuBarTest)
+PARKLET_TEST(MacMenuBarTest)
 
 #include "MacMenuBarTest.moc"

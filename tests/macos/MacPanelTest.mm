@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/EventMonitors.h"
 #include "platform/macos/MacFloatingPanels.h"
+#include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QTest>
@@ -277,6 +278,6 @@ void MacPanelTest::the_masks_of_the_monitors_are_the_systems()
     QCOMPARE(NSEventMask{NSEventMaskLeftMouseDragged}, NSEventMask{LeftMouseDragged});
 }
 
-QTEST_MAIN(MacPanelTest)
+PARKLET_TEST(MacPanelTest)
 
 #include "MacPanelTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacSessionInstance.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -55,6 +56,6 @@ void MacSessionInstanceTest::another_one_is_refused_all_the_same()
     QVERIFY(!MacSessionInstance().claim());
 }
 
-QTEST_MAIN(MacSessionInstanceTest)
+PARKLET_TEST(MacSessionInstanceTest)
 
 #include "MacSessionInstanceTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacUserDefaults.h"
+#include "tests/support/TestProgram.h"
 
 #include <QProcess>
 #include <QTest>
@@ -54,6 +55,6 @@ void MacUserDefaultsTest::what_has_been_synchronized_another_process_reads()
     QCOMPARE(QString::fromUtf8(reader.readAllStandardOutput()).trimmed(), QStringLiteral("on the disk"));
 }
 
-QTEST_GUILESS_MAIN(MacUserDefaultsTest)
+PARKLET_GUILESS_TEST(MacUserDefaultsTest)
 
 #include "MacUserDefaultsTest.moc"

@@ -2,7 +2,6 @@
 #include "updates/VersionComparison.h"
 #include "tests/support/TestProgram.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 class VersionComparisonTest : public QObject {
@@ -96,15 +95,13 @@ void VersionComparisonTest::every_order_is_mirrored()
 
 void VersionComparisonTest::a_million_digits_take_no_time()
 {
+    // Were the time to grow with the square of the length, the time limit of the test would end it.
     constexpr int kDigits = 1'000'000;
     const QString digits(kDigits, u'7');
     const QString dots = QStringLiteral("7.").repeated(kDigits / 2);
-    QElapsedTimer clock;
-    clock.start();
     QCOMPARE(sign(compareVersions(digits + u'8', digits + u'7')), int(Newer));
     QCOMPARE(sign(compareVersions(dots + u'8', dots + u'7')), int(Newer));
     QCOMPARE(sign(compareVersions(QString(kDigits, u'0') + digits, digits)), int(Same));
-    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()).constData());
 }
 
 PARKLET_GUILESS_TEST(VersionComparisonTest)

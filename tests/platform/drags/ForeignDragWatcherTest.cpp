@@ -385,20 +385,15 @@ private slots:
         monitors->remove(12345);
     }
 
-    void a_read_takes_less_than_a_tenth_of_a_millisecond()
+    void reads_of_one_drag_share_one_list()
     {
         startSource(words("--urls 2000"));
         hand.moveTo(kOnSource).press().moveTo(kOnSource + QPoint(20, 20));
         QTRY_COMPARE_WITH_TIMEOUT(pasteboard->fileURLs().size(), 2'000, kPatience);
-        // A copy would take far longer; a thousand reads are one measurement of it.
-        constexpr int kReads = 1000;
-        QElapsedTimer clock;
-        clock.start();
-        qsizetype total = 0;
-        for (int i = 0; i < kReads; ++i)
-            total += pasteboard->fileURLs().size();
-        QVERIFY(clock.elapsed() < kReads / 10);
-        QCOMPARE(total, qsizetype(kReads) * 2'000);
+        // The shelf reads at every motion of the pointer, so a read neither asks the source nor copies the list.
+        const QList<QUrl> first = pasteboard->fileURLs();
+        const QList<QUrl> second = pasteboard->fileURLs();
+        QCOMPARE(second.constData(), first.constData());
         hand.release();
         QTRY_COMPARE_WITH_TIMEOUT(up, 1, kPatience);
     }

@@ -74,15 +74,20 @@ private:
     {
         panels->orderFront(*panel);
         QVERIFY(QTest::qWaitForWindowExposed(panel.get()));
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor(kFrame.center()), QColor(Qt::red), kPatience);
+        QVERIFY(isSeen());
     }
 
-    // Asked once for the colour: a compositor may still show the panel on its old side, then what is below, then it
-    // again.
+    // QTRY_COMPARE would ask for the colour twice: a compositor may still show the panel as it was before it was
+    // hidden, then what is below, then the panel again.
+    static bool isSeen()
+    {
+        return QTest::qWaitFor([] { return screenColor(kFrame.center()) == QColor(Qt::red); }, kPatience);
+    }
+
     bool comesToBeSeen()
     {
         roundTripThroughManager();
-        return QTest::qWaitFor([] { return screenColor(kFrame.center()) == QColor(Qt::red); }, kPatience);
+        return isSeen();
     }
 
     // Whatever was asked of the window manager before has happened afterwards: it takes requests in their order.
@@ -334,7 +339,7 @@ void XcbFloatingPanelsTest::a_panel_is_on_every_desktop()
     panels->orderOut(*panel);
     QTRY_VERIFY_WITH_TIMEOUT(screenColor(kFrame.center()) != QColor(Qt::red), kPatience);
     panels->orderFront(*panel);
-    QTRY_COMPARE_WITH_TIMEOUT(screenColor(kFrame.center()), QColor(Qt::red), kPatience);
+    QVERIFY(isSeen());
     sendToRoot("_NET_CURRENT_DESKTOP", 0);
     QTRY_COMPARE_WITH_TIMEOUT(screenColor({320, 170}), QColor(Qt::green), kPatience);
     QCOMPARE(screenColor(kFrame.center()), QColor(Qt::red));
@@ -383,7 +388,7 @@ void XcbFloatingPanelsTest::a_panel_stays_over_a_full_screen_window_that_opens_l
     film.show();
     QTRY_VERIFY_WITH_TIMEOUT(overridesManager(), kPatience);
     QTRY_COMPARE_WITH_TIMEOUT(screenColor({5, 795}), QColor(Qt::blue), kPatience);
-    QTRY_COMPARE_WITH_TIMEOUT(screenColor(kFrame.center()), QColor(Qt::red), kPatience);
+    QVERIFY(isSeen());
     // What hides while it changes sides stays hidden.
     panels->orderOut(*panel);
     QTRY_COMPARE_WITH_TIMEOUT(screenColor(kFrame.center()), QColor(Qt::blue), kPatience);
@@ -421,7 +426,7 @@ void XcbFloatingPanelsTest::a_panel_that_comes_up_in_a_drag_overrides_the_manage
     ForeignWindow later(QRect(350, 150, 300, 300), Qt::blue);
     later.show();
     QTRY_COMPARE_WITH_TIMEOUT(screenColor({360, 170}), QColor(Qt::blue), kPatience);
-    QTRY_COMPARE_WITH_TIMEOUT(screenColor(kFrame.center()), QColor(Qt::red), kPatience);
+    QVERIFY(isSeen());
     roundTripThroughManager();
     QVERIFY(overridesManager());
     panels->orderFront(*panel);

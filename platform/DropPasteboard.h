@@ -16,6 +16,9 @@ public:
     // takes too long.
     virtual QList<QUrl> fileURLs(const QMimeData *data) const = 0;
 
+    // Whether the drag over a window of ours is known to carry no file at all; false when in doubt.
+    virtual bool isDragWithoutFiles() const { return false; }
+
     // Whether the user has dropped something that is still to be delivered.
     virtual bool isReading() const = 0;
 };

@@ -53,6 +53,7 @@ CursorDropZone::CursorDropZone(Platform &platform, QWidget *parent)
 {
     setAcceptDrops(true);
     readFileURLs = [&platform](const QMimeData *data) { return platform.dropPasteboard->fileURLs(data); };
+    isWithoutFiles = [&platform] { return platform.dropPasteboard->isDragWithoutFiles(); };
     onHighlight = [this, &platform](bool on) {
         visualFX->setBorder(on ? kHighlightBorder : 0, platform.appearance->accentColor());
     };

@@ -26,7 +26,7 @@ void answerCopy(QDropEvent *event)
 
 void DropTarget::draggingEntered(QDragEnterEvent *event)
 {
-    if (!event->mimeData()->hasUrls() || !offersCopy(*event)) {
+    if (!event->mimeData()->hasUrls() || isWithoutFiles() || !offersCopy(*event)) {
         event->ignore();
         return;
     }
@@ -36,6 +36,12 @@ void DropTarget::draggingEntered(QDragEnterEvent *event)
 
 void DropTarget::draggingUpdated(QDragMoveEvent *event)
 {
+    // Its source may tell only now what it carries.
+    if (isWithoutFiles()) {
+        highlight(false);
+        event->ignore();
+        return;
+    }
     // A modifier key may change the actions on offer during the drag.
     answerCopy(event);
 }

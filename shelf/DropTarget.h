@@ -11,7 +11,8 @@ class QDragMoveEvent;
 class QDropEvent;
 
 // What the views that take file drops have in common. A view forwards its drag events to these functions. They refuse a
-// drag without URLs or without the copy action, and accept any other as a copy; the drop checks that all are files.
+// drag without URLs, known to have no files or without the copy action, and accept any other as a copy; the drop checks
+// that all are files.
 class DropTarget {
 public:
     // Receives the files of a drop, never an empty list.
@@ -21,6 +22,9 @@ public:
     std::function<QList<QUrl>(const QMimeData *data)> readFileURLs = [](const QMimeData *data) {
         return fileURLs(data);
     };
+
+    // Whether the drag over the view is known to carry no file.
+    std::function<bool()> isWithoutFiles = [] { return false; };
 
     // Told true when a drag enters and false when it leaves or drops.
     std::function<void(bool on)> onHighlight;

@@ -46,9 +46,11 @@ void ShelfPanel::buildInterface()
     const auto highlightDrop = whileAlive(this, [this](bool on) { highlight(on); });
 
     const auto readDrop = [this](const QMimeData *data) { return platform.dropPasteboard->fileURLs(data); };
+    const auto hasNoFiles = [this] { return platform.dropPasteboard->isDragWithoutFiles(); };
 
     container = new DroppableView(this);
     container->readFileURLs = readDrop;
+    container->isWithoutFiles = hasNoFiles;
     container->onDrop = drop;
     container->onHighlight = highlightDrop;
 
@@ -84,6 +86,7 @@ void ShelfPanel::buildInterface()
 
     scrollView = new ShelfScrollView(platform.appearance->legacyScrollerWidth(), container);
     scrollView->readFileURLs = readDrop;
+    scrollView->isWithoutFiles = hasNoFiles;
     scrollView->onDrop = drop;
     scrollView->onHighlight = highlightDrop;
     stackView = new ShelfStackView;

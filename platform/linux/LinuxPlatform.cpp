@@ -81,7 +81,9 @@ void addX11(Platform &platform, const std::shared_ptr<FileHelpers> &files)
     platform.workspace = std::make_unique<LinuxWorkspace>(
         [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; }, files);
     platform.dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
-    platform.dropPasteboard = std::make_unique<XcbDropPasteboard>(drags);
+    auto drops = std::make_unique<XcbDropPasteboard>(drags);
+    drops->onWithoutFiles = [foreignDrags] { return foreignDrags->drag().isWithoutFiles(); };
+    platform.dropPasteboard = std::move(drops);
     platform.eventMonitors =
         std::make_unique<XcbEventMonitors>(foreignDrags, [&platform] { return platform.screens->all(); });
     platform.dragSessions = std::make_unique<XcbDragSessions>(

@@ -42,6 +42,7 @@ private slots:
     void dropping_two_files_hands_both_over_at_once_and_in_order();
     void a_drop_is_a_copy_and_does_not_hide_the_panel();
     void what_may_not_be_copied_passes_by();
+    void a_drag_that_is_known_to_have_no_files_passes_by();
     void dropping_text_is_refused_and_turns_the_highlight_off();
     void dropping_anything_that_is_no_file_is_refused_as_a_whole();
     void a_drop_without_a_receiver_is_still_taken();
@@ -450,6 +451,17 @@ void CursorShelfTest::what_may_not_be_copied_passes_by()
     QVERIFY(sendDragEnter(f.zone, data));
     QVERIFY(!sendDrop(f.zone, data, nullptr, Qt::MoveAction));
     QVERIFY(f.drops.isEmpty());
+}
+
+void CursorShelfTest::a_drag_that_is_known_to_have_no_files_passes_by()
+{
+    Fixture f;
+    f.showFully();
+    f.virtualPlatform.dropPasteboard.withoutFiles = true;
+    QMimeData link;
+    link.setUrls({QUrl(u"https://example.org/a"_s)});
+    QVERIFY(!sendDragEnter(f.zone, link));
+    QCOMPARE(f.zone.visualFX->borderWidth(), 0.0);
 }
 
 void CursorShelfTest::dropping_text_is_refused_and_turns_the_highlight_off()

@@ -25,6 +25,10 @@ private slots:
     void a_copy_that_is_taken_back_on_the_way_is_refused();
     void a_drag_of_text_passes_by_data() { targets(); }
     void a_drag_of_text_passes_by();
+    void a_drag_that_is_known_to_have_no_files_passes_by_data() { targets(); }
+    void a_drag_that_is_known_to_have_no_files_passes_by();
+    void the_highlight_goes_when_a_drag_turns_out_to_have_no_files_data() { targets(); }
+    void the_highlight_goes_when_a_drag_turns_out_to_have_no_files();
     void without_callbacks_nothing_happens_data() { targets(); }
     void without_callbacks_nothing_happens();
 
@@ -183,6 +187,33 @@ void DropTargetTest::a_drag_of_text_passes_by()
     QVERIFY(t.calls.isEmpty());
     QVERIFY(!sendDrop(*t.widget, text));
     QVERIFY(!t.calls.contains(u"drop"_s));
+}
+
+void DropTargetTest::a_drag_that_is_known_to_have_no_files_passes_by()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    t.listen();
+    t.target->isWithoutFiles = [] { return true; };
+    QMimeData link;
+    link.setUrls({QUrl(u"https://example.org/a"_s)});
+    QVERIFY(!sendDragEnter(*t.widget, link));
+    QVERIFY(t.calls.isEmpty());
+}
+
+void DropTargetTest::the_highlight_goes_when_a_drag_turns_out_to_have_no_files()
+{
+    QFETCH(bool, scrolls);
+    Target t(scrolls);
+    t.listen();
+    bool known = false;
+    t.target->isWithoutFiles = [&known] { return known; };
+    QMimeData link;
+    link.setUrls({QUrl(u"https://example.org/a"_s)});
+    QVERIFY(sendDragEnter(*t.widget, link));
+    known = true;
+    QVERIFY(!sendDragMove(*t.widget, link));
+    QCOMPARE(t.calls, (QStringList{u"on"_s, u"off"_s}));
 }
 
 void DropTargetTest::without_callbacks_nothing_happens()

@@ -36,6 +36,7 @@ private slots:
     void the_scroll_view_draws_no_background();
     void drop_targets_that_outlive_the_panel_do_nothing();
     // Settings
+    void drop_targets_are_told_of_drags_without_files();
     void a_new_item_size_changes_heights_and_thumbnails_but_not_widths();
     void hiding_names_changes_heights_and_no_thumbnail();
     void a_settings_change_tints_and_refreshes_tiles();
@@ -270,6 +271,18 @@ void ShelfPanelTest::drop_targets_that_outlive_the_panel_do_nothing()
     for (const auto &highlight : highlights)
         highlight(true);
     QCOMPARE(received, 1);
+}
+
+void ShelfPanelTest::drop_targets_are_told_of_drags_without_files()
+{
+    PanelFixture f;
+    for (const DropTarget *target :
+         {static_cast<DropTarget *>(f.panel->container), static_cast<DropTarget *>(f.panel->scrollView)}) {
+        f.virtualPlatform.dropPasteboard.withoutFiles = false;
+        QVERIFY(!target->isWithoutFiles());
+        f.virtualPlatform.dropPasteboard.withoutFiles = true;
+        QVERIFY(target->isWithoutFiles());
+    }
 }
 
 void ShelfPanelTest::a_new_item_size_changes_heights_and_thumbnails_but_not_widths()

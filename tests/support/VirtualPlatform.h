@@ -110,8 +110,10 @@ public:
 class VirtualDropPasteboard : public DropPasteboard {
 public:
     QList<QUrl> fileURLs(const QMimeData *data) const override { return ::fileURLs(data); }
+    bool isDragWithoutFiles() const override { return withoutFiles; }
     bool isReading() const override { return reading; }
 
+    bool withoutFiles = false;
     bool reading = false;
 };
 

@@ -16,7 +16,7 @@ void ForeignDrag::begin(quint32 time)
 {
     end();
     inProgress = true;
-    isTold = false;
+    isToldWithoutFiles = false;
     retries = 0;
     ask(Target::URIList, time);
 }
@@ -72,7 +72,7 @@ void ForeignDrag::offered(Question question, bool hasURIList, bool hasLink)
     else if (hasLink)
         ask(Target::Link, askedTime);
     else
-        tell({});
+        tell({}, true);
 }
 
 void ForeignDrag::answered(Question question, const QByteArray &data)
@@ -81,14 +81,17 @@ void ForeignDrag::answered(Question question, const QByteArray &data)
         return;
     switch (target) {
     case Target::URIList:
-        tell(::fileURLs(data));
+        // Of files and other things together it tells no files either, but it is not without any.
+        tell(::fileURLs(data), !data.contains("file:"));
         break;
     case Target::Offers:
         answeredWrongly(question);
         break;
-    case Target::Link:
-        tell(linkedFileURLs(data));
+    case Target::Link: {
+        const QList<QUrl> linked = linkedFileURLs(data);
+        tell(linked, linked.isEmpty());
         break;
+    }
     }
 }
 
@@ -148,9 +151,9 @@ void ForeignDrag::refusedForNow()
         know({});
 }
 
-void ForeignDrag::tell(const QList<QUrl> &urls)
+void ForeignDrag::tell(const QList<QUrl> &urls, bool withoutFiles)
 {
-    isTold = true;
+    isToldWithoutFiles = withoutFiles;
     know(urls);
 }
 

@@ -29,8 +29,8 @@ public:
     // Moves each time that it becomes known what a drag carries.
     qint64 changeCount() const { return count; }
 
-    // Whether the drag in progress has told what it carries, and it is anything but files.
-    bool isWithoutFiles() const { return inProgress && isTold && files.isEmpty(); }
+    // Whether the drag in progress has told what it carries, and there is no file in it.
+    bool isWithoutFiles() const { return inProgress && isToldWithoutFiles; }
 
     // All files that the drag in progress carries; empty when it carries anything else or that is not known (yet).
     const QList<QUrl> &fileURLs() const { return files; }
@@ -71,7 +71,7 @@ private:
     void ask(Target what, quint32 time);
     void refusedForNow();
     void know(const QList<QUrl> &urls);
-    void tell(const QList<QUrl> &urls);
+    void tell(const QList<QUrl> &urls, bool withoutFiles);
     bool isCurrent(Question question) const { return inProgress && question == current; }
     bool isAsking() const { return state == State::Asking || state == State::Silent; }
 
@@ -83,6 +83,6 @@ private:
     int retries = 0;
     QByteArray pieces;
     qint64 count = 0;
-    bool isTold = false; // by the source, and not only given up
+    bool isToldWithoutFiles = false; // by the source, and not only given up
     QList<QUrl> files;
 };

@@ -26,7 +26,11 @@ public:
                                std::chrono::milliseconds patience = kPatience);
     ~XcbDropPasteboard() override;
 
+    // Asked whether the drag in progress is known to carry no file.
+    std::function<bool()> onWithoutFiles;
+
     QList<QUrl> fileURLs(const QMimeData *data) const override;
+    bool isDragWithoutFiles() const override { return onWithoutFiles && onWithoutFiles(); }
     bool isReading() const override { return !held.empty() || !resent.empty(); }
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;

@@ -85,6 +85,15 @@ private slots:
         drag.begin(300);
         drag.answered(question(), kOneFile);
         QVERIFY(!drag.isWithoutFiles());
+        drag.begin(350);
+        drag.answered(question(), kOneFile + "https://example.org/\r\n");
+        QVERIFY(!drag.isWithoutFiles());
+        QVERIFY(drag.fileURLs().isEmpty());
+        drag.begin(360);
+        drag.refused(question());
+        drag.offered(question(), false, true);
+        drag.answered(question(), utf16("https://example.org/"));
+        QVERIFY(drag.isWithoutFiles());
         drag.begin(400);
         drag.answered(question(), {});
         drag.end();

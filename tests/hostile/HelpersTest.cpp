@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/linux/helpers/PictureHelpers.h"
 #include "tests/hostile/HelperFixture.h"
 #include "tests/support/BuiltHelpers.h"
 #include "tests/support/TestProgram.h"
@@ -6,7 +7,10 @@
 #include <QApplication>
 #include <QDir>
 
+#include <ctime>
+
 #include <sys/stat.h>
+#include <unistd.h>
 
 // Helpers that are killed, stopped or kept by a file system.
 class HelpersTest : public QObject {
@@ -16,6 +20,11 @@ private slots:
     void a_helper_that_is_killed_idle_is_replaced();
     void a_helper_that_is_killed_at_a_picture_leaves_it_without_and_the_next_one_comes();
     void a_helper_that_stands_still_is_given_up_after_its_time();
+    void a_helper_that_gets_little_of_a_processor_is_waited_for();
+    void a_picture_may_be_computed_for_ten_seconds();
+    void a_helper_that_hardly_gets_on_is_given_up_in_the_end();
+    void a_drawing_may_be_computed_for_five_seconds();
+    void what_a_process_has_computed_is_counted();
     void a_picture_that_two_helpers_fell_over_is_not_given_to_a_third();
     void such_a_picture_is_tried_again_when_it_has_changed();
     void helpers_end_when_they_have_been_idle();
@@ -83,24 +92,64 @@ void HelpersTest::a_helper_that_is_killed_at_a_picture_leaves_it_without_and_the
     QVERIFY(f.hasPicture(lost));
 }
 
-void HelpersTest::a_helper_that_stands_still_is_given_up_after_its_time()
-{
-    HelperFixture f;
-    QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
-    const pid_t process = f.generator.processes().front();
-    stop(process);
-    const size_t late = f.request(f.samples.file("b.jpg", photo()));
-    QTest::qWait(50);
-    f.queue.advance(LinuxThumbnailGenerator::kBlink);
-    QVERIFY(f.answers[late].isDelayed);
-    QVERIFY(!f.answers[late].isThere);
-    f.queue.advance(PictureHelpers::kLongestPicture);
-    // Nobody knows whether the picture was the reason, as it never began with it.
-    QVERIFY(f.hasPicture(late));
-    QTRY_VERIFY_WITH_TIMEOUT(!isThere(process), HelperFixture::kPatience);
-}
-
 namespace {
+
+// Pictures without what is around them, and with a clock of the helpers' that the test sets.
+struct PicturesFixture {
+    struct Request {
+        bool isBegun = false;
+        std::optional<PictureAnswer> answer;
+    };
+
+    Request &request(const QByteArray &path, PictureTask task = PictureTask::Whole)
+    {
+        Request &one = requests.emplace_back();
+        PictureRequest wanted;
+        wanted.task = task;
+        wanted.path = path;
+        wanted.edge = 72;
+        pictures.request(
+            wanted, [&one](const PictureAnswer &answer) { one.answer = answer; }, [&one] { one.isBegun = true; });
+        return one;
+    }
+
+    // A request that its helper has received and does nothing for, as the process is stopped.
+    Request &standing()
+    {
+        Request &first = request(samples.file("first.jpg", photo()));
+        if (!QTest::qWaitFor([&first] { return first.answer.has_value(); }, HelperFixture::kPatience))
+            QTest::qFail("There is no helper", __FILE__, __LINE__);
+        process = pictures.processes().front();
+        stop(process);
+        Request &one = request(samples.file("second.jpg", photo()));
+        // Files are opened one after the other.
+        bool isOpened = false;
+        files.look(samples.path("second.jpg"), 0, [&isOpened](FileKind, const QByteArray &) { isOpened = true; });
+        if (!QTest::qWaitFor([&isOpened] { return isOpened; }, HelperFixture::kPatience))
+            QTest::qFail("The file has not been opened", __FILE__, __LINE__);
+        return one;
+    }
+
+    // Whether the helper is one of those that make pictures.
+    bool isKept() const { return std::ranges::count(pictures.processes(), process) == 1; }
+
+    // Lets helpers compute that part of the time.
+    void advance(double seconds, double part)
+    {
+        for (double end = queue.now() + seconds; queue.now() < end - 1e-9;) {
+            computed += 0.1 * part;
+            queue.advance(0.1);
+        }
+    }
+
+    SampleFiles samples;
+    VirtualMainQueue queue;
+    double computed = 0;
+    pid_t process = -1;
+    std::deque<Request> requests;
+    FileHelpers files{queue};
+    PictureHelpers pictures{queue, files, [this](pid_t) { return computed; }};
+};
 
 // A drawing that takes for ever, as Qt looks through all rules for each of its elements.
 QByteArray endlessDrawing()
@@ -115,39 +164,112 @@ QByteArray endlessDrawing()
            "</svg>";
 }
 
-// Requests the drawing and has its time pass once it has begun.
-bool isGivenUp(HelperFixture &f, const QByteArray &path)
+// Whether a helper begins with the drawing and is given up after its time, not before.
+bool isGivenUp(PicturesFixture &f, const QByteArray &path)
 {
-    const size_t place = f.request(path);
-    const auto draws = [&f] { return f.generator.processes().size() > 1; };
-    if (!QTest::qWaitFor([&] { return draws() || f.answers[place].isThere; }, HelperFixture::kPatience))
+    const auto &drawing = f.request(path, PictureTask::Drawing);
+    if (!QTest::qWaitFor([&drawing] { return drawing.isBegun; }, HelperFixture::kPatience))
         return false;
-    return f.secondsUntil(place, 600) >= 0 && f.answers[place].image.isNull();
+    f.advance(PictureHelpers::kLongestDrawing - 0.2, 1);
+    if (drawing.answer)
+        return false;
+    f.advance(1.4, 1);
+    return drawing.answer && drawing.answer->shown.isNull();
 }
 
 } // namespace
 
+void HelpersTest::a_helper_that_stands_still_is_given_up_after_its_time()
+{
+    PicturesFixture f;
+    auto &late = f.standing();
+    f.advance(PictureHelpers::kLongestPicture - 0.2, 0);
+    QVERIFY(f.isKept());
+    f.advance(0.4, 0);
+    QVERIFY(!f.isKept());
+    // Nobody knows whether the picture was the reason, as it never began with it.
+    QTRY_VERIFY_WITH_TIMEOUT(late.answer, HelperFixture::kPatience);
+    QVERIFY(!late.answer->shown.isNull());
+    QTRY_VERIFY_WITH_TIMEOUT(!isThere(f.process), HelperFixture::kPatience);
+}
+
+void HelpersTest::a_helper_that_gets_little_of_a_processor_is_waited_for()
+{
+    PicturesFixture f;
+    auto &late = f.standing();
+    f.advance(PictureHelpers::kLongestTurn - 0.2, 0.01);
+    QVERIFY(f.isKept());
+    QCOMPARE(::kill(f.process, SIGCONT), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(late.answer, HelperFixture::kPatience);
+    QVERIFY(!late.answer->shown.isNull());
+    QVERIFY(f.isKept());
+}
+
+void HelpersTest::a_picture_may_be_computed_for_ten_seconds()
+{
+    PicturesFixture f;
+    f.standing();
+    // Half of a processor.
+    f.advance(2 * PictureHelpers::kLongestPicture - 0.4, 0.5);
+    QVERIFY(f.isKept());
+    f.advance(2.8, 0.5);
+    QVERIFY(!f.isKept());
+}
+
+void HelpersTest::a_helper_that_hardly_gets_on_is_given_up_in_the_end()
+{
+    PicturesFixture f;
+    f.standing();
+    f.advance(PictureHelpers::kLongestTurn - 0.2, 0.02);
+    QVERIFY(f.isKept());
+    f.advance(0.4, 0.02);
+    QVERIFY(!f.isKept());
+}
+
+void HelpersTest::a_drawing_may_be_computed_for_five_seconds()
+{
+    PicturesFixture f;
+    QVERIFY(isGivenUp(f, f.samples.file("a.svg", endlessDrawing())));
+}
+
+void HelpersTest::what_a_process_has_computed_is_counted()
+{
+    const double before = processorSeconds(::getpid());
+    const std::clock_t begin = std::clock();
+    while (std::clock() - begin < CLOCKS_PER_SEC / 20) {
+    }
+    QVERIFY(processorSeconds(::getpid()) - before >= 0.05);
+    // Only that process's time, not that of others.
+    QVERIFY(processorSeconds(::getpid()) - before < 5);
+    QCOMPARE(processorSeconds(0x7fffffff), 0.0);
+}
+
 void HelpersTest::a_picture_that_two_helpers_fell_over_is_not_given_to_a_third()
 {
-    HelperFixture f;
+    PicturesFixture f;
     const QByteArray path = f.samples.file("a.svg", endlessDrawing());
     QVERIFY(isGivenUp(f, path));
     QVERIFY(isGivenUp(f, path));
-    const size_t refused = f.request(path);
-    QVERIFY(f.waitFor(refused));
-    QVERIFY(f.answers[refused].image.isNull());
-    QVERIFY(f.hasPicture(f.request(f.samples.file("b.jpg", photo()))));
+    const auto &refused = f.request(path, PictureTask::Drawing);
+    QTRY_VERIFY_WITH_TIMEOUT(refused.answer, HelperFixture::kPatience);
+    QVERIFY(refused.answer->shown.isNull());
+    QVERIFY(!refused.isBegun);
+    const auto &other = f.request(f.samples.file("b.jpg", photo()));
+    QTRY_VERIFY_WITH_TIMEOUT(other.answer, HelperFixture::kPatience);
+    QVERIFY(!other.answer->shown.isNull());
 }
 
 void HelpersTest::such_a_picture_is_tried_again_when_it_has_changed()
 {
-    HelperFixture f;
+    PicturesFixture f;
     const QByteArray path = f.samples.file("a.svg", endlessDrawing());
     QVERIFY(isGivenUp(f, path));
     QVERIFY(isGivenUp(f, path));
     f.samples.file("a.svg",
                    "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 2 1'><rect width='2' height='1'/></svg>");
-    QVERIFY(f.hasPicture(f.request(path)));
+    const auto &changed = f.request(path, PictureTask::Drawing);
+    QTRY_VERIFY_WITH_TIMEOUT(changed.answer, HelperFixture::kPatience);
+    QVERIFY(!changed.answer->shown.isNull());
 }
 
 void HelpersTest::helpers_end_when_they_have_been_idle()

@@ -8,6 +8,7 @@
 #include <QSocketNotifier>
 
 #include <csignal>
+#include <ctime>
 #include <vector>
 
 #include <fcntl.h>
@@ -89,6 +90,15 @@ Descriptor movedUp(Descriptor descriptor)
 }
 
 } // namespace
+
+double processorSeconds(pid_t process)
+{
+    clockid_t clock{};
+    timespec time{};
+    if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0)
+        return 0;
+    return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
+}
 
 std::shared_ptr<HelperProcess> HelperProcess::start(const QByteArray &name, const QList<QByteArray> &arguments,
                                                     Descriptor further)

@@ -13,6 +13,9 @@
 
 class QSocketNotifier;
 
+// Seconds that a process has computed, 0 when it is not there.
+double processorSeconds(pid_t process);
+
 // A helper program under way, and the socket to it. It is ended with this object, and never waited for: one that a file
 // system keeps may take as long as it likes. Main thread only.
 class HelperProcess : public std::enable_shared_from_this<HelperProcess> {

@@ -22,6 +22,11 @@ constexpr qsizetype kMostFilesStruck = 1'000;
 // A helper is followed by a fresh one long before the kernel ends it.
 constexpr double kMostProcessorSeconds = 20.0;
 
+// How often it is asked how far a helper has got.
+constexpr double kLook = 1.0; // seconds
+// What a helper computes while it stands still: nothing, or what a file system costs that answers a bit at a time.
+constexpr double kLeastProgress = 0.01; // seconds
+
 constexpr double kMillisecondsPerSecond = 1000.0;
 
 std::string_view view(const QByteArray &bytes)
@@ -88,9 +93,10 @@ std::optional<PictureAnswer> readReport(MessageReader &message, const std::vecto
 
 } // namespace
 
-PictureHelpers::PictureHelpers(MainQueue &queue, FileHelpers &fileHelpers)
+PictureHelpers::PictureHelpers(MainQueue &queue, FileHelpers &fileHelpers, ProcessorTime time)
     : mainQueue(queue)
     , files(fileHelpers)
+    , processorTime(std::move(time))
 {
 }
 
@@ -100,8 +106,7 @@ PictureHelpers::~PictureHelpers()
     if (idle)
         idle->invalidate();
     for (const MakerPointer &maker : makers) {
-        if (maker->limit)
-            maker->limit->invalidate();
+        disarmLimit(maker);
         maker->helper->onMessage = nullptr;
         maker->helper->onEnd = nullptr;
     }
@@ -285,9 +290,7 @@ void PictureHelpers::received(const MakerPointer &maker, Received &&received)
         work->state = message.take<FileStateRecord>();
         work->isPassed = true;
         work->isLate = false;
-        if (maker->limit)
-            maker->limit->invalidate();
-        maker->limit.reset();
+        disarmLimit(maker);
         armLimit(maker);
         if (work->begun)
             work->begun();
@@ -305,9 +308,7 @@ void PictureHelpers::report(const MakerPointer &maker, const WorkPointer &work, 
 {
     maker->works.remove(work);
     maker->begun.reset();
-    if (maker->limit)
-        maker->limit->invalidate();
-    maker->limit.reset();
+    disarmLimit(maker);
     armLimit(maker);
     if (maker->processorSeconds >= kMostProcessorSeconds && maker->works.empty()) {
         maker->helper->retire();
@@ -323,8 +324,7 @@ void PictureHelpers::fell(const MakerPointer &maker)
 {
     maker->helper->onMessage = nullptr;
     maker->helper->onEnd = nullptr;
-    if (maker->limit)
-        maker->limit->invalidate();
+    disarmLimit(maker);
     makers.remove(maker);
     const WorkPointer guilty = std::exchange(maker->begun, nullptr);
     const auto works = std::exchange(maker->works, {});
@@ -345,19 +345,42 @@ void PictureHelpers::fell(const MakerPointer &maker)
     pump();
 }
 
-// From the moment on that it has something to do, a helper is to say something within that time.
+void PictureHelpers::disarmLimit(const MakerPointer &maker)
+{
+    if (maker->limit)
+        maker->limit->invalidate();
+    maker->limit.reset();
+}
+
+// From the moment on that it has something to do, a helper is to say something within its time.
 void PictureHelpers::armLimit(const MakerPointer &maker)
 {
     const bool hasWork = maker->begun || std::ranges::any_of(maker->works, &Work::isPassed);
     if (maker->limit || !hasWork)
         return;
+    maker->atBegin = processorTime(maker->helper->processId());
+    maker->atMove = maker->atBegin;
+    maker->seconds = 0;
+    maker->stillSeconds = 0;
     const std::weak_ptr<Maker> weak = maker;
-    maker->limit = mainQueue.after(maker->draws ? kLongestDrawing : kLongestPicture,
-                                   [this, weak, stillThere = std::weak_ptr<bool>(alive)] {
-                                       const MakerPointer one = weak.lock();
-                                       if (!stillThere.expired() && one)
-                                           fell(one);
-                                   });
+    maker->limit = mainQueue.every(kLook, [this, weak, stillThere = std::weak_ptr<bool>(alive)] {
+        const MakerPointer one = weak.lock();
+        if (!stillThere.expired() && one && isPastLimit(*one))
+            fell(one);
+    });
+}
+
+bool PictureHelpers::isPastLimit(Maker &maker) const
+{
+    const double most = maker.draws ? kLongestDrawing : kLongestPicture;
+    const double now = processorTime(maker.helper->processId());
+    maker.seconds += kLook;
+    maker.stillSeconds += kLook;
+    if (now - maker.atMove >= kLeastProgress) {
+        maker.atMove = now;
+        maker.stillSeconds = 0;
+    }
+    return now - maker.atBegin >= most || maker.stillSeconds >= most || maker.seconds >= kLongestTurn;
 }
 
 void PictureHelpers::strike(const Work &work)

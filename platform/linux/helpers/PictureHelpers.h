@@ -49,12 +49,16 @@ struct PictureAnswer {
 class PictureHelpers {
 public:
     using Done = std::function<void(PictureAnswer)>;
+    using ProcessorTime = std::function<double(pid_t)>; // seconds that a process has computed
 
-    // How long a helper may be at one picture.
+    // How long a helper may compute one picture, and how long it may stand still at it. It is given more time on a
+    // machine that gives it little of a processor.
     static constexpr double kLongestPicture = 10.0; // seconds
     static constexpr double kLongestDrawing = 5.0;
+    // How long it may take in any case.
+    static constexpr double kLongestTurn = 120.0;
 
-    PictureHelpers(MainQueue &mainQueue, FileHelpers &files);
+    PictureHelpers(MainQueue &mainQueue, FileHelpers &files, ProcessorTime processorTime = processorSeconds);
     ~PictureHelpers();
 
     // Answers once, later, the oldest request first. `begun` is called whenever a helper begins with it.
@@ -88,6 +92,11 @@ private:
         bool hasBegunAny = false;
         double processorSeconds = 0;
         std::shared_ptr<Timer> limit;
+        // Since it has begun with what it is at:
+        double atBegin = 0; // its processor time then
+        double atMove = 0;  // and when it last got on
+        double seconds = 0;
+        double stillSeconds = 0;
     };
     using MakerPointer = std::shared_ptr<Maker>;
 
@@ -105,7 +114,9 @@ private:
     void received(const MakerPointer &maker, Received &&received);
     void report(const MakerPointer &maker, const WorkPointer &work, PictureAnswer answer);
     void fell(const MakerPointer &maker);
+    void disarmLimit(const MakerPointer &maker);
     void armLimit(const MakerPointer &maker);
+    bool isPastLimit(Maker &maker) const;
     void strike(const Work &work);
     void again(const WorkPointer &work);
     void finish(const WorkPointer &work, PictureAnswer answer);
@@ -113,6 +124,7 @@ private:
 
     MainQueue &mainQueue;
     FileHelpers &files;
+    const ProcessorTime processorTime;
     std::deque<WorkPointer> waiting;
     std::list<MakerPointer> makers;
     QHash<QByteArray, Strikes> strikes;

@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <ctime>
 
 #include <unistd.h>
 
@@ -31,7 +32,16 @@ constexpr qint64 kMostBytesBesides = 16'000'000;
 constexpr qint64 kMostBytes = 512'000'000;
 // Some readers hold the file as well.
 constexpr qint64 kMostBytesHeld = 24'000'000;
-constexpr auto kLongestDecode = 8s;
+// What decoding may cost, and how long it may take where the machine or the file's storage is slow.
+constexpr double kMostProcessorSeconds = 8.0;
+constexpr auto kLongestDecode = 60s;
+
+double processorSeconds()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
+}
 
 // A file that ends where no picture of its size can still go on, or where reading it has taken too long.
 class DecoderInput : public QIODevice {
@@ -56,7 +66,8 @@ protected:
     qint64 readData(char *data, qint64 length) override
     {
         const auto wanted = static_cast<size_t>(std::clamp<qint64>(end - offset, 0, length));
-        const qint64 count = deadline.hasExpired() ? -1 : ::pread(file.descriptor(), data, wanted, offset);
+        const bool isOver = deadline.hasExpired() || processorSeconds() >= processorEnd;
+        const qint64 count = isOver ? -1 : ::pread(file.descriptor(), data, wanted, offset);
         givenUp = givenUp || count < 0;
         offset += std::max<qint64>(count, 0);
         return count;
@@ -68,7 +79,8 @@ private:
     const RegularFile &file;
     const qint64 end;
     qint64 offset = 0;
-    QDeadlineTimer deadline{kLongestDecode};
+    const QDeadlineTimer deadline{kLongestDecode};
+    const double processorEnd = processorSeconds() + kMostProcessorSeconds;
     bool givenUp = false;
 };
 

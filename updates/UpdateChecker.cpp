@@ -70,10 +70,11 @@ void UpdateChecker::check(bool silent)
 {
     if (!network)
         network = new QNetworkAccessManager(this);
-    fetch(versionURL, kMostRedirects, silent);
+    const auto end = std::chrono::milliseconds(std::llround(longestCheck * kMillisecondsPerSecond));
+    fetch(versionURL, kMostRedirects, QDeadlineTimer(end), silent);
 }
 
-void UpdateChecker::fetch(const QUrl &url, int redirects, bool silent)
+void UpdateChecker::fetch(const QUrl &url, int redirects, QDeadlineTimer end, bool silent)
 {
     QNetworkRequest request(url);
     request.setTransferTimeout(static_cast<int>(std::lround(timeout * kMillisecondsPerSecond)));
@@ -86,10 +87,9 @@ void UpdateChecker::fetch(const QUrl &url, int redirects, bool silent)
         if (reply->bytesAvailable() > kLargestBody)
             reply->abort();
     });
-    // The transfer timeout does not count lines of a header.
-    QTimer::singleShot(std::chrono::milliseconds(std::llround(longestReply * kMillisecondsPerSecond)), reply,
-                       [reply] { reply->abort(); });
-    connect(reply, &QNetworkReply::finished, this, [this, reply, redirects, silent] {
+    // The transfer timeout does not count lines of a header. Those wait in the socket while the buffer above is full.
+    QTimer::singleShot(std::chrono::milliseconds(end.remainingTime()), reply, [reply] { reply->abort(); });
+    connect(reply, &QNetworkReply::finished, this, [this, reply, redirects, end, silent] {
         reply->deleteLater();
         if (!isComplete(*reply)) {
             leaveNetwork(reply->manager());
@@ -103,7 +103,7 @@ void UpdateChecker::fetch(const QUrl &url, int redirects, bool silent)
         }
         const QUrl next = reply->url().resolved(target.toUrl());
         if (redirects > 0 && mayRedirect(reply->url(), next))
-            fetch(next, redirects - 1, silent);
+            fetch(next, redirects - 1, end, silent);
     });
 }
 

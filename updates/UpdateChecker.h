@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -26,11 +27,11 @@ public:
     // Seconds without data after which a check is given up.
     double timeout = 5.0;
 
-    // Seconds after which a reply that still goes on is given up.
-    double longestReply = 30.0;
+    // Seconds after which a check that still goes on is given up, redirects included.
+    double longestCheck = 30.0;
 
 private:
-    void fetch(const QUrl &url, int redirects, bool silent);
+    void fetch(const QUrl &url, int redirects, QDeadlineTimer end, bool silent);
     void leaveNetwork(QNetworkAccessManager *used);
     void received(const QByteArray &body, bool silent);
     void tell(const VersionRecord &record, bool silent);

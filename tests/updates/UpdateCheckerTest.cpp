@@ -50,6 +50,9 @@ private slots:
     void an_answer_of_a_megabyte_is_read_and_not_a_byte_more();
     void an_answer_without_end_is_given_up();
     void an_answer_that_unpacks_to_gigabytes_is_given_up();
+    void a_check_takes_half_a_minute_at_most();
+    void an_answer_that_trickles_without_end_is_given_up();
+    void redirects_that_take_too_long_together_are_given_up();
     void a_redirect_is_followed_data();
     void a_redirect_is_followed();
     void twenty_redirects_are_followed_and_not_one_more_data();
@@ -488,6 +491,38 @@ void UpdateCheckerTest::an_answer_that_unpacks_to_gigabytes_is_given_up()
         LoopbackServer::reply(socket, "200 OK", packed, "Content-Encoding: deflate\r\n");
     };
     QCOMPARE(f.check(), QStringList());
+}
+
+void UpdateCheckerTest::a_check_takes_half_a_minute_at_most()
+{
+    Fixture f;
+    QCOMPARE(f.checker().longestCheck, 30.0);
+}
+
+void UpdateCheckerTest::an_answer_that_trickles_without_end_is_given_up()
+{
+    Fixture f;
+    QTimer drip;
+    f.server.onRequest = [&](QTcpSocket &socket, const QByteArray &) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n");
+        QObject::connect(&drip, &QTimer::timeout, &socket, [&socket] { socket.write(" "); });
+        drip.start(20);
+    };
+    f.checker().longestCheck = 0.5;
+    QCOMPARE(f.check(), QStringList());
+}
+
+void UpdateCheckerTest::redirects_that_take_too_long_together_are_given_up()
+{
+    Fixture f;
+    f.server.onRequest = [&](QTcpSocket &socket, const QByteArray &) {
+        QTimer::singleShot(200, &socket, [&f, &socket] {
+            LoopbackServer::reply(socket, "302 Found", {}, "Location: " + f.server.url().toEncoded() + "\r\n");
+        });
+    };
+    f.checker().longestCheck = 0.5;
+    QCOMPARE(f.check(), QStringList());
+    QVERIFY2(f.server.requestLines.size() <= 3, qPrintable(QString::number(f.server.requestLines.size())));
 }
 
 void UpdateCheckerTest::a_redirect_is_followed_data()

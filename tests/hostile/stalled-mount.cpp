@@ -2,8 +2,8 @@
 //
 // stalled-mount FOLDER SOURCE CONTROL COMMAND ...: shows SOURCE in FOLDER, read-only, by a file system of its own, and
 // becomes COMMAND, which alone sees it. What CONTROL holds says how the file system behaves: "lookup" never answers who
-// asks for a file, "read" never who reads one, "slow" takes three seconds for everything. It ends when CONTROL is
-// removed.
+// asks for a file, "read" never who reads one, "slow" takes three seconds for everything. What COMMAND itself asks for,
+// rather than a process that it has started, is written to CONTROL.asked. It ends when CONTROL is removed.
 
 #define FUSE_USE_VERSION 31
 
@@ -29,6 +29,7 @@ using namespace std::chrono_literals;
 
 std::string source;
 std::string control;
+pid_t command = -1;
 
 std::string behaviour()
 {
@@ -36,6 +37,14 @@ std::string behaviour()
     std::string word;
     file >> word;
     return word;
+}
+
+// The kernel names the thread that asks.
+void note(const char *operation, const char *path)
+{
+    const std::string thread = "/proc/" + std::to_string(command) + "/task/" + std::to_string(fuse_get_context()->pid);
+    if (::access(thread.c_str(), F_OK) == 0)
+        std::ofstream(control + ".asked", std::ios::app) << operation << ' ' << path << '\n';
 }
 
 void behave(const char *operation)
@@ -48,6 +57,7 @@ void behave(const char *operation)
 
 int getAttributes(const char *path, struct stat *info, fuse_file_info *)
 {
+    note("getattr", path);
     if (std::strcmp(path, "/") != 0)
         behave("lookup");
     return ::lstat((source + path).c_str(), info) == 0 ? 0 : -errno;
@@ -55,6 +65,7 @@ int getAttributes(const char *path, struct stat *info, fuse_file_info *)
 
 int readFolder(const char *path, void *buffer, fuse_fill_dir_t fill, off_t, fuse_file_info *, fuse_readdir_flags)
 {
+    note("readdir", path);
     DIR *folder = ::opendir((source + path).c_str());
     if (!folder)
         return -errno;
@@ -66,6 +77,7 @@ int readFolder(const char *path, void *buffer, fuse_fill_dir_t fill, off_t, fuse
 
 int openFile(const char *path, fuse_file_info *info)
 {
+    note("open", path);
     const int file = ::open((source + path).c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return -errno;
@@ -73,8 +85,9 @@ int openFile(const char *path, fuse_file_info *info)
     return 0;
 }
 
-int readFile(const char *, char *bytes, size_t size, off_t offset, fuse_file_info *info)
+int readFile(const char *path, char *bytes, size_t size, off_t offset, fuse_file_info *info)
 {
+    note("read", path);
     behave("read");
     const ssize_t count = ::pread(static_cast<int>(info->fh), bytes, size, offset);
     return count < 0 ? -errno : static_cast<int>(count);
@@ -145,6 +158,7 @@ int main(int argc, char **argv)
     fuse *server = fuse_new(&arguments, &operations, sizeof operations, nullptr);
     if (!server || fuse_mount(server, argv[1]) != 0)
         return 77;
+    command = ::getpid();
     if (::fork() == 0)
         serve(server);
     ::execvp(argv[4], argv + 4);

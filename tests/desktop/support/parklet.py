@@ -135,7 +135,8 @@ class Parklet:
             try:
                 return [tile.name for tile in self.tiles()]
             except GLib.Error:
-                continue
+                if not self.runs():
+                    raise
 
     def tile(self, name):
         return wait_for(lambda: next((tile for tile in self.tiles() if tile.name == name), None),

@@ -67,7 +67,9 @@ bool BackgroundUserDefaults::remove(const QString &key)
 
 void BackgroundUserDefaults::synchronize()
 {
-    thread.waitForDone();
+    constexpr int kGlance = 10; // milliseconds
+    while (!thread.waitForDone(kGlance) && !writer.isKeptWaiting()) {
+    }
 }
 
 void BackgroundUserDefaults::beginMoment() const

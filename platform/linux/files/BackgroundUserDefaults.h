@@ -20,6 +20,7 @@ public:
     QVariant object(const QString &key) const override;
     bool set(const QString &key, const QVariant &value) override;
     bool remove(const QString &key) override;
+    // Waits no longer than half a second for another program that keeps the file from being written.
     void synchronize() override;
 
 protected:

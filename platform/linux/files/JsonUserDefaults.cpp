@@ -50,8 +50,8 @@ qint64 age(const FileIdentity &identity)
 // for too long.
 class FolderLock {
 public:
-    // Attempts to lock as long as they are fewer than `attempts`, which may change meanwhile.
-    FolderLock(const QByteArray &folder, const std::atomic<int> &attempts)
+    // Attempts to lock as long as they are fewer than `attempts`, which may change meanwhile. Counts those in `failed`.
+    FolderLock(const QByteArray &folder, const std::atomic<int> &attempts, std::atomic<int> &failed)
         : descriptor(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
         if (descriptor < 0)
@@ -60,6 +60,7 @@ public:
             locked = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
             if (locked)
                 return;
+            failed = i + 1;
             if (i + 1 < attempts)
                 QThread::msleep(kLockWait);
         }
@@ -223,7 +224,8 @@ bool JsonUserDefaults::change(const std::function<void(QJsonObject &)> &edit)
     const QByteArray target = linkTarget(path);
     if (target.isEmpty() || !makePrivateFolder(folderOf(target)))
         return false;
-    const FolderLock lock(folderOf(target), lockAttempts);
+    const FolderLock lock(folderOf(target), lockAttempts, failedAttempts);
+    failedAttempts = 0;
     isLockedOut = !lock.isLocked();
     if (isLockedOut)
         return false;
@@ -257,7 +259,8 @@ void JsonUserDefaults::removeUnfinished() const
     if (target.isEmpty() || !hasUnfinished(target))
         return;
     const std::atomic<int> once = 1;
-    const FolderLock lock(folderOf(target), once);
+    std::atomic<int> failed = 0;
+    const FolderLock lock(folderOf(target), once, failed);
     // Another program may be writing it right now.
     if (lock.isLocked())
         ::removeUnfinished(target);

@@ -33,6 +33,8 @@ public:
     void hurry() { lockAttempts = kHurriedAttempts; }
     // Whether the last change was refused because another program held the lock.
     bool wasLockedOut() const { return isLockedOut; }
+    // Whether a change has been waiting for another program for so long that nobody should wait for it.
+    bool isKeptWaiting() const { return failedAttempts >= kHurriedAttempts; }
 
     // Removes what a program that was killed in the middle of a write has left.
     void removeUnfinished() const;
@@ -58,6 +60,7 @@ private:
 
     QByteArray path;
     std::atomic<int> lockAttempts = kAttempts; // ten milliseconds apart
+    std::atomic<int> failedAttempts = 0;       // of the change under way
     std::atomic<bool> isLockedOut = false;
 
     // The contents of the file at the last read.

@@ -36,6 +36,7 @@ private slots:
     void a_write_is_seen_within_the_moment();
     void a_write_that_was_refused_is_forgotten_within_the_moment();
     void the_end_waits_half_a_second_for_a_lock();
+    void nobody_waits_for_a_lock_longer_than_half_a_second();
     void a_file_nested_deeply_stays_small();
     void what_a_killed_program_left_is_removed();
     void what_another_program_writes_is_left_to_it();
@@ -262,6 +263,24 @@ void BackgroundUserDefaultsTest::the_end_waits_half_a_second_for_a_lock()
     QVERIFY2(clock.elapsed() < 5'000, QByteArray::number(clock.elapsed()).constData());
     QCOMPARE(contents(), before);
     ::close(lock);
+}
+
+void BackgroundUserDefaultsTest::nobody_waits_for_a_lock_longer_than_half_a_second()
+{
+    const int lock = ::open(QFile::encodeName(folder->path()).constData(), O_RDONLY | O_DIRECTORY);
+    QCOMPARE(::flock(lock, LOCK_EX), 0);
+    const QByteArray before = contents();
+    BackgroundUserDefaults defaults(path);
+    QVERIFY(defaults.set(kKey, 2));
+    QElapsedTimer clock;
+    clock.start();
+    defaults.synchronize();
+    // The write itself goes on for ten seconds.
+    QVERIFY2(clock.elapsed() >= 450 && clock.elapsed() < 5'000, QByteArray::number(clock.elapsed()).constData());
+    QCOMPARE(contents(), before);
+    QCOMPARE(defaults.integer(kKey), 2);
+    ::close(lock);
+    QTRY_COMPARE_WITH_TIMEOUT(contents(), QByteArray("{\n    \"windowEdge\": 2\n}\n"), 20'000);
 }
 
 void BackgroundUserDefaultsTest::a_file_nested_deeply_stays_small()

@@ -188,7 +188,7 @@ void HelpersTest::a_helper_that_stands_still_is_given_up_after_its_time()
     f.advance(0.4, 0);
     QVERIFY(!f.isKept());
     // Nobody knows whether the picture was the reason, as it never began with it.
-    QTRY_VERIFY_WITH_TIMEOUT(late.answer, HelperFixture::kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(late.answer.has_value(), HelperFixture::kPatience);
     QVERIFY(!late.answer->shown.isNull());
     QTRY_VERIFY_WITH_TIMEOUT(!isThere(f.process), HelperFixture::kPatience);
 }
@@ -200,7 +200,7 @@ void HelpersTest::a_helper_that_gets_little_of_a_processor_is_waited_for()
     f.advance(PictureHelpers::kLongestTurn - 0.2, 0.01);
     QVERIFY(f.isKept());
     QCOMPARE(::kill(f.process, SIGCONT), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(late.answer, HelperFixture::kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(late.answer.has_value(), HelperFixture::kPatience);
     QVERIFY(!late.answer->shown.isNull());
     QVERIFY(f.isKept());
 }
@@ -251,11 +251,11 @@ void HelpersTest::a_picture_that_two_helpers_fell_over_is_not_given_to_a_third()
     QVERIFY(isGivenUp(f, path));
     QVERIFY(isGivenUp(f, path));
     const auto &refused = f.request(path, PictureTask::Drawing);
-    QTRY_VERIFY_WITH_TIMEOUT(refused.answer, HelperFixture::kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(refused.answer.has_value(), HelperFixture::kPatience);
     QVERIFY(refused.answer->shown.isNull());
     QVERIFY(!refused.isBegun);
     const auto &other = f.request(f.samples.file("b.jpg", photo()));
-    QTRY_VERIFY_WITH_TIMEOUT(other.answer, HelperFixture::kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(other.answer.has_value(), HelperFixture::kPatience);
     QVERIFY(!other.answer->shown.isNull());
 }
 
@@ -268,7 +268,7 @@ void HelpersTest::such_a_picture_is_tried_again_when_it_has_changed()
     f.samples.file("a.svg",
                    "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 2 1'><rect width='2' height='1'/></svg>");
     const auto &changed = f.request(path, PictureTask::Drawing);
-    QTRY_VERIFY_WITH_TIMEOUT(changed.answer, HelperFixture::kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(changed.answer.has_value(), HelperFixture::kPatience);
     QVERIFY(!changed.answer->shown.isNull());
 }
 

@@ -2,6 +2,7 @@
 #include "tests/contracts/ForeignDrags.h"
 
 #include "platform/macos/MacConversions.h"
+#include "tests/support/DragEvents.h"
 
 #import <AppKit/AppKit.h>
 
@@ -31,4 +32,14 @@ std::unique_ptr<ForeignDragUnderWay> dragInAnotherProgram(Platform &, const QLis
     if (![dragPasteboard() writeObjects:objects])
         return nullptr;
     return std::make_unique<DragOnThePasteboard>();
+}
+
+std::unique_ptr<ForeignDragUnderWay> dropFromAnotherProgram(QWidget &window, const QList<QUrl> &urls)
+{
+    // AppKit begins no drag without a hand, so this is what Qt delivers of one.
+    QMimeData data;
+    data.setUrls(urls);
+    sendDragEnter(window, data);
+    sendDrop(window, data);
+    return std::make_unique<ForeignDragUnderWay>();
 }

@@ -3,6 +3,7 @@
 #include "tests/contracts/Contracts.h"
 #include "tests/contracts/ForeignDrags.h"
 #include "tests/contracts/World.h"
+#include "tests/support/DragEvents.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QApplication>
@@ -86,6 +87,15 @@ std::unique_ptr<ForeignDragUnderWay> dragInAnotherProgram(Platform &platform, co
     auto &pasteboard = static_cast<VirtualDragPasteboard &>(*platform.dragPasteboard);
     ++pasteboard.count;
     pasteboard.urls = fileURLs(&data);
+    return std::make_unique<ForeignDragUnderWay>();
+}
+
+std::unique_ptr<ForeignDragUnderWay> dropFromAnotherProgram(QWidget &window, const QList<QUrl> &urls)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    sendDragEnter(window, data);
+    sendDrop(window, data);
     return std::make_unique<ForeignDragUnderWay>();
 }
 

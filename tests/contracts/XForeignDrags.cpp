@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/contracts/ForeignDrags.h"
 #include "tests/platform/drags/ClientProcess.h"
+#include "tests/platform/drags/DropSource.h"
 #include "tests/support/Hand.h"
 
 #include <QTest>
@@ -39,15 +40,43 @@ private:
     Hand hand;
 };
 
-} // namespace
+class DropOfAClient : public ForeignDragUnderWay {
+public:
+    bool drop(const QWidget &window, const QByteArray &list)
+    {
+        source.drag(window);
+        if (!QTest::qWaitFor([this] { return source.isAsked(); }, DropSource::kPatience))
+            return false;
+        source.answer(list);
+        return true;
+    }
 
-std::unique_ptr<ForeignDragUnderWay> dragInAnotherProgram(Platform &, const QList<QUrl> &urls)
+private:
+    DropSource source;
+};
+
+QByteArray listOf(const QList<QUrl> &urls)
 {
     QByteArrayList lines;
     for (const QUrl &url : urls)
         lines.append(url.toEncoded());
-    auto drag = std::make_unique<DragOfAClient>(lines.join("\r\n"));
+    return lines.join("\r\n");
+}
+
+} // namespace
+
+std::unique_ptr<ForeignDragUnderWay> dragInAnotherProgram(Platform &, const QList<QUrl> &urls)
+{
+    auto drag = std::make_unique<DragOfAClient>(listOf(urls));
     if (!drag->begin())
+        return nullptr;
+    return drag;
+}
+
+std::unique_ptr<ForeignDragUnderWay> dropFromAnotherProgram(QWidget &window, const QList<QUrl> &urls)
+{
+    auto drag = std::make_unique<DropOfAClient>();
+    if (!drag->drop(window, listOf(urls)))
         return nullptr;
     return drag;
 }

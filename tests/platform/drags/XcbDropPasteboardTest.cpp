@@ -2,6 +2,7 @@
 #include "platform/linux/drags/XcbDropPasteboard.h"
 
 #include "platform/FileURLs.h"
+#include "tests/platform/drags/DropSource.h"
 #include "tests/support/TestProgram.h"
 
 #include <QDropEvent>
@@ -28,10 +29,9 @@ private slots:
 
 namespace {
 
-constexpr int kPatience = 5'000; // milliseconds
+constexpr int kPatience = DropSource::kPatience;
 constexpr auto kNever = 60s;
 constexpr auto kSoon = 50ms;
-constexpr quint32 kVersion = 5;
 const QByteArray kList = "file:///tmp/a%20b\r\nfile:///tmp/c\r\n";
 const QList<QUrl> kFiles = {QUrl(QStringLiteral("file:///tmp/a%20b")), QUrl(QStringLiteral("file:///tmp/c"))};
 
@@ -66,129 +66,6 @@ protected:
     }
 };
 
-// Another program that drags. It answers when it is told to.
-class Source {
-public:
-    explicit Source(const QByteArray &offered = "text/uri-list")
-        : xcb(XcbConnection::open())
-        , type(xcb->atom(offered))
-        , window(xcb_generate_id(xcb->get()))
-    {
-        xcb_create_window(xcb->get(), XCB_COPY_FROM_PARENT, window, xcb->root(), 0, 0, 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-        xcb_set_selection_owner(xcb->get(), window, xcb->atom("XdndSelection"), XCB_CURRENT_TIME);
-        xcb->flush();
-        subscription = xcb->listen([this](const xcb_generic_event_t &event) { handle(event); });
-    }
-
-    ~Source() { xcb_destroy_window(xcb->get(), window); }
-    Source(const Source &) = delete;
-    Source &operator=(const Source &) = delete;
-
-    void enter(const QWidget &target) { send(target, "XdndEnter", kVersion << 24, type, 0, 0); }
-    void move(const QWidget &target)
-    {
-        send(target, "XdndPosition", 0, 50u << 16 | 50u, XCB_CURRENT_TIME, xcb->atom("XdndActionCopy"));
-    }
-    void drop(const QWidget &target) { send(target, "XdndDrop", 0, XCB_CURRENT_TIME, 0, 0); }
-    void drag(const QWidget &target)
-    {
-        enter(target);
-        move(target);
-        drop(target);
-    }
-
-    void answer(const QByteArray &data)
-    {
-        put(type, data);
-        notify(request.property);
-    }
-    void refuse() { notify(XCB_ATOM_NONE); }
-    void beginPieces()
-    {
-        constexpr quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(xcb->get(), request.requestor, XCB_CW_EVENT_MASK, &events);
-        constexpr quint32 size = 1;
-        xcb_change_property(xcb->get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, xcb->atom("INCR"),
-                            32, 1, &size);
-        notify(request.property);
-    }
-    void put(xcb_atom_t as, const QByteArray &data)
-    {
-        xcb_change_property(xcb->get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, as, 8,
-                            quint32(data.size()), data.constData());
-        xcb->flush();
-    }
-    // Each piece goes when the one before has been read away.
-    void putNext(const QByteArray &data)
-    {
-        const int before = taken;
-        QTRY_VERIFY_WITH_TIMEOUT(deletions > before, kPatience);
-        ++taken;
-        put(type, data);
-    }
-
-    bool isAsked() const { return asks > 0; }
-
-    std::shared_ptr<XcbConnection> xcb;
-    xcb_atom_t type;
-    xcb_window_t window;
-    xcb_selection_request_event_t request{};
-    int asks = 0;
-    QList<bool> finished; // whether each drop was accepted
-    int deletions = 0;
-    int taken = 0;
-
-private:
-    void handle(const xcb_generic_event_t &event)
-    {
-        const int kind = event.response_type & 0x7f;
-        if (kind == XCB_SELECTION_REQUEST) {
-            request = reinterpret_cast<const xcb_selection_request_event_t &>(event);
-            ++asks;
-        } else if (kind == XCB_CLIENT_MESSAGE) {
-            const auto &message = reinterpret_cast<const xcb_client_message_event_t &>(event);
-            if (message.type == xcb->atom("XdndFinished"))
-                finished.append((message.data.data32[1] & 1) != 0);
-        } else if (kind == XCB_PROPERTY_NOTIFY) {
-            const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
-            if (change.state == XCB_PROPERTY_DELETE && change.atom == request.property)
-                ++deletions;
-        }
-    }
-
-    void notify(xcb_atom_t property)
-    {
-        xcb_selection_notify_event_t event{};
-        event.response_type = XCB_SELECTION_NOTIFY;
-        event.time = request.time;
-        event.requestor = request.requestor;
-        event.selection = request.selection;
-        event.target = request.target;
-        event.property = property;
-        xcb_send_event(xcb->get(), 0, request.requestor, 0, reinterpret_cast<const char *>(&event));
-        xcb->flush();
-    }
-
-    void send(const QWidget &target, const char *name, quint32 a, quint32 b, quint32 c, quint32 d)
-    {
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = xcb_window_t(target.winId());
-        message.type = xcb->atom(name);
-        message.data.data32[0] = window;
-        message.data.data32[1] = a;
-        message.data.data32[2] = b;
-        message.data.data32[3] = c;
-        message.data.data32[4] = d;
-        xcb_send_event(xcb->get(), 0, message.window, 0, reinterpret_cast<const char *>(&message));
-        xcb->flush();
-    }
-
-    XcbConnection::Subscription subscription;
-};
-
 struct Fixture {
     explicit Fixture(std::chrono::milliseconds patience = kNever)
         : pasteboard(XcbConnection::open(), patience)
@@ -208,7 +85,7 @@ void XcbDropPasteboardTest::a_drop_is_delivered_when_its_source_has_answered()
 {
     Fixture f;
     QVERIFY(f.isShown);
-    Source source;
+    DropSource source;
     for (int i = 1; i <= 2; ++i) {
         source.drag(f.target);
         QTRY_COMPARE_WITH_TIMEOUT(source.asks, i, kPatience);
@@ -228,7 +105,7 @@ void XcbDropPasteboardTest::a_drop_is_delivered_when_its_source_has_answered()
 void XcbDropPasteboardTest::a_drop_in_pieces_is_delivered_after_the_last()
 {
     Fixture f;
-    Source source;
+    DropSource source;
     source.drag(f.target);
     QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
     source.beginPieces();
@@ -243,7 +120,7 @@ void XcbDropPasteboardTest::a_drop_in_pieces_is_delivered_after_the_last()
 void XcbDropPasteboardTest::a_drop_without_end_is_delivered_when_there_is_enough()
 {
     Fixture f;
-    Source source;
+    DropSource source;
     source.drag(f.target);
     QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
     source.beginPieces();
@@ -257,7 +134,7 @@ void XcbDropPasteboardTest::a_drop_without_end_is_delivered_when_there_is_enough
 void XcbDropPasteboardTest::a_link_is_read_where_there_is_no_list()
 {
     Fixture f;
-    Source source("text/x-moz-url");
+    DropSource source("text/x-moz-url");
     source.drag(f.target);
     QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
     const QString link = QStringLiteral("file:///tmp/c\nThe file");
@@ -269,7 +146,7 @@ void XcbDropPasteboardTest::a_link_is_read_where_there_is_no_list()
 void XcbDropPasteboardTest::a_source_that_refuses_brings_no_files()
 {
     Fixture f;
-    Source source;
+    DropSource source;
     source.drag(f.target);
     QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
     source.refuse();
@@ -280,7 +157,7 @@ void XcbDropPasteboardTest::a_source_that_refuses_brings_no_files()
 void XcbDropPasteboardTest::a_source_that_never_answers_is_given_up()
 {
     Fixture f(kSoon);
-    Source source;
+    DropSource source;
     source.drag(f.target);
     QTRY_COMPARE_WITH_TIMEOUT(source.finished, QList<bool>{false}, kPatience);
     QTRY_COMPARE_WITH_TIMEOUT(f.target.leaves, 1, kPatience);
@@ -291,7 +168,7 @@ void XcbDropPasteboardTest::a_source_that_never_answers_is_given_up()
 void XcbDropPasteboardTest::a_source_that_stalls_in_pieces_is_given_up()
 {
     Fixture f(500ms);
-    Source source;
+    DropSource source;
     source.drag(f.target);
     QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
     source.beginPieces();
@@ -305,7 +182,7 @@ void XcbDropPasteboardTest::what_comes_too_late_belongs_to_nothing()
 {
     Fixture f(kSoon);
     {
-        Source late;
+        DropSource late;
         late.drag(f.target);
         QTRY_COMPARE_WITH_TIMEOUT(late.finished, QList<bool>{false}, kPatience);
         QVERIFY(late.isAsked());
@@ -318,10 +195,10 @@ void XcbDropPasteboardTest::what_comes_too_late_belongs_to_nothing()
 void XcbDropPasteboardTest::a_new_drag_does_not_wait_for_an_old_drop()
 {
     Fixture f;
-    Source mute;
+    DropSource mute;
     mute.drag(f.target);
     QTRY_VERIFY_WITH_TIMEOUT(mute.isAsked(), kPatience);
-    Source source;
+    DropSource source;
     source.drag(f.target);
     QTRY_COMPARE_WITH_TIMEOUT(mute.finished, QList<bool>{false}, kPatience);
     QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
@@ -335,7 +212,7 @@ void XcbDropPasteboardTest::a_drop_of_text_goes_its_own_way()
 {
     Fixture f;
     f.target.read = [](const QMimeData *) { return QList<QUrl>{}; };
-    Source source("text/plain");
+    DropSource source("text/plain");
     source.drag(f.target);
     QTRY_COMPARE_WITH_TIMEOUT(source.finished, QList<bool>{false}, kPatience);
     QCOMPARE(source.asks, 0);

@@ -39,6 +39,13 @@ class InstalledTest(DesktopTest):
         wait_for(lambda: app.tiles() == [], "the file has left the shelf")
         self.assertEqual((target / file.name).read_text(), "Dear all\n")
 
+        # A small picture is made by the programs that come with it.
+        photo = self.desktop.home / "photo.jpg"
+        self.desktop.run("convert", "-size", "800x600", "plasma:orange-teal", photo)
+        os.utime(photo, (1_600_000_000, 1_600_000_000))
+        app.hold(photo)
+        wait_for(lambda: any((self.desktop.home / ".cache/thumbnails").rglob("*.png")), "the photo has a thumbnail")
+
         app.choose("Quit Parklet")
         self.assertEqual(app.process.wait(20), 0)
         new = {path for path in self.listing() - home if "parklet" in path.lower()}

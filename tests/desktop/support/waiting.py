@@ -15,9 +15,10 @@ class TimedOut(AssertionError):
     pass
 
 
-def wait_for(condition, message, patience=PATIENCE, pause=PAUSE):
+def wait_for(condition, message, patience=None, pause=PAUSE):
     """Answers the first true value of condition(); fails with the message when none comes. The condition is asked again
     when something that it looks at goes away."""
+    patience = patience or PATIENCE
     end = time.monotonic() + patience
     while True:
         fault = None

@@ -171,7 +171,7 @@ class GnomeSession(WaylandSession):
         # Only GNOME Shell wants a logind; no test has need of what it says.
         self.start("logind", "/usr/bin/python3", "-m", "dbusmock", "--system", "--template", "logind")
         system = connect(self.environment["DBUS_SYSTEM_BUS_ADDRESS"])
-        wait_for(lambda: has_owner(system, "org.freedesktop.login1"), "a logind comes up")
+        wait_for(lambda: has_owner(system, "org.freedesktop.login1"), "a logind comes up", START_PATIENCE)
         monitors = [argument for width, height in self.monitors
                     for argument in ("--virtual-monitor", f"{width}x{height}")]
         environment = {"NO_AT_BRIDGE": "1", "GTK_A11Y": "none"}
@@ -186,7 +186,7 @@ class GnomeSession(WaylandSession):
         self.shell.evaluate("new imports.gi.Gio.Settings({schema_id: 'org.gnome.desktop.interface'})"
                             ".set_boolean('enable-animations', false)")
         self.shell.evaluate("Main.overview.hide()")
-        wait_for(lambda: self.shell.evaluate("Main.overview.visible === false"), "the overview goes")
+        wait_for(lambda: self.shell.evaluate("Main.overview.visible === false"), "the overview goes", START_PATIENCE)
         self.native = ShellWindows(self.shell)
         display, authority = json.loads(self.shell.evaluate(
             "JSON.stringify(['DISPLAY', 'XAUTHORITY'].map(name => imports.gi.GLib.getenv(name)))"))

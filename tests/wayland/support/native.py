@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Native Wayland programs: their windows as the compositor tells of them, and file managers among them."""
+import os
 from collections import namedtuple
 
 from . import filemanagers
@@ -7,6 +8,9 @@ from .waiting import wait_for
 
 # A window as its compositor knows it: `frame` is what the user sees of it, `surface` has the shadow too.
 NativeWindow = namedtuple("NativeWindow", "id title instance pid frame surface focused")
+PLACING = 0.3  # seconds that a window has to take its place
+# A program of the tests: a native one of Qt.
+PEER = os.environ.get("PARKLET_WAYLAND_PEER")
 
 
 class NativeWindows:
@@ -89,6 +93,47 @@ def native(manager_class):
 
     Native.__name__ = f"Native{manager_class.__name__}"
     return Native
+
+
+class ProgramWindow:
+    """A program that shows a single window, by its title."""
+
+    def __init__(self, desktop, title, *command):
+        self.desktop = desktop
+        self.log = desktop.logs / f"{title}.log"
+        self.log.unlink(missing_ok=True)
+        before = {window.id for window in desktop.native.find(title=title)}
+        self.process = desktop.start(title, *command)
+        self.window = wait_for(lambda: next((window for window in desktop.native.find(title=title)
+                                             if window.id not in before), None), f"{title!r} comes up")
+
+    def said(self, text):
+        """Whether the program has printed that."""
+        return text in self.log.read_text()
+
+    def place(self, x, y):
+        """Moves it and leaves its size as it is."""
+        windows = self.desktop.native
+
+        def is_there():
+            frame = windows.frame(self.window)
+            if frame.width and frame[:2] != (x, y):
+                # A window that has just come may still be placed by the compositor, so it is told until it is there.
+                windows.place(self.window, x, y, frame.width, frame.height)
+            return frame.width and frame[:2] == (x, y)
+
+        wait_for(is_there, "the window takes its place", pause=PLACING)
+        return self
+
+    def pid(self):
+        return self.process.pid
+
+    def middle(self):
+        frame = self.desktop.native.frame(self.window)
+        return frame.x + frame.width // 2, frame.y + frame.height // 2
+
+    def item(self, _name=None):
+        return self.middle()
 
 
 Thunar = native(filemanagers.Thunar)

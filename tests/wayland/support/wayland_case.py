@@ -81,7 +81,7 @@ class WaylandTest(DesktopTest):
         self.addCleanup(self.leave)
 
     def leave(self):
-        """Ends what the test has started and throws its files away; a failed test takes the session with it."""
+        """Cleans up after the test; a failed one takes the session with it."""
         result = self._outcome.result
         if any(test is self for test, _ in result.failures + result.errors):
             folder = EVIDENCE / self.id()
@@ -91,6 +91,10 @@ class WaylandTest(DesktopTest):
             return
         if self.hand.holds():
             self.hand.release()
+        self.end_programs()
+
+    def end_programs(self):
+        """Ends what the test has started and throws its files away."""
         processes = self.desktop.processes
         while len(processes.own) > self.session_programs:
             processes.end(processes.own.pop())
@@ -101,6 +105,19 @@ class WaylandTest(DesktopTest):
     def parklet(self, **settings):
         self.app = WaylandParklet(self.desktop, settings).start()
         return self.app
+
+    def qt_source(self, content, kind="text/uri-list"):
+        """A native Qt window from which that is dragged."""
+        data = self.desktop.folder / "dragged"
+        data.write_text(content)
+        return self.peer("Qt source", "source", data, kind)
+
+    def qt_target(self, milliseconds=0):
+        """A native Qt window that takes drops, and asks for what was dropped after a time."""
+        return self.peer("Qt target", "target", str(milliseconds))
+
+    def peer(self, title, *arguments):
+        return native.ProgramWindow(self.desktop, title, native.PEER, *arguments)
 
     def thunar(self, folder):
         """A native Thunar of this test's own."""

@@ -41,6 +41,15 @@ class PreferencesTest(DesktopTest):
         return self.wait_for(lambda: next((node for node in self.app.root().find_all(role=role)
                                            if name in node.labels), None), f"{name!r} labels a {role}")
 
+    def pick(self, name, key):
+        """Opens the pop-up button of that label and takes what the key goes to."""
+        before = len(self.desktop.windows.find(instance="parklet"))
+        self.hand.click(*self.labelled(name, "combo box").center)
+        self.wait_for(lambda: len(self.desktop.windows.find(instance="parklet")) > before, "the pop-up opens")
+        self.hand.key(key)
+        self.hand.key("Return")
+        self.wait_for(lambda: len(self.desktop.windows.find(instance="parklet")) == before, "the pop-up closes")
+
     def test_the_window_opens_on_welcome_in_the_middle_of_the_screen(self):
         self.open_preferences()
         window = self.app.window("preferences")
@@ -71,9 +80,7 @@ class PreferencesTest(DesktopTest):
         self.hand.click(*self.app.find("Start at login", "check box").center)
         self.wait_for_setting("launchAtLogin", True)
         self.wait_for(lambda: list((self.desktop.home / ".config/autostart").glob("*.desktop")), "it starts at login")
-        self.hand.click(*self.labelled("Drag mode", "combo box").center)
-        self.hand.key("End")
-        self.hand.key("Return")
+        self.pick("Drag mode", "End")
         self.wait_for_setting("dragMode", 2)
 
     def test_the_behavior_pane_writes_the_file(self):
@@ -115,9 +122,7 @@ class PreferencesTest(DesktopTest):
         size.value = 96.0
         self.wait_for_setting("shelfItemSize", 96.0)
         self.wait_for(lambda: self.app.frame().width == width + 24, "the shelf grows with its items")
-        self.hand.click(*self.labelled("Window edge", "combo box").center)
-        self.hand.key("Home")
-        self.hand.key("Return")
+        self.pick("Window edge", "Home")
         self.wait_for_setting("windowEdge", 0)
         self.wait_for(lambda: self.app.frame().x < 20, "the shelf moves to the left edge")
         self.show_pane("About", "More from Orvane")

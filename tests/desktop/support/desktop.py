@@ -169,9 +169,10 @@ class Desktop:
 
     def start_server(self, depth, dpi):
         reader, writer = os.pipe()
+        # A busy machine may be late with the release of a key, so no key repeats (-r).
         server = self.start("xvfb", "Xvfb", "-displayfd", str(writer), "-screen", "0",
                             f"{self.width}x{self.height}x{depth}", "-dpi", str(dpi), "-nolisten", "tcp", "-noreset",
-                            "-ac", pass_fds=(writer,))
+                            "-ac", "-r", pass_fds=(writer,))
         os.close(writer)
         with os.fdopen(reader) as answer:
             number = answer.readline().strip()

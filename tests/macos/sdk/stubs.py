@@ -19,10 +19,14 @@ RUNTIME = """
 """.split()
 BLOCKS = "_NSConcreteGlobalBlock _NSConcreteStackBlock _Block_object_assign _Block_object_dispose".split()
 
-# Of the C library, what is in POSIX.
+# Of the C library, what is in POSIX, and how a Mac's has errno and the standard streams.
 STANDARD = """
-    abort close errno fclose fopen free fstat getpid malloc memchr memcmp memcpy memmove memset mkdir open read round
-    lround rint ceil floor snprintf sqrt stat strcmp strlen unlink write pow fabs fmod
+    _exit abort ceil close closedir fabs fclose fcntl fflush floor fmod fopen fputs free fstat getpid llround lround malloc
+    memchr memcmp memcpy memmove memset mkdir open opendir perror pipe pow raise read readdir rint round setitimer
+    sigaction sigemptyset snprintf sqrt stat strcmp strlen unlink write
+    pthread_create pthread_detach pthread_getspecific pthread_join pthread_key_create pthread_once pthread_self
+    pthread_setspecific
+    __error __stdinp __stdoutp __stderrp
 """.split()
 # What stands for one of these in a Mac's C library: the same by its version, and what the compiler adds.
 STANDARD_SUFFIXES = ["", "$INODE64"]
@@ -37,8 +41,8 @@ QTS_OF_A_MAC = """
 """.split()
 
 
-def write(folder, declared, frameworks):
-    """Makes the libraries, and tells which of them each name is in."""
+def write(folder, declared, frameworks, needed):
+    """Makes the libraries, and tells which of them each name is in. Of Qt's, those that are `needed`."""
     owners = {}
 
     def library(path, name, symbols, classes):
@@ -65,16 +69,27 @@ def write(folder, declared, frameworks):
     library(folder / "libSystem.tbd", "/usr/lib/libSystem.B.dylib", ["_" + name for name in standard]
             + ["dyld_stub_binder"], [])
     library(folder / "libc++.tbd", "/usr/lib/libc++.1.dylib", ["_" + name for name in cxx_names()], [])
-    library(folder / "libQt.tbd", "/usr/lib/libQt.dylib", ["_" + name for name in qts_names()], [])
+    library(folder / "libQt.tbd", "/usr/lib/libQt.dylib", qts_names(needed), [])
     return owners
 
 
-def qts_names():
-    """What Qt defines, by its libraries on this machine."""
+def qts_names(needed):
+    """Those of the needed names that Qt defines, by its libraries on this machine."""
     folder = subprocess.run(["qtpaths6", "--query", "QT_INSTALL_LIBS"], capture_output=True, text=True,
                             check=True).stdout.strip()
     files = [f"{folder}/libQt6{module}.so" for module in ("Core", "Gui", "Widgets", "Network", "Svg")]
-    return {name.partition("@")[0] for name in defined(files)} | set(QTS_OF_A_MAC)
+    names = [name.partition("@")[0] for name in defined(files)]
+    spelled = {spelling for spelling in spellings(names + QTS_OF_A_MAC)}
+    candidates = sorted(needed)
+    return [name for name, spelling in zip(candidates, spellings([name[1:] for name in candidates]))
+            # Every object asks for the mark of Qt's version, which has another name on each platform.
+            if spelling in spelled or name.startswith("_qt_version_tag")]
+
+
+def spellings(names):
+    """The declarations of these names, in which the C++ library's own are the same for all C++ libraries."""
+    run = subprocess.run(["llvm-cxxfilt"], input="\n".join(names), capture_output=True, text=True, check=True)
+    return [re.sub(r"\bstd::(__1|__cxx11)::", "std::", line) for line in run.stdout.splitlines()]
 
 
 def defined(libraries):
@@ -106,3 +121,15 @@ def undefined(objects):
     for name, kind in re.findall(r"^(\S+) (\w)(?: .*)?$", run.stdout, re.MULTILINE):
         (needed if kind == "U" else defined).add(name)
     return needed - defined
+
+
+# What a compiler calls by itself, and no line of a source does.
+MEMORY = re.compile(r"_objc_(retain|release|autorelease|storeStrong|\w*Weak|unsafeClaim|enumerationMutation|opt_self)\w*$")
+
+
+def calls(objects, owners):
+    """How often these objects, which are for ARM, call the platform: its functions, and methods of its objects."""
+    run = subprocess.run(["llvm-objdump", "--reloc", *map(str, objects)], capture_output=True, text=True, check=True)
+    called = re.findall(r"ARM64_RELOC_BRANCH26\s+(_\S+)", run.stdout)
+    foreign = {"libQt", "libc++", "libSystem"}
+    return sum(name in owners and owners[name] not in foreign and not MEMORY.match(name) for name in called)

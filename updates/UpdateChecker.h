@@ -6,7 +6,6 @@
 #include <QString>
 #include <QUrl>
 
-class QNetworkAccessManager;
 struct Platform;
 struct VersionRecord;
 
@@ -32,11 +31,9 @@ public:
 
 private:
     void fetch(const QUrl &url, int redirects, QDeadlineTimer end, bool silent);
-    void leaveNetwork(QNetworkAccessManager *used);
     void received(const QByteArray &body, bool silent);
     void tell(const VersionRecord &record, bool silent);
 
     Platform &platform;
     const QString runningVersion;
-    QNetworkAccessManager *network = nullptr; // made by the first check, and by the next after one that failed
 };

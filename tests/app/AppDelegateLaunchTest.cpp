@@ -3,10 +3,9 @@
 #include "tests/app/AppFixture.h"
 #include "tests/app/LaunchFixture.h"
 #include "tests/support/TestProgram.h"
+#include "updates/BoundedFetch.h"
 
 #include <QApplication>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -201,12 +200,12 @@ void AppDelegateLaunchTest::an_automatic_check_is_made_at_launch_only_when_wante
 
     UpdateFixture f("0.1");
     f.launch();
-    QVERIFY(!f.shared.updateChecker().findChild<QNetworkAccessManager *>());
+    QVERIFY(!f.shared.updateChecker().findChild<BoundedFetch *>());
 
     UpdateFixture wanted("0.1");
     wanted.values.insert(Settings::autoCheckUpdates.key, true);
     wanted.launch();
-    QVERIFY(wanted.shared.updateChecker().findChild<QNetworkReply *>());
+    QVERIFY(wanted.shared.updateChecker().findChild<BoundedFetch *>());
     wanted.finish();
     QCOMPARE(wanted.server.requestLines.size(), 1);
 }
@@ -269,7 +268,7 @@ void AppDelegateLaunchTest::the_answer_to_the_first_run_decides_on_this_launch_t
     UpdateFixture yes("0.1");
     yes.values.clear();
     yes.alerts.answers = {AlertAnswer{0, false}};
-    yes.alerts.whileShown = [&yes] { QVERIFY(!yes.shared.updateChecker().findChild<QNetworkAccessManager *>()); };
+    yes.alerts.whileShown = [&yes] { QVERIFY(!yes.shared.updateChecker().findChild<BoundedFetch *>()); };
     yes.launch();
     yes.finish();
     QCOMPARE(yes.server.requestLines.size(), 1);
@@ -278,7 +277,7 @@ void AppDelegateLaunchTest::the_answer_to_the_first_run_decides_on_this_launch_t
     no.values.clear();
     no.alerts.answers = {AlertAnswer{1, true}};
     no.launch();
-    QVERIFY(!no.shared.updateChecker().findChild<QNetworkAccessManager *>());
+    QVERIFY(!no.shared.updateChecker().findChild<BoundedFetch *>());
 }
 
 void AppDelegateLaunchTest::the_login_item_is_brought_in_step_data()

@@ -4,9 +4,9 @@
 #include "tests/app/RunningFixture.h"
 #include "tests/support/InChild.h"
 #include "tests/support/TestProgram.h"
+#include "updates/BoundedFetch.h"
 
 #include <QApplication>
-#include <QNetworkAccessManager>
 #include <QTest>
 #include <QTimer>
 
@@ -147,9 +147,9 @@ void AppDelegateMenuTest::the_updates_item_asks_for_a_check()
     Fixture f;
     // An address of this machine on which nobody answers.
     f.shared.versionURL = QUrl(u"http://127.0.0.1:1/version.json"_s);
-    QVERIFY(!f.shared.updateChecker().findChild<QNetworkAccessManager *>());
+    QVERIFY(!f.shared.updateChecker().findChild<BoundedFetch *>());
     f.choose(u"Check for Updates\u2026"_s);
-    QVERIFY(f.shared.updateChecker().findChild<QNetworkAccessManager *>());
+    QVERIFY(f.shared.updateChecker().findChild<BoundedFetch *>());
 }
 
 void AppDelegateMenuTest::the_more_item_opens_the_makers_page()
@@ -217,9 +217,9 @@ void AppDelegateMenuTest::the_launchers_actions_do_what_their_names_say()
     QVERIFY(!f.shared.isPreferencesWindowVisible());
     f.delegate->performAction(u"preferences"_s);
     QVERIFY(f.shared.isPreferencesWindowVisible());
-    QVERIFY(!f.shared.updateChecker().findChild<QNetworkAccessManager *>());
+    QVERIFY(!f.shared.updateChecker().findChild<BoundedFetch *>());
     f.delegate->performAction(u"check-for-updates"_s);
-    QVERIFY(f.shared.updateChecker().findChild<QNetworkAccessManager *>());
+    QVERIFY(f.shared.updateChecker().findChild<BoundedFetch *>());
 }
 
 void AppDelegateMenuTest::the_launcher_can_quit()

@@ -3,9 +3,9 @@
 
 #include "tests/app/AppFixture.h"
 #include "tests/support/LoopbackServer.h"
+#include "updates/BoundedFetch.h"
 
 #include <QCoreApplication>
-#include <QNetworkReply>
 #include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
@@ -69,9 +69,7 @@ struct UpdateFixture : LaunchFixture {
     // Waits until every request is over and lets the program act on it.
     void finish()
     {
-        [this] {
-            QTRY_VERIFY_WITH_TIMEOUT(shared.updateChecker().findChildren<QNetworkReply *>().isEmpty(), 20'000);
-        }();
+        [this] { QTRY_VERIFY_WITH_TIMEOUT(shared.updateChecker().findChildren<BoundedFetch *>().isEmpty(), 20'000); }();
         queue.runPending();
     }
 

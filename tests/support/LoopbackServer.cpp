@@ -41,7 +41,7 @@ void LoopbackServer::incomingConnection(qintptr descriptor)
             return;
         socket->setProperty("answered", true);
         const QByteArray line = socket->readLine().trimmed();
-        socket->readAll();
+        lastHeader = socket->readAll();
         requestLines.append(line);
         if (onRequest)
             onRequest(*socket, line);

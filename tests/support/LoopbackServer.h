@@ -30,6 +30,7 @@ public:
     std::function<void(QTcpSocket &socket, const QByteArray &requestLine)> onRequest;
 
     QList<QByteArray> requestLines;
+    QByteArray lastHeader; // the lines that followed the first one
 
 protected:
     void incomingConnection(qintptr descriptor) override;

@@ -4,9 +4,8 @@
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
+#include "updates/BoundedFetch.h"
 
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QProcess>
 #include <QSslConfiguration>
 #include <QTcpSocket>
@@ -43,7 +42,7 @@ private slots:
     void a_server_that_stops_within_the_answer_is_given_up();
     void a_redirect_to_where_nobody_answers_is_given_up();
     void the_time_without_data_is_five_seconds();
-    void the_request_keeps_the_default_cache_policy();
+    void the_request_says_nothing_of_caches();
     void a_slow_answer_is_waited_for_while_it_goes_on();
     void an_answer_that_was_cut_short_ends_in_silence();
     void an_answer_of_a_megabyte_is_read_and_not_a_byte_more_data();
@@ -53,6 +52,12 @@ private slots:
     void a_check_takes_half_a_minute_at_most();
     void an_answer_that_trickles_without_end_is_given_up();
     void redirects_that_take_too_long_together_are_given_up();
+    void header_lines_without_end_are_given_up_data();
+    void header_lines_without_end_are_given_up();
+    void an_answer_may_be_framed_in_other_ways_data();
+    void an_answer_may_be_framed_in_other_ways();
+    void an_answer_that_is_framed_badly_ends_in_silence_data();
+    void an_answer_that_is_framed_badly_ends_in_silence();
     void a_redirect_is_followed_data();
     void a_redirect_is_followed();
     void twenty_redirects_are_followed_and_not_one_more_data();
@@ -96,7 +101,7 @@ struct Fixture {
         return *made;
     }
 
-    bool isUnderWay() const { return made && !made->findChildren<QNetworkReply *>().isEmpty(); }
+    bool isUnderWay() const { return made && !made->findChildren<BoundedFetch *>().isEmpty(); }
 
     // Waits until every request is over, one way or the other, and lets the program act on it.
     void finish()
@@ -183,7 +188,9 @@ void UpdateCheckerTest::nothing_is_made_before_the_first_check()
     QVERIFY(f.checker().children().isEmpty());
     f.check();
     f.check();
-    QCOMPARE(f.checker().findChildren<QNetworkAccessManager *>().size(), 1);
+    // Nor is anything left of one.
+    QCOMPARE(f.server.requestLines.size(), 2);
+    QTRY_VERIFY_WITH_TIMEOUT(f.checker().children().isEmpty(), kPatience);
 }
 
 void UpdateCheckerTest::an_address_that_is_not_valid_is_fatal()
@@ -404,18 +411,16 @@ void UpdateCheckerTest::a_redirect_to_where_nobody_answers_is_given_up()
 void UpdateCheckerTest::the_time_without_data_is_five_seconds()
 {
     Fixture f;
-    f.server.onRequest = nullptr;
-    f.checker().check(false);
-    QCOMPARE(f.checker().findChild<QNetworkReply *>()->request().transferTimeout(), 5'000);
+    QCOMPARE(f.checker().timeout, 5.0);
 }
 
-void UpdateCheckerTest::the_request_keeps_the_default_cache_policy()
+void UpdateCheckerTest::the_request_says_nothing_of_caches()
 {
     Fixture f;
-    f.checker().check(false);
-    const auto *reply = f.checker().findChild<QNetworkReply *>();
-    QVERIFY(!reply->request().attribute(QNetworkRequest::CacheLoadControlAttribute).isValid());
-    QVERIFY(!reply->manager()->cache());
+    f.check();
+    QVERIFY(f.server.lastHeader.startsWith("Host: 127.0.0.1:" + QByteArray::number(f.server.serverPort()) + "\r\n"));
+    QVERIFY(!f.server.lastHeader.toLower().contains("cache"));
+    QVERIFY(!f.server.lastHeader.toLower().contains("pragma"));
 }
 
 void UpdateCheckerTest::a_slow_answer_is_waited_for_while_it_goes_on()
@@ -523,6 +528,92 @@ void UpdateCheckerTest::redirects_that_take_too_long_together_are_given_up()
     f.checker().longestCheck = 0.5;
     QCOMPARE(f.check(), QStringList());
     QVERIFY2(f.server.requestLines.size() <= 3, qPrintable(QString::number(f.server.requestLines.size())));
+}
+
+void UpdateCheckerTest::header_lines_without_end_are_given_up_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::newRow("lines") << QByteArray("X-Line: and another one\r\n").repeated(2'000);
+    QTest::newRow("one line") << QByteArray(50'000, 'x');
+    QTest::newRow("announcements") << QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(2'000);
+}
+
+void UpdateCheckerTest::header_lines_without_end_are_given_up()
+{
+    QFETCH(const QByteArray, lines);
+    Fixture f;
+    qint64 sent = 0;
+    bool closed = false;
+    f.server.onRequest = [&](QTcpSocket &socket, const QByteArray &) {
+        QObject::connect(&socket, &QTcpSocket::disconnected, &socket, [&closed] { closed = true; });
+        QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, [&](qint64 count) {
+            sent += count;
+            if (socket.bytesToWrite() == 0)
+                socket.write(lines);
+        });
+        socket.write((lines.startsWith("HTTP") ? QByteArray() : "HTTP/1.1 200 OK\r\n") + lines);
+    };
+    QCOMPARE(f.check(), QStringList());
+    // Nothing of it goes on, and the next check is as the first one.
+    QTRY_VERIFY_WITH_TIMEOUT(closed, kPatience);
+    QVERIFY2(sent < 16'000'000, qPrintable(QString::number(sent)));
+    f.server.onRequest = [](QTcpSocket &socket, const QByteArray &) {
+        LoopbackServer::reply(socket, "200 OK", kRecord);
+    };
+    QCOMPARE(f.check(), kUpdate);
+}
+
+void UpdateCheckerTest::an_answer_may_be_framed_in_other_ways_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    const QByteArray half = kRecord.left(30);
+    const QByteArray rest = kRecord.mid(30);
+    QTest::newRow("by the end of the connection") << "HTTP/1.0 200 OK\r\n\r\n" + kRecord;
+    QTest::newRow("in chunks") << "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1E;a=b\r\n" + half + "\r\n" +
+                                      QByteArray::number(rest.size(), 16) + "\r\n" + rest + "\r\n0\r\n\r\n";
+    QTest::newRow("after an announcement")
+        << "HTTP/1.1 103 Early Hints\r\nX: y\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: " +
+               QByteArray::number(kRecord.size()) + "\r\n\r\n" + kRecord;
+    QTest::newRow("with more than it says")
+        << "HTTP/1.1 200 OK\r\ncontent-length:" + QByteArray::number(kRecord.size()) + "\r\n\r\n" + kRecord + "more";
+}
+
+void UpdateCheckerTest::an_answer_may_be_framed_in_other_ways()
+{
+    QFETCH(const QByteArray, answer);
+    Fixture f;
+    f.server.onRequest = [&answer](QTcpSocket &socket, const QByteArray &) {
+        socket.write(answer);
+        socket.disconnectFromHost();
+    };
+    QCOMPARE(f.check(), kUpdate);
+}
+
+void UpdateCheckerTest::an_answer_that_is_framed_badly_ends_in_silence_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    const QByteArray size = QByteArray::number(kRecord.size(), 16);
+    const QByteArray chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+    QTest::newRow("no header") << kRecord;
+    QTest::newRow("another protocol") << "ICY 200 OK\r\n\r\n" + kRecord;
+    QTest::newRow("no status") << "HTTP/1.1 OK\r\n\r\n" + kRecord;
+    QTest::newRow("no end of the header") << "HTTP/1.1 200 OK\r\nX: y\r\n" + kRecord;
+    QTest::newRow("no last chunk") << chunked + size + "\r\n" + kRecord + "\r\n";
+    QTest::newRow("no size") << chunked + "size\r\n" + kRecord + "\r\n0\r\n\r\n";
+    QTest::newRow("a size below zero") << chunked + "-1\r\n" + kRecord + "\r\n0\r\n\r\n";
+    QTest::newRow("no end of a size") << chunked + QByteArray(2'000, '1');
+    QTest::newRow("chunks without end") << chunked + ("8000\r\n" + QByteArray(0x8000, ' ') + "\r\n").repeated(40);
+}
+
+void UpdateCheckerTest::an_answer_that_is_framed_badly_ends_in_silence()
+{
+    QFETCH(const QByteArray, answer);
+    Fixture f;
+    f.server.onRequest = [&answer](QTcpSocket &socket, const QByteArray &) {
+        socket.write(answer);
+        socket.disconnectFromHost();
+    };
+    QCOMPARE(f.check(), QStringList());
 }
 
 void UpdateCheckerTest::a_redirect_is_followed_data()

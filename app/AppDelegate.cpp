@@ -76,7 +76,7 @@ void AppDelegate::applicationDidFinishLaunching()
             return;
     }
     if (settings.get(Settings::autoCheckUpdates))
-        shared.updateChecker().check(true);
+        shared.updateChecker().check(WhenUpToDate::SayNothing);
 }
 
 void AppDelegate::setUpStatusItem()
@@ -172,7 +172,7 @@ void AppDelegate::openPreferences()
 
 void AppDelegate::checkForUpdates()
 {
-    shared.updateChecker().check(false);
+    shared.updateChecker().check(WhenUpToDate::SaySo);
 }
 
 void AppDelegate::openMoreApps()
@@ -187,7 +187,7 @@ void AppDelegate::toggleLaunchAtLogin()
     synchronizeLoginItem();
     if (!statusItem)
         return;
-    // The menu that this replaces is still running this slot.
+    // The old menu is still calling this slot, so replace it later.
     platform.mainQueue->async(this, [this] {
         if (statusItem)
             statusItem->setMenu(makeStatusMenu(*this, shared.settings().get(Settings::launchAtLogin)));

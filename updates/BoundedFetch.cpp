@@ -9,12 +9,12 @@
 
 namespace {
 
-constexpr qint64 kReadAhead = 65'536; // bytes; what the socket holds of them
+constexpr qint64 kReadAhead = 65'536; // bytes; the buffer of the socket
 constexpr qint64 kPiece = 16'384;
 constexpr qsizetype kLongestChunkLine = 1'024;
 constexpr quint16 kWebPort = 80;
 constexpr quint16 kSafeWebPort = 443;
-constexpr int kFirstFinalStatus = 200; // below are those that announce another one
+constexpr int kFirstFinalStatus = 200; // a smaller one announces another reply
 constexpr int kMostAnnouncements = 8;
 constexpr int kNoContent = 204;
 constexpr int kNotModified = 304;
@@ -44,7 +44,7 @@ BoundedFetch::BoundedFetch(const QUrl &address, std::chrono::milliseconds longes
     connect(&silence, &QTimer::timeout, this, &BoundedFetch::fail);
     QTimer::singleShot(std::chrono::milliseconds(end.remainingTime()), this, &BoundedFetch::fail);
     QTimer::singleShot(0, this, &BoundedFetch::begin);
-    // More than that waits at the other end.
+    // The server keeps what does not fit.
     socket->setReadBufferSize(kReadAhead);
     connect(socket, &QSslSocket::connected, this, [this] {
         if (!isSafe(url))
@@ -215,7 +215,7 @@ void BoundedFetch::disconnected()
     read();
     if (!done)
         return;
-    // Whatever else has not told its end was cut short.
+    // Any other reply without a stated end was cut short.
     if (hasHeader && !length && !isChunked)
         finish(reply);
     else

@@ -13,15 +13,15 @@
 
 class QSslSocket;
 
-// One GET by HTTP/1.1. Everything about it has an end: its time, the time without data, its header and its body. Qt's
-// own reads lines of a header without an end, and cannot be stopped meanwhile.
+// One GET request of HTTP/1.1 with limits for its time, its time without data, its header and its body. Qt's own
+// network access reads an endless header without a limit, and cannot be stopped meanwhile.
 class BoundedFetch : public QObject {
     Q_OBJECT
 
 public:
     struct Reply {
         int status = 0;
-        QByteArray location; // where it redirects to
+        QByteArray location; // the target of a redirect
         QByteArray body;
     };
     using Done = std::function<void(const std::optional<Reply> &)>;
@@ -29,8 +29,8 @@ public:
     static constexpr qsizetype kLargestHeader = 65'536; // bytes
     static constexpr qsizetype kLargestBody = 1 << 20;
 
-    // Begins in a later turn of the main loop, calls `done` once, with nothing when no whole reply has come, and
-    // deletes itself then. Calls nothing when it is deleted before. `silence` is the longest time without data.
+    // Begins in a later turn of the main loop. Calls `done` once, with nothing unless the whole reply has arrived, and
+    // then deletes itself. Does not call it when it is deleted before. `silence` is the longest time without data.
     BoundedFetch(const QUrl &url, std::chrono::milliseconds silence, QDeadlineTimer end, Done done, QObject *parent);
 
 private:
@@ -48,13 +48,13 @@ private:
     Done done;
     QSslSocket *socket;
     QTimer silence;
-    bool isForProxy = false; // the request goes to a proxy, which is told the whole address
+    bool isForProxy = false; // the request goes to a proxy, which needs the whole address
     QByteArray header;
     bool hasHeader = false;
     int announcements = 0;
-    std::optional<qint64> length; // of the body; nothing when it ends with the connection
+    std::optional<qint64> length; // of the body; empty when the end of the connection ends it
     bool isChunked = false;
-    QByteArray chunks;    // not looked at yet
-    qint64 chunkLeft = 0; // bytes of the current chunk that are to come
+    QByteArray chunks;    // not yet read
+    qint64 chunkLeft = 0; // the missing bytes of the current chunk
     Reply reply;
 };

@@ -3,10 +3,9 @@
 
 #include "platform/Platform.h"
 #include "updates/BoundedFetch.h"
+#include "updates/UpdateAlerts.h"
 #include "updates/VersionComparison.h"
 #include "updates/VersionRecord.h"
-
-#include <QPointer>
 
 #include <algorithm>
 #include <chrono>
@@ -29,7 +28,7 @@ bool isRedirect(int status)
     return std::find(std::begin(kStatuses), std::end(kStatuses), status) != std::end(kStatuses);
 }
 
-// Whether a reply from one address may send us to the other: to another web server, and to none that is less safe.
+// Whether a reply from the address `from` may redirect to `to`: only to a web server, and never from https to http.
 bool mayRedirect(const QUrl &from, const QUrl &to)
 {
     const bool isSafe = to.scheme() == QLatin1String("https");
@@ -48,50 +47,47 @@ UpdateChecker::UpdateChecker(Platform &services, const QUrl &url, const QString 
         qFatal("The address of the version record is not valid.");
 }
 
-void UpdateChecker::check(bool silent)
+void UpdateChecker::check(WhenUpToDate whenUpToDate)
 {
-    fetch(versionURL, kMostRedirects, QDeadlineTimer(milliseconds(longestCheck)), silent);
+    fetch(versionURL, kMostRedirects, QDeadlineTimer(milliseconds(longestCheck)), whenUpToDate);
 }
 
-void UpdateChecker::fetch(const QUrl &url, int redirects, QDeadlineTimer end, bool silent)
+void UpdateChecker::fetch(const QUrl &url, int redirects, QDeadlineTimer end, WhenUpToDate whenUpToDate)
 {
     new BoundedFetch(
         url, milliseconds(timeout), end,
-        [this, url, redirects, end, silent](const std::optional<BoundedFetch::Reply> &reply) {
+        [this, url, redirects, end, whenUpToDate](const std::optional<BoundedFetch::Reply> &reply) {
             if (!reply)
                 return;
-            // The body of a redirect that leads nowhere may hold the record.
+            // The body of a redirect without a target may hold the record.
             if (!isRedirect(reply->status) || reply->location.isEmpty()) {
-                received(reply->body, silent);
+                received(reply->body, whenUpToDate);
                 return;
             }
             const QUrl next = url.resolved(QUrl::fromEncoded(reply->location));
             if (redirects > 0 && mayRedirect(url, next))
-                fetch(next, redirects - 1, end, silent);
+                fetch(next, redirects - 1, end, whenUpToDate);
         },
         this);
 }
 
-void UpdateChecker::received(const QByteArray &body, bool silent)
+void UpdateChecker::received(const QByteArray &body, WhenUpToDate whenUpToDate)
 {
     const auto record = parseVersionRecord(body);
     if (!record)
         return;
-    // The alert turns the main loop; it must not do so inside the reply's own signal.
-    platform.mainQueue->async([checker = QPointer<UpdateChecker>(this), record = *record, silent] {
-        if (checker)
-            checker->tell(record, silent);
-    });
+    // The alert runs a nested event loop, which must not happen inside a callback of the fetch.
+    platform.mainQueue->async(this, [this, record = *record, whenUpToDate] { tell(record, whenUpToDate); });
 }
 
-void UpdateChecker::tell(const VersionRecord &record, bool silent)
+void UpdateChecker::tell(const VersionRecord &record, WhenUpToDate whenUpToDate)
 {
     if (std::is_gt(compareVersions(record.version, runningVersion))) {
-        // The checker may be gone by the time the user has answered.
+        // The checker may be deleted before the user answers.
         Platform &services = platform;
         if (services.alerts->runModal(updateAlert(record)).isFirstButton())
             services.workspace->open(record.url);
-    } else if (!silent) {
+    } else if (whenUpToDate == WhenUpToDate::SaySo) {
         platform.alerts->runModal(upToDateAlert());
     }
 }

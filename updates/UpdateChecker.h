@@ -9,30 +9,33 @@
 struct Platform;
 struct VersionRecord;
 
-// Fetches the published version record and tells the user of a newer version.
+// What a check does when there is no newer version.
+enum class WhenUpToDate { SayNothing, SaySo };
+
+// Fetches the published version record and tells the user about a newer version.
 class UpdateChecker : public QObject {
     Q_OBJECT
 
 public:
-    // `versionURL` is the address of the record; one that is not valid is a programming error and fatal.
+    // `versionURL` is the address of the record. An address that is not valid is a programming error and fatal.
     UpdateChecker(Platform &platform, const QUrl &versionURL, const QString &runningVersion, QObject *parent = nullptr);
 
-    // Starts one check, independent of those under way. When there is no newer version it says so, unless `silent`.
-    // A check that fails, for whatever reason, ends without a word.
-    void check(bool silent);
+    // Starts one check, independent of those in progress. A newer version is always reported. A check that fails, for
+    // any reason, reports nothing.
+    void check(WhenUpToDate whenUpToDate);
 
     const QUrl versionURL;
 
-    // Seconds without data after which a check is given up.
+    // A check fails after so many seconds without data.
     double timeout = 5.0;
 
-    // Seconds after which a check that still goes on is given up, redirects included.
+    // A check fails when it takes more seconds than this, all redirects included.
     double longestCheck = 30.0;
 
 private:
-    void fetch(const QUrl &url, int redirects, QDeadlineTimer end, bool silent);
-    void received(const QByteArray &body, bool silent);
-    void tell(const VersionRecord &record, bool silent);
+    void fetch(const QUrl &url, int redirects, QDeadlineTimer end, WhenUpToDate whenUpToDate);
+    void received(const QByteArray &body, WhenUpToDate whenUpToDate);
+    void tell(const VersionRecord &record, WhenUpToDate whenUpToDate);
 
     Platform &platform;
     const QString runningVersion;

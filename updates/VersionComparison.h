@@ -5,7 +5,7 @@
 
 #include <compare>
 
-// The order of two version strings: runs of digits (0 to 9, of any length) by their numeric value, everything else
-// character by character, and a string that continues another one after it. So 1.10 is newer than 1.9, 1.2.0 than
-// 1.2, and 1.02 is the same as 1.2. Depends on no locale.
+// Compares two version strings, in the same way in every locale. Runs of digits (0 to 9, of any length) compare by
+// their numeric value, and everything else character by character. A string is newer than its own beginning. So 1.10 is
+// newer than 1.9, 1.2.0 is newer than 1.2, and 1.02 is the same as 1.2.
 std::weak_ordering compareVersions(QStringView a, QStringView b);

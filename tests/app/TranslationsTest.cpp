@@ -5,6 +5,7 @@
 #include "platform/Alerts.h"
 #include "shelf/ShelfPanel.h"
 #include "tests/support/TestProgram.h"
+#include "updates/UpdateAlerts.h"
 #include "updates/VersionRecord.h"
 
 #include <QCoreApplication>
@@ -27,7 +28,7 @@ QString showShelf()
     return QCoreApplication::translate("StatusMenu", "Show Shelf");
 }
 
-// The arguments that a text takes, with %L1 as another writing of %1.
+// The placeholders in a text. %L1 counts as %1.
 QStringList markers(const QString &text)
 {
     static const QRegularExpression marker(u"%L?(\\d{1,2}|n)"_s);
@@ -151,7 +152,7 @@ void TranslationsTest::numbers_and_values_take_their_places()
 void TranslationsTest::the_terminal_is_told_in_the_same_language()
 {
     const Translations translations({u"de"_s});
-    // What was typed comes back as it was, though it is no text in any encoding.
+    // The argument is printed unchanged, although it is not valid text in any encoding.
     QCOMPARE(answerCommandLine({"-\xff%1"})->error,
              std::string("parklet: unbekannte Option „-\xff%1“\nMehr dazu mit „parklet --help“.\n"));
     QVERIFY(answerCommandLine({"--help"})->output.starts_with("Aufruf: parklet [OPTION]\n"));

@@ -2,6 +2,7 @@
 //
 // Whatever a version record holds, its versions have an order and its alert has a sane length.
 #include "platform/Alerts.h"
+#include "updates/UpdateAlerts.h"
 #include "updates/VersionComparison.h"
 #include "updates/VersionRecord.h"
 

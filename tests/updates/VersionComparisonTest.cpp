@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class VersionComparisonTest : public QObject {
     Q_OBJECT
 
@@ -73,7 +75,7 @@ void VersionComparisonTest::versions_are_ordered_by_the_value_of_their_numbers_d
     row("18446744073709551616", "0", Newer);
     row("0000000000000000000000000000000000000001", "2", Older);
 
-    // Digits of other scripts are characters like any other.
+    // Digits of other scripts compare like any other characters.
     row("1.\u0663", "1.\u0662\u0660", Newer);
     row("1.\u00e9", "1.e", Newer);
 }
@@ -95,10 +97,10 @@ void VersionComparisonTest::every_order_is_mirrored()
 
 void VersionComparisonTest::a_million_digits_take_no_time()
 {
-    // Were the time to grow with the square of the length, the time limit of the test would end it.
+    // If the time grew with the square of the length, the test would reach its time limit.
     constexpr int kDigits = 1'000'000;
     const QString digits(kDigits, u'7');
-    const QString dots = QStringLiteral("7.").repeated(kDigits / 2);
+    const QString dots = u"7."_s.repeated(kDigits / 2);
     QCOMPARE(sign(compareVersions(digits + u'8', digits + u'7')), int(Newer));
     QCOMPARE(sign(compareVersions(dots + u'8', dots + u'7')), int(Newer));
     QCOMPARE(sign(compareVersions(QString(kDigits, u'0') + digits, digits)), int(Same));

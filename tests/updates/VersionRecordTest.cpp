@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "updates/VersionRecord.h"
 
-#include "platform/Alerts.h"
 #include "tests/support/TestProgram.h"
 
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 class VersionRecordTest : public QObject {
     Q_OBJECT
@@ -19,10 +20,6 @@ private slots:
     void blanks_stay_as_they_are();
     void what_is_no_record_is_nothing_data();
     void what_is_no_record_is_nothing();
-    void the_update_alert_tells_the_version_and_the_notes();
-    void the_update_alert_without_notes_tells_the_version_only();
-    void the_update_alert_shows_the_beginning_of_long_texts();
-    void the_up_to_date_alert_has_one_button();
 };
 
 void VersionRecordTest::a_record_is_read_with_all_its_fields()
@@ -31,9 +28,9 @@ void VersionRecordTest::a_record_is_read_with_all_its_fields()
         parseVersionRecord("\n {\"other\": [1, {}], \"version\": \"2.0\", \"notes\": \"Fixes \\u00e9\\nand more\","
                            " \"url\": \"https://example.com/get?v=2#top\"} \n");
     QVERIFY(record);
-    QCOMPARE(record->version, QStringLiteral("2.0"));
-    QCOMPARE(record->url, QUrl(QStringLiteral("https://example.com/get?v=2#top")));
-    QCOMPARE(record->notes, QStringLiteral("Fixes \u00e9\nand more"));
+    QCOMPARE(record->version, u"2.0"_s);
+    QCOMPARE(record->url, QUrl(u"https://example.com/get?v=2#top"_s));
+    QCOMPARE(record->notes, u"Fixes \u00e9\nand more"_s);
 }
 
 void VersionRecordTest::notes_are_empty_unless_they_are_a_string_data()
@@ -81,8 +78,8 @@ void VersionRecordTest::blanks_stay_as_they_are()
     const auto record =
         parseVersionRecord("{\"version\": \" 2.0\", \"url\": \"https://example.com/\", \"notes\": \" \"}");
     QVERIFY(record);
-    QCOMPARE(record->version, QStringLiteral(" 2.0"));
-    QCOMPARE(updateAlert(*record).informativeText, QStringLiteral("Version  2.0 is available.\n\nRelease notes:  "));
+    QCOMPARE(record->version, u" 2.0"_s);
+    QCOMPARE(record->notes, u" "_s);
 }
 
 void VersionRecordTest::what_is_no_record_is_nothing_data()
@@ -118,47 +115,6 @@ void VersionRecordTest::what_is_no_record_is_nothing()
 {
     QFETCH(const QByteArray, body);
     QVERIFY(!parseVersionRecord(body));
-}
-
-void VersionRecordTest::the_update_alert_tells_the_version_and_the_notes()
-{
-    const Alert alert = updateAlert({QStringLiteral("2.0"), QUrl(), QStringLiteral("Faster.\n<b>Better.</b>")});
-    QCOMPARE(alert.messageText, QStringLiteral("Parklet update available"));
-    QCOMPARE(alert.informativeText,
-             QStringLiteral("Version 2.0 is available.\n\nRelease notes: Faster.\n<b>Better.</b>"));
-    QCOMPARE(alert.buttons, (QStringList{QStringLiteral("Download Update"), QStringLiteral("Later")}));
-    QVERIFY(alert.checkboxTitle.isEmpty());
-    QVERIFY(alert.icon.isNull()); // the application's own
-    QVERIFY(!alert.dark);
-    QVERIFY(alert.activates);
-}
-
-void VersionRecordTest::the_update_alert_without_notes_tells_the_version_only()
-{
-    const Alert alert = updateAlert({QStringLiteral("%1 %2"), QUrl(), QString()});
-    QCOMPARE(alert.informativeText, QStringLiteral("Version %1 %2 is available."));
-}
-
-void VersionRecordTest::the_update_alert_shows_the_beginning_of_long_texts()
-{
-    const QString longest(64, u'1');
-    const QString notes(4000, u'n');
-    const QString full = updateAlert({longest, QUrl(), notes}).informativeText;
-    QCOMPARE(full, QStringLiteral("Version %1 is available.\n\nRelease notes: %2").arg(longest, notes));
-    const QString cut = updateAlert({QString(1'000'000, u'1'), QUrl(), QString(1'000'000, u'n')}).informativeText;
-    QCOMPARE(cut, QStringLiteral("Version %1… is available.\n\nRelease notes: %2…").arg(longest, notes));
-}
-
-void VersionRecordTest::the_up_to_date_alert_has_one_button()
-{
-    const Alert alert = upToDateAlert();
-    QCOMPARE(alert.messageText, QStringLiteral("Parklet is up to date"));
-    QCOMPARE(alert.informativeText, QStringLiteral("You're running the latest version."));
-    QCOMPARE(alert.buttons, QStringList{QStringLiteral("OK")});
-    QVERIFY(alert.checkboxTitle.isEmpty());
-    QVERIFY(!alert.dark);
-    QVERIFY(alert.icon.isNull());
-    QVERIFY(alert.activates);
 }
 
 PARKLET_GUILESS_TEST(VersionRecordTest)

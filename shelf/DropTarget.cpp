@@ -30,7 +30,7 @@ void DropTarget::draggingEntered(QDragEnterEvent *event)
         event->ignore();
         return;
     }
-    highlight(true);
+    setHighlighted(true);
     answerCopy(event);
 }
 
@@ -38,7 +38,7 @@ void DropTarget::draggingUpdated(QDragMoveEvent *event)
 {
     // Its source may tell only now what it carries.
     if (isWithoutFiles()) {
-        highlight(false);
+        setHighlighted(false);
         event->ignore();
         return;
     }
@@ -48,13 +48,13 @@ void DropTarget::draggingUpdated(QDragMoveEvent *event)
 
 void DropTarget::draggingExited(QDragLeaveEvent *event)
 {
-    highlight(false);
+    setHighlighted(false);
     event->accept();
 }
 
 void DropTarget::performDragOperation(QDropEvent *event)
 {
-    highlight(false);
+    setHighlighted(false);
     const QList<QUrl> urls = readFileURLs(event->mimeData());
     if (urls.isEmpty() || !offersCopy(*event)) {
         event->ignore();
@@ -65,7 +65,7 @@ void DropTarget::performDragOperation(QDropEvent *event)
     answerCopy(event);
 }
 
-void DropTarget::highlight(bool on)
+void DropTarget::setHighlighted(bool on)
 {
     if (onHighlight)
         onHighlight(on);

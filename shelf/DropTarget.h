@@ -38,5 +38,5 @@ protected:
     void performDragOperation(QDropEvent *event);
 
 private:
-    void highlight(bool on);
+    void setHighlighted(bool on);
 };

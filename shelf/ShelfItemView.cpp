@@ -63,8 +63,9 @@ ShelfItemView::~ShelfItemView()
 void ShelfItemView::setupSubviews()
 {
     connect(removeBtn, &QAbstractButton::clicked, this, &ShelfItemView::didTapRemove);
-    setAccessibleName(displayName(fileURL, false));
-    // Scrolling may bring the tile under a resting pointer; hover follows the widget's own enter and leave events.
+    setAccessibleName(displayName(fileURL, Extension::Shown));
+    // Scrolling can move the tile under a pointer that does not move. Hover follows the widget's enter and leave
+    // events.
     setAttribute(Qt::WA_Hover);
 }
 
@@ -92,20 +93,17 @@ void ShelfItemView::loadThumbnail()
     lastLoadedSize = itemSize;
     const auto screen = platform.screens->main();
     MainQueue &mainQueue = *platform.mainQueue;
-    const QPointer<ShelfItemView> tile(this);
+    const auto show = whileAlive(this, [this](const std::optional<Thumbnail> &thumbnail) { showThumbnail(thumbnail); });
     platform.thumbnailGenerator->generate(
         fileURL, itemSize, screen ? screen->scale : kScaleWithoutScreen,
-        [tile, &mainQueue](std::optional<Thumbnail> thumbnail) {
-            // The generator may answer on a thread of its own; the tile is only looked at back on the main one.
-            mainQueue.async([tile, thumbnail = std::move(thumbnail)] {
-                if (tile)
-                    tile->showThumbnail(thumbnail);
-            });
+        [show, &mainQueue](std::optional<Thumbnail> thumbnail) {
+            // The generator may call this on any thread. The tile is used on the main thread only.
+            mainQueue.async([show, thumbnail = std::move(thumbnail)] { show(thumbnail); });
         },
-        [tile] {
-            if (tile && !tile->imageView->hasImage())
-                tile->showIcon();
-        });
+        whileAlive(this, [this] {
+            if (!imageView->hasImage())
+                showIcon();
+        }));
 }
 
 void ShelfItemView::showThumbnail(const std::optional<Thumbnail> &thumbnail)
@@ -120,17 +118,16 @@ void ShelfItemView::showThumbnail(const std::optional<Thumbnail> &thumbnail)
 
 void ShelfItemView::showIcon()
 {
-    // The icon may be found after a picture has come.
-    platform.workspace->icon(fileURL,
-                             [tile = QPointer<ShelfItemView>(this), wanted = ++pictureNumber](const QIcon &icon) {
-                                 if (tile && tile->pictureNumber == wanted)
-                                     tile->imageView->setImage(icon);
-                             });
+    // A thumbnail may arrive before the icon does; then the thumbnail stays.
+    platform.workspace->icon(fileURL, whileAlive(this, [this, wanted = ++pictureNumber](const QIcon &icon) {
+                                 if (pictureNumber == wanted)
+                                     imageView->setImage(icon);
+                             }));
 }
 
-// Marks that turn the direction of text can make one name look like another, such as that of a picture. They are seen
-// instead of obeyed.
-static QString withoutTurns(QString name)
+// Characters that change the direction of text can make the name of a program look like that of a picture. The tile
+// shows a replacement character in their place.
+static QString withoutDirectionMarks(QString name)
 {
     for (QChar &c : name) {
         if ((c >= QChar(u'\u202a') && c <= QChar(u'\u202e')) || (c >= QChar(u'\u2066') && c <= QChar(u'\u2069')))
@@ -139,12 +136,12 @@ static QString withoutTurns(QString name)
     return name;
 }
 
-QString ShelfItemView::displayName(const QUrl &fileURL, bool hideExtension)
+QString ShelfItemView::displayName(const QUrl &fileURL, Extension extension)
 {
-    QString name = withoutTurns(lastPathComponent(fileURL));
-    // Only the last extension goes, and a name that only begins with a dot has none.
+    QString name = withoutDirectionMarks(lastPathComponent(fileURL));
+    // Only the last extension is hidden. A name whose only dot is its first character has no extension.
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    if (!hideExtension || dot <= 0 || dot == name.size() - 1)
+    if (extension == Extension::Shown || dot <= 0 || dot == name.size() - 1)
         return name;
     return name.left(dot);
 }
@@ -155,7 +152,8 @@ void ShelfItemView::updateNameLabel()
     nameLabel->setVisible(display != FileNameDisplay::Hidden && display != FileNameDisplay::OnHover);
     if (display == FileNameDisplay::Hidden)
         return;
-    nameLabel->setText(displayName(fileURL, settings.get(Settings::hideFileExtensions)));
+    nameLabel->setText(
+        displayName(fileURL, settings.get(Settings::hideFileExtensions) ? Extension::Hidden : Extension::Shown));
 }
 
 void ShelfItemView::layoutTile()
@@ -233,7 +231,7 @@ void ShelfItemView::paintEvent(QPaintEvent *)
         painter.drawRoundedRect(rect(), kTileCornerRadius, kTileCornerRadius);
     }
     if (layerBorderWidth > 0) {
-        // The border lies inside the tile's edge, as the stroke is centred on its path.
+        // A stroke is centred on its path, so the path lies half a border inside the tile's edge.
         const double inset = layerBorderWidth / 2;
         painter.setPen(QPen(borderColor, layerBorderWidth));
         painter.setBrush(Qt::NoBrush);
@@ -246,7 +244,7 @@ void ShelfItemView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    // Qt begins to count anew after a double click; a third click in a row is still one of several.
+    // Qt reports the third click of a triple click as a first one. Here it counts as another double click.
     if (continuesDoubleClick(*event)) {
         mouseDoubleClickEvent(event);
         return;
@@ -327,18 +325,18 @@ void ShelfItemView::mouseDragged()
 
 void ShelfItemView::beginDraggingSession(const QList<DraggingItem> &items)
 {
-    // The session takes the pointer; the release that ends it does not reach the tile.
+    // The drag session grabs the pointer, so the tile does not receive the release.
     isPressed = false;
     const DragOperation operation = sourceOperation(settings.get(Settings::dragMode));
-    // A destination may answer after the next drag has begun, or the tile has gone: each session has its own report.
+    // A destination may answer after the next drag has begun or the tile has been deleted, so each session has its own
+    // callback.
     const auto report = isDraggingMultiple ? onMultiDragOut : onDragOut;
-    platform.dragSessions->begin(
-        *this, items, operation, [tile = QPointer<ShelfItemView>(this), report, &store = settings](DragOperation done) {
-            if (tile)
-                tile->isDraggingMultiple = false;
-            if (done != DragOperation::None && store.get(Settings::removeItemsWhenDraggedOut) && report)
-                report();
-        });
+    const auto forget = whileAlive(this, [this] { isDraggingMultiple = false; });
+    platform.dragSessions->begin(*this, items, operation, [forget, report, &store = settings](DragOperation done) {
+        forget();
+        if (done != DragOperation::None && store.get(Settings::removeItemsWhenDraggedOut) && report)
+            report();
+    });
 }
 
 DragOperation ShelfItemView::sourceOperation(DragMode dragMode)

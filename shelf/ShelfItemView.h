@@ -19,13 +19,16 @@ class TileLabel;
 class TileRemoveButton;
 struct Platform;
 
-// One tile on the shelf: a file's thumbnail, its name, and a remove button while the pointer is over it. It knows
-// nothing of the other tiles; it reports what the user did through its callbacks.
+// Whether a tile shows the extension of a file's name.
+enum class Extension { Shown, Hidden };
+
+// One tile on the shelf: a file's thumbnail, its name, and a remove button while the pointer is over it. It does not
+// know the other tiles, and reports what the user did through its callbacks.
 class ShelfItemView : public QWidget {
     Q_OBJECT
 
 public:
-    // The tile's name hangs out of the tile, so its label is a child of the tile's parent and follows the tile.
+    // The name may be wider than the tile, so its label is a child of the tile's parent and moves with the tile.
     ShelfItemView(const QUrl &fileURL, Platform &platform, AppSettings &settings, QWidget *parent = nullptr);
     ~ShelfItemView() override;
 
@@ -34,12 +37,13 @@ public:
     std::function<void()> onRemove;    // the remove button was pressed
     std::function<void()> onDragOut;   // a drag of this file alone ended with a real operation
     std::function<void()> onSelect;    // the tile was clicked
-    std::function<void()> onSelectAll; // a double click, while that selects all
-    std::function<std::optional<QList<DraggingItem>>()> getDragItems; // asked at drag start for what goes along
+    std::function<void()> onSelectAll; // a double click, when the setting is to select all
+    // Called when a drag starts. Returns all files to drag, or nothing for this file alone.
+    std::function<std::optional<QList<DraggingItem>>()> getDragItems;
     std::function<void()> onMultiDragOut; // a drag of several files ended with a real operation
-    std::function<void()> onDragStarted;  // before anything else of a drag out of this tile
+    std::function<void()> onDragStarted;  // a drag out of this tile starts; called before getDragItems
 
-    // A plain flag; whoever sets it also sets the border width.
+    // Code that sets this also sets the border width.
     bool isSelected = false;
 
     TileImageView *imageView;
@@ -58,27 +62,28 @@ public:
     void fadeOut(double seconds);
     bool isFadingOut() const { return fadesOut; }
 
-    // White at this alpha lies over the tile while the pointer is on it.
+    // The alpha, 0 to 1, of the white background while the pointer is over the tile.
     double hoverBackgroundAlpha() const { return hoverAlpha; }
 
-    // Where the picture of a drag out of this tile starts from, in the tile's coordinates as Qt has them: the item size
-    // square at the bottom left.
+    // Where the picture of a drag out of this tile starts, in points with the origin at the tile's top left: a square
+    // of the item size at the bottom left of the tile.
     QRectF draggingFrame() const;
 
-    // Requests a new thumbnail of the current item size. Requests under way go on; the last to complete is shown.
+    // Requests a new thumbnail of the current item size. Earlier requests continue, and the tile shows the thumbnail
+    // that arrives last.
     void loadThumbnail();
 
     // Sets the label's text and visibility from the settings.
     void updateNameLabel();
 
-    // Places the tile's views after a change of its size or of how names are shown.
+    // Lays out the tile's views. Call it after a change of fileNameDisplay; a change of size does it by itself.
     void layoutTile();
 
-    // What a drag out of this tile may do, by the dragMode setting.
+    // The operation that a drag out of a tile offers for a value of the dragMode setting.
     static DragOperation sourceOperation(DragMode dragMode);
 
     // The name a tile shows for a file.
-    static QString displayName(const QUrl &fileURL, bool hideExtension);
+    static QString displayName(const QUrl &fileURL, Extension extension);
 
 protected:
     bool event(QEvent *event) override;
@@ -108,14 +113,14 @@ private:
     AppSettings &settings;
     QColor borderColor; // the accent colour when the tile was made
     double layerBorderWidth = 0;
-    QRect nameLabelFrame; // in the tile's coordinates as Qt has them
+    QRect nameLabelFrame; // points, with the origin at the tile's top left
     double hoverAlpha = 0;
     Fader tileFader;
     Fader removeFader;
     Fader hoverFader;
     QPointF pressPosition;
     ulong lastMultiClick = 0;  // timestamp of the last press of a double or triple click, milliseconds; 0 for none
-    quint64 pictureNumber = 0; // of what was last wanted for the image view
+    quint64 pictureNumber = 0; // of the last thumbnail or icon requested for the image view
     bool fadesOut = false;
     bool isPressed = false;
     bool wasSelectedOnMouseDown = false;

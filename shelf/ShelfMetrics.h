@@ -15,12 +15,12 @@ inline QColor white(float alpha)
 
 // What the shelf holds
 constexpr qsizetype kMostItems = 50;
-constexpr qsizetype kConfirmFrom = 2; // so many items are not cleared without a question
+constexpr qsizetype kConfirmFrom = 2; // clearing so many items asks first
 
 // The panel on its screen
-constexpr double kPanelGap = 4;     // to the screen edge it stands at
+constexpr double kPanelGap = 4;     // to the edge of the screen
 constexpr double kCornerGap = 20;   // to the screen corner, for the start and end alignments
-constexpr double kScreenMargin = 8; // what a panel cut to the screen leaves free, both sides together
+constexpr double kScreenMargin = 8; // free space, both sides together, beside a panel that fills the screen
 constexpr qsizetype kFewestSlots = 1;
 constexpr qsizetype kMostSlots = 10;
 
@@ -38,9 +38,9 @@ constexpr double kStackInset = 6; // at either end
 // The panel's background. It is dark enough that white text is readable over a white wallpaper.
 inline const QColor kBackground(34, 34, 38);
 constexpr float kBackgroundAlpha = 0.84F;
-constexpr float kRimAlpha = 0.13F; // the fine light line that sets the panel off a dark wallpaper
+constexpr float kRimAlpha = 0.13F; // of the fine light line around the panel
 constexpr double kPanelCornerRadius = 14;
-constexpr double kHighlightBorder = 2;  // while a drop would land on the panel
+constexpr double kHighlightBorder = 2;  // while a drag is over the panel
 constexpr double kTintThreshold = 0.01; // a weaker tint is not drawn at all
 constexpr double kTintStrength = 0.6;   // alpha of the tint at full intensity
 
@@ -96,7 +96,7 @@ constexpr double kRemoveCornerRadius = 9;
 constexpr double kRemoveSymbolSize = 8;
 inline const QColor kRemoveColor = QColor::fromRgbF(1.0F, 0.231F, 0.188F, 0.85F);
 
-// The cursor shelf
+// The cursor shelf: the small drop zone beside the pointer
 constexpr double kCursorShelfSize = 88;
 constexpr int kCursorSymbolSize = 34;
 constexpr double kPointerGapX = 24;
@@ -109,6 +109,6 @@ constexpr double kCursorFadeIn = 0.15;
 constexpr double kCursorFadeOut = 0.12;
 constexpr double kTileFadeOut = 0.18;
 constexpr double kHoverFade = 0.15;
-constexpr double kEmptyShelfDelay = 1.5; // an emptied shelf stays so long
+constexpr double kEmptyShelfDelay = 1.5; // after the last item is gone, the shelf stays visible for this time
 
 } // namespace ShelfMetrics

@@ -43,7 +43,7 @@ HeaderButton *ShelfPanel::makeHeaderButton(const QString &symbol, const QString 
 void ShelfPanel::buildInterface()
 {
     const auto drop = whileAlive(this, [this](const QList<QUrl> &urls) { handleDrop(urls); });
-    const auto highlightDrop = whileAlive(this, [this](bool on) { highlight(on); });
+    const auto highlightDrop = whileAlive(this, [this](bool on) { setHighlighted(on); });
 
     const auto readDrop = [this](const QMimeData *data) { return platform.dropPasteboard->fileURLs(data); };
     const auto hasNoFiles = [this] { return platform.dropPasteboard->isDragWithoutFiles(); };
@@ -133,14 +133,14 @@ void ShelfPanel::updateFrame()
     const double flip = platform.screens->flipHeight();
     const WindowEdge edge = settings.get(Settings::windowEdge);
     const double reserve = labelReserve(settings.get(Settings::fileNameDisplay));
-    applyOrientation(isHorizontal(edge));
+    setHorizontal(isHorizontal(edge));
     currentFrame = shelfFrame(flipped(screen->visibleFrame, flip), edge, settings.get(Settings::windowAlignment),
                               settings.get(Settings::shelfItemSize), reserve, items.size(),
                               platform.appearance->legacyScrollerWidth());
     setGeometry(wholePoints(flipped(currentFrame, flip)));
 }
 
-void ShelfPanel::applyOrientation(bool horizontal)
+void ShelfPanel::setHorizontal(bool horizontal)
 {
     if (stackView->isHorizontal() == horizontal)
         return;

@@ -124,7 +124,7 @@ private:
     HeaderButton *makeHeaderButton(const QString &symbol, const QString &label);
     void buildInterface();
     void layoutViews();
-    void applyOrientation(bool horizontal);
+    void setHorizontal(bool horizontal);
     void applyTint();
     void settingsDidChange();
     void refreshTiles();
@@ -138,7 +138,7 @@ private:
     void vanish();
 
     void handleDrop(const QList<QUrl> &urls);
-    void highlight(bool on);
+    void setHighlighted(bool on);
     std::optional<QList<DraggingItem>> dragItems(ShelfItemView *tile);
     void didDragOut(const QUrl &url);
     void didDragOutSelection(const QList<QUrl> &selection, const QList<QUrl> &carried);

@@ -51,7 +51,7 @@ void ShelfPanel::handleDrop(const QList<QUrl> &urls)
         addItem(url);
 }
 
-void ShelfPanel::highlight(bool on)
+void ShelfPanel::setHighlighted(bool on)
 {
     visualFX->setBorder(on ? kHighlightBorder : 0, platform.appearance->accentColor());
 }

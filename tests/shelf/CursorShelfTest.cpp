@@ -74,7 +74,7 @@ struct Fixture {
     {
         panel->onDrop = [this](const QList<QUrl> &urls) { drops.append(urls); };
     }
-    // What the desktop was last told to show.
+    // The opacity that the desktop was last told.
     double shownAlpha() const { return panels.alphas.value(panel.get(), 1.0); }
     void showFully()
     {
@@ -105,7 +105,7 @@ void CursorShelfTest::the_background_fills_the_zone_and_the_symbol_stands_in_its
     QCOMPARE(f.zone.visualFX->geometry(), QRect(0, 0, 88, 88));
     QCOMPARE(f.zone.iconView->geometry(), QRect(27, 27, 34, 34));
     QCOMPARE(ShelfMetrics::kPanelCornerRadius, 14.0);
-    // The symbol lies above the background.
+    // The symbol is above the background.
     QVERIFY(f.zone.children().indexOf(f.zone.visualFX) < f.zone.children().indexOf(f.zone.iconView));
 
     f.zone.resize(134, 54);
@@ -131,7 +131,7 @@ void CursorShelfTest::the_symbol_is_described_and_there_is_no_text()
 void CursorShelfTest::the_panel_is_placed_beside_the_pointer_data()
 {
     const QRectF whole(0, 0, 1280, 800);
-    const QRectF below(0, 30, 1280, 730); // a bar of 30 points at the top and one of 40 at the bottom
+    const QRectF below(0, 30, 1280, 730); // with a bar of 30 points at the top and one of 40 at the bottom
     const QList<Screen> one = {screen(whole, whole)};
     const QList<Screen> barred = {screen(whole, below)};
     const QRectF right(1280, -200, 1920, 1080);
@@ -158,7 +158,7 @@ void CursorShelfTest::the_panel_is_placed_beside_the_pointer_data()
     QTest::newRow("second screen") << two << 0 << QPointF(2000, -100) << QPoint(2024, -84);
     QTest::newRow("second screen, corner") << two << 0 << QPointF(3199, 879) << QPoint(3108, 788);
     QTest::newRow("second screen, in its bar") << two << 0 << QPointF(1281, 100) << QPoint(1344, 116);
-    // The first column and row of a screen are not the last of its neighbour.
+    // The first column and row of a screen do not belong to its neighbour.
     QTest::newRow("first column of the second screen") << two << 0 << QPointF(1280, 100) << QPoint(1344, 116);
     QTest::newRow("last column of the first screen") << two << 1 << QPointF(1279, 100) << QPoint(1188, 116);
     QTest::newRow("first row of the lower screen") << stacked << 0 << QPointF(640, 800) << QPoint(664, 816);
@@ -166,7 +166,7 @@ void CursorShelfTest::the_panel_is_placed_beside_the_pointer_data()
     QTest::newRow("first of two that contain the pointer") << mirrored << 1 << QPointF(900, 600) << QPoint(924, 616);
     QTest::newRow("on no screen, main is the first") << two << 0 << QPointF(100, -50) << QPoint(124, 34);
     QTest::newRow("on no screen, main is the second") << two << 1 << QPointF(100, -50) << QPoint(1344, -34);
-    // The upper bound wins: the right and, counted from below, the top.
+    // The upper bound wins: right and, counted from below, top.
     QTest::newRow("screen too small") << tiny << 0 << QPointF(25, 30) << QPoint(-42, 4);
 }
 
@@ -199,7 +199,7 @@ void CursorShelfTest::the_panel_comes_to_the_front_in_its_place_and_transparent(
     f.panel->showNearCursor();
     QCOMPARE(alphas, QList<double>{0.0});
     QCOMPARE(frames, QList<QRect>{QRect(124, 116, 88, 88)});
-    // And it goes before it is opaque again.
+    // It hides again before it is fully opaque.
     f.queue.advance(1);
     f.panel->hide();
     f.queue.advance(1);
@@ -219,7 +219,7 @@ void CursorShelfTest::without_any_screen_the_program_stops()
 {
     const pid_t child = fork();
     if (child == 0) {
-        // Neither the message nor a stack trace is of interest.
+        // Suppress the message and a stack trace.
         close(STDERR_FILENO);
         qInstallMessageHandler(nullptr);
         signal(SIGABRT, SIG_DFL);
@@ -322,7 +322,7 @@ void CursorShelfTest::hiding_again_does_not_put_the_end_off()
     f.panel->hide();
     f.queue.advance(0.06);
     QVERIFY(!f.panel->isVisible());
-    // The next fade-out is a whole one again.
+    // The next fade-out has its full length again.
     f.showFully();
     f.panel->hide();
     f.queue.advance(0.11);
@@ -369,7 +369,7 @@ void CursorShelfTest::a_background_that_the_desktop_draws_is_not_drawn_again()
     f.panels.hasMaterial = true;
     QCOMPARE(pixel(44).alpha(), 0);
     QCOMPARE(pixel(0).alpha(), 0);
-    // The border still shows where a drop would land.
+    // The border is still visible.
     f.zone.visualFX->setBorder(2, Qt::red);
     QCOMPARE(pixel(1), QColor(Qt::red));
     QCOMPARE(pixel(44).alpha(), 0);
@@ -397,7 +397,7 @@ void CursorShelfTest::entering_and_leaving_turns_the_accent_border_on_and_off()
     QCOMPARE(action, Qt::CopyAction);
     QCOMPARE(background.borderWidth(), 2.0);
 
-    // The colour is the accent colour of now, also of a border that goes.
+    // The colour is the current accent colour, also for a border that fades out.
     f.virtualPlatform.appearance.accent = QColor(10, 160, 20);
     sendDragLeave(f.zone);
     QCOMPARE(background.borderWidth(), 0.0);
@@ -420,7 +420,7 @@ void CursorShelfTest::dropping_two_files_hands_both_over_at_once_and_in_order()
     };
     QVERIFY(sendDrop(f.zone, data));
     QCOMPARE(f.drops, QList<QList<QUrl>>({{file("/z.txt"), file("/a.txt")}}));
-    QVERIFY(!highlighted); // already when the files are handed over
+    QVERIFY(!highlighted); // before the files are handed over
     QCOMPARE(f.zone.visualFX->borderWidth(), 0.0);
 }
 
@@ -447,7 +447,7 @@ void CursorShelfTest::what_may_not_be_copied_passes_by()
     data.setUrls({file("/a")});
     QVERIFY(!sendDragEnter(f.zone, data, nullptr, Qt::MoveAction));
     QCOMPARE(f.zone.visualFX->borderWidth(), 0.0);
-    // The key that made it a move may be pressed later, too.
+    // The user may press the key for a move later.
     QVERIFY(sendDragEnter(f.zone, data));
     QVERIFY(!sendDrop(f.zone, data, nullptr, Qt::MoveAction));
     QVERIFY(f.drops.isEmpty());

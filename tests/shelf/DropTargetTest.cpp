@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-// A column's background and its scroll view answer drags alike, so each test runs on both.
+// The background of a column and its scroll view must handle drags in the same way, so each test runs on both.
 class DropTargetTest : public QObject {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ private:
     struct Target {
         explicit Target(bool scrolls);
         std::unique_ptr<QWidget> view;
-        QWidget *widget; // what drag events are sent to
+        QWidget *widget; // the receiver of the drag events
         DropTarget *target;
         QStringList calls;
         QList<QUrl> dropped;
@@ -120,7 +120,7 @@ void DropTargetTest::a_drop_hands_over_all_files_in_their_order()
     QVERIFY(sendDrop(*t.widget, data, &action));
     QCOMPARE(action, Qt::CopyAction);
     QCOMPARE(t.dropped, (QList<QUrl>{file("/b"), file("/a b"), file("/ä")}));
-    // The highlight goes before the files arrive.
+    // The highlight ends before the files arrive.
     QCOMPARE(t.calls, (QStringList{u"on"_s, u"off"_s, u"drop"_s}));
 }
 
@@ -131,7 +131,7 @@ void DropTargetTest::a_drop_with_anything_else_on_it_is_refused_as_a_whole()
     t.listen();
     QMimeData mixed;
     mixed.setUrls({file("/a"), QUrl(u"https://example.org/b"_s)});
-    // What a drag carries is not looked at before it is dropped.
+    // The contents of a drag are read only when it is dropped.
     QVERIFY(sendDragEnter(*t.widget, mixed));
     QVERIFY(!sendDrop(*t.widget, mixed));
     QCOMPARE(t.calls, (QStringList{u"on"_s, u"off"_s}));

@@ -30,7 +30,7 @@ inline QList<QUrl> files(int first, int count)
     return urls;
 }
 
-// A panel on a virtual platform that counts what it announces.
+// A panel on a virtual platform, with a count of its announcements.
 struct ItemsFixture {
     ItemsFixture()
     {
@@ -54,7 +54,7 @@ struct ItemsFixture {
         virtualPlatform.thumbnailGenerator.completeAll(image);
         virtualPlatform.mainQueue.runPending();
     }
-    // The left button goes down on a tile and moves on.
+    // Presses the left button on a tile and moves the pointer.
     void dragTile(qsizetype index) const
     {
         ShelfItemView *source = tile(index);
@@ -78,7 +78,7 @@ struct ItemsFixture {
     NotificationCenter notifications;
     QObject observer;
     int changes = 0;
-    QVariantMap carried; // by all announcements of changes
+    QVariantMap carried; // the contents of all announcements of changes
     QList<qsizetype> dropsWithItemCount;
     std::unique_ptr<ShelfPanel> panel;
 };

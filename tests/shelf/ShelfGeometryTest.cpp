@@ -28,7 +28,7 @@ namespace {
 
 constexpr double kScroller = 15;
 const QRectF kScreen(0, 0, 1280, 800);
-// A visible frame that begins at neither axis' zero: a dock at the bottom, a second screen to the left.
+// A visible frame whose origin is not 0 in either axis: a dock at the bottom, a second screen to the left.
 const QRectF kOffset(100, 40, 1000, 700);
 
 } // namespace
@@ -105,12 +105,12 @@ void ShelfGeometryTest::a_shelf_cut_to_the_screen_keeps_the_place_of_the_uncut_o
     // Ten tiles are 1136 high; the screen leaves 792.
     QCOMPARE(shelfFrame(kScreen, WindowEdge::Right, WindowAlignment::Center, 72, 30, 10, kScroller),
              QRectF(1160, 400 - 568, 116, 792));
-    // With start alignment it reaches below the visible frame.
+    // With start alignment the frame extends below the visible frame.
     QCOMPARE(shelfFrame(kScreen, WindowEdge::Right, WindowAlignment::Start, 72, 30, 10, kScroller),
              QRectF(1160, 800 - 1136 - 20, 116, 792));
     QCOMPARE(shelfFrame(kScreen, WindowEdge::Right, WindowAlignment::End, 72, 30, 10, kScroller),
              QRectF(1160, 20, 116, 792));
-    // A row is cut in its width: 94 x 10 + 51 = 991 of 992 fit, and of 592 do not.
+    // The width of a row is limited: 94 x 10 + 51 = 991 fits 992, but not 592.
     QCOMPARE(shelfFrame(QRectF(0, 0, 1000, 800), WindowEdge::Bottom, WindowAlignment::Center, 72, 30, 10, kScroller),
              QRectF(4.5, 4, 991, 145));
     QCOMPARE(shelfFrame(QRectF(0, 0, 600, 800), WindowEdge::Bottom, WindowAlignment::Center, 72, 30, 10, kScroller),
@@ -155,7 +155,7 @@ void ShelfGeometryTest::the_views_of_a_tile_stand_in_their_places()
     QCOMPARE(named.nameLabel, QRectF(2, -5, 84, 26));
     QCOMPARE(named.removeBtn, QRectF(68, 82, 18, 18));
 
-    // With names on hover the room stays reserved: the image does not move.
+    // With names on hover the space stays reserved, so the image does not move.
     QCOMPARE(tileLayout(QSizeF(88, 102), FileNameDisplay::OnHover).imageView, named.imageView);
     QCOMPARE(tileLayout(QSizeF(88, 102), FileNameDisplay::OnHover).nameLabel, named.nameLabel);
 
@@ -164,7 +164,7 @@ void ShelfGeometryTest::the_views_of_a_tile_stand_in_their_places()
     QCOMPARE(hidden.nameLabel, QRectF(2, -5, 84, 0));
     QCOMPARE(hidden.removeBtn, QRectF(68, 68, 18, 18));
 
-    // A tile too low for an image has one of no height, not of a negative one.
+    // The image of a tile that is too low has height 0, not a negative one.
     QCOMPARE(tileLayout(QSizeF(88, 30), FileNameDisplay::UnderIcon).imageView.height(), 0.0);
 }
 

@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-// What clicks on a tile and drags out of it do.
+// Clicks on a tile, and drags out of it.
 class ShelfItemViewMouseTest : public QObject {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ void ShelfItemViewMouseTest::a_press_selects_an_unselected_tile_at_once()
     f.make();
     QTest::mousePress(f.tile.get(), Qt::LeftButton, Qt::ControlModifier | Qt::ShiftModifier, QPoint(40, 40));
     QCOMPARE(f.calls, QStringList{u"select"_s});
-    f.tile->isSelected = true; // as the shelf does
+    f.tile->isSelected = true; // as the shelf sets it
     f.release();
     QCOMPARE(f.calls.size(), 1);
 }
@@ -143,7 +143,7 @@ void ShelfItemViewMouseTest::a_third_click_in_a_row_is_one_of_several()
     send(QEvent::MouseButtonPress, 1200);
     send(QEvent::MouseButtonRelease, 1220);
     QCOMPARE(f.calls, (QStringList{u"selectAll"_s, u"selectAll"_s}));
-    // Long after, a click is a click again.
+    // Long after that, a click is a single click again.
     send(QEvent::MouseButtonPress, 9000);
     send(QEvent::MouseButtonRelease, 9020);
     QCOMPARE(f.calls.last(), u"select"_s);
@@ -175,7 +175,7 @@ void ShelfItemViewMouseTest::clicks_on_image_and_name_are_the_tiles()
     const ShelfItemView &tile = f.make();
     QCOMPARE(f.parent.childAt(tile.geometry().topLeft() + QPoint(40, 40)), static_cast<const QWidget *>(&tile));
     QCOMPARE(f.parent.childAt(tile.geometry().topLeft() + QPoint(40, 95)), static_cast<const QWidget *>(&tile));
-    // The last points of the name lie outside the tile, and so do clicks on them.
+    // The lowest points of the name are outside the tile, and so are clicks on them.
     QVERIFY(!f.parent.childAt(tile.geometry().topLeft() + QPoint(40, 104)));
 }
 
@@ -224,14 +224,14 @@ void ShelfItemViewMouseTest::a_drag_carries_the_file_with_its_picture()
     QCOMPARE(session.source.data(), static_cast<QWidget *>(f.tile.get()));
     QCOMPARE(session.items.size(), 1);
     QCOMPARE(session.items.first().fileURL, f.url);
-    // At the bottom left of the tile, which is 102 high.
+    // The frame is at the bottom left of the tile, which is 102 high.
     QCOMPARE(session.items.first().frame, QRectF(0, 30, 72, 72));
     QVERIFY(!session.items.first().contents.isNull());
-    // At the size that items have as the drag begins, not as the tile was made.
+    // The item size when the drag begins counts, not the one when the tile was made.
     f.set(Settings::shelfItemSize.key, 100.0);
     f.drag();
     QCOMPARE(f.virtualPlatform.dragSessions.sessions.last().items.first().frame, QRectF(0, 2, 100, 100));
-    // Without a thumbnail the icon goes along, at the item's size.
+    // Without a thumbnail the drag shows the icon, at the item size.
     Fixture icon;
     icon.make();
     icon.completeThumbnail(std::nullopt);
@@ -249,7 +249,7 @@ void ShelfItemViewMouseTest::a_drag_asks_for_companions_after_it_has_announced_i
         f.calls.append(u"getDragItems"_s);
         return items;
     };
-    // Also a tile whose own image has not come yet drags the selection.
+    // A tile without an image also drags the selection.
     f.drag();
     QCOMPARE(f.calls, (QStringList{u"select"_s, u"dragStarted"_s, u"getDragItems"_s}));
     const auto &session = f.virtualPlatform.dragSessions.sessions.first();
@@ -290,7 +290,7 @@ void ShelfItemViewMouseTest::a_small_movement_is_no_drag()
     f.release();
     QCOMPARE(f.virtualPlatform.dragSessions.begun, 0);
     QCOMPARE(f.calls, QStringList{u"select"_s});
-    // Without a press there is nothing to drag.
+    // Without a press, a motion does not drag.
     f.move(QPointF(90, 90));
     QCOMPARE(f.virtualPlatform.dragSessions.begun, 0);
 }

@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-// How a tile looks, and what it requests.
+// The look of a tile, and its requests.
 class ShelfItemViewTest : public QObject {
     Q_OBJECT
 
@@ -99,7 +99,7 @@ void ShelfItemViewTest::the_whole_tile_fades()
     QVERIFY(tile.alpha() > 0.1 && tile.alpha() < 0.9);
     for (qsizetype i = 0; i < parts.size(); ++i) {
         const double share = opacity(*parts.at(i)) / full.at(i);
-        // Where a part is drawn in layers, as the name over its shadow, more of it is left.
+        // A part that is drawn in layers, as the name over its shadow, keeps more of its opacity.
         QVERIFY2(share > tile.alpha() - 0.03 && share < tile.alpha() + 0.12, QByteArray::number(share).constData());
     }
     f.virtualPlatform.mainQueue.advance(0.09);
@@ -242,7 +242,7 @@ void ShelfItemViewTest::an_icon_that_is_found_late_does_not_replace_a_picture()
     QPixmap pixels(32, 32);
     pixels.fill(Qt::gray);
     const auto found = f.virtualPlatform.workspace.heldIcons.takeFirst();
-    // First by the name, then by the kind.
+    // The desktop finds an icon first by the name, then by the kind.
     found(QIcon(pixels));
     QVERIFY(tile.imageView->hasImage());
     f.completeThumbnail(picture());
@@ -280,7 +280,7 @@ void ShelfItemViewTest::a_thumbnail_that_comes_after_the_tile_has_gone_does_noth
 
 void ShelfItemViewTest::a_completion_on_another_thread_comes_back_to_the_main_queue()
 {
-    // The virtual queue is filled from the worker and emptied here, after it has ended.
+    // The worker fills the virtual queue, and the test empties it after the worker has ended.
     Fixture f;
     const ShelfItemView &tile = f.make();
     const auto request = f.virtualPlatform.thumbnailGenerator.requests.takeFirst();
@@ -296,7 +296,7 @@ void ShelfItemViewTest::a_completion_on_another_thread_comes_back_to_the_main_qu
 void ShelfItemViewTest::an_image_is_fitted_to_the_top_of_its_view()
 {
     const QRectF view(0, 0, 80, 67);
-    // Small images grow, large ones shrink, both keep their proportions.
+    // Small images are enlarged and large ones reduced, and both keep their proportions.
     QCOMPARE(TileImageView::fittedRect(QSizeF(72, 41), view), QRectF(0, 0, 80, 41 * 80.0 / 72));
     QCOMPARE(TileImageView::fittedRect(QSizeF(41, 72), view), QRectF((80 - 41 * 67.0 / 72) / 2, 0, 41 * 67.0 / 72, 67));
     QCOMPARE(TileImageView::fittedRect(QSizeF(500, 500), view), QRectF(6.5, 0, 67, 67));
@@ -314,7 +314,7 @@ void ShelfItemViewTest::a_picture_of_other_proportions_than_asked_for_is_not_str
     QImage shown(tile.imageView->QWidget::size(), QImage::Format_ARGB32_Premultiplied);
     shown.fill(Qt::transparent);
     tile.imageView->render(&shown, QPoint(), QRegion(), QWidget::DrawChildren);
-    // 67 high, so half as wide, in the middle of the 80 that the view is wide.
+    // The image is 67 high, so it is 33.5 wide, in the middle of a view that is 80 wide.
     QCOMPARE(shown.pixelColor(40, 33), QColor(Qt::red));
     QCOMPARE(shown.pixelColor(40 - 20, 33).alpha(), 0);
     QCOMPARE(shown.pixelColor(40 + 20, 33).alpha(), 0);
@@ -345,7 +345,7 @@ void ShelfItemViewTest::a_hidden_name_keeps_its_text()
     tile.updateNameLabel();
     QVERIFY(tile.nameLabel->isHidden());
     QCOMPARE(tile.nameLabel->text(), u"a"_s);
-    // One that was hidden from the beginning has none.
+    // A name that was hidden from the beginning has no label text.
     Fixture hidden;
     hidden.set(Settings::fileNameDisplay.key, 1.0);
     QCOMPARE(hidden.make().nameLabel->text(), QString());
@@ -373,7 +373,7 @@ void ShelfItemViewTest::the_extension_is_hidden_by_the_setting()
     Fixture f(name);
     f.set(Settings::hideFileExtensions.key, true);
     QCOMPARE(f.make().nameLabel->text(), shown);
-    QCOMPARE(ShelfItemView::displayName(file(name), false), name.section(QLatin1Char('/'), -1));
+    QCOMPARE(ShelfItemView::displayName(file(name), Extension::Shown), name.section(QLatin1Char('/'), -1));
 }
 
 void ShelfItemViewTest::odd_names_are_shown_as_they_are_data()
@@ -389,7 +389,7 @@ void ShelfItemViewTest::odd_names_are_shown_as_they_are_data()
     row("/a/#1.txt", "#1.txt", "#1");
     row("/a/what?x=1.txt", "what?x=1.txt", "what?x=1");
     row("/a/no \xff\xfe text.txt", "no \xef\xbf\xbd\xef\xbf\xbd text.txt", "no \xef\xbf\xbd\xef\xbf\xbd text");
-    // "exe.png" to the eye, were the mark obeyed.
+    // The name would look like "exe.png" if the mark took effect.
     row("/a/\xe2\x80\xae"
         "gnp.exe",
         "\xef\xbf\xbdgnp.exe", "\xef\xbf\xbdgnp");
@@ -407,8 +407,8 @@ void ShelfItemViewTest::odd_names_are_shown_as_they_are()
     QFETCH(QByteArray, path);
     QFETCH(QString, whole);
     QFETCH(QString, withoutExtension);
-    QCOMPARE(ShelfItemView::displayName(fileURL(path), false), whole);
-    QCOMPARE(ShelfItemView::displayName(fileURL(path), true), withoutExtension);
+    QCOMPARE(ShelfItemView::displayName(fileURL(path), Extension::Shown), whole);
+    QCOMPARE(ShelfItemView::displayName(fileURL(path), Extension::Hidden), withoutExtension);
 }
 
 void ShelfItemViewTest::a_long_name_takes_two_lines_and_loses_its_middle()
@@ -426,7 +426,7 @@ void ShelfItemViewTest::a_long_name_takes_two_lines_and_loses_its_middle()
     const QFontMetricsF metrics(label.font());
     for (const QString &line : lines)
         QVERIFY(metrics.horizontalAdvance(line) <= 84);
-    // A name without any place to break is broken anyway.
+    // A name without a place to break is broken anyway.
     QCOMPARE(TileLabel::lines(QString(200, QLatin1Char('x')), label.font(), 84).size(), 2);
 }
 
@@ -443,7 +443,8 @@ void ShelfItemViewTest::the_views_are_placed_in_the_tile_and_the_name_hangs_out_
     ShelfItemView &tile = f.make();
     QCOMPARE(tile.imageView->geometry(), QRect(4, 8, 80, 67));
     QCOMPARE(tile.removeBtn->geometry(), QRect(68, 2, 18, 18));
-    // The label is the tile's sibling: 2 in from the tile's left, its last 5 points below the tile's bottom.
+    // The label is the tile's sibling. It begins 2 points right of the tile's left edge, and its last 5 points are
+    // below the tile.
     QCOMPARE(tile.nameLabel->parentWidget(), &f.parent);
     QCOMPARE(tile.nameLabel->geometry(), QRect(14 + 2, 6 + 102 + 5 - 26, 84, 26));
     tile.move(50, 60);

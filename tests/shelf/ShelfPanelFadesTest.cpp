@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QTest>
 
-// How the panel comes and goes: its fades, and the timer that hides an empty shelf.
+// How the panel shows and hides: its fades, and the timer that hides an empty shelf.
 class ShelfPanelFadesTest : public QObject {
     Q_OBJECT
 
@@ -45,7 +45,7 @@ void ShelfPanelFadesTest::showing_fades_in_over_0_22_seconds()
     QCOMPARE(f.panel->geometry(), QRect(1160, 318, 116, 164));
     QCOMPARE(f.virtualPlatform.floatingPanels.ordersFront, 1);
     f.advance(0.10);
-    // Ease-out: not as fast as the standard curve, but more than half way at half time.
+    // The ease-out curve is slower at the beginning than the standard curve, but past the middle at half time.
     QVERIFY2(f.panel->alpha() < 0.7, QByteArray::number(f.panel->alpha()));
     f.advance(0.01);
     QVERIFY2(f.panel->alpha() > 0.6, QByteArray::number(f.panel->alpha()));
@@ -87,7 +87,7 @@ void ShelfPanelFadesTest::hiding_fades_out_over_0_18_seconds_and_restores_the_op
     f.panel->hide(Animated::Yes);
     QCOMPARE(f.panel->alpha(), 1.0);
     f.advance(0.10);
-    // The standard curve: the middle goes by fast.
+    // The standard curve is fast in the middle.
     QVERIFY2(f.panel->alpha() > 0 && f.panel->alpha() < 0.2, QByteArray::number(f.panel->alpha()));
     f.advance(0.07);
     QVERIFY(f.panel->isVisible());
@@ -125,7 +125,7 @@ void ShelfPanelFadesTest::hiding_again_lets_the_fade_out_go_on()
     f.advance(0.01);
     QVERIFY(!f.panel->isVisible());
     QVERIFY(!f.panel->isHiding());
-    // One that shall go at once does.
+    // A panel that hides without animation hides at once.
     f.panel->show(Animated::No);
     f.panel->hide(Animated::Yes);
     f.advance(0.1);
@@ -190,7 +190,7 @@ void ShelfPanelFadesTest::what_arrives_while_an_empty_shelf_fades_out_brings_it_
     QVERIFY(f.panel->isVisible());
     QVERIFY(!f.panel->isHiding());
     QCOMPARE(f.panel->alpha(), 1.0);
-    // A shelf that the user hides goes, whatever is on it.
+    // A shelf that the user hides goes away even with files on it.
     f.panel->hide(Animated::Yes);
     f.add(1);
     f.advance(1);
@@ -311,7 +311,7 @@ void ShelfPanelFadesTest::hiding_ends_the_timer()
     f.set(Settings::autoHideTimeout.key, 1.0);
     f.panel->show(Animated::Yes);
     f.panel->hide(Animated::No);
-    // A timer that went on would hide what is shown again without one.
+    // If the timer continued, it would hide the shelf that was shown again without a timer.
     f.panel->show(Animated::No);
     f.advance(5);
     QVERIFY(f.panel->isVisible());

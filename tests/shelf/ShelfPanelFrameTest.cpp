@@ -15,7 +15,7 @@
 #include <cmath>
 #include <limits>
 
-// The place of the panel, and of what is on it.
+// The frame of the panel, and of its views.
 class ShelfPanelFrameTest : public QObject {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ private slots:
 
 namespace {
 
-// A user's style in which scroll bars lie over what they scroll, while this lives.
+// While it exists, the style has scroll bars that cover their contents.
 class OverlaidBars {
 public:
     OverlaidBars() { QApplication::setStyle(new Style); }
@@ -63,7 +63,7 @@ private:
     const QString before = QApplication::style()->name();
 };
 
-// The scroller that is seen beside a column of tiles.
+// The scroller beside a column of tiles.
 ShelfScroller *columnScroller(const ShelfPanel &panel)
 {
     return panel.scrollView->findChild<ShelfScroller *>(QString(), Qt::FindDirectChildrenOnly);
@@ -87,7 +87,7 @@ void ShelfPanelFrameTest::three_items_make_it_380_high()
     f.add(6);
     QCOMPARE(f.panel->height(), 792);
     f.add(5);
-    // The place is still that of ten tiles.
+    // The frame is still that of ten tiles.
     QCOMPARE(f.panel->frame(), QRectF(1160, 400 - 568, 116, 792));
 }
 
@@ -137,7 +137,7 @@ void ShelfPanelFrameTest::a_rows_scroller_takes_room_whatever_the_user_prefers()
 void ShelfPanelFrameTest::reserved_space_is_respected_and_y_is_turned_over()
 {
     PanelFixture f;
-    // A bar at the top of the primary screen, a second screen below and to the right that has the focus.
+    // There is a bar at the top of the primary screen. A second screen, below and to the right, has the focus.
     f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 800), QRectF(0, 30, 1280, 770), 1.0},
                                          Screen{QRectF(1280, 200, 1000, 900), QRectF(1280, 200, 1000, 860), 1.0}};
     f.set(Settings::windowAlignment.key, double(WindowAlignment::Start));
@@ -216,7 +216,7 @@ void ShelfPanelFrameTest::an_eleventh_tile_scrolls()
     f.add(1);
     QApplication::processEvents();
     QVERIFY(f.panel->scrollView->verticalScrollBar()->maximum() > 0);
-    // The scroller lies over the tiles and takes none of their room.
+    // The scroller covers the tiles and takes no space of theirs.
     QCOMPARE(f.panel->stackView->width(), 116);
 }
 
@@ -235,7 +235,7 @@ void ShelfPanelFrameTest::the_scroller_over_the_tiles_shows_from_the_eleventh_on
     QVERIFY(scroller->isVisible());
     QCOMPARE(scroller->geometry().right(), f.panel->scrollView->rect().right());
     QCOMPARE(scroller->height(), f.panel->scrollView->height());
-    // A row has one of its own below the tiles.
+    // A row has its own scroller, below the tiles.
     f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
     f.panel->updateFrame();
     QApplication::processEvents();

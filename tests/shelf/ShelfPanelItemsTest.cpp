@@ -15,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The panel's files: how they come, and what a drag out takes with it.
+// The panel's files: how they arrive, and what a drag out takes along.
 class ShelfPanelItemsTest : public QObject {
     Q_OBJECT
 
@@ -82,7 +82,7 @@ void ShelfPanelItemsTest::an_item_on_the_shelf_is_not_added_again()
     QCOMPARE(f.panel->items.size(), 1);
     QCOMPARE(f.tileCount(), 1);
     QCOMPARE(f.changes, 1);
-    // Nor is the timer armed again.
+    // The timer is not started again either.
     f.advance(1);
     QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
 }
@@ -221,7 +221,7 @@ void ShelfPanelItemsTest::the_selection_is_dragged_in_selection_order_with_its_p
     Fixture f;
     f.set(Settings::shelfItemSize.key, 60.0);
     f.add(3);
-    // Only the first two have their pictures yet.
+    // Only the first two have received their pictures.
     QImage image(60, 60, QImage::Format_RGB32);
     f.virtualPlatform.thumbnailGenerator.completeFirst(image);
     f.virtualPlatform.thumbnailGenerator.completeFirst(image);
@@ -232,11 +232,11 @@ void ShelfPanelItemsTest::the_selection_is_dragged_in_selection_order_with_its_p
     QCOMPARE(dragged->size(), 2);
     QCOMPARE(dragged->at(0).fileURL, file(0));
     QCOMPARE(dragged->at(1).fileURL, file(1));
-    // At the bottom left of the tile under the pointer, which is 90 high.
+    // The frame is at the bottom left of the tile under the pointer, which is 90 high.
     QCOMPARE(dragged->at(0).frame, QRectF(0, 30, 60, 60));
     QCOMPARE(dragged->at(1).frame, QRectF(0, 30, 60, 60));
     QVERIFY(!dragged->at(0).contents.isNull());
-    // A selection of one is a list of one, and one without its picture an empty list.
+    // A selection of one file gives a list of one, and an empty list if the file has no picture yet.
     f.tile(1)->onSelect();
     QCOMPARE(f.tile(1)->getDragItems()->size(), 1);
     f.tile(2)->onSelect();
@@ -272,7 +272,7 @@ void ShelfPanelItemsTest::a_selection_dragged_out_is_removed_as_a_whole()
     QVERIFY(f.panel->items.isEmpty());
     QVERIFY(f.panel->selectedViews.isEmpty());
     QVERIFY(!f.virtualPlatform.keyTap.handler);
-    // The tiles keep their look until they are gone.
+    // The tiles do not change their look until they are gone.
     QVERIFY(f.tile(0)->isSelected);
     f.advance(0.18);
     QCOMPARE(f.tileCount(), 0);
@@ -323,7 +323,7 @@ void ShelfPanelItemsTest::two_drags_of_one_tile_end_with_the_files_of_each()
     f.panel->addItem(file(2));
     f.tile(0)->onSelect();
     f.dragTile(0);
-    // Both destinations take their time; the first was given two files, the second one of them.
+    // Neither destination has answered yet. The first received two files, the second one of them.
     QCOMPARE(f.virtualPlatform.dragSessions.sessions.size(), 2);
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     QCOMPARE(f.panel->items, QList<QUrl>{file(2)});
@@ -343,7 +343,7 @@ void ShelfPanelItemsTest::a_drag_whose_tile_is_removed_meanwhile_removes_the_oth
     QCOMPARE(f.tileCount(), 2);
     f.virtualPlatform.dragSessions.end(DragOperation::Move);
     QVERIFY(f.panel->items.isEmpty());
-    // A panel that has gone with its tiles hears nothing.
+    // A deleted panel receives no callbacks.
     f.add(2);
     f.showImages();
     f.panel->selectAll();
@@ -363,13 +363,13 @@ void ShelfPanelItemsTest::a_drop_of_other_files_meanwhile_keeps_no_dragged_item(
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     QCOMPARE(f.panel->items, (QList<QUrl>{file(1), file(7)}));
     QVERIFY(!f.panel->droppedBackOnSelf);
-    // Its own file among others is another matter.
+    // A drop of its own file together with others counts differently.
     f.dragTile(1);
     f.drop({file(8)});
     f.drop({file(9), file(1)});
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     QCOMPARE(f.panel->items, (QList<QUrl>{file(1), file(7), file(8), file(9)}));
-    // What came back from an earlier drag says nothing of the next one.
+    // A file that an earlier drag brought back does not affect the next drag.
     f.advance(1);
     f.dragTile(0);
     f.drop({file(7)});
@@ -405,7 +405,7 @@ void ShelfPanelItemsTest::a_selection_that_came_back_stays_with_those_it_could_n
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     QCOMPARE(f.panel->items, files(0, 3));
     QCOMPARE(f.panel->selectedViews.size(), 3);
-    // One that went elsewhere takes them along.
+    // A drag that ended elsewhere removes them.
     f.dragTile(0);
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     QVERIFY(f.panel->items.isEmpty());

@@ -115,7 +115,7 @@ void ShelfPanelRemovalTest::a_file_that_comes_back_while_its_tile_fades_has_a_ti
     QCOMPARE(f.tile(0)->alpha(), 1.0);
     QCOMPARE(f.panel->items.size(), 1);
 
-    // Taken off again before the first tile has gone, it goes for good.
+    // If it is removed again before the first tile has faded out, it stays away.
     f.panel->removeItem(file(0));
     f.advance(0.1);
     f.panel->addItem(file(0));
@@ -241,7 +241,7 @@ void ShelfPanelRemovalTest::clearing_shows_the_label_hides_the_button_and_then_t
     f.panel->selectAll();
     f.changes = 0;
     f.panel->clearAll();
-    // No fade: the tiles are gone.
+    // The tiles are gone without a fade.
     QCOMPARE(f.tileCount(), 0);
     QVERIFY(f.panel->selectedViews.isEmpty());
     QVERIFY(!f.virtualPlatform.keyTap.handler);
@@ -272,7 +272,7 @@ void ShelfPanelRemovalTest::a_removal_ends_after_its_fade_also_when_all_was_clea
     QCOMPARE(f.changes, 1);
     f.advance(0.01);
     QCOMPARE(f.changes, 2);
-    // With it the wait for the empty shelf to hide begins anew.
+    // This restarts the timer that hides the empty shelf.
     f.advance(1.49);
     QVERIFY(!f.panel->isHiding());
     f.advance(0.01);
@@ -288,7 +288,7 @@ void ShelfPanelRemovalTest::cleared_tiles_take_their_names_along()
     QVERIFY(name->isVisible());
     f.virtualPlatform.alerts.answers = {AlertAnswer{0, false}};
     f.panel->clearAll();
-    // The tile is deleted later, its name would hang there until then.
+    // The tile is deleted later, and its name must not stay visible until then.
     QVERIFY(name && !name->isVisible());
 }
 

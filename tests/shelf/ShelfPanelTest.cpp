@@ -68,7 +68,7 @@ QImage drawn(QWidget &view)
     return image;
 }
 
-// The area that a picture of `full` opacity leaves free in each of its corners.
+// The uncovered area in each corner of `image`, which has the opacity `full`.
 QList<double> cornerAreas(const QImage &image, double full)
 {
     constexpr int kReach = 20;
@@ -116,7 +116,7 @@ void ShelfPanelTest::the_header_holds_three_buttons_with_their_labels()
         QVERIFY(!button->icon().isNull());
         QCOMPARE(button->focusPolicy(), Qt::NoFocus);
     }
-    // The panel is never the active window.
+    // Tool tips must show although the panel is never the active window.
     QVERIFY(f.panel->testAttribute(Qt::WA_AlwaysShowToolTips));
     const QColor tint = QColor::fromRgbF(1, 1, 1, 0.65F);
     QCOMPARE(f.virtualPlatform.appearance.symbolRequests,
@@ -231,7 +231,7 @@ void ShelfPanelTest::the_background_and_the_tint_have_corners_of_14_points()
     f.notifications.post(Notifications::settingsChanged);
     f.panel->show(Animated::No);
     const double expected = (1 - M_PI / 4) * 14 * 14;
-    const double tolerance = 2; // how an edge is smoothed; one point of radius makes five
+    const double tolerance = 2; // for the antialiasing of an edge; one point of radius makes a difference of five
     QList<double> areas = cornerAreas(drawn(*f.panel->tintOverlay), 0.6) + cornerAreas(drawn(*f.panel->visualFX), 0.84);
     QCOMPARE(areas.size(), 8);
     for (const double area : areas)
@@ -331,7 +331,7 @@ void ShelfPanelTest::a_settings_change_tints_and_refreshes_tiles()
     QVERIFY(f.panel->tintOverlay->isHidden());
     QCOMPARE(f.virtualPlatform.thumbnailGenerator.requestCount, 2);
     QCOMPARE(f.tile(0)->lastLoadedSize, 100.0);
-    // The frame and the tiles' heights are the business of applySettings().
+    // Only applySettings() changes the frame and the heights of the tiles.
     QCOMPARE(f.panel->geometry(), before);
     QCOMPARE(f.tile(0)->height(), 102);
 }
@@ -374,7 +374,7 @@ void ShelfPanelTest::the_tint_is_of_the_chosen_colour()
     f.notifications.post(Notifications::settingsChanged);
     green.setAlphaF(0.24F);
     QCOMPARE(f.panel->tintOverlay->color(), green);
-    // A panel that is created later has it from the start.
+    // A panel that is created later has the tint from the start.
     const ShelfPanel later(f.virtualPlatform.platform, f.settings, f.notifications);
     QCOMPARE(later.tintOverlay->color(), green);
 }
@@ -434,7 +434,7 @@ void ShelfPanelTest::names_follow_the_settings_both_ways_they_are_announced()
         announce();
         QVERIFY(f.tile(0)->nameLabel->isHidden());
         QCOMPARE(f.tile(0)->nameLabel->text(), u"0"_s);
-        // The image takes the room of the name, whatever the tile's height.
+        // The image fills the space of the name, whatever the tile's height is.
         QCOMPARE(f.tile(0)->imageView->geometry().bottom(), f.tile(0)->height() - 8 - 1);
         f.set(Settings::fileNameDisplay.key, double(FileNameDisplay::OnHover));
         announce();
@@ -470,7 +470,7 @@ void ShelfPanelTest::a_row_scrolls_sideways_and_by_the_wheel()
     QVERIFY(bar->maximum() > 0);
     QVERIFY(bar->isVisible());
     QCOMPARE(f.panel->scrollView->verticalScrollBar()->maximum(), 0);
-    // The scroller stands below the tiles and leaves them their height.
+    // The scroller is below the tiles and does not reduce their height.
     QCOMPARE(f.panel->stackView->height(), 72 + 30 + 12);
     QWheelEvent wheel(QPointF(50, 50), QPointF(50, 50), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
                       Qt::NoScrollPhase, false);

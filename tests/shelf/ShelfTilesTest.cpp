@@ -16,7 +16,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The panel and its tiles together: what a hand meets where, and what others see of it.
+// The panel and its tiles together: what the user can click where, and what other programs see of it.
 class ShelfTilesTest : public QObject {
     Q_OBJECT
 
@@ -183,7 +183,7 @@ void ShelfTilesTest::a_change_is_told_last_and_without_more_words()
     QCOMPARE(tiles, 0);
     QVERIFY(!labelHidden && buttonHidden);
     QCOMPARE(height, 164);
-    // The one that hides the emptied shelf.
+    // The one timer hides the empty shelf.
     QCOMPARE(timers, 1);
 }
 

@@ -19,14 +19,14 @@ inline QUrl file(const QString &name)
     return QUrl::fromLocalFile(u"/files/"_s + name);
 }
 
-// A tile on a virtual platform, and a hand on it.
+// A tile on a virtual platform, with the user's mouse.
 struct TileFixture {
     explicit TileFixture(const QString &name = u"picture.png"_s)
         : url(file(name))
     {
     }
 
-    // A tile of the usual size, in a parent, with its callbacks recorded.
+    // Makes a tile of the usual size in a parent, and records its callbacks.
     ShelfItemView &make()
     {
         tile = std::make_unique<ShelfItemView>(url, virtualPlatform.platform, settings, &parent);
@@ -46,7 +46,7 @@ struct TileFixture {
     void press(QPoint position = QPoint(40, 40)) { QTest::mousePress(tile.get(), Qt::LeftButton, {}, position); }
     void release(QPoint position = QPoint(40, 40)) { QTest::mouseRelease(tile.get(), Qt::LeftButton, {}, position); }
 
-    // QTest::mouseMove sends no buttons, so the event is made by hand.
+    // QTest::mouseMove sends no buttons, so this makes the event itself.
     void move(QPointF position)
     {
         QMouseEvent event(QEvent::MouseMove, position, tile->mapToGlobal(position), Qt::NoButton, Qt::LeftButton,
@@ -95,7 +95,7 @@ inline QImage picture()
     return image;
 }
 
-// How much `view` itself covers, in pixels of full opacity.
+// The area that `view` itself covers, in pixels of full opacity.
 inline double opacity(QWidget &view)
 {
     QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);

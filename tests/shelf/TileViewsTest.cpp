@@ -14,7 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-// What the views of a tile, and the layer of colour behind them, look like: read off their pixels.
+// The look of a tile's views and of the coloured layer behind them, measured in pixels.
 class TileViewsTest : public QObject {
     Q_OBJECT
 
@@ -31,7 +31,8 @@ private slots:
 
 namespace {
 
-constexpr double kTolerance = 5; // pixels of area, for how an edge is smoothed; one point of radius makes nine at least
+constexpr double kTolerance =
+    5; // pixels of area, for the antialiasing of an edge; one point of radius makes a difference of at least nine
 
 QImage shown(QWidget &view, QSize size)
 {
@@ -42,7 +43,7 @@ QImage shown(QWidget &view, QSize size)
     return image;
 }
 
-// The pixels covered, in parts where an edge runs through one, of `full` opacity.
+// The covered area in pixels, where `full` is the opacity of a fully covered pixel.
 double coveredArea(const QImage &image, double full = 1.0)
 {
     double area = 0;
@@ -85,14 +86,14 @@ void TileViewsTest::a_small_icon_is_drawn_as_large_as_it_goes_at_the_top()
     TileImageView view(nullptr);
     view.setImage(plainIcon(Qt::red));
     const QImage image = shown(view, QSize(80, 67));
-    // A square as high as the view, in its middle: from 6.5 to 73.5.
+    // The picture is a square as high as the view, in its middle: from 6.5 to 73.5.
     for (const int y : {0, 33, 66}) {
         for (const int x : {0, 5, 74, 79})
             QCOMPARE(image.pixelColor(x, y).alpha(), 0);
         for (const int x : {7, 40, 72})
             QCOMPARE(image.pixelColor(x, y), QColor(Qt::red));
     }
-    // Where less than the square fits, it is as wide as the view.
+    // In a view that is narrower than the square, it is as wide as the view.
     const QImage narrow = shown(view, QSize(40, 67));
     QCOMPARE(narrow.pixelColor(20, 0), QColor(Qt::red));
     QCOMPARE(narrow.pixelColor(20, 39), QColor(Qt::red));
@@ -116,7 +117,7 @@ void TileViewsTest::the_name_is_white_11_points_high_and_of_medium_weight()
         }
     }
     QVERIFY(white > 4);
-    // In the middle, to the pixel that centring may round away.
+    // The symbol is centred, except for one pixel of rounding.
     QVERIFY2(std::abs(left - right) < (left + right) / 4, qPrintable(u"%1 %2"_s.arg(left).arg(right)));
 }
 
@@ -174,7 +175,7 @@ void TileViewsTest::the_remove_button_fades_as_a_whole()
     button.setAlpha(0.5);
     const QImage image = shown(button, QSize(18, 18));
     QVERIFY(std::abs(image.pixelColor(3, 9).alphaF() - 0.425F) < 0.01F);
-    // White at a half over the red at a half of 0.85.
+    // White at 0.5 is drawn over red at 0.5 x 0.85.
     QVERIFY(std::abs(image.pixelColor(9, 9).alphaF() - (0.5F + 0.5F * 0.425F)) < 0.01F);
 }
 

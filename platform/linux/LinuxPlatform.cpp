@@ -41,7 +41,7 @@ namespace {
 constexpr char kPlatform[] = "QT_QPA_PLATFORM";
 constexpr char kWayland[] = "PARKLET_WAYLAND";
 
-// Without HOME, Qt would use the root folder as home.
+// Without HOME, Qt would use the root folder as the home folder.
 void settleHome()
 {
     if (!qEnvironmentVariableIsEmpty("HOME"))
@@ -51,7 +51,7 @@ void settleHome()
         qputenv("HOME", user->pw_dir);
 }
 
-// Checks it before Qt does: without an X server Qt aborts with a core dump.
+// Checks this before Qt does: without an X server, Qt aborts with a core dump.
 std::optional<Obstacle> whyThereIsNoServer()
 {
     const std::string display = qgetenv("DISPLAY").toStdString();
@@ -67,12 +67,12 @@ std::optional<Obstacle> whyThereIsNoServer()
     return Obstacle{QT_TRANSLATE_NOOP("Obstacle", "cannot connect to the X server \"%1\" that DISPLAY names"), display};
 }
 
-// Only X11 lets a program follow every drag of other programs, so where a Wayland session has no place for panels of
-// its own kind the X server that comes with it is used.
+// Only X11 lets a program follow all drags of other programs. So in a Wayland session that cannot show native panels,
+// its X server (XWayland) is used.
 void addX11(Platform &platform, const std::shared_ptr<FileHelpers> &files)
 {
     const auto xcb = XcbConnection::open();
-    // Drags select events on other programs' windows. On the same connection that would replace the selection of
+    // Drags select events on windows of other programs. On a shared connection that would replace the selections of
     // others.
     const auto drags = XcbConnection::open();
     const auto foreignDrags = std::make_shared<ForeignDragWatcher>(drags);
@@ -108,10 +108,10 @@ std::optional<Obstacle> preparePlatform()
     const QByteArray wanted = qgetenv(kPlatform);
     if (!wanted.isEmpty() && !wanted.startsWith("wayland") && !wanted.startsWith("xcb"))
         return {};
-    // Native panels are asked for outright, as they do not yet do all that those on an X server do.
+    // Native panels are used on request only, because they cannot yet do everything that panels on an X server can.
     if (!wanted.startsWith("xcb") && qgetenv(kWayland) == "native" && offersNativeWayland()) {
         prepareNativeWayland();
-        // Without Qt's plugin for Wayland the X server serves.
+        // If Qt's plugin for Wayland is missing, Qt uses the X server.
         qputenv(kPlatform, "wayland;xcb");
         return {};
     }

@@ -21,7 +21,7 @@
 
 namespace {
 
-// A compositor tells its clients of drags over their surfaces without any permission.
+// A compositor reports drags over a client's surface without any permission.
 class Trusted : public AccessibilityTrust {
 public:
     bool isProcessTrusted() const override { return true; }
@@ -34,7 +34,7 @@ std::optional<WindowIdentity> frontmost(const ForeignToplevels *toplevels, XcbCo
         const auto application = toplevels->activeApplication();
         if (!application)
             return {};
-        // Of a window on XWayland it is the class.
+        // For a window of XWayland this is its class.
         const QString name = QString::fromUtf8(*application);
         WindowIdentity identity;
         identity.applicationId = name;
@@ -44,7 +44,7 @@ std::optional<WindowIdentity> frontmost(const ForeignToplevels *toplevels, XcbCo
     return xcb ? frontmostWindow(*xcb) : std::nullopt;
 }
 
-// What happens on the panels, told to the services that care.
+// Forwards the events of the panels to the services that need them.
 void connectPanels(WaylandFloatingPanels &panels, WaylandScreens &screens, WaylandKeyTap &keyTap,
                    const std::shared_ptr<WaylandDragWatcher> &watcher)
 {
@@ -84,7 +84,7 @@ bool offersNativeWayland()
 
 void prepareNativeWayland()
 {
-    // A panel asks Qt for no place of its own, and is where it has been put.
+    // Qt does not place the panels, and reports them where they were placed.
     qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
     qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
 }
@@ -96,7 +96,7 @@ bool addNativeWayland(Platform &platform, const std::shared_ptr<FileHelpers> &fi
     if (!wayland)
         return false;
     const auto areas = std::make_shared<WorkAreas>(wayland);
-    // The X server of the session, where it has one.
+    // The session's X server, if it has one.
     const auto xcb = XcbConnection::open(nullptr);
     const auto watcher = std::make_shared<WaylandDragWatcher>(wayland, areas, xcb);
     const std::shared_ptr<ForeignToplevels> toplevels =

@@ -6,12 +6,12 @@
 class FileHelpers;
 struct Platform;
 
-// Whether this session is one of Wayland's in which panels of its own kind can be shown. Needs no QApplication.
+// Whether this is a Wayland session whose compositor offers what native panels need. Needs no QApplication.
 bool offersNativeWayland();
 
-// Settles for Qt, before the QApplication is made, that it runs on Wayland.
+// Makes Qt use Wayland. Call it before the QApplication exists.
 void prepareNativeWayland();
 
-// Adds the services that are Wayland's. False when Qt does not run on it after all; nothing has been added then. The
-// main queue, the appearance and the services of no display are there already.
+// Adds the services for Wayland. False when Qt does not run on Wayland after all; then nothing was added. `platform`
+// already has the main queue, the appearance and the services that need no display.
 bool addNativeWayland(Platform &platform, const std::shared_ptr<FileHelpers> &files);

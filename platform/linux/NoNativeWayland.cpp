@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// For a build without the packages that native panels need.
+// Used in a build without the packages that native panels need.
 #include "platform/linux/NativeWayland.h"
 
 bool offersNativeWayland()

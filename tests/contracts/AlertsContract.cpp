@@ -44,7 +44,7 @@ Alert question()
 void AlertsContract::the_chosen_button_is_answered_by_its_number()
 {
     for (const int button : {0, 1, 2}) {
-        world.answerAlert(question(), button, false);
+        world.answerAlert(question(), {.button = button});
         const AlertAnswer answer = alerts().runModal(question());
         QCOMPARE(answer.button, button);
         QCOMPARE(answer.isFirstButton(), button == 0);
@@ -56,14 +56,14 @@ void AlertsContract::the_check_box_is_off_until_the_user_turns_it_on()
     Alert alert = question();
     alert.checkboxTitle = u"Never ask again"_s;
     for (const bool on : {false, true}) {
-        world.answerAlert(alert, 0, on);
+        world.answerAlert(alert, {.button = 0, .checkboxOn = on});
         QCOMPARE(alerts().runModal(alert).checkboxOn, on);
     }
 }
 
 void AlertsContract::without_a_check_box_none_is_on()
 {
-    world.answerAlert(question(), 0, false);
+    world.answerAlert(question(), {.button = 0});
     QVERIFY(!alerts().runModal(question()).checkboxOn);
 }
 
@@ -72,7 +72,7 @@ void AlertsContract::a_text_of_any_length_can_be_answered()
     Alert alert = question();
     alert.informativeText = u"One more line.\n"_s.repeated(2000);
     alert.dark = true;
-    world.answerAlert(alert, 1, false);
+    world.answerAlert(alert, {.button = 1});
     QCOMPARE(alerts().runModal(alert).button, 1);
 }
 
@@ -80,7 +80,7 @@ void AlertsContract::the_main_loop_turns_meanwhile()
 {
     bool turned = false;
     world.platform().mainQueue->async([&turned] { turned = true; });
-    world.answerAlert(question(), 0, false);
+    world.answerAlert(question(), {.button = 0});
     alerts().runModal(question());
     QVERIFY(turned);
 }

@@ -5,10 +5,11 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QList<QUrl> kFiles = {QUrl::fromLocalFile(QStringLiteral("/tmp/second b.txt")),
-                            QUrl::fromLocalFile(QStringLiteral("/tmp/first.txt"))};
+const QList<QUrl> kFiles = {QUrl::fromLocalFile(u"/tmp/second b.txt"_s), QUrl::fromLocalFile(u"/tmp/first.txt"_s)};
 
 } // namespace
 
@@ -67,7 +68,7 @@ void DragPasteboardContract::the_files_of_a_drag_are_read_in_their_order()
 
 void DragPasteboardContract::files_beside_a_web_address_are_none_to_a_drag_and_none_to_a_drop()
 {
-    const QUrl address(QStringLiteral("https://orvane.example/"));
+    const QUrl address(u"https://orvane.example/"_s);
     for (const QList<QUrl> &mixed : {kFiles + QList<QUrl>{address}, QList<QUrl>{address} + kFiles}) {
         QCOMPARE(filesOf(mixed), QList<QUrl>());
         // A drop reads what it is given as a copy does.

@@ -5,6 +5,8 @@
 #include <QTest>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 class DragSessionsContract : public QObject {
     Q_OBJECT
 
@@ -42,8 +44,7 @@ void DragSessionsContract::a_drag_of_nothing_never_ends()
 
 void DragSessionsContract::a_drag_that_offers_nothing_never_ends()
 {
-    const DraggingItem item{world.makeFile(QStringLiteral("dragged.txt"), "dragged"), QRectF(0, 0, 72, 72),
-                            QPixmap(72, 72)};
+    const DraggingItem item{world.makeFile(u"dragged.txt"_s, "dragged"), QRectF(0, 0, 72, 72), QPixmap(72, 72)};
     QVERIFY(!ends({item}, DragOperation::None));
 }
 

@@ -40,12 +40,12 @@ public:
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
 
-    void answerAlert(const Alert &alert, int button, bool checked) override
+    void answerAlert(const Alert &alert, const AlertAnswer &answer) override
     {
         QStringList titles;
-        if (checked)
+        if (answer.checkboxOn)
             titles.append(alert.checkboxTitle);
-        titles.append(alert.buttons.at(button));
+        titles.append(alert.buttons.at(answer.button));
         once([titles]() mutable {
             while (!titles.isEmpty() && pressButton(titles.constFirst()))
                 titles.removeFirst();

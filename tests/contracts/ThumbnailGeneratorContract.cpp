@@ -5,6 +5,8 @@
 #include <QMutex>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class ThumbnailGeneratorContract : public QObject {
     Q_OBJECT
 
@@ -35,8 +37,8 @@ void ThumbnailGeneratorContract::every_request_is_answered_once()
         const QMutexLocker lock(&mutex);
         return answers >= wanted;
     };
-    const QUrl words = world.makeFile(QStringLiteral("words.txt"), "words");
-    const QUrl nothing = QUrl::fromLocalFile(world.folder.filePath(QStringLiteral("nothing.png")));
+    const QUrl words = world.makeFile(u"words.txt"_s, "words");
+    const QUrl nothing = QUrl::fromLocalFile(world.folder.filePath(u"nothing.png"_s));
     thumbnailGenerator().generate(words, 72, 1.0, count);
     thumbnailGenerator().generate(nothing, 72, 1.0, count);
     QVERIFY(world.waitFor([&] { return answered(2); }));

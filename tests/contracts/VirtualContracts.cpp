@@ -49,9 +49,9 @@ public:
 
     void copy(const QString &) override { virtualPlatform.generalPasteboard.urls.clear(); }
 
-    void answerAlert(const Alert &, int button, bool checked) override
+    void answerAlert(const Alert &, const AlertAnswer &answer) override
     {
-        virtualPlatform.alerts.answers.append({button, checked});
+        virtualPlatform.alerts.answers.append(answer);
     }
 
     void cancelOpenPanel() override { virtualPlatform.openPanels.choice.reset(); }

@@ -32,7 +32,7 @@ public:
 
     // Has the user answer the alert that comes next, which is `alert`: the check box turned on or not, and then a
     // button.
-    virtual void answerAlert(const Alert &alert, int button, bool checked) = 0;
+    virtual void answerAlert(const Alert &alert, const AlertAnswer &answer) = 0;
 
     // Has the user cancel the open panel that comes next.
     virtual void cancelOpenPanel() = 0;

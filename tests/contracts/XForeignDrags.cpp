@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QPoint kOnSource(60, 60);
@@ -15,9 +17,7 @@ constexpr QPoint kAway(200, 200);
 class DragOfAClient : public ForeignDragUnderWay {
 public:
     explicit DragOfAClient(const QByteArray &list)
-        : source(QStringLiteral("DragSource"),
-                 {QStringLiteral("--x"), QStringLiteral("10"), QStringLiteral("--y"), QStringLiteral("10"),
-                  QStringLiteral("--list"), QString::fromLatin1(list)})
+        : source(u"DragSource"_s, {u"--x"_s, u"10"_s, u"--y"_s, u"10"_s, u"--list"_s, QString::fromLatin1(list)})
     {
     }
     Q_DISABLE_COPY_MOVE(DragOfAClient)

@@ -3,8 +3,8 @@
 
 #include <QImage>
 
-// The area in pixels that lies outside of a border at the top left corner of `image`, within `extent` of it. For a
-// border that follows a corner of that radius it is what a quarter of a circle leaves of a square.
+// The area in pixels outside the border at the top left corner of `image`, within `extent` of the corner. A border that
+// follows a corner of that radius leaves a square minus a quarter of a circle.
 inline double areaOutsideCorner(const QImage &image, int extent)
 {
     double area = 0;

@@ -6,8 +6,8 @@
 #include <QMimeData>
 #include <QWidget>
 
-// Drag events as a destination meets them, sent to one widget. Each answers whether it was accepted and, through
-// `action` where given, with which action.
+// Sends drag events to one widget, as a destination receives them. Each function returns whether the event was
+// accepted, and writes the accepted action to `action` if given.
 
 inline bool sendDragEnter(QWidget &target, const QMimeData &data, Qt::DropAction *action = nullptr,
                           Qt::DropActions possible = Qt::CopyAction | Qt::MoveAction)

@@ -5,25 +5,25 @@
 
 #include <QPoint>
 
-// A hand on the mouse and keyboard of the X server that a test runs on. Each call has happened when it returns.
+// Controls the mouse and keyboard of the test's X server. Each call returns after the server has handled it.
 class FakeInput {
 public:
     FakeInput();
 
-    // In pixels, from the top left of the root window.
+    // `position` is in pixels from the top left of the root window.
     void pointerMotion(const QPoint &position);
     void pointerButtonPressed(quint8 button = 1);
     void pointerButtonReleased(quint8 button = 1);
     void click(const QPoint &position);
 
-    // The key that types that symbol without a modifier.
+    // Presses the key that types this symbol without a modifier.
     void keyPressed(quint32 symbol);
     void keyReleased(quint32 symbol);
 
     // Presses and releases the key while Control is held.
     void typeWithControl(quint32 symbol);
 
-    // Zero when no key types it.
+    // Returns 0 when no key types it.
     xcb_keycode_t keyCode(quint32 symbol);
 
 private:

@@ -26,14 +26,14 @@ ForeignWindow::ForeignWindow(const QRect &geometry, const QColor &color, Kind ki
                       static_cast<qint16>(geometry.y()), static_cast<quint16>(geometry.width()),
                       static_cast<quint16>(geometry.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values.data());
-    // Position and size are the user's, and the window takes the focus.
+    // The hints say that the user chose position and size, and that the window takes the focus.
     std::vector<quint32> normalHints(18);
     normalHints[0] = 1 | 2;
     change("WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, normalHints);
     std::vector<quint32> hints(9);
     hints[0] = hints[1] = 1;
     change("WM_HINTS", XCB_ATOM_WM_HINTS, hints);
-    // No decorations, so that the window is where it was put.
+    // Without decorations the window stays at its place.
     change("_MOTIF_WM_HINTS", xcb->atom("_MOTIF_WM_HINTS"), {2, 0, 0, 0, 0});
     if (kind == Kind::FullScreen)
         change("_NET_WM_STATE", XCB_ATOM_ATOM, {xcb->atom("_NET_WM_STATE_FULLSCREEN")});

@@ -6,7 +6,7 @@
 #include <QColor>
 #include <QRect>
 
-// A window of another program, as the window manager and the program under test see it.
+// A window of another program, for the window manager and the program under test.
 class ForeignWindow {
 public:
     enum class Kind { Normal, FullScreen, Dock };
@@ -17,15 +17,15 @@ public:
     void show();
     void hide();
 
-    // Asks the window manager for full screen, or to leave it.
+    // Asks the window manager to make the window full-screen, or to end that.
     void setFullScreen(bool fullScreen);
 
-    // The twelve values of _NET_WM_STRUT_PARTIAL.
+    // Sets the twelve values of _NET_WM_STRUT_PARTIAL.
     void setStrut(const std::vector<quint32> &values);
 
     xcb_window_t id() const { return window; }
 
-    // How many presses of that key the window has got.
+    // The number of presses of this key that the window has received.
     int keyPresses(xcb_keycode_t code) const;
 
     XcbConnection &connection() { return *xcb; }
@@ -39,12 +39,12 @@ private:
     xcb_window_t window;
 };
 
-// What any client sees of the desktop.
+// The state of the desktop, as every client sees it.
 xcb_window_t activeWindow(XcbConnection &xcb);
 xcb_window_t inputFocus(XcbConnection &xcb);
-// Whether `window` has the focus and the window manager says so.
+// Whether `window` has the focus and is the active window of the window manager.
 bool isActive(XcbConnection &xcb, xcb_window_t window);
 bool hasState(XcbConnection &xcb, xcb_window_t window, const char *state);
 
-// Pixels of the screen as the user sees it.
+// The colour of a screen pixel, as the user sees it.
 QColor screenColor(const QPoint &position);

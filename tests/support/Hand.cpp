@@ -90,7 +90,7 @@ void Hand::step()
         timer.stop();
         return;
     }
-    // A step may add others, and run a loop in which this is called again.
+    // A step may add other steps, and run a nested loop that calls this function again.
     auto current = std::move(steps.front());
     steps.pop_front();
     if (!current())

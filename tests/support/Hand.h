@@ -11,15 +11,15 @@
 #include <functional>
 #include <memory>
 
-// Input that happens by and by. What it is told is queued and done step by step while the main loop turns, nested loops
-// too; the pointer moves in small steps, as a hand moves it.
+// Simulates input over time. Queues what it is told and does it step by step while the main loop runs, in nested loops
+// too. The pointer moves in small steps, as a user moves it.
 class Hand : public QObject {
 public:
     Hand();
     ~Hand() override;
 
     Hand &moveTo(const QPoint &position);
-    // Moves to and fro until the condition holds.
+    // Moves the pointer back and forth until the condition is true.
     Hand &moveAboutUntil(std::function<bool()> condition);
     Hand &press(quint8 button = 1);
     Hand &release(quint8 button = 1);
@@ -27,10 +27,10 @@ public:
     Hand &waitUntil(std::function<bool()> condition);
     Hand &then(std::function<void()> work);
 
-    // Whether everything has been done.
+    // Whether all steps are done.
     bool isIdle() const { return steps.empty(); }
 
-    // The pointer now, in pixels on the root window.
+    // The position of the pointer, in pixels on the root window.
     QPoint position() const;
 
 private:
@@ -39,5 +39,5 @@ private:
     FakeInput input;
     std::shared_ptr<XcbConnection> connection;
     QTimer timer;
-    std::deque<std::function<bool()>> steps; // each is called until it answers that it is done
+    std::deque<std::function<bool()>> steps; // each is called until it returns true
 };

@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr unsigned kPatience = 20; // seconds; one that hangs ends, and is read to its end
+constexpr unsigned kPatience = 20; // seconds; a child that hangs is ended then
 
-int messages = -1; // where the child writes
+int messages = -1; // the descriptor for the child's messages
 
 void passOn(QtMsgType, const QMessageLogContext &, const QString &text)
 {
@@ -32,7 +32,7 @@ ChildEnd inChild(const std::function<void()> &work)
         return {};
     const pid_t child = ::fork();
     if (child == 0) {
-        // Without a core file: this end is a wanted one.
+        // Write no core file, because the child is expected to crash.
         const rlimit noCore{};
         ::setrlimit(RLIMIT_CORE, &noCore);
         std::signal(SIGABRT, SIG_DFL);

@@ -7,10 +7,10 @@
 
 // How a child of this process ended.
 struct ChildEnd {
-    bool finished = false; // its work came to its end
+    bool finished = false; // its work returned
     bool stopped = false;  // by a fatal error
     QByteArray said;       // the message of that error
 };
 
-// Does `work` in a child of this process, which ends with it.
+// Runs `work` in a child process, and waits for its end.
 ChildEnd inChild(const std::function<void()> &work);

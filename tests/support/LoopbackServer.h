@@ -12,21 +12,21 @@ using namespace Qt::StringLiterals;
 
 class QTcpSocket;
 
-// A web server on 127.0.0.1 that does what the test says with each request.
+// A web server on 127.0.0.1 whose answers the test decides.
 class LoopbackServer : public QTcpServer {
 public:
     LoopbackServer();
 
-    // Serves https from here on.
+    // Serves https from now on.
     void setCertificate(const QSslCertificate &certificate, const QSslKey &key);
 
     QUrl url(const QString &path = u"/version.json"_s) const;
 
-    // Answers a request whole and closes.
+    // Sends a complete answer and closes the connection.
     static void reply(QTcpSocket &socket, const QByteArray &status, const QByteArray &body,
                       const QByteArray &headers = {});
 
-    // Called for each request, with its first line ("GET /version.json HTTP/1.1"). The socket lives until it is closed.
+    // Called for each request with its first line ("GET /version.json HTTP/1.1"). The socket exists until it is closed.
     std::function<void(QTcpSocket &socket, const QByteArray &requestLine)> onRequest;
 
     QList<QByteArray> requestLines;

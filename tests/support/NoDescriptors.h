@@ -5,7 +5,7 @@
 
 #include <sys/resource.h>
 
-// For as long as it lives nothing more can be opened, and no watch is granted.
+// While it exists, nothing can be opened, and the system grants no inotify watch.
 class NoDescriptors {
 public:
     NoDescriptors()

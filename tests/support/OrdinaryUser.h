@@ -6,8 +6,8 @@
 
 #include <unistd.h>
 
-// For as long as it lives the test is a user whom permissions bind, and who owns `folder`; the superuser may read and
-// write everything. Whoever is an ordinary user already stays who he is.
+// While it exists, the test runs as an ordinary user who owns `folder`, because root may read and write everything.
+// Does nothing when the test already runs as an ordinary user.
 class OrdinaryUser {
 public:
     explicit OrdinaryUser(const QString &folder)

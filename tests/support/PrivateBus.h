@@ -5,14 +5,14 @@
 #include <QProcess>
 #include <QString>
 
-// A session bus that only this test knows, and that ends with it. It starts no services.
+// A session bus for this test alone, which ends with it. It starts no services.
 class PrivateBus {
 public:
     PrivateBus();
     ~PrivateBus();
     Q_DISABLE_COPY_MOVE(PrivateBus)
 
-    // Empty when the bus did not come up.
+    // Empty when the bus could not be started.
     QString address;
 
     // A connection of its own.

@@ -46,7 +46,7 @@ SampleFiles::SampleFiles()
 
 SampleFiles::~SampleFiles()
 {
-    // QTemporaryDir cannot remove names that are no UTF-8.
+    // QTemporaryDir cannot remove files whose names are not UTF-8.
     std::error_code error;
     std::filesystem::remove_all(folder.toStdString(), error);
 }
@@ -60,7 +60,7 @@ QByteArray SampleFiles::file(const QByteArray &name, const QByteArray &contents)
 {
     const QByteArray result = path(name);
     ::unlink(result.constData());
-    // Not through QFile: the name need not be UTF-8.
+    // QFile cannot be used because the name need not be UTF-8.
     const int fd = ::open(result.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     if (fd < 0 || ::write(fd, contents.constData(), size_t(contents.size())) != contents.size())
         qFatal("A sample file cannot be written.");
@@ -93,7 +93,7 @@ QByteArray SampleFiles::progressiveJpeg(const QSize &size)
 
 QByteArray SampleFiles::turnedJpeg(const QSize &size, char orientation)
 {
-    // Only the orientation: a big-endian directory of one entry.
+    // The EXIF data have the orientation only: a big-endian directory with one entry.
     QByteArray exif("\0\0Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\0\0\0\0\0\0\0", 34);
     exif[27] = orientation;
     qToBigEndian(quint16(exif.size()), exif.data());

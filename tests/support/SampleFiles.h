@@ -5,33 +5,33 @@
 #include <QSize>
 #include <QUrl>
 
-// Files that tests are about, made in a folder of their own.
+// Files for tests, in a temporary folder.
 class SampleFiles {
 public:
     SampleFiles();
     ~SampleFiles();
     Q_DISABLE_COPY_MOVE(SampleFiles)
 
-    // The path of a file of that name with these contents, last changed long ago.
+    // Makes a file with this name and contents, last changed long ago. Returns its path.
     QByteArray file(const QByteArray &name, const QByteArray &contents) const;
 
     QByteArray path(const QByteArray &name) const;
 
     static QUrl url(const QByteArray &path);
 
-    // Says when a file was last changed, in seconds since the epoch.
+    // Sets the modification time of a file, in seconds since the epoch.
     static void setModified(const QByteArray &path, qint64 seconds, long nanoseconds = 0);
 
-    // A picture whose left half is red and right half blue, as a file of that format ("png", "jpeg", "bmp").
+    // A picture with a red left half and a blue right half, in the given format ("png", "jpeg", "bmp").
     static QByteArray picture(const char *format, const QSize &size);
 
-    // The same as a JPEG whose EXIF says how it is to be turned.
+    // The same as a JPEG with an EXIF orientation.
     static QByteArray turnedJpeg(const QSize &size, char orientation);
 
-    // The same as a JPEG that comes in scans of growing detail.
+    // The same as a progressive JPEG.
     static QByteArray progressiveJpeg(const QSize &size);
 
-    // The start of a PNG of that size, and nothing that could be decoded.
+    // The beginning of a PNG of that size, without pixels.
     static QByteArray pngHeader(const QSize &size);
 
 private:

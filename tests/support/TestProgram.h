@@ -11,7 +11,7 @@ namespace TestProgram {
 
 using Main = int (*)(int argc, char **argv);
 
-// Makes a test class known to main() before it runs.
+// Registers a test class before main() runs.
 struct Registration {
     Registration(const char *testClass, Main main);
 };

@@ -42,21 +42,21 @@ void VirtualMainQueue::async(std::function<void()> work)
     queue.append(std::move(work));
 }
 
-std::shared_ptr<Timer> VirtualMainQueue::arm(double seconds, bool repeats, std::function<void()> work)
+std::shared_ptr<Timer> VirtualMainQueue::arm(double seconds, double interval, std::function<void()> work)
 {
-    auto entry = std::make_shared<Entry>(Entry{time + seconds, repeats ? seconds : 0.0, serial++, std::move(work)});
+    auto entry = std::make_shared<Entry>(Entry{time + seconds, interval, serial++, std::move(work)});
     timers.push_back(entry);
     return std::make_shared<Handle>(entry);
 }
 
 std::shared_ptr<Timer> VirtualMainQueue::after(double seconds, std::function<void()> work)
 {
-    return arm(seconds, false, std::move(work));
+    return arm(seconds, 0.0, std::move(work));
 }
 
 std::shared_ptr<Timer> VirtualMainQueue::every(double seconds, std::function<void()> work)
 {
-    return arm(seconds, true, std::move(work));
+    return arm(seconds, seconds, std::move(work));
 }
 
 void VirtualMainQueue::runPending()
@@ -81,7 +81,7 @@ qsizetype VirtualMainQueue::pendingCount() const
 
 void VirtualMainQueue::advance(double seconds)
 {
-    // Sums of decimal fractions miss their mark by an ulp; a timer that is due "at" the end must still fire.
+    // Sums of decimal fractions are inexact, and a timer that is due exactly at the end must still fire.
     constexpr double kTolerance = 1e-9;
     const double end = time + seconds;
     runPending();
@@ -294,7 +294,7 @@ std::shared_ptr<FileEventStream> VirtualFileEventStreams::create(const QString &
 
 std::optional<QDateTime> VirtualFileEventStreams::creationDate(const QUrl &file) const
 {
-    // It may replace itself.
+    // The callback may replace itself.
     if (const auto callback = whenAsked)
         callback();
     if (!creationDates.contains(file))

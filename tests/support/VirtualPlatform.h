@@ -13,15 +13,16 @@
 
 using namespace Qt::StringLiterals;
 
-// A platform for tests: time, pasteboards, screens and answers are what the test says, and every call is recorded.
+// A platform for tests. The test decides the time, the pasteboards, the screens and all answers, and every call is
+// recorded.
 
-// What several services were asked, in the order across all of them.
+// The calls to several services, in their common order.
 class CallLog {
 public:
     void note(const QString &call);
 
     QStringList calls;
-    std::function<void(const QString &call)> onCall; // runs inside each call, before it does anything
+    std::function<void(const QString &call)> onCall; // called at the beginning of each call
 };
 
 class VirtualMainQueue : public MainQueue {
@@ -32,16 +33,16 @@ public:
     double now() const override { return time; }
     QDateTime currentDate() const override { return startDate.addMSecs(qRound64(time * 1000.0)); }
 
-    // Runs what is queued now, and what that queues in turn.
+    // Runs the queued work, and the work that it queues.
     void runPending();
 
-    // Moves time on by `seconds`, running everything that falls due in its order, then what is queued.
+    // Advances the time by `seconds`. Runs the timers that are due, in their order, and then the queued work.
     void advance(double seconds);
 
-    // How many calls of async() wait.
+    // The number of queued calls of async().
     qsizetype pendingCount() const;
 
-    // How many timers are armed.
+    // The number of active timers.
     qsizetype timerCount() const;
 
     QDateTime startDate = QDateTime::fromSecsSinceEpoch(1'700'000'000);
@@ -49,7 +50,7 @@ public:
 private:
     struct Entry;
     class Handle;
-    std::shared_ptr<Timer> arm(double seconds, bool repeats, std::function<void()> work);
+    std::shared_ptr<Timer> arm(double seconds, double interval, std::function<void()> work);
 
     double time = 0;
     quint64 serial = 0;
@@ -94,9 +95,9 @@ public:
 
     QColor accent = QColor(0, 122, 255);
     QStringList missingSymbols;
-    QIcon installedIcon; // the application's while "AppIcon" is missing
+    QIcon installedIcon; // the application's icon while "AppIcon" is missing
     bool panelTakesBack = false;
-    std::optional<double> scrollerWidth; // nothing: that of the style
+    std::optional<double> scrollerWidth; // without a value, the style decides
     mutable QList<std::pair<QString, QColor>> symbolRequests;
 };
 
@@ -137,9 +138,9 @@ public:
     std::optional<Token> addNear(const QRectF &frame, std::function<void()> handler) override;
     void remove(Token token) override;
 
-    QRectF nearFrame; // of the last monitor that asked for one
+    QRectF nearFrame; // of the last monitor with a frame
 
-    // Delivers one event to the monitors that follow it.
+    // Sends one event to the monitors whose mask has it.
     void send(EventMask event);
     qsizetype count(quint32 mask) const;
 
@@ -189,7 +190,7 @@ public:
     mutable QStringList applicationLookups;
     QList<QUrl> folders = {QUrl::fromLocalFile(u"/Applications"_s), QUrl::fromLocalFile(u"/Users/me/Applications"_s)};
     QList<QUrl> iconRequests;
-    bool holdsIcons = false; // they are then found when the test says so
+    bool holdsIcons = false; // the test then completes the requests for icons
     QList<IconFound> heldIcons;
 };
 
@@ -210,7 +211,7 @@ public:
     bool install(Handler tapHandler) override;
     void remove() override;
 
-    // Presses a key anywhere; true when the tap swallowed it.
+    // Presses a key in any program. True when the tap swallows it.
     bool press(Qt::Key key, Qt::KeyboardModifiers modifiers);
 
     Handler handler;
@@ -227,14 +228,14 @@ public:
                                             std::function<void()> handler) override;
     std::optional<QDateTime> creationDate(const QUrl &file) const override;
 
-    // Calls back every started stream.
+    // Calls every started stream's callback.
     void send();
 
     QList<std::shared_ptr<Stream>> streams;
     bool refuses = false;
     CallLog *log = nullptr;
     QMap<QUrl, QDateTime> creationDates;
-    std::function<void()> whenAsked; // runs before a creation date is answered
+    std::function<void()> whenAsked; // called before a creation date is returned
 };
 
 struct VirtualFileEventStreams::Stream : FileEventStream {
@@ -253,7 +254,7 @@ class VirtualThumbnailGenerator : public ThumbnailGenerator {
 public:
     struct Request {
         QUrl file;
-        QSizeF size; // what the square came to
+        QSizeF size; // the size in points
         double scale;
         std::function<void(std::optional<QImage>)> completion;
         Delayed delayed;
@@ -261,12 +262,12 @@ public:
 
     void generate(const QUrl &file, double edge, double scale, Completion completion, Delayed delayed) override;
 
-    // Answers the oldest open request, or all of them, with a picture of one colour, or with none.
+    // Answers the oldest open request, or all of them, with a picture of one colour or with nothing.
     void completeFirst(std::optional<QImage> image);
     void completeAll(const std::optional<QImage> &image);
 
     QMap<QUrl, QSize> pixelSizes;
-    QList<Request> requests; // open ones
+    QList<Request> requests; // the open requests
     int requestCount = 0;
 };
 
@@ -281,13 +282,13 @@ public:
 
     QMap<QString, QPointer<QWidget>> panels; // by role
     QList<PanelStyle> styles;
-    QMap<const QWidget *, double> alphas; // the last one of each window
+    QMap<const QWidget *, double> alphas; // the last opacity of each window
     std::function<void(QWidget &window)> whenOrderedFront;
     std::function<void(QWidget &window)> whenOrderedOut;
     int ordersFront = 0;
     int ordersOut = 0;
     bool blends = true;
-    bool hasMaterial = false; // draws the panels' background
+    bool hasMaterial = false; // whether the platform draws the background of panels
     CallLog *log = nullptr;
 };
 
@@ -305,7 +306,7 @@ public:
     // Ends the oldest running session.
     void end(DragOperation operation);
 
-    QList<Session> sessions; // running ones
+    QList<Session> sessions; // the running sessions
     int begun = 0;
 };
 
@@ -344,7 +345,7 @@ public:
 
     std::unique_ptr<StatusItem> createItem() override;
 
-    // The item now in the status bar; null when there is none.
+    // The current item in the status bar, or null.
     Item *item = nullptr;
     int created = 0;
     CallLog *log = nullptr;
@@ -367,7 +368,7 @@ public:
     AlertAnswer runModal(const Alert &alert) override;
 
     QList<Alert> shown;
-    QList<AlertAnswer> answers;       // taken from the front; the last button without a check when none is left
+    QList<AlertAnswer> answers;       // used from the front; when none is left, the last button without a check
     std::function<void()> whileShown; // runs while an alert is on screen
     CallLog *log = nullptr;
 };
@@ -377,19 +378,18 @@ public:
     std::optional<QUrl> runModal(const OpenPanel &panel, QWidget *window) override;
 
     QList<OpenPanel> shown;
-    QList<QPointer<QWidget>> windows; // over which each was shown
-    std::optional<QUrl> choice;       // nothing: the user cancels
+    QList<QPointer<QWidget>> windows; // the windows above which each was shown
+    std::optional<QUrl> choice;       // without a value, the user cancels
     std::function<void()> whileShown; // runs while a panel is on screen
 };
 
-// A Platform of the above, with each member at hand in its own type.
+// A Platform that consists of the virtual services, with each one accessible by its own type.
 class VirtualPlatform {
 public:
     VirtualPlatform();
 
-    // What the services of a launch and of a change of the settings are asked: "makeStatusItem", "isProcessTrusted",
-    // "addMonitor MASK", "openStream", "isLoginItemEnabled", "synchronize", "setPolicy", "activate", "orderFront" and
-    // "alert".
+    // The calls of a launch and of a change of settings: "makeStatusItem", "isProcessTrusted", "addMonitor MASK",
+    // "openStream", "isLoginItemEnabled", "synchronize", "setPolicy", "activate", "orderFront" and "alert".
     CallLog log;
 
     Platform platform;

@@ -46,7 +46,7 @@ void BridgedDragPoll::stop()
 
 void BridgedDragPoll::ask()
 {
-    // A compositor that is busy is not asked twice.
+    // While an answer is due, no second question is sent.
     if (std::exchange(isAnswerDue, true))
         return;
     const xcb_atom_t answer = connection->atom("_PARKLET_DRAG_GOES_ON");
@@ -60,7 +60,7 @@ void BridgedDragPoll::handle(const xcb_generic_event_t &event)
     if (eventType(event) != XCB_SELECTION_NOTIFY)
         return;
     const auto &answer = reinterpret_cast<const xcb_selection_notify_event_t &>(event);
-    // An answer that comes late may be about the drag before.
+    // A late answer may belong to the drag before.
     if (answer.requestor != requestor || answer.time != began)
         return;
     isAnswerDue = false;

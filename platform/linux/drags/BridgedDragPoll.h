@@ -8,19 +8,19 @@
 #include <functional>
 #include <memory>
 
-// Asks a Wayland compositor whether the drag that it carries over to its X server goes on, as nothing tells of its end.
-// It answers by itself, without the drag's source. Between drags nothing is asked.
+// Asks a Wayland compositor repeatedly whether a drag of a native program is still in progress, because no event on its
+// X server reports the end. The compositor answers without the drag's source. Between drags it asks nothing.
 class BridgedDragPoll {
 public:
     explicit BridgedDragPoll(std::shared_ptr<XcbConnection> connection);
     ~BridgedDragPoll();
 
-    // The drag goes on.
+    // The drag is still in progress.
     std::function<void()> onGoesOn;
-    // It is over; nothing is asked any more.
+    // The drag is over, and the polling has stopped.
     std::function<void()> onOver;
 
-    // Begins to ask, in the name of the event at `time` with which the drag began.
+    // Starts to poll. `time` is the time of the event with which the drag began.
     void start(xcb_timestamp_t time);
     void stop();
 

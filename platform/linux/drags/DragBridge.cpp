@@ -8,7 +8,7 @@
 
 namespace {
 
-// Newer servers have an extension of this name; older ones are known by their devices.
+// Newer XWayland servers have an extension of this name. Older ones are recognised by the names of their devices.
 constexpr std::string_view kExtension = "XWAYLAND";
 constexpr std::string_view kDevicePrefix = "xwayland-";
 
@@ -27,7 +27,7 @@ bool DragBridge::owns(xcb_window_t window)
         connection->values(connection->root(), connection->atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW);
     if (manager.empty() || manager.front() == XCB_NONE)
         return false;
-    // What a client makes differs only in the bits of this mask.
+    // All resources of one client have the same bits outside this mask.
     const quint32 ofClient = ~xcb_get_setup(connection->get())->resource_id_mask;
     return (window & ofClient) == (manager.front() & ofClient);
 }
@@ -53,6 +53,6 @@ bool DragBridge::isOnXwayland()
         if (name.starts_with(kDevicePrefix))
             return *(onXwayland = true);
     }
-    // Asked again the next time: its devices come and go with those of the session.
+    // The next call asks again, because devices come and go with those of the session.
     return false;
 }

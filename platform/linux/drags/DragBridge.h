@@ -6,21 +6,22 @@
 #include <memory>
 #include <optional>
 
-// A Wayland compositor, as it stands on its X server for the native programs of its session: in their drags it owns
-// the selection, and in drags of X programs it is the destination.
+// The Wayland compositor behind an X server (XWayland). During a drag of a native program the compositor owns the
+// selection XdndSelection; during a drag of an X program it is the destination.
 class DragBridge {
 public:
     explicit DragBridge(std::shared_ptr<XcbConnection> connection);
 
-    // Whether a window belongs to that compositor; never on a server that is not one of Wayland's. Some round trips.
+    // Whether a window belongs to that compositor. Always false on a server that is not XWayland. Takes a few round
+    // trips to the server.
     bool owns(xcb_window_t window);
 
-    // Takes a server for one of Wayland's, or not, whatever it says.
+    // For tests: treats the server as XWayland or not, whatever it really is.
     void assume(bool isXwayland) { onXwayland = isXwayland; }
 
 private:
     bool isOnXwayland();
 
     std::shared_ptr<XcbConnection> connection;
-    std::optional<bool> onXwayland; // once it is known
+    std::optional<bool> onXwayland; // empty until it is known
 };

@@ -23,7 +23,7 @@ void announceDragPicture(WId window)
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!x11)
         return;
-    // By Qt's own connection: on another one the window may not exist yet.
+    // Use Qt's connection: on another connection the window may not exist yet.
     xcb_connection_t *connection = x11->connection();
     const xcb_atom_t type = intern(connection, "_NET_WM_WINDOW_TYPE_DND");
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
@@ -34,7 +34,7 @@ void announceDragPicture(WId window)
 
 DragWindowSetup::DragWindowSetup(const QPixmap &picture, bool blends)
 {
-    // Qt means to do this itself, but before the window can take it.
+    // Qt sets the mask too, but before the window exists.
     if (!blends && picture.hasAlphaChannel()) {
         const QImage alpha = picture.mask().toImage().scaled(picture.deviceIndependentSize().toSize());
         outline = QRegion(QBitmap::fromImage(alpha));
@@ -44,13 +44,13 @@ DragWindowSetup::DragWindowSetup(const QPixmap &picture, bool blends)
 
 bool DragWindowSetup::eventFilter(QObject *object, QEvent *event)
 {
-    // The window can take an outline by now, and is not yet on the screen.
+    // At this event the window exists and is not yet on the screen.
     if (event->type() != QEvent::Show)
         return false;
     auto *window = qobject_cast<QWindow *>(object);
     if (!window || !isDragWindow(*window))
         return false;
-    // Qt makes it once more as it shows it, with the outline but not with what is set from outside.
+    // Qt creates the native window anew when it shows it. It keeps the mask, but not properties that others have set.
     QMetaObject::invokeMethod(
         window, [window] { announceDragPicture(window->winId()); }, Qt::QueuedConnection);
     if (!outline.isEmpty())

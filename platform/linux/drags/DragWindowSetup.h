@@ -6,12 +6,12 @@
 #include <QRegion>
 #include <QWindow>
 
-// As long as it lives, prepares the window in which Qt shows the picture of a drag, before it comes up: it is announced
-// as what it is, so that a compositor draws no shadow for it, and where nothing blends it has the outline of its
+// While it exists, it prepares the window in which Qt shows the picture of a drag, before the window shows. It sets the
+// window's type, so that a compositor draws no shadow. Without a compositor it gives the window the outline of the
 // picture.
 class DragWindowSetup : public QObject {
 public:
-    // `picture` is what Qt shows; with `blends` it may be translucent.
+    // `picture` is what Qt shows. It may be translucent if `blends`.
     DragWindowSetup(const QPixmap &picture, bool blends);
 
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -20,5 +20,5 @@ private:
     QRegion outline; // empty for the whole window
 };
 
-// Whether `window` is one that Qt drags along below the pointer.
+// Whether `window` is the one in which Qt shows the picture of a drag below the pointer.
 bool isDragWindow(const QWindow &window);

@@ -3,7 +3,7 @@
 
 namespace {
 
-// The first version of the protocol whose destinations tell how a drop went.
+// The first version of XDND whose destinations report how a drop ended.
 constexpr quint32 kTellsOutcome = 5;
 
 } // namespace

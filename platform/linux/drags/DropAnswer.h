@@ -5,12 +5,13 @@
 
 #include <optional>
 
-// A destination's last word on a drop.
+// What a destination reports in XdndFinished, the last message about a drop.
 struct DropAnswer {
     bool accepted = false;
-    std::optional<DragOperation> performed; // nothing when it named none, or one that has no name here
+    std::optional<DragOperation> performed; // empty when it named no operation, or an unknown one
 };
 
-// What the destination of a drop did. `version` is that of the protocol it speaks: before the fifth its answer said
-// only that it was done. An accepted drop whose operation it does not tell was the one that was `offered`.
+// The operation that the destination of a drop has performed. `version` is the version of XDND that it speaks: before
+// version 5, XdndFinished has no details. An accepted drop without a named operation counts as the one that was
+// `offered`.
 DragOperation performedOperation(const DropAnswer &answer, quint32 version, DragOperation offered);

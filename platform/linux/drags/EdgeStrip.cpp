@@ -15,7 +15,7 @@ constexpr double kEqually = 0.5; // points by which two distances may differ
 
 EdgeStrip::EdgeStrip(const QRect &place)
 {
-    // Only a translucent window is told of drags that the compositor carries over.
+    // The compositor forwards drags of native programs only to translucent windows.
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
@@ -31,7 +31,7 @@ void EdgeStrip::dragEnterEvent(QDragEnterEvent *event)
 
 void EdgeStrip::dragMoveEvent(QDragMoveEvent *event)
 {
-    // A drop here must come to nothing: told of anything else, its source may take the file for moved.
+    // A drop here must fail. After any other answer its source may consider the file moved.
     event->ignore();
     if (onPointer)
         onPointer(mapToGlobal(event->position()));

@@ -9,13 +9,14 @@
 #include <functional>
 #include <optional>
 
-// An invisible window that notices a drag over it and takes nothing. It exists only while it is needed, as it takes
-// clicks and drops from what is below it.
+// An invisible window that notices a drag over it and accepts no drop. It takes clicks and drops from the windows below
+// it, so it exists only while it is needed.
 class EdgeStrip : public QWidget {
 public:
     explicit EdgeStrip(const QRect &place);
 
-    // Where the pointer of the drag is, in the points of Qt; nothing when it leaves.
+    // Reports where the pointer of the drag is, in points of Qt (origin at the top left), and nothing when the drag
+    // leaves.
     std::function<void(std::optional<QPointF> position)> onPointer;
 
 protected:
@@ -24,6 +25,6 @@ protected:
     void dragLeaveEvent(QDragLeaveEvent *event) override;
 };
 
-// Where a drag shows that it comes near to `frame`: along the edge of `visible` that is next to it, or along two edges
-// when both are, 120 points beyond the frame to both sides.
+// The strips in which a drag counts as near to `frame`: they lie along the edge of `visible` that is next to `frame`,
+// or along two edges when both are equally near, and extend 120 points beyond `frame` to both sides. In points of Qt.
 QList<QRect> edgeStrips(const QRectF &frame, const QRectF &visible);

@@ -25,7 +25,7 @@ std::vector<xcb_keycode_t> keycodes(xcb_key_symbols_t *symbols, xcb_keysym_t sym
     return codes;
 }
 
-// The modifier that Num Lock is on this keyboard; 0 when it has none.
+// The modifier to which the keyboard maps Num Lock, or 0.
 quint16 numLockModifier(XcbConnection &connection, xcb_key_symbols_t *symbols)
 {
     const auto codes = keycodes(symbols, kNumLock);
@@ -42,7 +42,7 @@ quint16 numLockModifier(XcbConnection &connection, xcb_key_symbols_t *symbols)
     return 0;
 }
 
-// A grab is for one exact set of modifiers, and the lock keys count among them.
+// A grab applies to one exact set of modifiers, and the lock keys are modifiers too.
 std::array<quint16, 4> lockCombinations(quint16 numLock)
 {
     return {0, XCB_MOD_MASK_LOCK, numLock, static_cast<quint16>(numLock | XCB_MOD_MASK_LOCK)};
@@ -74,7 +74,7 @@ EscapeGrab::EscapeGrab(std::shared_ptr<XcbConnection> xcb, std::function<void()>
 
 EscapeGrab::~EscapeGrab()
 {
-    // Only Escape was grabbed here, with whichever modifiers.
+    // This releases Escape with every set of modifiers. Nothing else is grabbed on this connection.
     for (const xcb_keycode_t key : keys)
         xcb_ungrab_key(connection->get(), key, connection->root(), XCB_MOD_MASK_ANY);
     connection->flush();

@@ -9,10 +9,10 @@
 #include <memory>
 #include <vector>
 
-// Takes the Escape key from whichever window has the focus, as long as it lives.
+// Grabs the Escape key while it exists, whichever window has the focus.
 class EscapeGrab {
 public:
-    // `onPressed` runs on the main loop. Where another program holds the key already, it never does.
+    // Calls `onPressed` on the main thread. Never calls it when another program has already grabbed the key.
     EscapeGrab(std::shared_ptr<XcbConnection> connection, std::function<void()> onPressed);
     ~EscapeGrab();
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-// How often a source that refuses is asked again.
+// A source that refuses is asked again at most so many times.
 constexpr int kRetries = 10;
 
 } // namespace
@@ -63,13 +63,13 @@ void ForeignDrag::refused(Question question)
     }
 }
 
-void ForeignDrag::offered(Question question, bool hasURIList, bool hasLink)
+void ForeignDrag::offered(Question question, const Offers &offers)
 {
     if (!isCurrent(question) || !isAsking() || target != Target::Offers)
         return;
-    if (hasURIList)
+    if (offers.uriList)
         refusedForNow();
-    else if (hasLink)
+    else if (offers.link)
         ask(Target::Link, askedTime);
     else
         tell({}, true);
@@ -118,7 +118,7 @@ void ForeignDrag::pieceArrived(Question question, const QByteArray &piece)
     pieces += piece;
     if (pieces.size() <= kLongestAddressList)
         return;
-    // What is there decides, and no further piece is taken.
+    // What has arrived so far decides, and later pieces are ignored.
     answered(question, std::exchange(pieces, {}));
     if (isCurrent(question))
         ++current;
@@ -159,7 +159,7 @@ void ForeignDrag::tell(const QList<QUrl> &urls, bool withoutFiles)
 
 void ForeignDrag::know(const QList<QUrl> &urls)
 {
-    // A late answer without files tells nothing new.
+    // A late answer without files changes nothing.
     const bool isNews = (state != State::Known && state != State::Silent) || !urls.isEmpty();
     state = State::Known;
     files = urls;

@@ -7,62 +7,68 @@
 
 #include <functional>
 
-// What is known of the drag in another application, from the moment its source announces it until it ends. It is fed
-// with what happens, one drag after another, and says what to ask the source for; a source may answer at once, late,
-// in pieces, wrongly or never.
+// The state of the drag in another program, from its announcement to its end, one drag after another. Its owner reports
+// what happens and asks the source what this class wants to know. A source may answer at once, late, in pieces, wrongly
+// or never.
 class ForeignDrag {
 public:
-    // Names one question to a source; answers to any but the newest are dropped.
+    // The number of a question to a source. Only the answer to the newest question counts.
     using Question = quint64;
 
-    // What a source is asked for: its list of URLs, what it offers at all, or the link that it carries.
+    // What a source is asked for: its list of URLs, the list of types that it offers, or the link that it carries.
     enum class Target { URIList, Offers, Link };
 
-    // Asks the source for `target`, in the name of the pointer event at `time` (milliseconds of the server).
+    // Asks the source for `target` with the time of a pointer event (milliseconds of the X server).
     std::function<void(Question question, Target target, quint32 time)> onAsk;
-    // The pointer moved, or what the drag carries became known.
+    // The pointer moved, or the source has told what the drag carries.
     std::function<void()> onDragged;
     std::function<void()> onEnded;
 
     bool isInProgress() const { return inProgress; }
 
-    // Moves each time that it becomes known what a drag carries.
+    // Grows each time the source has told what a drag carries.
     qint64 changeCount() const { return count; }
 
-    // Whether the drag in progress has told what it carries, and there is no file in it.
+    // Whether the source of the drag in progress has told what it carries, and there is no file in it.
     bool isWithoutFiles() const { return inProgress && isToldWithoutFiles; }
 
-    // All files that the drag in progress carries; empty when it carries anything else or that is not known (yet).
+    // All files that the drag in progress carries. Empty when it carries anything else, and until the source has
+    // answered.
     const QList<QUrl> &fileURLs() const { return files; }
 
-    // A source announced a drag at `time`. One that is in progress has then ended.
+    // A source has announced a drag at `time`. An earlier drag is over then.
     void begin(quint32 time);
 
-    // The drag is over; nothing when there is none.
+    // The drag is over. Does nothing when no drag is in progress.
     void end();
 
     void pointerMoved(quint32 time);
 
-    // The same where the pointer cannot be followed: the drag goes on.
+    // Call it instead of pointerMoved() when the pointer is unknown: the drag is still in progress at `time`.
     void wentOn(quint32 time);
 
-    // The source refused to answer. One that has no list of URLs may still offer the link to a file, as browsers do, so
-    // it is asked what it offers. Some refuse every question but one that bears the time of their latest pointer event;
-    // they are asked again with the next few.
+    // The source refused to answer. It is asked next which types it offers, because a browser may offer no list of URLs
+    // but a link to a file. Some sources refuse every question that does not have the time of their latest pointer
+    // event, so they are asked again at the next few events.
     void refused(Question question);
 
-    // The source told whether it offers a list of URLs and a link.
-    void offered(Question question, bool hasURIList, bool hasLink);
+    struct Offers {
+        bool uriList = false;
+        bool link = false;
+    };
 
-    // The source answered with what it was asked for, or with something else.
+    // The source has answered which of these types it offers.
+    void offered(Question question, const Offers &offers);
+
+    // The source has answered with the requested type, or with another one.
     void answered(Question question, const QByteArray &data);
     void answeredWrongly(Question question);
 
-    // The answer comes in pieces; an empty one is the last.
+    // The answer arrives in pieces. An empty piece is the last.
     void answersInPieces(Question question);
     void pieceArrived(Question question, const QByteArray &piece);
 
-    // Nothing came for too long. The drag counts as one without files, unless the answer comes after all.
+    // The source has sent nothing for too long. The drag counts as one without files until a late answer arrives.
     void silent();
 
 private:
@@ -83,6 +89,6 @@ private:
     int retries = 0;
     QByteArray pieces;
     qint64 count = 0;
-    bool isToldWithoutFiles = false; // by the source, and not only given up
+    bool isToldWithoutFiles = false; // by the source itself, and not after a timeout
     QList<QUrl> files;
 };

@@ -2,6 +2,7 @@
 #include "platform/linux/drags/ForeignDragWatcher.h"
 
 #include "platform/FileURLs.h"
+#include "platform/common/DragSources.h"
 
 #include <xcb/xfixes.h>
 #include <xcb/xinput.h>
@@ -15,15 +16,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A mute source is given up after this.
-constexpr auto kSilence = 500ms;
-// Some drags end without a button event that we are told of.
+// Some drags end without a button event that reaches this program.
 constexpr auto kWatchdogInterval = 250ms;
-// An older client of XInput is not told of the release while another one has grabbed the pointer.
+// A client of an older XInput does not receive the release while another client has grabbed the pointer.
 constexpr quint16 kXInputMajor = 2;
 constexpr quint16 kXInputMinor = 2;
 constexpr quint16 kXInputLeastMinor = 1;
-// How much of a property is read, in the protocol's units of four bytes: enough to see that there is too much.
+// At most so much of a property is read, in the protocol's units of four bytes: one unit more than the longest list.
 constexpr quint32 kLongestProperty = kLongestAddressList / 4 + 1;
 constexpr quint8 kBytes = 8;
 
@@ -55,7 +54,7 @@ ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb, const
             silence.stop();
             pointer.reset();
         } else {
-            followPointer(false);
+            ignorePointer();
         }
         asked = {};
         if (onEnded)
@@ -64,7 +63,7 @@ ForeignDragWatcher::ForeignDragWatcher(std::shared_ptr<XcbConnection> xcb, const
     poll.onGoesOn = [this] { foreignDrag.wentOn(began); };
     poll.onOver = [this] { foreignDrag.end(); };
     silence.setSingleShot(true);
-    silence.setInterval(kSilence);
+    silence.setInterval(kLongestSilence);
     QObject::connect(&silence, &QTimer::timeout, this, [this] { foreignDrag.silent(); });
     watchdog.setInterval(kWatchdogInterval);
     QObject::connect(&watchdog, &QTimer::timeout, this, [this] { endUnlessLeftButtonDown(); });
@@ -116,8 +115,8 @@ bool ForeignDragWatcher::speaksExtensions()
 
 void ForeignDragWatcher::makeRequestor()
 {
-    // Each question has an answer of its own, so that a late one is known for what it is; names are never freed, so
-    // they are used in turn.
+    // Each question has a property of its own, so that a late answer is recognised. The server never frees the names of
+    // properties, so a few are used in turn.
     for (std::size_t i = 0; i < answerProperties.size(); ++i)
         answerProperties[i] = connection->atom("_PARKLET_DRAG_" + QByteArray::number(int(i)));
     requestor = xcb_generate_id(connection->get());
@@ -131,7 +130,7 @@ void ForeignDragWatcher::handle(const xcb_generic_event_t &event)
     const quint8 type = eventType(event);
     if (type == selectionEvent) {
         const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
-        // The server names the last owner also when it has gone.
+        // The event names the last owner even when that owner has gone.
         const bool isOwned = change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
         if (change.selection == selection)
             selectionChanged(isOwned ? change.owner : xcb_window_t{XCB_NONE}, change.selection_timestamp);
@@ -147,20 +146,20 @@ void ForeignDragWatcher::handle(const xcb_generic_event_t &event)
 void ForeignDragWatcher::selectionChanged(xcb_window_t owner, xcb_timestamp_t time)
 {
     foreignDrag.end();
-    // Any program may own the selection at any time; with the button down it is a drag.
+    // Any program may own the selection at any time. It is a drag only while a button is down.
     if (owner == XCB_NONE || connection->isOwn(owner))
         return;
     bridged = bridge.owns(owner);
     if (bridged) {
-        // The compositor owns it in drags only, and the button was pressed where the server does not see it.
+        // The compositor owns the selection during drags only. The X server does not know that a button is down.
         beginBridged(time);
         return;
     }
-    followPointer(true);
+    followPointer();
     if (isLeftButtonDown())
         foreignDrag.begin(time);
     else
-        followPointer(false);
+        ignorePointer();
 }
 
 void ForeignDragWatcher::beginBridged(xcb_timestamp_t time)
@@ -191,7 +190,7 @@ void ForeignDragWatcher::inputHappened(const xcb_ge_generic_event_t &event)
         break;
     case XCB_INPUT_RAW_BUTTON_RELEASE:
     case XCB_INPUT_RAW_TOUCH_END:
-        // The event names the button as the device counts it; the user's left one may be another.
+        // The event has the button's physical number. The user's left button may have another one.
         endUnlessLeftButtonDown();
         break;
     default:
@@ -206,7 +205,7 @@ void ForeignDragWatcher::selectionAnswered(const xcb_selection_notify_event_t &e
     const bool isCurrent = asked.question != 0 && event.time == asked.time &&
                            (event.property == asked.property || event.property == XCB_ATOM_NONE);
     if (!isCurrent) {
-        // What is put where the current answer belongs may be that answer already.
+        // If the late answer is in the property of the current question, it may be the current answer already.
         if (event.property != XCB_ATOM_NONE && event.property != asked.property)
             xcb_delete_property(connection->get(), requestor, event.property);
         return;
@@ -221,14 +220,14 @@ void ForeignDragWatcher::selectionAnswered(const xcb_selection_notify_event_t &e
                                                                    XCB_ATOM_ANY, 0, kLongestProperty));
     silence.stop();
     if (answer && answer->type == pieceWise) {
-        // Having its first property read away is the sign for the source to go on.
+        // The source sends the next piece after its first property has been deleted.
         asked.inPieces = true;
         silence.start();
         foreignDrag.answersInPieces(asked.question);
     } else if (answer && asked.target == targets && answer->type == XCB_ATOM_ATOM && answer->bytes_after == 0) {
         takeOffers(*answer);
     } else if (answer && asked.target != targets && answer->type == asked.target && answer->format == kBytes) {
-        // It is deleted by the read unless there is more of it.
+        // The server deletes a property that was read to its end, and keeps it otherwise.
         if (answer->bytes_after > 0)
             xcb_delete_property(connection->get(), requestor, asked.property);
         const auto *bytes = static_cast<const char *>(xcb_get_property_value(answer.get()));
@@ -245,7 +244,7 @@ void ForeignDragWatcher::takeOffers(const xcb_get_property_reply_t &offers)
     const auto isOffered = [&offered](xcb_atom_t type) {
         return std::find(offered.begin(), offered.end(), type) != offered.end();
     };
-    foreignDrag.offered(asked.question, isOffered(uriList), isOffered(link));
+    foreignDrag.offered(asked.question, {.uriList = isOffered(uriList), .link = isOffered(link)});
 }
 
 void ForeignDragWatcher::propertyChanged(const xcb_property_notify_event_t &event)
@@ -253,7 +252,7 @@ void ForeignDragWatcher::propertyChanged(const xcb_property_notify_event_t &even
     if (event.window != requestor || event.state != XCB_PROPERTY_NEW_VALUE)
         return;
     if (event.atom != asked.property) {
-        // A source that is late is let finish, or it would wait and the server keep what it wrote.
+        // Delete each late piece, so that its source can finish and the server keeps nothing.
         xcb_delete_property(connection->get(), requestor, event.atom);
         return;
     }
@@ -301,20 +300,27 @@ xcb_atom_t ForeignDragWatcher::nameOf(ForeignDrag::Target target) const
     return uriList;
 }
 
-void ForeignDragWatcher::followPointer(bool follow)
+void ForeignDragWatcher::followPointer()
+{
+    selectPointerEvents(kPointerEvents);
+    watchdog.start();
+}
+
+void ForeignDragWatcher::ignorePointer()
+{
+    selectPointerEvents(0);
+    watchdog.stop();
+    silence.stop();
+}
+
+void ForeignDragWatcher::selectPointerEvents(quint32 mask)
 {
     const struct {
         xcb_input_event_mask_t head;
         quint32 mask;
-    } selected{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, follow ? kPointerEvents : 0};
+    } selected{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, mask};
     xcb_input_xi_select_events(connection->get(), connection->root(), 1, &selected.head);
     connection->flush();
-    if (follow) {
-        watchdog.start();
-    } else {
-        watchdog.stop();
-        silence.stop();
-    }
 }
 
 void ForeignDragWatcher::endUnlessLeftButtonDown()

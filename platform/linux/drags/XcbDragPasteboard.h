@@ -7,7 +7,7 @@
 
 class ForeignDragWatcher;
 
-// What the watcher has read from the drag now in progress in another program.
+// The files of the drag that is in progress in another program, as the watcher has read them.
 class XcbDragPasteboard : public DragPasteboard {
 public:
     explicit XcbDragPasteboard(std::shared_ptr<const ForeignDragWatcher> watcher);

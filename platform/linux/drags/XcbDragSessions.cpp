@@ -26,10 +26,10 @@
 namespace {
 
 constexpr char kURIList[] = "text/uri-list";
-// Sizes of what a property holds, in bits.
+// The sizes of a property's elements, in bits.
 constexpr quint8 kBytes = 8;
 constexpr quint8 kLongs = 32;
-// The wheel's turns are reported as presses and releases of these.
+// The X server reports turns of the wheel as presses of these buttons.
 constexpr quint32 kFirstWheelButton = 4;
 constexpr quint32 kLastWheelButton = 7;
 
@@ -43,7 +43,7 @@ QPoint wholePixels(xcb_input_fp1616_t x, xcb_input_fp1616_t y)
     return {x >> 16, y >> 16};
 }
 
-// The picture that is dragged along is a window of ours right below the pointer.
+// Whether a window passes drops to the windows below it, as the window with the picture of the drag does.
 bool letsDropsThrough(xcb_window_t window)
 {
     return std::ranges::any_of(QGuiApplication::allWindows(), [window](const QWindow *own) {
@@ -94,8 +94,8 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
     const DragPicture picture =
         dragPicture(items, source.mapFromGlobal(QPointF(QCursor::pos())),
                     {.scale = source.devicePixelRatioF(), .accent = accentColor(), .blends = blends});
-    // Qt keeps the drag for a destination that reads it later and deletes it itself. Its parent outlives `source`:
-    // a drag whose parent is deleted under way never ends.
+    // Qt keeps the drag for a destination that reads it later, and deletes it. A drag whose parent is deleted before
+    // its end never ends; this object outlives `source`.
     auto *drag = new QDrag(this);
     auto contentsOfDrag = uriList(items);
     Running session;
@@ -114,7 +114,7 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
     Qt::DropAction promised = Qt::IgnoreAction;
     {
         const DragWindowSetup setup(picture.pixmap, blends);
-        // Our panels never have the focus, so Escape would go to another program.
+        // The panels of this program never have the focus, so another program would receive Escape.
         const EscapeGrab escape(connection, [] { QDrag::cancel(); });
         promised = drag->exec(dropAction(offered), dropAction(offered));
     }
@@ -125,7 +125,7 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
     if (promised == Qt::IgnoreAction) {
         ended(DragOperation::None);
     } else if (session.target && connection->isOwn(session.target->window)) {
-        // Our own window has already answered when Qt returns.
+        // The destination is a window of this program and has already answered.
         ended(dragOperation(promised));
     } else {
         session.isBridged = session.target && bridge.owns(session.target->receiver);
@@ -150,7 +150,7 @@ bool XcbDragSessions::nativeEventFilter(const QByteArray &source, void *message,
         break;
     }
     case XCB_SELECTION_REQUEST:
-        // Answered here, Qt must not refuse it.
+        // Qt must not see a request that is answered here, because it would refuse it.
         return requested(reinterpret_cast<const xcb_selection_request_event_t &>(event));
     case XCB_BUTTON_RELEASE: {
         const auto &release = reinterpret_cast<const xcb_button_release_event_t &>(event);
@@ -178,7 +178,7 @@ bool XcbDragSessions::nativeEventFilter(const QByteArray &source, void *message,
     return false;
 }
 
-// Comes before Qt sees the release and drops, so the destination has not yet closed or moved its window.
+// This runs before Qt handles the release and drops, so the destination has not yet closed or moved its window.
 void XcbDragSessions::released(const QPoint &position)
 {
     if (!running)
@@ -188,7 +188,8 @@ void XcbDragSessions::released(const QPoint &position)
         haveUserAsked(running->target->receiver);
 }
 
-// Other drags are the business of Qt, which is stricter: a source may refuse who is not its destination.
+// Qt answers the requests of all other destinations. It is stricter: a source may refuse a program that is not its
+// destination.
 bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
 {
     const xcb_atom_t targets = connection->atom("TARGETS");
@@ -198,7 +199,7 @@ bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
     Running *drag = dragAskedFor();
     if (!drag || !bridge.owns(request.requestor))
         return false;
-    // A client of old may leave the property to the owner.
+    // Old clients leave the choice of the property to the owner.
     const xcb_atom_t property = request.property != XCB_ATOM_NONE ? request.property : request.target;
     if (request.target == targets) {
         const std::array<xcb_atom_t, 2> offers = {targets, list};
@@ -226,7 +227,7 @@ bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
     return true;
 }
 
-// Some windows ask only after the drop.
+// The drag to which a request belongs: some windows ask only after the drop, when the drag is no longer in progress.
 XcbDragSessions::Running *XcbDragSessions::dragAskedFor()
 {
     if (running)
@@ -234,7 +235,8 @@ XcbDragSessions::Running *XcbDragSessions::dragAskedFor()
     return waiting.empty() ? nullptr : &waiting.back().drag;
 }
 
-// Native windows know no links: offered one, a compositor has them copy. It is told to have them ask the user instead.
+// Native Wayland windows cannot make links, and a compositor lets them copy instead. This asks the compositor to let
+// the user choose.
 void XcbDragSessions::haveUserAsked(xcb_window_t target)
 {
     auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -247,7 +249,7 @@ void XcbDragSessions::haveUserAsked(xcb_window_t target)
     position.type = connection->atom("XdndPosition");
     position.data.data32[0] = running->source;
     position.data.data32[4] = connection->atom("XdndActionAsk");
-    // By Qt's own connection, so that it comes between the messages that Qt sends.
+    // Use Qt's connection, so that the message is in order with those that Qt sends.
     xcb_send_event(x11->connection(), 0, target, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char *>(&position));
     xcb_flush(x11->connection());
 }
@@ -283,7 +285,7 @@ void XcbDragSessions::finished(const xcb_client_message_event_t &message)
     const auto outcome = [&answer](const Running &drop) {
         return performedOperation(answer, drop.target ? drop.target->version : kXdndVersion, drop.offered);
     };
-    // Several drops on one window are finished in their order.
+    // A destination finishes several drops on one window in their order.
     const auto drop = std::ranges::find_if(waiting, concerns, &Waiting::drag);
     if (drop != waiting.end())
         settle(drop->id, outcome(drop->drag));
@@ -322,8 +324,8 @@ void XcbDragSessions::giveUpIn(double seconds, Waiting &drop)
         const auto due = std::ranges::find(waiting, id, &Waiting::id);
         if (due == waiting.end() || due->deadline != deadline)
             return;
-        // A native window that agreed, was given the list and did not refuse it has taken the drop, unless it was to
-        // ask the user, whose answer nobody tells.
+        // A native window that has accepted the drop, read the list and not refused it has taken the drop. When it was
+        // to ask the user, the answer is unknown.
         const bool isTaken = due->drag.isBridged && due->drag.isRead && due->drag.offered != DragOperation::Link;
         settle(id, isTaken ? due->drag.offered : DragOperation::None);
     });
@@ -345,7 +347,8 @@ void XcbDragSessions::settle(quint64 id, DragOperation operation)
         if (std::ranges::none_of(waiting, sameWindow))
             xcb_change_window_attributes(connection->get(), window, XCB_CW_EVENT_MASK, &nothing);
     }
-    // Qt does the same where it recognises the destination; and what counts as undelivered is not handed out any more.
+    // Qt does the same where it recognises the destination. The contents of an undelivered drop are no longer
+    // available.
     if (settled.contents)
         settled.contents->deleteLater();
     settled.ended(operation);

@@ -19,30 +19,30 @@
 
 class QDrag;
 
-// Drags out of this application by the XDND protocol. Qt runs the drag itself but reports what the destination
-// promised; what it did is heard here, from the message with which it finishes.
+// Drags out of this program by the XDND protocol. Qt runs the drag but reports only what the destination promised. This
+// class reads the destination's last message, which tells what it did.
 //
-// A Wayland compositor takes a drag over to native windows, but asks for it in ways that Qt refuses: it wants to know
-// what is offered, names times of its own, and some windows ask only after the drop. So it is answered here.
+// A Wayland compositor forwards a drag to native windows, but Qt refuses its requests: it asks which types are offered,
+// uses times of its own, and for some windows asks only after the drop. This class answers them.
 class XcbDragSessions : public QObject, public DragSessions, private QAbstractNativeEventFilter {
 public:
-    // How long to wait for a destination's last word, in seconds.
+    // How long to wait for a destination's last message, in seconds.
     struct Patience {
-        // As long as Qt keeps what a dropped drag carries.
+        // Qt keeps the contents of a drag for so long after the drop.
         double delivered = 600;
-        // When nobody seems to have been there to take the drop.
+        // When no window seems to have taken the drop.
         double undelivered = 3;
-        // When the destination's window has gone: its last word may still be on its way.
+        // When the destination's window is destroyed: its last message may still arrive.
         double destroyed = 1;
-        // When a Wayland compositor has been given the list: for many native windows it says no last word.
+        // When a Wayland compositor has read the list: for many native windows it sends no last message.
         double read = 1;
     };
 
-    // `accentColor` is asked at the start of each drag. Without a connection no drag begins.
+    // Calls `accentColor` at the start of each drag. With a null connection no drag begins.
     XcbDragSessions(const std::shared_ptr<XcbConnection> &connection, std::function<QColor()> accentColor);
     XcbDragSessions(const std::shared_ptr<XcbConnection> &connection, std::function<QColor()> accentColor,
                     Patience patience);
-    // The same with what is known of a compositor.
+    // The same, with given times and a given bridge.
     XcbDragSessions(std::shared_ptr<XcbConnection> connection, std::function<QColor()> accentColor, Patience patience,
                     const DragBridge &bridge);
     ~XcbDragSessions() override;
@@ -50,25 +50,26 @@ public:
     void begin(QWidget &source, const QList<DraggingItem> &items, DragOperation offered, Ended ended) override;
 
 private:
-    // The drag that follows the pointer now.
+    // The drag that now follows the pointer.
     struct Running {
         std::optional<XdndTarget> target;      // where the button was last released
-        xcb_window_t lastAccepting = XCB_NONE; // whose last answer was that it takes the drop
-        std::optional<DragOperation> finished; // what the destination did, should it be that quick
+        xcb_window_t lastAccepting = XCB_NONE; // the last window that answered that it accepts the drop
+        std::optional<DragOperation> finished; // what the destination did, if it reported that before Qt returned
         DragOperation offered = DragOperation::None;
-        bool isBridged = false;         // the button was released over a native window
-        bool isRead = false;            // a compositor has been given the list
-        QByteArray list;                // what it carries, as a compositor asks for it
-        xcb_window_t source = XCB_NONE; // the window in whose name Qt drags, once a destination has answered it
+        bool isBridged = false; // the button was released over a native window
+        bool isRead = false;    // a compositor has read the list
+        QByteArray list;        // the files, in the form in which a compositor asks for them
+        xcb_window_t source =
+            XCB_NONE; // the window that Qt uses as the source; known once a destination has answered it
     };
 
-    // A drop whose destination has not told yet what it did.
+    // A drop whose destination has not yet reported what it did.
     struct Waiting {
         quint64 id;
         Running drag;
         QPointer<QDrag> contents;
         Ended ended;
-        quint64 deadline = 0; // the one that holds; earlier ones pass unheeded
+        quint64 deadline = 0; // the number of the valid deadline; earlier ones are ignored
     };
 
     bool nativeEventFilter(const QByteArray &source, void *message, qintptr *result) override;
@@ -92,7 +93,7 @@ private:
     std::function<QColor()> accentColor;
     Patience patience;
     XcbConnection::Subscription subscription;
-    quint8 inputExtension = 0; // the major opcode of XInput, 0 without
+    quint8 inputExtension = 0; // the major opcode of XInput; 0 without the extension
     Running *running = nullptr;
     std::vector<Waiting> waiting;
     quint64 lastId = 0;

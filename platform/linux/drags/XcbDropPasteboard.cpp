@@ -14,18 +14,18 @@ namespace {
 constexpr quint8 kSentByClient = 0x80;
 constexpr quint8 kBytes = 8;
 constexpr quint8 kLongs = 32;
-// How much of a property is read, in the protocol's units of four bytes: enough to see that there is too much.
+// At most so much of a property is read, in the protocol's units of four bytes: one unit more than the longest list.
 constexpr quint32 kLongestProperty = kLongestAddressList / 4 + 1;
-constexpr qint64 kWayBack = 1000; // milliseconds in which a message to ourselves arrives
+constexpr qint64 kWayBack = 1000; // milliseconds; a message to this program itself arrives within them
 constexpr quint32 kMostTypes = 1024;
 
-// The fields of the messages.
+// The indexes of the fields in the XDND messages.
 constexpr int kSource = 0;
 constexpr int kFlags = 1;
 constexpr int kDropTime = 2;
 constexpr int kFirstType = 2;
 constexpr int kLastType = 4;
-constexpr quint32 kMoreTypes = 1; // in the flags of an announcement
+constexpr quint32 kMoreTypes = 1; // in the flags of XdndEnter
 
 bool isSame(const xcb_client_message_event_t &a, const xcb_client_message_event_t &b)
 {
@@ -70,7 +70,7 @@ XcbDropPasteboard::~XcbDropPasteboard()
 
 QList<QUrl> XcbDropPasteboard::fileURLs(const QMimeData *data) const
 {
-    // A drag of our own sends no messages.
+    // A drag of this program sends no messages; then `data` has the files.
     return isDelivering ? files : ::fileURLs(data);
 }
 
@@ -89,11 +89,11 @@ bool XcbDropPasteboard::nativeEventFilter(const QByteArray &eventType, void *mes
     return takes(client);
 }
 
-// Whether Qt is not to see this message, now.
+// Whether the message must not reach Qt now.
 bool XcbDropPasteboard::takes(const Message &message)
 {
     if (!resent.empty() && sent.hasExpired(kWayBack)) {
-        // The window is gone, and what came for it.
+        // The destination window no longer exists, and neither do the messages for it.
         resent.clear();
         held.clear();
     }
@@ -108,7 +108,7 @@ bool XcbDropPasteboard::takes(const Message &message)
         return false;
     if (silence.isActive() || (!isBack && !resent.empty())) {
         held.push_back(message);
-        // Somebody drags anew, so nobody waits for the drop any more.
+        // A new drag has begun, so no user waits for the drop any more.
         if (message.type == enter && silence.isActive())
             giveUp();
         return true;
@@ -181,7 +181,7 @@ void XcbDropPasteboard::answered(const xcb_selection_notify_event_t &event)
     }
     const auto answer = takeProperty();
     if (answer && answer->type == pieceWise) {
-        // Having its first property read away is the sign for the source to go on.
+        // The source sends the next piece after its first property has been deleted.
         inPieces = true;
         return;
     }
@@ -197,9 +197,9 @@ void XcbDropPasteboard::pieceArrived(const xcb_property_notify_event_t &event)
         return;
     const bool isAwaited = silence.isActive() && event.atom == properties[reads % properties.size()];
     if (isAwaited && !inPieces)
-        return; // its notice is yet to come
+        return; // the notification of the answer arrives later
     if (!isAwaited) {
-        // A source that is late is let finish, or it would wait and the server keep what it wrote.
+        // Delete each late piece, so that its source can finish and the server keeps nothing.
         xcb_delete_property(connection->get(), requestor, event.atom);
         connection->flush();
         return;
@@ -214,7 +214,7 @@ void XcbDropPasteboard::pieceArrived(const xcb_property_notify_event_t &event)
         deliver();
 }
 
-// Reads the current answer, of which the server then keeps nothing.
+// Reads the current answer and deletes it from the server.
 XcbReply<xcb_get_property_reply_t> XcbDropPasteboard::takeProperty()
 {
     const xcb_atom_t property = properties[reads % properties.size()];
@@ -226,7 +226,7 @@ XcbReply<xcb_get_property_reply_t> XcbDropPasteboard::takeProperty()
     return answer;
 }
 
-// The source has answered: Qt may handle the drop.
+// The source has answered, so Qt may handle the drop.
 void XcbDropPasteboard::deliver()
 {
     silence.stop();
@@ -256,7 +256,7 @@ void XcbDropPasteboard::giveUp()
     sendHeld();
 }
 
-// Sends what was held back to Qt's windows; it comes through the filter once more.
+// Sends the held messages to Qt's windows. They pass through the filter a second time.
 void XcbDropPasteboard::sendHeld()
 {
     resent = std::exchange(held, {});

@@ -15,9 +15,9 @@
 #include <memory>
 #include <vector>
 
-// Drops of other programs. Qt would wait for what they carry while it handles a drop, so the message that announces one
-// is kept from it and sent again once the source has answered. A source that takes too long is told that its drop has
-// failed, and Qt that the drag has left.
+// Drops of other programs onto windows of this one. Qt would block while it reads what a drop carries. So this class
+// takes the drop's message before Qt receives it, reads the contents, and sends the message again. If a source takes
+// too long, it is told that the drop has failed, and Qt that the drag has left.
 class XcbDropPasteboard : public DropPasteboard, public QAbstractNativeEventFilter {
 public:
     static constexpr std::chrono::milliseconds kPatience{5000};
@@ -52,7 +52,7 @@ private:
     std::shared_ptr<XcbConnection> connection;
     XcbConnection::Subscription subscription;
     xcb_window_t requestor = XCB_NONE;
-    std::array<xcb_atom_t, 8> properties{}; // where answers go, in turn, so that a late one is known for what it is
+    std::array<xcb_atom_t, 8> properties{}; // for the answers, in turn, so that a late answer is recognised
     std::size_t reads = 0;
     xcb_atom_t enter = XCB_ATOM_NONE;
     xcb_atom_t position = XCB_ATOM_NONE;
@@ -64,14 +64,14 @@ private:
     xcb_atom_t link = XCB_ATOM_NONE;
     xcb_atom_t pieceWise = XCB_ATOM_NONE;
 
-    Message entered{};                 // the last drag that came
-    std::deque<Message> held;          // a drop that is being read, and what came after it
-    std::deque<Message> resent;        // on their way back to us
-    QElapsedTimer sent;                // since when
-    xcb_atom_t target = XCB_ATOM_NONE; // what the source is asked for
+    Message entered{};                 // the XdndEnter of the last drag
+    std::deque<Message> held;          // a drop that is being read, and the messages after it
+    std::deque<Message> resent;        // sent again and not yet received
+    QElapsedTimer sent;                // since the last message was sent again
+    xcb_atom_t target = XCB_ATOM_NONE; // the type that the source is asked for
     bool inPieces = false;
-    bool isKnown = false;      // what the drop carries, in `files`
-    bool isDelivering = false; // Qt handles the drop now
+    bool isKnown = false;      // whether `files` holds what the drop carries
+    bool isDelivering = false; // Qt is handling the drop
     QByteArray pieces;
     QList<QUrl> files;
     QTimer silence;

@@ -5,21 +5,14 @@
 #include "platform/linux/drags/ForeignDragWatcher.h"
 
 #include <utility>
-#include <vector>
-
-struct XcbEventMonitors::Monitor {
-    quint32 mask;
-    std::function<void()> handler;
-    std::vector<std::unique_ptr<EdgeStrip>> strips;
-};
 
 XcbEventMonitors::XcbEventMonitors(std::shared_ptr<ForeignDragWatcher> dragWatcher,
                                    std::function<QList<Screen>()> allScreens)
     : watcher(std::move(dragWatcher))
     , screens(std::move(allScreens))
 {
-    watcher->onDragged = [this] { send(LeftMouseDragged); };
-    watcher->onEnded = [this] { send(LeftMouseUp); };
+    watcher->onDragged = [this] { monitors.send(LeftMouseDragged); };
+    watcher->onEnded = [this] { monitors.send(LeftMouseUp); };
 }
 
 XcbEventMonitors::~XcbEventMonitors()
@@ -32,23 +25,26 @@ std::optional<EventMonitors::Token> XcbEventMonitors::add(quint32 mask, std::fun
 {
     if (!watcher->start())
         return {};
-    monitors[++lastToken] = std::make_shared<const Monitor>(Monitor{mask, std::move(handler), {}});
-    return lastToken;
+    return monitors.add(mask, std::move(handler));
 }
 
 std::optional<EventMonitors::Token> XcbEventMonitors::addNear(const QRectF &frame, std::function<void()> handler)
 {
-    if (!watcher->start())
-        return {};
-    auto strips = watcher->isBridged() ? stripsBeside(frame) : std::vector<std::unique_ptr<EdgeStrip>>();
-    monitors[++lastToken] =
-        std::make_shared<const Monitor>(Monitor{LeftMouseDragged, std::move(handler), std::move(strips)});
-    return lastToken;
+    if (!watcher->start() || !watcher->isBridged())
+        return add(LeftMouseDragged, std::move(handler));
+    // The strips exist as long as the handler, also while it runs, because one of them may have caused the call.
+    const auto strips = std::make_shared<const EdgeStrips>(stripsBeside(frame));
+    return monitors.add(LeftMouseDragged, [strips, handle = std::move(handler)] { handle(); });
 }
 
-std::vector<std::unique_ptr<EdgeStrip>> XcbEventMonitors::stripsBeside(const QRectF &frame)
+void XcbEventMonitors::remove(Token token)
 {
-    std::vector<std::unique_ptr<EdgeStrip>> strips;
+    monitors.remove(token);
+}
+
+XcbEventMonitors::EdgeStrips XcbEventMonitors::stripsBeside(const QRectF &frame)
+{
+    EdgeStrips strips;
     for (const Screen &screen : screens ? screens() : QList<Screen>()) {
         if (!screen.frame.contains(frame.center()))
             continue;
@@ -62,26 +58,4 @@ std::vector<std::unique_ptr<EdgeStrip>> XcbEventMonitors::stripsBeside(const QRe
         break;
     }
     return strips;
-}
-
-void XcbEventMonitors::remove(Token token)
-{
-    monitors.erase(token);
-}
-
-void XcbEventMonitors::send(EventMask event)
-{
-    // A handler may add monitors, which do not hear this event, and remove any, which then do not either.
-    std::vector<Token> audience;
-    for (const auto &[token, monitor] : monitors) {
-        if ((monitor->mask & event) != 0)
-            audience.push_back(token);
-    }
-    for (const Token token : audience) {
-        const auto found = monitors.find(token);
-        if (found == monitors.end())
-            continue;
-        const auto monitor = found->second;
-        monitor->handler();
-    }
 }

@@ -3,19 +3,19 @@
 
 #include "platform/EventMonitors.h"
 #include "platform/Screens.h"
+#include "platform/common/MonitorList.h"
 
-#include <map>
 #include <memory>
 #include <vector>
 
 class EdgeStrip;
 class ForeignDragWatcher;
 
-// Tells of the mouse as far as drags in other programs go: that it moved during one, and that one is over. Where the
-// server does not know the pointer, in the drags of native Wayland programs, strips at the screen's edge notice it.
+// Reports the mouse during drags in other programs: it moved, or the drag is over. During a drag of a native Wayland
+// program the X server does not know the pointer; then strips at the edge of the screen notice it.
 class XcbEventMonitors : public EventMonitors {
 public:
-    // `screens` is asked where the screens' edges are.
+    // `screens` returns the screens, for the places of the strips.
     explicit XcbEventMonitors(std::shared_ptr<ForeignDragWatcher> watcher, std::function<QList<Screen>()> screens = {});
     ~XcbEventMonitors() override;
 
@@ -24,13 +24,11 @@ public:
     void remove(Token token) override;
 
 private:
-    struct Monitor;
+    using EdgeStrips = std::vector<std::unique_ptr<EdgeStrip>>;
 
-    std::vector<std::unique_ptr<EdgeStrip>> stripsBeside(const QRectF &frame);
-    void send(EventMask event);
+    EdgeStrips stripsBeside(const QRectF &frame);
 
     std::shared_ptr<ForeignDragWatcher> watcher;
     std::function<QList<Screen>()> screens;
-    std::map<Token, std::shared_ptr<const Monitor>> monitors;
-    Token lastToken = 0;
+    MonitorList monitors;
 };

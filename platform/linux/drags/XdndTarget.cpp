@@ -12,12 +12,12 @@
 
 namespace {
 
-// As deep as Qt looks below the root window.
+// Qt searches so many levels below the root window.
 constexpr int kDeepest = 6;
 
 using Ignored = std::function<bool(xcb_window_t)>;
 
-// The window that takes the messages for `window`: a proxy counts only while it names itself as its own.
+// The window that receives the messages for `window`: its proxy, which must name itself as its own proxy, or itself.
 xcb_window_t receiverFor(XcbConnection &connection, xcb_window_t window)
 {
     const auto property = connection.atom("XdndProxy");
@@ -42,7 +42,7 @@ bool shapeContains(XcbConnection &connection, xcb_window_t window, xcb_shape_kin
     const auto shape =
         connection.reply(xcb_shape_get_rectangles_reply, xcb_shape_get_rectangles(connection.get(), window, kind));
     if (!shape)
-        return true; // a server without shapes
+        return true; // the server has no Shape extension
     const xcb_rectangle_t *first = xcb_shape_get_rectangles_rectangles(shape.get());
     return std::any_of(first, first + xcb_shape_get_rectangles_rectangles_length(shape.get()),
                        [&position](const xcb_rectangle_t &part) {
@@ -50,7 +50,7 @@ bool shapeContains(XcbConnection &connection, xcb_window_t window, xcb_shape_kin
                        });
 }
 
-// A child of the window that is searched, and what is asked about it.
+// A child of the searched window, and the requests about it.
 struct Child {
     xcb_window_t window;
     xcb_get_window_attributes_cookie_t attributes;
@@ -58,7 +58,7 @@ struct Child {
     xcb_get_property_cookie_t aware;
 };
 
-// The topmost window below `parent` that takes drops at `position`, which is in the parent's pixels.
+// The topmost window below `parent` that accepts drops at `position`, in pixels of the parent.
 xcb_window_t takerBelow(XcbConnection &connection, xcb_window_t parent, const QPoint &position, int depth,
                         const Ignored &ignored)
 {
@@ -67,7 +67,7 @@ xcb_window_t takerBelow(XcbConnection &connection, xcb_window_t parent, const QP
         return XCB_NONE;
     const xcb_window_t *first = xcb_query_tree_children(tree.get());
     const auto property = connection.atom("XdndAware");
-    // Asked all at once: it is one round trip for all of them.
+    // All requests are sent before the first answer is read, so they take one round trip.
     std::vector<Child> children;
     for (int i = xcb_query_tree_children_length(tree.get()); i-- > 0;)
         children.push_back({first[i], xcb_get_window_attributes(connection.get(), first[i]),
@@ -75,7 +75,7 @@ xcb_window_t takerBelow(XcbConnection &connection, xcb_window_t parent, const QP
                             xcb_get_property(connection.get(), 0, first[i], property, XCB_ATOM_ANY, 0, 1)});
     xcb_window_t found = XCB_NONE;
     for (const Child &child : children) {
-        // Every answer is taken from the queue, also after the one that was looked for.
+        // Every answer must be taken from the queue, also those after the one that matters.
         const auto attributes = connection.reply(xcb_get_window_attributes_reply, child.attributes);
         const auto geometry = connection.reply(xcb_get_geometry_reply, child.geometry);
         const auto aware = connection.reply(xcb_get_property_reply, child.aware);

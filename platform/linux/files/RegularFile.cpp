@@ -37,8 +37,8 @@ RegularFile::~RegularFile()
 std::optional<RegularFile> RegularFile::open(const QByteArray &path)
 {
     struct stat info;
-    // Opening a device can already do something to it, so its kind is asked first. The path may lead to another file
-    // by the time it is opened, so the open file is asked again.
+    // Opening a device can have effects, so the kind is checked before. The path may lead to another file by then, so
+    // the open file is checked again.
     if (path.isEmpty() || path.contains('\0') || ::stat(path.constData(), &info) != 0 || !S_ISREG(info.st_mode))
         return {};
     return adopt(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));

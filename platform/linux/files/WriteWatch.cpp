@@ -55,7 +55,7 @@ void WriteWatch::readEvents()
             inotify_event event;
             std::memcpy(&event, buffer.data() + offset, sizeof event);
             offset += static_cast<ssize_t>(sizeof event + event.len);
-            // Each watch ends with its first event, and says that it does.
+            // Each watch ends with its first event, and this event reports that.
             if ((event.mask & IN_IGNORED) != 0)
                 continue;
             if (!awaited.contains(event.wd))

@@ -9,8 +9,8 @@
 
 class QSocketNotifier;
 
-// Tells when a file may have been written to its end: its writer has closed it, or it was replaced, moved, removed or
-// opened up. Main thread only.
+// Reports when a file may be complete: its writer has closed it, or the file was replaced, moved or removed, or its
+// permissions have changed. Main thread only.
 class WriteWatch {
 public:
     WriteWatch();
@@ -19,18 +19,18 @@ public:
     WriteWatch(const WriteWatch &) = delete;
     WriteWatch &operator=(const WriteWatch &) = delete;
 
-    // The inotify queue that watches are to be added to, by whoever may touch the file; negative when the system grants
-    // none. Each is to end with its first event.
+    // The inotify queue. Another process that may touch the file adds watches to it, each of which ends with its first
+    // event. Negative when the system grants no queue.
     int queue();
 
-    // Calls `onEvent` once, when that watch says something; at once if it has done so already.
+    // Calls `onEvent` once, at the first event of `watch`; at once when that has already happened.
     void await(int watch, const std::function<void()> &onEvent);
 
 private:
     void readEvents();
 
-    int events = -1; // of inotify; -1 until something is awaited
+    int events = -1; // the inotify queue; -1 until the first use
     std::unique_ptr<QSocketNotifier> notifier;
     QMultiHash<int, std::function<void()>> awaited;
-    QSet<int> unclaimed; // watches that said something before it was known whose they are
+    QSet<int> unclaimed; // watches whose event arrived before await()
 };

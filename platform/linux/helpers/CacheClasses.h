@@ -7,7 +7,8 @@
 #include <array>
 #include <cmath>
 
-// The folders of the desktop's thumbnail cache: entries of one fit a square of `pixels`.
+// The size classes of the desktop's thumbnail cache. The entries of a class are in one folder and fit a square of
+// `pixels`.
 struct CacheClass {
     const char *name;
     int pixels;
@@ -16,7 +17,8 @@ struct CacheClass {
 constexpr std::array<CacheClass, 4> kCacheClasses = {
     {{"normal", 128}, {"large", 256}, {"x-large", 512}, {"xx-large", 1024}}};
 
-// The pixels that so many points hold, in whole ones but at least one; a hair is forgiven, as 41 x 1.1 is not 45.1.
+// The number of pixels of `points` points at `scale`, rounded up, at least 1 and at most `longest`. Tiny rounding
+// errors are ignored, because 41 x 1.1 is not exactly 45.1.
 inline int pixelSide(double points, double scale, int longest)
 {
     constexpr double kHair = 1e-6;

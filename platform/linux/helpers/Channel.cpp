@@ -36,7 +36,7 @@ bool sendMessage(int socket, const std::string &bytes, const std::vector<int> &d
     alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int) * kMostDescriptors)> control{};
     if (bytes.size() > kLargestMessage || descriptors.size() > kMostDescriptors)
         return false;
-    // A socket that only sends takes no constant bytes.
+    // The type of iov_base is not const, but sending does not change the bytes.
     iovec part{const_cast<char *>(bytes.data()), bytes.size()};
     msghdr message{};
     message.msg_iov = &part;
@@ -87,7 +87,7 @@ Received receiveMessage(int socket)
             received.descriptors.emplace_back(descriptor);
         }
     }
-    // No message of ours is empty; an empty one is what the end of the other side looks like.
+    // No message of this program is empty. An empty message means that the other end is closed.
     if (count > 0 && (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) == 0) {
         received.kind = Received::Kind::Message;
         received.bytes.assign(buffer.data(), static_cast<size_t>(count));
@@ -114,7 +114,7 @@ Descriptor sealedMemory(const char *name, const void *bytes, size_t size)
 
 bool isSealedMemory(int descriptor, size_t size)
 {
-    // Only memory has seals, so the size of nothing else is asked.
+    // Only memory files have seals. Check them first, so that fstat() never accesses a real file system.
     struct stat info {};
     return ::fcntl(descriptor, F_GET_SEALS) == kSeals && ::fstat(descriptor, &info) == 0 &&
            info.st_size == static_cast<off_t>(size);

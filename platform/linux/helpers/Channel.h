@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-// A file descriptor that is closed with its owner.
+// Owns a file descriptor and closes it.
 class Descriptor {
 public:
     Descriptor() = default;
@@ -39,10 +39,10 @@ struct SocketPair {
     Descriptor theirs;
 };
 
-// A new pair; neither end is open when the system has none left.
+// Makes a new pair. Neither end is open when the system grants no socket.
 SocketPair socketPair();
 
-// One message, and the descriptors that came with it.
+// One message, with the descriptors that came with it.
 struct Received {
     enum class Kind { Message, Nothing, End };
 
@@ -54,14 +54,15 @@ struct Received {
 constexpr std::size_t kLargestMessage = 65'536; // bytes
 constexpr std::size_t kMostDescriptors = 16;    // in one message
 
-// Sends a message as a whole. False when the other end is gone, or takes no more while `socket` does not wait.
+// Sends one whole message. False when the other end is closed, or when `socket` is non-blocking and its buffer is full.
 bool sendMessage(int socket, const std::string &bytes, const std::vector<int> &descriptors = {});
 
-// The next message; Nothing when there is none yet and `socket` does not wait, End when there will be none.
+// The next message. Nothing when `socket` is non-blocking and there is no message yet; End when the other end is
+// closed.
 Received receiveMessage(int socket);
 
-// `bytes` in memory that nobody can change any more; not open when there is no room for them.
+// Puts `bytes` into sealed memory: no process can change it any more. Not open when there is no room for it.
 Descriptor sealedMemory(const char *name, const void *bytes, std::size_t size);
 
-// Whether `descriptor` is such memory of exactly `size` bytes. Asks no file system.
+// Whether `descriptor` is sealed memory of exactly `size` bytes. Does not access any file system.
 bool isSealedMemory(int descriptor, std::size_t size);

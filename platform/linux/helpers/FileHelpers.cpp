@@ -10,7 +10,7 @@
 namespace {
 
 constexpr size_t kMostOpeners = 8;
-// Of those, the ones that are left to folders that answer.
+// So many of them serve only folders that answer.
 constexpr size_t kReserved = 3;
 
 QByteArray folderOf(const QByteArray &path)
@@ -109,7 +109,7 @@ void FileHelpers::keep(const QByteArray &folder, const QByteArray &path, const Q
         };
         keeper->onEnd = [this] { keeper.reset(); };
     }
-    // What it cannot take now is made anew when it is asked for the next time.
+    // If the helper cannot take the message now, the entry is lost, and is made again at the next request.
     const std::string message = MessageWriter().add(FileQuestion::Keep).addBytes(view(path)).add(size).bytes();
     if (keeper->send(message, {memory.get()}))
         ++beingKept;
@@ -140,7 +140,7 @@ void FileHelpers::ask(Question question)
     pump();
 }
 
-// The oldest question for a folder that answers, else the oldest that there is a helper to spare for.
+// The oldest question for a folder that answers; otherwise, if there is a helper to spare, the oldest of all.
 std::deque<FileHelpers::Question>::iterator FileHelpers::nextQuestion()
 {
     const auto next =
@@ -166,7 +166,7 @@ void FileHelpers::pump()
     for (auto next = nextQuestion(); next != waiting.end(); next = nextQuestion()) {
         auto opener = std::ranges::find_if(openers, [](const Opener &one) { return !one.question; });
         if (opener == openers.end()) {
-            // One is as fast as any number, unless it waits for a file system.
+            // One helper is as fast as several, unless it waits for a file system.
             if (std::ranges::any_of(openers, [](const Opener &one) { return !one.isLate; }))
                 return;
             if (openers.size() >= kMostOpeners) {
@@ -183,7 +183,7 @@ void FileHelpers::pump()
     }
     if (!openers.empty() || waiting.empty())
         return;
-    // There is no such program, or no room for another process.
+    // The program is missing, or the system has no room for another process.
     failLater(std::exchange(waiting, {}));
 }
 
@@ -269,7 +269,7 @@ void FileHelpers::ended(const Opener *which)
     pump();
 }
 
-// The one that has waited longest, and all that waits for the same folder.
+// Gives up the question that has waited longest, and all others for the same folder.
 void FileHelpers::giveUpOldest()
 {
     const auto oldest = std::ranges::min_element(openers, {}, &Opener::turn);

@@ -16,50 +16,50 @@
 
 class MessageReader;
 
-// What becomes of a file that is to be opened for a picture.
+// The result of opening a file for a picture.
 struct OpenedFile {
     FileKind kind = FileKind::Missing;
     FileStateRecord state;
     Passed passed = Passed::No;
 };
 
-// Asks about the user's files without ever touching one: processes of their own do that. Each answer comes once, later,
-// on the main thread. One file system that does not answer keeps one question waiting, and those for the same folder.
-// Main thread only.
+// Asks other processes about the user's files, and never touches one itself. Each answer comes once, later, on the main
+// thread. A file system that does not answer delays only its own question and those for the same folder. Main thread
+// only.
 class FileHelpers {
 public:
-    // After that time without an answer a file's folder counts as slow.
+    // The folder of a file counts as slow after so long without an answer.
     static constexpr double kLate = 0.08; // seconds
-    // Helpers without anything to do are kept so long.
+    // An idle helper ends after so long.
     static constexpr double kIdle = 10.0; // seconds
 
     explicit FileHelpers(MainQueue &mainQueue);
     ~FileHelpers();
 
-    // A file's kind, and up to so many of its first bytes. Missing when it cannot be found out. `late` is called at
-    // most once before, also at once where the file's folder is slow already.
+    // Finds out a file's kind, and reads up to so many of its first bytes. The kind is Missing when it cannot be found
+    // out. `late` is called at most once before `done`; at once if the file's folder is already slow.
     void look(const QByteArray &path, quint32 firstBytes, std::function<void(FileKind, const QByteArray &)> done,
               std::function<void()> late = nullptr);
 
-    // Opens `path` and those of `entries` that are there, and passes them on with `picture` over `socket`; unless the
-    // file is in the state `refused`. Nothing when no helper could do it. `late` is called at most once before.
+    // Opens `path` and the existing files of `entries`, and passes them with `picture` over `socket`, unless the file
+    // is in the state `refused`. Answers nothing when no helper can do it. `late` is called at most once before `done`.
     void make(const QByteArray &path, const FileStateRecord &refused, const std::vector<QByteArray> &entries,
               const std::string &picture, const std::shared_ptr<Descriptor> &socket, std::function<void()> late,
               std::function<void(std::optional<OpenedFile>)> done);
 
-    // Has the inotify queue, if that is one, wait for the file's writer; answers the watch, negative for none, and the
-    // file's state after that.
+    // Adds a watch for the file's writer to the inotify queue. Answers the watch, which is negative if there is none,
+    // and the file's state after that.
     void watch(const QByteArray &path, int queue,
                std::function<void(int, const std::optional<FileStateRecord> &)> done);
 
     // Writes the file `path` in or below `folder`.
     void keep(const QByteArray &folder, const QByteArray &path, const QByteArray &bytes);
 
-    // The helpers that are there.
+    // The process numbers of the running helpers.
     std::vector<pid_t> processes() const;
 
 private:
-    using Reply = std::function<void(MessageReader *)>; // null without an answer
+    using Reply = std::function<void(MessageReader *)>; // null when there is no answer
 
     struct Question {
         QByteArray folder;
@@ -73,7 +73,7 @@ private:
         std::shared_ptr<HelperProcess> helper;
         std::optional<Question> question;
         bool isLate = false;
-        quint64 turn = 0; // of questions; a late note looks at it
+        quint64 turn = 0; // the number of the question; a late callback compares it
     };
 
     void ask(Question question);

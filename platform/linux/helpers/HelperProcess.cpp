@@ -25,7 +25,7 @@ QByteArray &givenFolder()
     return folder;
 }
 
-// Beside the program in a build, and where an installation has what only programs start.
+// The helper is beside the program in a build, and in the folder for internal programs in an installation.
 QByteArray programPath(const QByteArray &name)
 {
     const QByteArray own = QFile::encodeName(QCoreApplication::applicationDirPath());
@@ -37,7 +37,7 @@ QByteArray programPath(const QByteArray &name)
     return {};
 }
 
-// Takes note of its end whenever that comes, so that nothing is left of it in the list of processes.
+// Waits for the end of the process in the background, so that it does not stay in the process list as a zombie.
 void reap(pid_t process)
 {
     const auto handle = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
@@ -82,7 +82,8 @@ pid_t spawn(const QByteArray &program, const QList<QByteArray> &arguments, int s
     return process;
 }
 
-// The same descriptor above those that a helper is given, so that giving one does not overwrite another.
+// Duplicates the descriptor to a number above those that a helper receives, so that placing one does not overwrite
+// another.
 Descriptor movedUp(Descriptor descriptor)
 {
     constexpr int kAbove = 16;
@@ -131,7 +132,7 @@ HelperProcess::HelperProcess(Descriptor end, pid_t id)
 
 HelperProcess::~HelperProcess()
 {
-    // It may be the one that is telling us.
+    // The notifier may be the caller.
     notifier->setEnabled(false);
     notifier->setParent(QCoreApplication::instance());
     notifier.release()->deleteLater();
@@ -160,7 +161,7 @@ void HelperProcess::readMessages()
         if (received.kind == Received::Kind::Nothing)
             return;
         if (received.kind == Received::Kind::Message) {
-            // The callback may end this helper, and itself with it.
+            // The callback may destroy this helper, and so itself.
             const auto handler = onMessage;
             handler(std::move(received));
             continue;

@@ -13,32 +13,32 @@
 
 class QSocketNotifier;
 
-// Seconds that a process has computed, 0 when it is not there.
+// The processor time of a process in seconds; 0 when the process does not exist.
 double processorSeconds(pid_t process);
 
-// A helper program under way, and the socket to it. It is ended with this object, and never waited for: one that a file
-// system keeps may take as long as it likes. Main thread only.
+// A running helper program, and the socket to it. The destructor ends the helper and does not wait for it, because a
+// file system may block it for any time. Main thread only.
 class HelperProcess : public std::enable_shared_from_this<HelperProcess> {
 public:
-    // Starts the helper of that name; null when it cannot be started. `further` becomes its second socket.
+    // Starts the helper program `name`. Null when it cannot be started. `further` becomes its second socket.
     static std::shared_ptr<HelperProcess> start(const QByteArray &name, const QList<QByteArray> &arguments,
                                                 Descriptor further = Descriptor());
 
-    // Where helpers are looked for instead of beside the program.
+    // Searches helper programs in `folder` instead of beside this program.
     static void lookIn(const QByteArray &folder);
 
     ~HelperProcess();
 
-    // Hands a message over as a whole. False when the helper is gone or takes no more.
+    // Sends one whole message. False when the helper has ended or its buffer is full.
     bool send(const std::string &bytes, const std::vector<int> &descriptors = {});
 
-    // Lets the helper end when it has done what it has been told. Neither callback is called any more.
+    // Lets the helper finish its work and end. Neither callback is called any more.
     void retire();
 
     pid_t processId() const { return process; }
 
     std::function<void(Received &&)> onMessage;
-    std::function<void()> onEnd; // it has ended by itself or by somebody else
+    std::function<void()> onEnd; // the helper has ended or was killed
 
 private:
     HelperProcess(Descriptor socket, pid_t process);

@@ -7,7 +7,8 @@
 #include <string_view>
 #include <type_traits>
 
-// Values one after the other, as this program and its helpers send them to each other. Both ends are built together.
+// Writes values one after the other, for messages between this program and its helpers. Both are built together, so the
+// format needs no version.
 class MessageWriter {
 public:
     template<typename Value>
@@ -33,8 +34,8 @@ private:
     std::string content;
 };
 
-// Reads what a MessageWriter wrote. The other end may be in the hands of a hostile file: past the end, values are 0 and
-// the reader has failed.
+// Reads what a MessageWriter has written. A hostile file may control the sender: past the end, values are 0 and the
+// reader has failed.
 class MessageReader {
 public:
     explicit MessageReader(std::string_view message)

@@ -14,17 +14,17 @@ namespace {
 
 constexpr int kMostMakers = 4;
 constexpr int kMostDrawers = 2;
-// One under way, and one that it finds when it is done.
+// One picture in progress, and the next one, so that the helper need not wait for it.
 constexpr std::ptrdiff_t kMostWorks = 2;
-constexpr int kMostAttempts = 3; // with helpers that fell over something else
+constexpr int kMostAttempts = 3; // with helpers that crashed because of another file
 constexpr int kMostStrikes = 2;
 constexpr qsizetype kMostFilesStruck = 1'000;
-// A helper is followed by a fresh one long before the kernel ends it.
+// A helper is replaced long before the kernel ends it for its processor time.
 constexpr double kMostProcessorSeconds = 20.0;
 
-// How often it is asked how far a helper has got.
+// The progress of a helper is checked so often.
 constexpr double kLook = 1.0; // seconds
-// What a helper computes while it stands still: nothing, or what a file system costs that answers a bit at a time.
+// A helper that uses less processor time than this counts as blocked, for example by a file system that answers slowly.
 constexpr double kLeastProgress = 0.01; // seconds
 
 constexpr double kMillisecondsPerSecond = 1000.0;
@@ -64,7 +64,7 @@ QImage imageAt(int memory, size_t offset, const Layout &layout)
     return count == static_cast<ssize_t>(layout.bytes()) ? image : QImage();
 }
 
-// The pictures of a report; nothing when it is none.
+// Reads the report with its pictures. Nothing when it is invalid.
 std::optional<PictureAnswer> readReport(MessageReader &message, const std::vector<Descriptor> &descriptors,
                                         double &processorSeconds)
 {
@@ -135,7 +135,8 @@ void PictureHelpers::pump()
 {
     for (auto next = waiting.begin(); next != waiting.end();) {
         const WorkPointer work = *next;
-        const MakerPointer maker = makerFor(work->request.task == PictureTask::Drawing);
+        const MakerPointer maker =
+            makerFor(work->request.task == PictureTask::Drawing ? Kind::Drawings : Kind::Pictures);
         if (!maker) {
             ++next;
             continue;
@@ -145,8 +146,8 @@ void PictureHelpers::pump()
     }
 }
 
-// The one with the least to do, or another one while there may be more; null when all have enough.
-PictureHelpers::MakerPointer PictureHelpers::makerFor(bool draws)
+// The helper with the least work, or a new one if there may be more. Null when all have enough work.
+PictureHelpers::MakerPointer PictureHelpers::makerFor(Kind kind)
 {
     const auto load = [](const MakerPointer &maker) {
         return std::ranges::count_if(maker->works, [](const WorkPointer &work) { return !work->isLate; });
@@ -154,17 +155,17 @@ PictureHelpers::MakerPointer PictureHelpers::makerFor(bool draws)
     MakerPointer best;
     int count = 0;
     for (const MakerPointer &maker : makers) {
-        if (maker->draws != draws)
+        if (maker->kind != kind)
             continue;
         ++count;
         if (maker->processorSeconds < kMostProcessorSeconds && (!best || load(maker) < load(best)))
             best = maker;
     }
-    const int most = draws ? kMostDrawers : std::clamp(QThread::idealThreadCount(), 1, kMostMakers);
+    const int most = kind == Kind::Drawings ? kMostDrawers : std::clamp(QThread::idealThreadCount(), 1, kMostMakers);
     if ((!best || load(best) > 0) && count < most) {
-        if (MakerPointer another = startMaker(draws))
+        if (MakerPointer another = startMaker(kind))
             return another;
-        // There is no such program, or no room for another process.
+        // The program is missing, or the system has no room for another process.
         if (!best) {
             failWaiting();
             return {};
@@ -184,16 +185,17 @@ void PictureHelpers::failWaiting()
     });
 }
 
-PictureHelpers::MakerPointer PictureHelpers::startMaker(bool draws)
+PictureHelpers::MakerPointer PictureHelpers::startMaker(Kind kind)
 {
     auto [ours, theirs] = socketPair();
     if (!ours.isOpen())
         return {};
     auto maker = std::make_shared<Maker>();
-    maker->draws = draws;
+    maker->kind = kind;
     maker->orders = std::make_shared<Descriptor>(std::move(ours));
-    maker->helper = HelperProcess::start(
-        "parklet-thumbnailer", draws ? QList<QByteArray>{"--drawings"} : QList<QByteArray>{}, std::move(theirs));
+    maker->helper = HelperProcess::start("parklet-thumbnailer",
+                                         kind == Kind::Drawings ? QList<QByteArray>{"--drawings"} : QList<QByteArray>{},
+                                         std::move(theirs));
     if (!maker->helper)
         return {};
     const std::weak_ptr<Maker> weak = maker;
@@ -222,7 +224,7 @@ void PictureHelpers::give(const MakerPointer &maker, const WorkPointer &work)
         entries.push_back(entry.path);
     }
     const Strikes struck = strikes.value(request.path);
-    // No file is in this state.
+    // No file has this state.
     constexpr FileStateRecord kNone{-1, 0, 0};
     work->maker = maker;
     work->isPassed = false;
@@ -249,7 +251,7 @@ void PictureHelpers::opened(const WorkPointer &work, const std::optional<OpenedF
 {
     const MakerPointer maker = work->maker.lock();
     if (!work->done)
-        return; // its report was faster
+        return; // its report has already arrived
     const bool isPassed = file && file->passed == Passed::Yes;
     if (isPassed && maker) {
         work->isLate = false;
@@ -319,7 +321,7 @@ void PictureHelpers::report(const MakerPointer &maker, const WorkPointer &work, 
     pump();
 }
 
-// The helper has ended, or is to end.
+// Replaces a helper that has ended or must end.
 void PictureHelpers::fell(const MakerPointer &maker)
 {
     maker->helper->onMessage = nullptr;
@@ -333,7 +335,7 @@ void PictureHelpers::fell(const MakerPointer &maker)
         strike(*guilty);
         finish(guilty, {});
     }
-    // What its opener still has comes back from there.
+    // Works that have not reached the helper come back from their opener.
     for (auto work = works.rbegin(); work != works.rend(); ++work) {
         if (*work == guilty || !(*work)->isPassed)
             continue;
@@ -352,7 +354,7 @@ void PictureHelpers::disarmLimit(const MakerPointer &maker)
     maker->limit.reset();
 }
 
-// From the moment on that it has something to do, a helper is to say something within its time.
+// A helper that has work must send something within the time limit.
 void PictureHelpers::armLimit(const MakerPointer &maker)
 {
     const bool hasWork = maker->begun || std::ranges::any_of(maker->works, &Work::isPassed);
@@ -372,7 +374,7 @@ void PictureHelpers::armLimit(const MakerPointer &maker)
 
 bool PictureHelpers::isPastLimit(Maker &maker) const
 {
-    const double most = maker.draws ? kLongestDrawing : kLongestPicture;
+    const double most = maker.kind == Kind::Drawings ? kLongestDrawing : kLongestPicture;
     const double now = processorTime(maker.helper->processId());
     maker.seconds += kLook;
     maker.stillSeconds += kLook;

@@ -18,53 +18,53 @@
 #include <optional>
 #include <vector>
 
-// A picture that is wanted of a file.
+// A request for a picture of a file.
 struct PictureRequest {
     PictureTask task = PictureTask::Whole;
     QByteArray path;
     QByteArray uri;
-    double edge = 0; // points of the square that it is to fit
+    double edge = 0; // points; the picture fits a square of this edge
     double scale = 1;
-    int kept = 0; // pixels of the cache's class that it is also to be made for; 0 for none
+    int kept = 0; // pixels of the class for which it is also put into the cache; 0 for no entry
     struct Entry {
         QByteArray path;
-        int pixels; // 0 for the one that says that nothing can be made
+        int pixels; // 0 for the entry that notes a failure
     };
-    std::vector<Entry> entries; // of the cache, those that serve
+    std::vector<Entry> entries; // the cache entries that may serve
 };
 
-// What became of it.
+// The answer to a request.
 struct PictureAnswer {
-    FileKind kind = FileKind::Missing; // nothing was made of what is not Regular
-    FileStateRecord state;             // when it was looked at
+    FileKind kind = FileKind::Missing; // a file that is not Regular has no picture
+    FileStateRecord state;             // at the time of opening
     PictureOutcome outcome = PictureOutcome::GivenUp;
-    std::optional<QSize> pixelSize; // what the file's header says
+    std::optional<QSize> pixelSize; // from the file's header
     QImage shown;
     QImage kept;
 };
 
-// Has pictures made by helpers that hold the files and nothing else. One that falls, takes too long or talks nonsense
-// is replaced, and what it was at is answered with nothing; a file that did so twice is not given to another one while
-// it stays as it is. Main thread only.
+// Lets helpers make pictures. A helper has access to the files that it has received and to nothing else. If it crashes,
+// takes too long or sends an invalid message, it is replaced and its request is answered with nothing. A file that has
+// done this twice is not given to a helper again until it changes. Main thread only.
 class PictureHelpers {
 public:
     using Done = std::function<void(PictureAnswer)>;
-    using ProcessorTime = std::function<double(pid_t)>; // seconds that a process has computed
+    using ProcessorTime = std::function<double(pid_t)>; // the processor time of a process, in seconds
 
-    // How long a helper may compute one picture, and how long it may stand still at it. It is given more time on a
-    // machine that gives it little of a processor.
+    // A helper may compute so long for one picture, and may be blocked for so long. It gets more time on a machine that
+    // gives it little processor time.
     static constexpr double kLongestPicture = 10.0; // seconds
     static constexpr double kLongestDrawing = 5.0;
-    // How long it may take in any case.
+    // The longest time for one picture in any case.
     static constexpr double kLongestTurn = 120.0;
 
     PictureHelpers(MainQueue &mainQueue, FileHelpers &files, ProcessorTime processorTime = processorSeconds);
     ~PictureHelpers();
 
-    // Answers once, later, the oldest request first. `begun` is called whenever a helper begins with it.
+    // Answers each request once, later, the oldest first. `begun` is called whenever a helper begins to work on it.
     void request(PictureRequest request, Done done, std::function<void()> begun = nullptr);
 
-    // The helpers that are there.
+    // The process numbers of the running helpers.
     std::vector<pid_t> processes() const;
 
 private:
@@ -76,17 +76,19 @@ private:
         Done done;
         std::function<void()> begun;
         std::weak_ptr<Maker> maker;
-        FileStateRecord state; // once it has been opened
-        bool isPassed = false; // the maker has it
-        bool isLate = false;   // it waits for its file system
+        FileStateRecord state; // once the file is open
+        bool isPassed = false; // the maker has received the file
+        bool isLate = false;   // the file system has not answered in time
         int attempts = 0;
     };
     using WorkPointer = std::shared_ptr<Work>;
 
+    enum class Kind { Pictures, Drawings };
+
     struct Maker {
         std::shared_ptr<HelperProcess> helper;
         std::shared_ptr<Descriptor> orders;
-        bool draws = false;
+        Kind kind = Kind::Pictures;
         std::list<WorkPointer> works;
         WorkPointer begun;
         bool hasBegunAny = false;
@@ -106,8 +108,8 @@ private:
     };
 
     void pump();
-    MakerPointer makerFor(bool draws);
-    MakerPointer startMaker(bool draws);
+    MakerPointer makerFor(Kind kind);
+    MakerPointer startMaker(Kind kind);
     void failWaiting();
     void give(const MakerPointer &maker, const WorkPointer &work);
     void opened(const WorkPointer &work, const std::optional<OpenedFile> &file);

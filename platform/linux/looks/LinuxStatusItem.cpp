@@ -17,7 +17,7 @@ const QColor kOutlineColor(0x20, 0x20, 0x24);
 const QString kThemeName = QStringLiteral("com.orvane.Parklet-symbolic");
 const QString kThemeFile = QStringLiteral("icons/hicolor/symbolic/apps/") + kThemeName + QStringLiteral(".svg");
 
-// A panel that is told a name shows nothing when it finds no such icon.
+// A panel that receives a name shows nothing when it does not find this icon.
 QString nameIfInstalled()
 {
     return QStandardPaths::locate(QStandardPaths::GenericDataLocation, kThemeFile).isEmpty() ? QString() : kThemeName;
@@ -48,7 +48,7 @@ LinuxStatusItem::LinuxStatusItem(std::shared_ptr<XcbConnection> xcb, const Syste
 LinuxStatusItem::~LinuxStatusItem()
 {
     tray.reset();
-    // It may be destroyed by an action of its own menu.
+    // An action of its own menu may destroy this item.
     if (menu)
         menu.release()->deleteLater();
 }

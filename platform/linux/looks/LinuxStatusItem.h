@@ -10,17 +10,17 @@
 
 class SystemAppearance;
 
-// Turns the second press of a double click into a press like the first: Qt's tray window opens no menu for it, and does
-// not even report one of the right button.
+// Turns the second press of a double click into a single press. Qt's tray window opens no menu for a double click, and
+// does not report one of the right button.
 class SingleClicks : public QObject {
 public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 };
 
-// A tray icon that comes once there is a tray, and comes again with a tray that was restarted.
+// A tray icon that appears once there is a tray, and again after the tray was restarted.
 class LinuxStatusItem : public StatusItem {
 public:
-    // `xcb` is null where there is no X server.
+    // `xcb` is null when there is no X server.
     LinuxStatusItem(std::shared_ptr<XcbConnection> xcb, const SystemAppearance &systemAppearance);
     ~LinuxStatusItem() override;
 
@@ -36,7 +36,7 @@ private:
     QString description;
     std::unique_ptr<QMenu> menu;
     SingleClicks singleClicks;
-    std::unique_ptr<QSystemTrayIcon> tray; // once there is a tray and a symbol
+    std::unique_ptr<QSystemTrayIcon> tray; // set once there is a tray and a symbol
     bool trayIsThere = false;
     TrayWatch watch;
 };

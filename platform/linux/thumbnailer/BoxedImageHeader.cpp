@@ -8,20 +8,20 @@
 
 namespace {
 
-// A photo has some ten boxes on each level; whoever has more than this wants to keep us reading.
+// A photo has about ten boxes on each level. A file with more than this is hostile.
 constexpr int kMostBoxes = 256;
 constexpr qint64 kMostBytesOfAssociations = 65'536;
 constexpr qint64 kBoxHeader = 8;
 constexpr qint64 kLongBoxHeader = 16;
-constexpr qint64 kVersionAndFlags = 4; // begin the content of what the format calls a full box
+constexpr qint64 kVersionAndFlags = 4; // bytes; a "full box" of the format begins with these fields
 
 struct Box {
     QByteArray type;
-    qint64 begin = 0; // of its content
+    qint64 begin = 0; // of the content
     qint64 end = 0;
 };
 
-// Big-endian numbers one after the other. Past the end they are 0, and the reader has failed.
+// Reads big-endian numbers one after the other. Past the end they are 0, and the reader has failed.
 class Numbers {
 public:
     explicit Numbers(QByteArray content)
@@ -70,7 +70,7 @@ std::optional<Box> boxAt(const RegularFile &file, qint64 offset, qint64 end)
     return Box{header.mid(4, 4), begin, offset + qint64(size)};
 }
 
-// The boxes from `begin` up to `end`, as far as they are whole.
+// The complete boxes from `begin` to `end`.
 std::vector<Box> boxes(const RegularFile &file, qint64 begin, qint64 end)
 {
     std::vector<Box> found;
@@ -95,13 +95,13 @@ std::optional<Box> find(const RegularFile &file, const std::optional<Box> &paren
     return parent ? find(boxes(file, parent->begin + skipped, parent->end), type) : std::nullopt;
 }
 
-// Up to `most` bytes of a box's content, its first `skipped` left out.
+// Up to `most` bytes of a box's content, after its first `skipped` bytes.
 Numbers content(const RegularFile &file, const Box &box, qint64 most, qint64 skipped = 0)
 {
     return Numbers(file.read(box.begin + skipped, std::clamp<qint64>(box.end - box.begin - skipped, 0, most)));
 }
 
-// The item of a HEIF file that is its picture; the others are thumbnails, or the tiles it is put together from.
+// The number of a HEIF file's main item. Other items are thumbnails, or tiles of the main one.
 std::optional<quint32> primaryItem(const RegularFile &file, const Box &pitm)
 {
     Numbers numbers = content(file, pitm, kVersionAndFlags + 4);
@@ -112,11 +112,11 @@ std::optional<quint32> primaryItem(const RegularFile &file, const Box &pitm)
     return numbers.hasFailed() ? std::nullopt : std::optional(item);
 }
 
-// The properties of `item`, numbered from 1 in their order in the file.
+// The numbers of the properties of `item`: 1 is the first property in the file.
 std::vector<unsigned> propertiesOf(quint32 item, const RegularFile &file, const Box &ipma)
 {
     constexpr unsigned kLongIndices = 1;
-    constexpr unsigned kShortIndex = 0x7f; // the bit above says how much the property matters
+    constexpr unsigned kShortIndex = 0x7f; // the highest bit tells whether the property is essential
     constexpr unsigned kLongIndex = 0x7fff;
     Numbers numbers = content(file, ipma, kMostBytesOfAssociations);
     const auto version = numbers.take<quint8>();
@@ -183,7 +183,7 @@ std::optional<ImageHeader> readBoxedImageHeader(const RegularFile &file, const Q
         return header("jp2", jpeg2000Size(file));
     if (first.mid(4, 4) != "ftyp")
         return {};
-    // The brand that the file is of first, a version, and all brands that it is of besides.
+    // The content is the major brand, a version, and a list of further brands.
     constexpr qsizetype kVersion = 12;
     const qsizetype end = std::min<qsizetype>(qFromBigEndian<quint32>(first.constData()), first.size());
     bool isHeif = false;

@@ -10,7 +10,8 @@
 
 namespace {
 
-// Whether `text` is that modification time. Entries have whole seconds, but tumbler's have microseconds.
+// Whether `text` is the modification time of `state`. Entries have whole seconds, but those of the thumbnailer tumbler
+// have microseconds.
 bool isModificationTime(const QString &text, const FileState &state)
 {
     constexpr qint64 kNanosecondsPerMicrosecond = 1000;
@@ -19,7 +20,7 @@ bool isModificationTime(const QString &text, const FileState &state)
         return text == QString::number(state.modifiedSeconds);
     constexpr qsizetype kDigits = 6;
     const qint64 microseconds = text.mid(point + 1, kDigits).leftJustified(kDigits, QLatin1Char('0')).toLongLong();
-    // A double of today's seconds is exact to a quarter of a microsecond, and is then rounded.
+    // tumbler computes the time as a double, which is exact to a quarter of a microsecond, and rounds it.
     return text.left(point) == QString::number(state.modifiedSeconds) &&
            std::abs(microseconds - state.modifiedNanoseconds / kNanosecondsPerMicrosecond) <= 1;
 }
@@ -37,7 +38,7 @@ bool isOf(const QImage &entry, const QByteArray &uri, const FileState &original)
 std::optional<QImage> readCacheEntry(const RegularFile &entry, int pixels, const QByteArray &uri,
                                      const FileState &original)
 {
-    // No program writes an entry as large as its pixels; none of them holds that much text.
+    // The uncompressed pixels of the largest entry are smaller, and no program adds that much text.
     constexpr qint64 kMostBytes = 8'000'000;
     const auto header = readImageHeader(entry);
     if (!header || header->format != "png" || header->size.width() > pixels || header->size.height() > pixels ||

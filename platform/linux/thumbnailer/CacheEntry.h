@@ -8,7 +8,7 @@
 
 #include <optional>
 
-// The picture of an entry of the thumbnail cache, when the entry is a PNG of at most `pixels` each way that was made of
-// the file `uri` in that very state.
+// The picture in an entry of the thumbnail cache. Nothing unless the entry is a PNG of at most `pixels` in each
+// direction, made for the file `uri` in exactly this state.
 std::optional<QImage> readCacheEntry(const RegularFile &entry, int pixels, const QByteArray &uri,
                                      const FileState &original);

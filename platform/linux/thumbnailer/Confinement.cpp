@@ -18,17 +18,17 @@
 
 namespace {
 
-constexpr rlim_t kProcessorSeconds = 60; // in all; the shelf takes another helper long before
+constexpr rlim_t kProcessorSeconds = 60; // in total; the shelf replaces a helper long before
 constexpr rlim_t kLargestFile = 64 << 20;
 constexpr rlim_t kAddressSpace = rlim_t(1) << 30;
 constexpr rlim_t kMostDescriptorsOpen = 256;
 
-// Rights that came after Landlock's first version.
+// Rights that later versions of Landlock have added.
 constexpr std::uint64_t kTruncate = 1ULL << 14;
 constexpr std::uint64_t kDeviceControl = 1ULL << 15;
 
 #ifdef PARKLET_UNCONFINED
-// The sanitizers map terabytes of memory, and open files to report what they found.
+// The sanitizers map terabytes of memory, and open files for their reports.
 constexpr bool kConfines = false;
 #else
 constexpr bool kConfines = true;
@@ -37,7 +37,7 @@ constexpr bool kConfines = true;
 constexpr std::uint64_t kReading = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr std::uint64_t kWriting = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_FILE |
                                    LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_MAKE_REG;
-constexpr std::uint64_t kFirstVersion = (LANDLOCK_ACCESS_FS_MAKE_SYM << 1) - 1; // all that it knows
+constexpr std::uint64_t kFirstVersion = (LANDLOCK_ACCESS_FS_MAKE_SYM << 1) - 1; // all rights of the first version
 
 bool limit(__rlimit_resource resource, rlim_t most)
 {
@@ -45,7 +45,7 @@ bool limit(__rlimit_resource resource, rlim_t most)
     return ::setrlimit(resource, &both) == 0;
 }
 
-// All that the installed version knows and is to be forbidden unless a rule allows it.
+// All rights that this version of Landlock can restrict. Rules then allow single ones.
 std::uint64_t handledRights(long version, bool readsEverywhere)
 {
     std::uint64_t rights = kFirstVersion;
@@ -61,7 +61,7 @@ std::uint64_t handledRights(long version, bool readsEverywhere)
 bool allowBelow(int ruleset, const std::string &folder, std::uint64_t rights)
 {
     const Descriptor opened(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    // What is not there cannot be reached either.
+    // A folder that does not exist needs no rule.
     if (!opened.isOpen())
         return true;
     landlock_path_beneath_attr rule{};
@@ -70,7 +70,8 @@ bool allowBelow(int ruleset, const std::string &folder, std::uint64_t rights)
     return ::syscall(SYS_landlock_add_rule, ruleset, LANDLOCK_RULE_PATH_BENEATH, &rule, 0) == 0;
 }
 
-// Memory that is written to and never run; files and sockets that are open already; time, and the process's own end.
+// Allowed for every helper: memory that is not executable, files and sockets that are already open, the clock, and
+// exit.
 constexpr int kAlwaysAllowed[] = {
     SCMP_SYS(read),
     SCMP_SYS(readv),
@@ -136,7 +137,7 @@ public:
 
     bool load()
     {
-        // One thread is there besides.
+        // Apply the filter to all threads; another thread is already running.
         note(seccomp_attr_set(context.get(), SCMP_FLTATR_CTL_TSYNC, 1));
         return isGood && seccomp_load(context.get()) == 0;
     }
@@ -144,7 +145,7 @@ public:
 private:
     void note(int result) { isGood = isGood && result == 0; }
 
-    // Libraries try this and that and do without; what they try is refused, and only what is dangerous ends the helper.
+    // Libraries try calls that they can do without. Those fail with EPERM; only dangerous calls end the helper.
     std::unique_ptr<void, decltype(&seccomp_release)> context{seccomp_init(SCMP_ACT_ERRNO(EPERM)), seccomp_release};
     bool isGood = context != nullptr;
 };
@@ -155,7 +156,7 @@ void beginHelper(int first)
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    // The one byte is what the kernel takes for "no" even where a program receives core files.
+    // The kernel takes a limit of one byte as "no core file" even when it pipes core files to a program.
     limit(RLIMIT_CORE, 1);
     ::syscall(SYS_close_range, static_cast<unsigned>(first), ~0U, 0U);
 }
@@ -166,7 +167,7 @@ bool confineFileSystem(const Confinement &confinement)
         return true;
     const long version = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
     if (version < 1)
-        return true; // a kernel without it
+        return true; // the kernel has no Landlock
     landlock_ruleset_attr attributes{};
     attributes.handled_access_fs = handledRights(version, confinement.readsEverywhere);
     const Descriptor ruleset(
@@ -197,7 +198,7 @@ bool confineProcess(const Confinement &confinement)
     filter.allow(kAlwaysAllowed);
     for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)})
         filter.allowIf(call, SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
-    // How the C library and Qt ask for the size of what is open.
+    // The C library and Qt get the size of an open file by this call.
     filter.allowIf(SCMP_SYS(newfstatat), SCMP_A3(SCMP_CMP_MASKED_EQ, AT_EMPTY_PATH, AT_EMPTY_PATH));
     filter.allowIf(SCMP_SYS(statx), SCMP_A2(SCMP_CMP_MASKED_EQ, AT_EMPTY_PATH, AT_EMPTY_PATH));
     for (const unsigned command : {F_ADD_SEALS, F_GET_SEALS, F_GETFL, F_GETFD, F_SETFD, F_DUPFD_CLOEXEC})

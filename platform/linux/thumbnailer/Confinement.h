@@ -5,22 +5,24 @@
 #include <string>
 #include <vector>
 
-// What a helper keeps of a program's rights, for all its threads and for ever. docs/helpers.md says it in prose.
+// The rights that a helper keeps, for all its threads until it ends. docs/helpers.md describes them.
 struct Confinement {
-    bool opensFiles = false;           // may open files for reading
-    bool writesFiles = false;          // may make, write and replace files
-    bool awaitsWriters = false;        // may add to an inotify queue that it was given
-    std::vector<std::string> readable; // with Landlock: the only folders it reads in, where there are any
-    std::vector<std::string> writable; // with Landlock: the only folders it writes in
-    bool readsEverywhere = false;      // Landlock leaves reading alone
-    std::uint64_t memory = 0;          // bytes of its own; the libraries that it shares are beside
+    bool opensFiles = false;    // may open files for reading
+    bool writesFiles = false;   // may make, write and replace files
+    bool awaitsWriters = false; // may add watches to an inotify queue that it has received
+    std::vector<std::string>
+        readable; // with Landlock: the only folders in which it may read; missing folders are ignored
+    std::vector<std::string> writable; // with Landlock: the only folders in which it may write
+    bool readsEverywhere = false;      // Landlock does not restrict reading
+    std::uint64_t memory = 0;          // bytes, without the shared libraries
 };
 
-// What every helper does first: it ends with the shelf, leaves no core file, and holds no descriptor from `first` on.
+// Every helper calls this first. The helper then ends with the shelf, leaves no core file, and has no open descriptor
+// from number `first` on.
 void beginHelper(int first);
 
-// The part that holds for this thread and those it starts; to be called before any other thread is.
+// Restricts the file system for this thread and the threads that it starts. Call it before any other thread starts.
 bool confineFileSystem(const Confinement &confinement);
 
-// The rest, for all threads. False when the kernel grants less than that; the helper is not to go on then.
+// Applies the other restrictions to all threads. False when the kernel cannot; the helper must end then.
 bool confineProcess(const Confinement &confinement);

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr qint64 kFirstBytes = 64;
-// A photo has some twenty segments before its size; whoever has more than this wants to keep us reading.
+// A photo has about twenty segments before its size. A file with more than this is hostile.
 constexpr int kMostSegments = 512;
 constexpr int kMostDirectoryEntries = 512;
 
@@ -60,7 +60,7 @@ std::optional<ImageHeader> jpegHeader(const RegularFile &file)
         }
         const auto length = big<quint16>(bytes, 2);
         if (marker == 0xda) { // start of scan
-            // Only where the first scan holds everything can the rows be made without keeping all coefficients.
+            // The decoder can work row by row only if the first scan holds all components.
             if (found)
                 found->streamed = sequential && quint8(bytes.at(4)) == components;
             break;
@@ -85,7 +85,8 @@ std::optional<ImageHeader> bmpHeader(const QByteArray &first)
     if (little<quint32>(first, 14) == kOldHeaderSize)
         return header("bmp", pixelSize(little<quint16>(first, 18), little<quint16>(first, 20)));
     const qint64 width = little<qint32>(first, 18);
-    const qint64 height = std::abs(qint64(little<qint32>(first, 22))); // negative when stored from the top
+    const qint64 height =
+        std::abs(qint64(little<qint32>(first, 22))); // negative when the rows are stored from top to bottom
     return width < 0 ? std::nullopt : header("bmp", pixelSize(quint64(width), quint64(height)));
 }
 
@@ -162,7 +163,7 @@ std::optional<QSize> pixelSize(quint64 width, quint64 height)
 
 std::optional<ImageHeader> readImageHeader(const RegularFile &file)
 {
-    // Files without a size, such as those of the kernel, are not read at all.
+    // Files of size 0, such as those in /proc, are not read.
     if (file.state().size <= 0)
         return {};
     const QByteArray first = file.read(0, kFirstBytes);

@@ -8,16 +8,16 @@
 
 #include <optional>
 
-// What an image file says about itself before its pixels.
+// What the header of an image file states.
 struct ImageHeader {
-    QByteArray format;     // as QImageReader names it
-    QSize size;            // pixels, the orientation not applied
-    bool streamed = false; // its pixels come row by row, so that it can be made small without ever being whole
+    QByteArray format;     // the name that QImageReader uses
+    QSize size;            // pixels, before the orientation is applied
+    bool streamed = false; // the decoder can scale it row by row and never holds the whole image
 };
 
-// A size as a header states it; nothing when it is larger than any image can be.
+// The size that a header states. Nothing when it is larger than any image can be.
 std::optional<QSize> pixelSize(quint64 width, quint64 height);
 
-// Nothing for what is no PNG, JPEG, GIF, BMP, WebP, TIFF, HEIF, JPEG 2000 or icon file, or states no size. Costs a few
-// small reads, however large the file is.
+// Reads the header of a PNG, JPEG, GIF, BMP, WebP, TIFF, HEIF, JPEG 2000 or icon file. Returns nothing for any other
+// file, and for one without a size. Reads a few small pieces, however large the file is.
 std::optional<ImageHeader> readImageHeader(const RegularFile &file);

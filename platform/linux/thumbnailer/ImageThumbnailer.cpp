@@ -18,19 +18,19 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A sequential JPEG costs 5 ns a pixel when it is decoded at an eighth, and hardly any memory.
+// A sequential JPEG takes 5 ns a pixel when it is decoded at an eighth of its size, and hardly any memory.
 constexpr qint64 kMostPixelsOfJpeg = 1'000'000'000;
-// Whatever is decoded row by row at its full size costs up to 20 ns a pixel.
+// Formats that are decoded row by row at full size take up to 20 ns a pixel.
 constexpr qint64 kMostPixelsOfRows = 100'000'000;
-// A JPEG in scans keeps 3 bytes a pixel until the last one.
+// The decoder of a progressive JPEG holds 3 bytes a pixel until the last scan.
 constexpr qint64 kMostPixelsInScans = 24'000'000;
-// Whatever else is held whole costs 4 bytes a pixel.
+// All other formats hold 4 bytes a pixel.
 constexpr qint64 kMostPixelsHeld = 16'000'000;
-// No format takes more bytes a pixel, but for what it says besides.
+// No format has more bytes a pixel in its file, apart from metadata.
 constexpr qint64 kMostBytesOfAPixel = 8;
 constexpr qint64 kMostBytesBesides = 16'000'000;
 constexpr qint64 kMostBytes = 512'000'000;
-// Some readers hold the file as well.
+// Some readers hold the whole file too.
 constexpr qint64 kMostBytesHeld = 24'000'000;
 // What decoding may cost, and how long it may take where the machine or the file's storage is slow.
 constexpr double kMostProcessorSeconds = 8.0;
@@ -43,7 +43,8 @@ double processorSeconds()
     return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
 }
 
-// A file that ends where no picture of its size can still go on, or where reading it has taken too long.
+// The file as the image readers see it. It ends where a picture of its size must have ended, and when reading takes too
+// long.
 class DecoderInput : public QIODevice {
 public:
     DecoderInput(const RegularFile &original, qint64 most)
@@ -89,11 +90,11 @@ qint64 pixelCount(const QSize &size)
     return qint64(size.width()) * size.height();
 }
 
-// How far into the file its picture can reach; nothing when that is further than can be read.
+// The last position in the file that its picture can reach. Nothing when that is too far.
 std::optional<qint64> lastByte(const RegularFile &file, const ImageHeader &header)
 {
     if (header.format == "webp") {
-        // The file says how long it is, and is read as a whole.
+        // A WebP file states its length and is read as a whole.
         constexpr qint64 kBeforeTheSize = 8;
         const QByteArray size = file.read(4, sizeof(quint32));
         const qint64 end = kBeforeTheSize + qFromLittleEndian<quint32>(size.constData());
@@ -104,7 +105,7 @@ std::optional<qint64> lastByte(const RegularFile &file, const ImageHeader &heade
     return std::min(kMostBytes, kMostBytesBesides + kMostBytesOfAPixel * pixelCount(header.size));
 }
 
-// A JPEG whose end has not been written yet is decoded without an error, grey where it is missing.
+// Qt decodes a JPEG whose end is missing without an error, and the missing part is grey.
 bool endsAsItShould(const RegularFile &file, const ImageHeader &header)
 {
     return header.format != "jpeg" || file.read(file.currentState().size - 2, 2) == "\xff\xd9";
@@ -141,7 +142,8 @@ void silenceImageReaders()
     if (std::exchange(silenced, true))
         return;
     previous = QLoggingCategory::installFilter([](QLoggingCategory *category) {
-        // While it is being installed it is asked already; the categories are then as the previous one left them.
+        // Qt calls the new filter while it is being installed. The categories are then as the previous filter left
+        // them.
         if (previous)
             previous(category);
         const QLatin1String name(category->categoryName());
@@ -179,7 +181,7 @@ Decoding decodeImage(const RegularFile &file, const ImageHeader &header, const Q
     const QSize stored = reader.size();
     if (!stored.isEmpty() && !isWithinDecodingBounds({header.format, stored, header.streamed}))
         return {Decoding::Outcome::TooLarge, {}};
-    // The scaled size is of the picture as it is stored, the bound of the picture as it is shown.
+    // The scaled size applies before the orientation, the bound after it.
     const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
     const QSize fitted = fittedPixelSize(stored, turned ? bound.transposed() : bound);
     if (!stored.isEmpty() && fitted != stored)

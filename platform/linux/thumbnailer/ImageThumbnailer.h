@@ -7,36 +7,36 @@
 #include <QImage>
 #include <QSize>
 
-// What became of decoding a file.
+// The result of decoding a file.
 struct Decoding {
     enum class Outcome {
         Complete,
         Partial,  // the file ends before its picture does
         Broken,   // the file holds no picture that can be decoded
-        TooLarge, // out of bounds
-        GivenUp,  // too slow or unreadable; says nothing about what the file holds
+        TooLarge, // beyond the bounds of time or memory
+        GivenUp,  // too slow or unreadable, which says nothing about the contents
     };
 
     Outcome outcome;
     QImage image; // null unless complete or partial
 };
 
-// The size of a picture of `size` that is made to fit `bound`: its aspect kept, nothing below one pixel, and never
-// larger than it is.
+// The size at which a picture of `size` fits `bound`, in pixels. Keeps the aspect ratio, never enlarges, and is at
+// least one pixel in each direction.
 QSize fittedPixelSize(const QSize &size, const QSize &bound);
 
-// `image` made to fit `bound`, as plain 32-bit pixels without anything that its file said besides.
+// Scales `image` to fit `bound`, in 32-bit pixels and without the metadata of its file.
 QImage fittedImage(const QImage &image, const QSize &bound);
 
-// Keeps the image readers from printing what they think of broken files, for the whole program.
+// Suppresses the messages that the image readers print about broken files, for the whole process.
 void silenceImageReaders();
 
-// Whether the image readers of this system know `format`.
+// Whether an installed image reader supports `format`.
 bool canDecode(const QByteArray &format);
 
-// Whether making `header`'s picture small keeps within this program's bounds of time and memory.
+// Whether decoding the picture of `header` stays within the bounds of time and memory.
 bool isWithinDecodingBounds(const ImageHeader &header);
 
-// The first picture of `file`, upright, made to fit `bound` pixels. It is decoded at about the size asked for wherever
-// its format allows that. Reads no more of the file than a picture of its size can take.
+// Decodes the first picture of `file`, upright and scaled to fit `bound` pixels. Decodes at about that size where the
+// format allows it. Reads no more of the file than a picture of its size can occupy.
 Decoding decodeImage(const RegularFile &file, const ImageHeader &header, const QSize &bound);

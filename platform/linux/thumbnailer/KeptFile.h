@@ -3,9 +3,9 @@
 
 #include <string>
 
-// Makes the folder and those above it, for the user alone. False when it cannot be made.
+// Makes the folder and its parents, readable by the user only. False when that fails.
 bool makeFolder(const std::string &path);
 
-// Writes `bytes` to the file at `path`, whose folder is made when it is not there. The file appears whole or not at
-// all: other programs read it at any moment. False when it could not be written; an earlier one is then as it was.
+// Writes `bytes` to the file at `path`, and makes its folder if necessary. Other programs may read the file at any
+// moment, so it is replaced atomically. False when that fails; an existing file is unchanged then.
 bool keepFile(const std::string &path, const std::string &bytes);

@@ -12,9 +12,9 @@
 
 namespace {
 
-// A file changed this lately may still be being written, and a second change may leave its date as it is.
+// A file that was changed so recently may still be in writing, and another change may not alter its modification time.
 constexpr double kSettlingTime = 1.0; // seconds
-// Smaller pictures are decoded again about as fast as their entry in the cache is read.
+// Smaller pictures are decoded about as fast as their cache entry is read.
 constexpr qint64 kPixelsWorthKeeping = 262'144;
 constexpr qint64 kSvgWorthKeeping = 100'000; // bytes
 constexpr qint64 kLargestSvg = 10'000'000;
@@ -24,7 +24,7 @@ MadePicture made(PictureOutcome outcome, const QImage &image, const QSize &bound
     return {outcome, {}, fittedImage(image, bound), worthKeeping ? image : QImage()};
 }
 
-// Out of the cache, or what it says about making it.
+// The picture from the cache, or the failure that the cache notes.
 std::optional<MadePicture> cached(const PictureOrder &order, const FileState &state, const QSize &bound, bool isImage)
 {
     for (const CachedEntry &entry : order.entries) {

@@ -11,29 +11,29 @@
 #include <optional>
 #include <vector>
 
-// An entry that the cache has of a file; the one that says that nothing can be made of it has no pixels.
+// A cache entry of a file. The entry that notes a failure has no pixels.
 struct CachedEntry {
     int pixels;
     RegularFile file;
 };
 
-// A picture that is to be made.
+// A picture to make.
 struct PictureOrder {
     PictureTask task;
     double edge; // points
     double scale;
     double now; // seconds since the epoch
     QByteArray uri;
-    int kept; // pixels of the cache's class; 0 where nothing is to be kept
+    int kept; // pixels of the cache's class; 0 when the cache gets no entry
     std::vector<CachedEntry> entries;
 };
 
 struct MadePicture {
     PictureOutcome outcome;
-    std::optional<QSize> pixelSize; // what the file's header says
+    std::optional<QSize> pixelSize; // from the file's header
     QImage shown;
-    QImage kept; // for the cache; null when it is not to have it
+    QImage kept; // for the cache; null when it gets no entry
 };
 
-// Does the order. All the contents that it looks at may be hostile.
+// Makes the picture. All files that it reads may be hostile.
 MadePicture makePicture(const PictureOrder &order, const RegularFile &file);

@@ -20,11 +20,11 @@ constexpr qint64 kMostEmbeddedPixels = 16'000'000;
 
 const QString kXLink = QStringLiteral("http://www.w3.org/1999/xlink");
 
-// One element of a drawing: what it holds, and what it draws once more.
+// One element of a drawing, with its children and the elements that it references.
 struct Node {
     std::vector<size_t> children;
     QString reference;
-    qint64 drawn = 0; // elements drawn for it, itself included; 0 until known
+    qint64 drawn = 0; // the number of elements drawn for it, including itself; 0 until known
     int depth = 0;
     bool visiting = false;
 };
@@ -34,7 +34,7 @@ struct Tree {
     QHash<QString, size_t> ids;
 };
 
-// Counts what `index` draws, references followed. False when that is endless, too deep or too much.
+// Counts the elements that `index` draws, through references too. False when that is endless, too deep or too much.
 bool measure(Tree &tree, size_t index, int level)
 {
     Node &node = tree.nodes[index];
@@ -62,8 +62,8 @@ bool measure(Tree &tree, size_t index, int level)
     return true;
 }
 
-// How many pixels the picture inside the drawing has that `link` holds; nothing when it holds none. A drawing inside
-// the drawing is none: it could hold links of its own.
+// The number of pixels of the embedded picture that `link` contains. Nothing when it contains none. An embedded drawing
+// does not count, because it could have links itself.
 std::optional<qint64> embeddedPixels(QStringView link)
 {
     const auto comma = link.indexOf(QLatin1Char(','));
@@ -140,7 +140,7 @@ std::optional<QImage> renderSvg(const QByteArray &svg, const QSize &bound)
     if (harmless.isEmpty() || bound.isEmpty() || !renderer.load(harmless))
         return {};
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
-    // A drawing has no pixels of its own, so it fills the bound however small it says it is.
+    // A drawing scales without loss, so it fills the bound whatever size it states.
     QSizeF size = renderer.viewBoxF().size();
     if (size.isEmpty())
         size = renderer.defaultSize();

@@ -7,9 +7,9 @@
 
 #include <optional>
 
-// An SVG drawing without what could reach outside it (linked pictures, style sheets, entities) and nothing but that;
-// empty when it is no drawing, or so deep or so multiplied that drawing it could take the process down.
+// The SVG drawing `svg` without anything that refers to the outside (linked pictures, style sheets, entities). Empty
+// when it is no drawing, or nested or repeated so often that drawing it could exhaust the process.
 QByteArray harmlessSvg(const QByteArray &svg);
 
-// The drawing made to fit `bound` pixels; nothing when it cannot be drawn. Blocks; for worker threads.
+// Draws `svg` to fit `bound` pixels. Nothing when it cannot be drawn. Blocks, so call it on a worker thread.
 std::optional<QImage> renderSvg(const QByteArray &svg, const QSize &bound);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// parklet-files: touches the user's files in the shelf's place, so that a file system that does not answer keeps only
-// this process waiting. It opens them, looks at none of their contents, and passes them on. As
-// "parklet-files --keep FOLDER" it writes the entries of the thumbnail cache, and nothing else.
+// parklet-files opens the user's files for the shelf, so that only this process waits for a file system that does not
+// answer. It passes open files on and does not examine their contents. As "parklet-files --keep FOLDER" it writes
+// entries of the thumbnail cache, and nothing else.
 
 #include "platform/linux/helpers/Channel.h"
 #include "platform/linux/helpers/Message.h"
@@ -24,9 +24,9 @@ namespace {
 
 constexpr std::uint64_t kMemory = 16 << 20; // bytes
 constexpr size_t kMostFirstBytes = 16'384;
-constexpr size_t kProbe = 4'096; // bytes that are read before a file is passed on
+constexpr size_t kProbe = 4'096; // bytes; read before a file is passed on
 constexpr std::uint32_t kMostEntries = 8;
-// A file that another one is renamed over loses a link, which is a change of its attributes.
+// A file that is replaced by a rename loses a link, which changes its attributes.
 constexpr std::uint32_t kWriterEvents =
     IN_CLOSE_WRITE | IN_ATTRIB | IN_MOVE_SELF | IN_DELETE_SELF | IN_ONESHOT | IN_MASK_ADD;
 
@@ -59,8 +59,8 @@ struct Opened {
     FileStateRecord state;
 };
 
-// A regular file that can be read. Opening a device can already do something to it, so its kind is asked first; the
-// path may lead to another file by the time it is opened, so the open file is asked again.
+// Opens a regular file. Opening a device can have effects, so the kind is checked before; and because the path may lead
+// to another file by then, the open file is checked again.
 std::optional<Opened> openRegular(const std::string &path)
 {
     struct stat info {};
@@ -93,8 +93,8 @@ std::string look(MessageReader &question)
     return MessageWriter().add(kind).addBytes(first).bytes();
 }
 
-// Opens a file and the entries that the cache may have of it, and hands them to the thumbnailer at the other end of the
-// socket that came with the question.
+// Opens a file and its cache entries, and passes them to the thumbnailer at the other end of the socket that came with
+// the question.
 std::string make(MessageReader &question, const std::vector<Descriptor> &descriptors)
 {
     const std::string path = question.takeBytes();
@@ -112,7 +112,7 @@ std::string make(MessageReader &question, const std::vector<Descriptor> &descrip
         return MessageWriter().add(kindOf(path)).add(FileStateRecord()).add(Passed::No).bytes();
     if (file->state == refused)
         return MessageWriter().add(FileKind::Regular).add(file->state).add(Passed::No).bytes();
-    // A file system that opens a file and does not read it keeps this process, not the thumbnailer.
+    // If the file system opens files but cannot read them, this process waits for it, not the thumbnailer.
     if (file->state.size > 0)
         firstBytes(file->file.get(), kProbe);
     std::vector<int> passed{file->file.get()};
@@ -135,7 +135,7 @@ std::string watch(MessageReader &question, const std::vector<Descriptor> &descri
     int watch = -1;
     if (descriptors.size() == 1)
         watch = ::inotify_add_watch(descriptors.front().get(), path.c_str(), kWriterEvents);
-    // After that, so that no change goes unseen between the two.
+    // Open the file after the watch began, so that no change between the two is lost.
     const auto opened = openRegular(path);
     return MessageWriter()
         .add(watch)
@@ -181,7 +181,7 @@ int main(int argc, char **argv)
     Confinement confinement;
     confinement.memory = kMemory;
     if (keeps) {
-        // So that there is a folder to be confined to.
+        // The confinement needs a folder that exists.
         if (!makeFolder(argv[2]))
             return 1;
         confinement.writesFiles = true;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// parklet-thumbnailer: makes small pictures of files that are open already, in a process that may fall. It is told on
-// one socket what to make, answers on another with pixels in sealed memory, and can do next to nothing else; with
-// "--drawings" it makes those of SVG drawings, and may read fonts.
+// parklet-thumbnailer makes small pictures of files that are already open, in a process that may crash. It receives
+// orders on one socket, answers on another with pixels in sealed memory, and may do hardly anything else. With "--
+// drawings" it draws SVG files, and may read fonts.
 
 #include "platform/linux/helpers/Channel.h"
 #include "platform/linux/helpers/Message.h"
@@ -28,13 +28,13 @@
 
 namespace {
 
-// Ten steps leave the main thread of the shelf nine tenths of a core that they share.
+// With this nice value, the main thread of the shelf gets nine tenths of a core that both share.
 constexpr int kNiceness = 10;
 constexpr unsigned kStack = 4 << 20; // bytes
-// With the libraries that it looks into, a helper stays below 96 MB.
+// Together with its libraries, a helper uses less than 96 MB.
 constexpr std::uint64_t kMemoryForPictures = 74 << 20;
 constexpr std::uint64_t kMemoryForDrawings = 64 << 20;
-constexpr int kLargestKeptBlock = 1 << 20; // bytes; larger ones go back to the system at once
+constexpr int kLargestKeptBlock = 1 << 20; // bytes; larger freed blocks are returned to the system at once
 
 double processorSeconds()
 {
@@ -56,7 +56,7 @@ void addPixels(QByteArray &pixels, const QImage &image)
         pixels.append(reinterpret_cast<const char *>(image.constScanLine(y)), qsizetype(image.width()) * 4);
 }
 
-// One picture: what came of it, and its pixels. False when the shelf is no longer there, or is not to be understood.
+// Makes one picture and sends the result with its pixels. False when the shelf is gone or has sent an invalid message.
 bool serve(Received received)
 {
     MessageReader message(received.bytes);
@@ -111,7 +111,8 @@ void serveAll()
 {
     for (;;) {
         pollfd sockets[] = {{kPicturesSocket, POLLIN, 0}, {kShelfSocket, POLLIN, 0}};
-        // The shelf says nothing; its socket only tells that it has gone, or wants no more.
+        // The shelf sends nothing on its socket; the socket only reports that the shelf is gone or wants no more
+        // pictures.
         if (::poll(sockets, 2, -1) < 0 || sockets[1].revents != 0)
             return;
         if (sockets[0].revents == 0)
@@ -122,7 +123,7 @@ void serveAll()
     }
 }
 
-// What is loaded when it is first used is loaded now; later it could not be.
+// Loads the plugins now that Qt loads on first use. Later the confinement forbids it.
 void loadImageReaders()
 {
     for (const char *format : {"png", "jpeg", "gif", "bmp", "webp", "tiff", "ico", "heif", "avif", "jp2"}) {
@@ -135,7 +136,7 @@ void loadImageReaders()
     canDecode("png");
 }
 
-// The first letter is what makes Qt look for fonts.
+// Drawing one letter makes Qt search for fonts.
 void loadFonts()
 {
     QImage canvas(8, 8, QImage::Format_ARGB32_Premultiplied);
@@ -180,17 +181,17 @@ int main(int argc, char **argv)
     confinement.memory = (draws ? kMemoryForDrawings : kMemoryForPictures) + kStack;
     if (!confineFileSystem(confinement))
         return 1;
-    // Qt divides the work on a picture among the threads of its pool, unless it is called from one of them.
+    // Qt divides the work on a picture among the threads of its pool, except when a thread of the pool does it.
     QThreadPool *pool = QThreadPool::globalInstance();
     pool->setStackSize(kStack);
     bool isConfined = false;
     pool->start([&] {
-        // Fails harmlessly where the whole session is nicer still.
+        // This fails, harmlessly, when the whole session has a higher nice value.
         ::setpriority(PRIO_PROCESS, 0, kNiceness);
         isConfined = confineProcess(confinement);
         if (isConfined)
             serveAll();
-        // Nothing here is worth being taken down in order, nor are all calls for that granted.
+        // Exit without destructors: nothing needs them, and the confinement forbids some of their system calls.
         ::_exit(isConfined ? 0 : 1);
     });
     pool->waitForDone();

@@ -118,7 +118,7 @@ void DesktopThumbnailer::queued(quint64 id, const QDBusMessage &reply)
     const uint handle = taken ? reply.arguments().at(0).toUInt() : 0;
     const bool over = taken && finishedEarly.remove(handle);
     if (request == requests.end()) {
-        // Given up meanwhile; the service need not go on with it.
+        // The request has failed meanwhile, so the service may stop.
         if (taken && !over)
             call(QStringLiteral("Dequeue"), {handle}, [](const QDBusMessage &) {});
         return;
@@ -131,7 +131,7 @@ void DesktopThumbnailer::queued(quint64 id, const QDBusMessage &reply)
 
 void DesktopThumbnailer::serviceReady(uint handle, const QStringList &uris)
 {
-    // A signal can come before the answer that tells its handle; the file then tells whose it is.
+    // A signal can arrive before the reply with its handle. Then the file identifies the request.
     finish(
         [&](const Request &request) { return uris.contains(request.uri) && request.handle.value_or(handle) == handle; },
         true);
@@ -158,8 +158,8 @@ void DesktopThumbnailer::serviceFinished(uint handle)
 void DesktopThumbnailer::serviceOwnerChanged(const QString & /*name*/, const QString &oldOwner,
                                              const QString & /*newOwner*/)
 {
-    // The service leaves the bus when it has been idle for a while and is started again by the next call. One that
-    // appears for the first time may be the one that the question for its types has just started.
+    // An idle service leaves the bus, and the next call starts it again. A service that appears for the first time may
+    // have been started by the question for its types.
     if (service == Service::Asked && oldOwner.isEmpty())
         return;
     if (!oldOwner.isEmpty())

@@ -15,24 +15,25 @@
 
 class QDBusMessage;
 
-// The desktop's thumbnailer service (org.freedesktop.thumbnails.Thumbnailer1) on the session bus, which knows kinds of
-// files that this program does not. Its pictures go into the shared thumbnail cache. Lives on one thread with an event
-// loop and blocks none.
+// The desktop's thumbnailer service (org.freedesktop.thumbnails.Thumbnailer1) on the session bus. It makes thumbnails
+// of kinds of files that this program does not know, and writes them into the shared thumbnail cache. Lives on one
+// thread with an event loop and never blocks it.
 class DesktopThumbnailer : public QObject {
     Q_OBJECT
 
 public:
-    // Called exactly once, on this object's thread: whether the service says that the cache now holds a picture.
+    // Called exactly once, on this object's thread. `made` tells whether the cache now holds a thumbnail, according to
+    // the service.
     using Done = std::function<void(bool made)>;
 
-    // How long the service may go without a sign of progress before what it was asked for is given up.
+    // A request fails when the service has not reported any progress for so long.
     static constexpr std::chrono::milliseconds kLongestSilence{10'000};
 
     explicit DesktopThumbnailer(const QDBusConnection &bus, std::chrono::milliseconds longestSilence = kLongestSilence);
     ~DesktopThumbnailer() override;
 
-    // Asks for an entry of the cache's class `flavor` for the file `uri`, whose type has all the names `mimeTypes`.
-    // Done at once, with false, when there is no such service or it does not know files of that type.
+    // Asks for an entry in the size folder `flavor` of the cache for the file `uri`. `mimeTypes` has all names of the
+    // file's type. When there is no such service, or it does not know the type, `done` is called at once with false.
     void request(const QString &uri, const QStringList &mimeTypes, const QString &flavor, Done done);
 
 private slots:
@@ -50,13 +51,13 @@ private:
         QStringList mimeTypes;
         QString flavor;
         Done done;
-        std::optional<uint> handle; // once the service has taken it
+        std::optional<uint> handle; // set once the service has accepted the request
     };
 
     void askForSupportedTypes();
     void call(const QString &method, const QVariantList &arguments,
               const std::function<void(const QDBusMessage &reply)> &handler);
-    // Those of the names that the service knows.
+    // Those of the types that the service supports.
     QStringList supported(const QStringList &mimeTypes) const;
     void queueWaiting();
     void queue(Request &request);
@@ -68,7 +69,7 @@ private:
     Service service = Service::Unknown;
     QSet<QString> supportedTypes; // of local files
     std::vector<Request> requests;
-    QSet<uint> finishedEarly; // handles that were finished before the service had answered with them
+    QSet<uint> finishedEarly; // handles whose end arrived before the reply that names them
     quint64 lastId = 0;
     QTimer silence;
 };

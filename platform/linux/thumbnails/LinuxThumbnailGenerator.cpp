@@ -16,11 +16,11 @@
 namespace {
 
 constexpr int kNiceness = 10;
-// A file that cannot be read is waited for when it was changed within that time: its writer may be taking a rest.
+// A file without a readable picture may still be in writing if it was changed within this time.
 constexpr double kWritingTime = 60.0; // seconds
-// Of a file that is closed again and again and never whole.
+// For a file that is closed again and again and is never complete.
 constexpr int kMostRetries = 100;
-// What the descriptions of file types look at.
+// The patterns of the MIME database look at no more bytes.
 constexpr quint32 kFirstBytes = 16'384;
 
 const QString kSvgType = QStringLiteral("image/svg+xml");
@@ -40,8 +40,8 @@ FileState stateOf(const FileStateRecord &record)
 
 } // namespace
 
-// One request, or several that ask for the same. Once answered it may be answered with a better picture, and no more
-// with nothing.
+// One request, or several for the same picture. An answered request may later get a better picture, but not the answer
+// that there is none.
 struct LinuxThumbnailGenerator::Job {
     struct Asker {
         double edge;
@@ -100,7 +100,7 @@ void LinuxThumbnailGenerator::generate(const QUrl &file, double edge, double sca
     const QByteArray path = fileSystemPath(file);
     const int side = pixelSide(edge, scale, kLongestSide);
     JobPointer job = queued.value({path, side}).lock();
-    // A shelf whose items are made larger by a tenth of a point at a time asks for the same pixels again and again.
+    // While the user drags the slider of the item size, the shelf asks for the same pixels again and again.
     if (job) {
         job->askers.push_back({edge, std::move(completion), delayed});
     } else {
@@ -143,7 +143,7 @@ void LinuxThumbnailGenerator::work(const JobPointer &job, PictureTask task)
                 answered(job, task, answer);
         },
         [this, job, stillThere = std::weak_ptr<bool>(alive)] {
-            // Who asks from here on wants the file as it is then.
+            // Later requests want the file as it is then.
             if (!stillThere.expired())
                 begun(job);
         });
@@ -183,7 +183,7 @@ void LinuxThumbnailGenerator::answered(const JobPointer &job, PictureTask task, 
             break;
         [[fallthrough]];
     case PictureOutcome::TooLarge:
-        // The desktop may know better.
+        // The desktop's thumbnailer may know this kind of file.
         makeOfOther(job, state);
         return;
     case PictureOutcome::Failed:
@@ -233,14 +233,14 @@ void LinuxThumbnailGenerator::askDesktop(const JobPointer &job, const QStringLis
         return;
     }
     std::call_once(desktopStarted, [this] {
-        // Connecting to the bus waits for its answer, but that was done when the program started.
+        // Connecting to the bus would block, but the program has already done that at its start.
         desktop = new DesktopThumbnailer(QDBusConnection::sessionBus());
         desktop->moveToThread(&desktopThread);
         QObject::connect(&desktopThread, &QThread::finished, desktop, &QObject::deleteLater);
         desktopThread.start();
     });
     const auto done = [this, job](bool made) {
-        // On the thread of the service, which has ended before this object has.
+        // This callback runs on the service's thread, which ends before this object does.
         QMetaObject::invokeMethod(
             &receiver,
             [this, job, made] {
@@ -266,10 +266,10 @@ void LinuxThumbnailGenerator::keep(const JobPointer &job, const FileState &state
         return;
     ++beingEncoded;
     encoders.start([this, path = job->path, entry = cache.entryPath(sizeClass->name, job->path), state, image] {
-        // Fails harmlessly where the whole process is nicer still.
+        // This fails, harmlessly, when the whole process has a higher nice value.
         ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kNiceness);
         const QByteArray bytes = ThumbnailCache::entryBytes(path, state, image);
-        // After fifty photos half of what this program then holds would be free memory kept for the next ones.
+        // After fifty photos, half of the program's memory would be freed memory that the allocator keeps.
         if (--beingEncoded == 0)
             ::malloc_trim(0);
         QMetaObject::invokeMethod(
@@ -288,7 +288,7 @@ bool LinuxThumbnailGenerator::awaitWriter(const JobPointer &job, const FileState
     if (job->retries >= kMostRetries || age(state) >= kWritingTime)
         return false;
     ++job->retries;
-    job->answerNothing(); // so that there is something to see meanwhile
+    job->answerNothing(); // the shelf shows an icon meanwhile
     mainQueue.async([this, job, state, stillThere = std::weak_ptr<bool>(alive)] {
         if (!stillThere.expired())
             watch(job, state);
@@ -303,7 +303,7 @@ void LinuxThumbnailGenerator::watch(const JobPointer &job, const FileState &stat
                   stillThere = std::weak_ptr<bool>(alive)](int watch, const std::optional<FileStateRecord> &now) {
                      if (stillThere.expired())
                          return;
-                     // It may have been finished before the watch began, or without one.
+                     // The writer may have finished before the watch began, or the system may have refused the watch.
                      if (now && stateOf(*now) != state) {
                          work(job);
                      } else if (watch >= 0) {
@@ -318,7 +318,7 @@ void LinuxThumbnailGenerator::watch(const JobPointer &job, const FileState &stat
                  });
 }
 
-// Seconds from its last change, or to it where the clocks differ.
+// The seconds since the file's last change. The absolute value, because the clock of a remote file system may be ahead.
 double LinuxThumbnailGenerator::age(const FileState &state) const
 {
     constexpr double kMillisecondsPerSecond = 1000.0;

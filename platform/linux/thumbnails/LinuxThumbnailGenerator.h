@@ -22,12 +22,13 @@
 
 class DesktopThumbnailer;
 
-// Thumbnails from the desktop's shared cache, else decoded, both by helpers of this program; else made by the desktop's
-// thumbnailer service. The oldest request is served first. A file that is still being written is tried again when its
-// writer closes it. Everything happens on the main thread, which never waits, but for what is put into the cache.
+// Gets thumbnails from the desktop's shared cache, else by decoding the file, both in helper processes, else from the
+// desktop's thumbnailer service. The oldest request is served first. A file that is still being written is tried again
+// when its writer closes it. Everything happens on the main thread, which never blocks; only cache entries are encoded
+// on another thread.
 class LinuxThumbnailGenerator : public ThumbnailGenerator {
 public:
-    // A picture that has not come by then is delayed.
+    // A thumbnail that takes longer is delayed.
     static constexpr double kBlink = 0.1; // seconds
 
     LinuxThumbnailGenerator(MainQueue &mainQueue, std::shared_ptr<FileHelpers> files, const QByteArray &cacheFolder);
@@ -36,10 +37,10 @@ public:
     void generate(const QUrl &file, double edge, double scale, Completion completion,
                   Delayed delayed = nullptr) override;
 
-    // How many files' writers are waited for.
+    // The number of files whose writers are waited for.
     int awaitedWriters() const { return awaited; }
 
-    // The helpers that make pictures.
+    // The process numbers of the helpers that make pictures.
     std::vector<pid_t> processes() const { return pictures.processes(); }
 
 private:
@@ -61,7 +62,7 @@ private:
     const std::shared_ptr<FileHelpers> files;
     PictureHelpers pictures;
     ThumbnailCache cache;
-    // The requests that no helper has begun, by their files and pixels; what they are to answer may still be added to.
+    // The requests that no helper has begun, by file and pixels. Another request for the same joins them.
     QHash<std::pair<QByteArray, int>, std::weak_ptr<Job>> queued;
     std::unordered_set<JobPointer> open;
     int awaited = 0;
@@ -69,8 +70,8 @@ private:
     std::atomic<int> beingEncoded = 0;
     QThread desktopThread;
     std::once_flag desktopStarted;
-    DesktopThumbnailer *desktop = nullptr; // lives on desktopThread, which deletes it; null until first needed
+    DesktopThumbnailer *desktop = nullptr; // lives on desktopThread, which deletes it; null until the first use
     WriteWatch writes;
-    QObject receiver;                                           // of what other threads have to say
-    std::shared_ptr<bool> alive = std::make_shared<bool>(true); // what comes late looks at it
+    QObject receiver;                                           // receives the results of other threads
+    std::shared_ptr<bool> alive = std::make_shared<bool>(true); // late callbacks check it
 };

@@ -15,7 +15,7 @@ namespace {
 
 constexpr auto kFailureFolder = "fail/parklet-" PARKLET_VERSION;
 
-// PNG's checksum of a chunk.
+// The checksum of a PNG chunk.
 quint32 crc32(const QByteArray &bytes)
 {
     constexpr quint32 kPolynomial = 0xedb88320;
@@ -35,7 +35,7 @@ QByteArray bigEndian(quint32 number)
     return bytes;
 }
 
-// The keys go in uncompressed, which QImageWriter does for short texts only.
+// Makes uncompressed texts. QImageWriter compresses all but short ones.
 QByteArray textChunk(const QByteArray &key, const QByteArray &text)
 {
     const QByteArray content = "tEXt" + key + '\0' + text;

@@ -12,35 +12,35 @@
 #include <optional>
 #include <vector>
 
-// The thumbnails that the desktop's programs share, as the freedesktop thumbnail specification lays them out: where the
-// entries are, and what is in one. An entry counts only while its original has the very modification time (whole
-// seconds) and size that it was made of. Reading them, which other programs wrote, and writing them is the helpers'
-// business; no file is touched here.
+// The thumbnail cache that all programs of the desktop share, after the freedesktop thumbnail specification: where its
+// entries are, and what an entry contains. An entry is valid only while its file has the modification time (whole
+// seconds) and the size for which it was made. This class touches no file; helpers read and write the entries.
 class ThumbnailCache {
 public:
-    // `folder` holds the size folders. Use defaultFolder() for the user's own.
+    // `folder` contains the folders of the sizes. Use defaultFolder() for the user's cache.
     explicit ThumbnailCache(QByteArray folder);
 
     static QByteArray defaultFolder();
     const QByteArray &path() const { return folder; }
 
-    // The smallest class that pictures of `bound` pixels can be made of; nothing when none is large enough.
+    // The smallest class whose entries are at least `bound` pixels. Nothing when no class is large enough.
     static std::optional<CacheClass> sizeClassFor(const QSize &bound);
 
-    // The URI that `path` is known by in the cache, byte for byte as the desktop's other programs write it.
+    // The URI of `path` in the cache, byte for byte as the desktop's other programs write it.
     static QByteArray uri(const QByteArray &path);
 
-    // Whether there can be entries for `path`; not for the entries themselves.
+    // Whether the cache may have entries for `path`. It has none for its own entries.
     bool covers(const QByteArray &path) const;
 
-    // Where the entries would be that are at least as large as `bound`, the smallest first, and then the one that says
-    // that this program can make nothing of the file. Other programs' failures are not ours.
+    // The entries of `path` that are at least as large as `bound`, whether they exist or not: the smallest first, and
+    // last the entry with which this program notes that it cannot make a thumbnail. The failures of other programs are
+    // ignored.
     std::vector<PictureRequest::Entry> entries(const QByteArray &path, const QSize &bound) const;
 
     QByteArray entryPath(const QByteArray &subfolder, const QByteArray &path) const;
     QByteArray failurePath(const QByteArray &path) const;
 
-    // What an entry is to hold. May be called on any thread.
+    // The contents of an entry. May be called on any thread.
     static QByteArray entryBytes(const QByteArray &path, const FileState &original, const QImage &image);
     static QByteArray failureBytes(const QByteArray &path, const FileState &original);
 

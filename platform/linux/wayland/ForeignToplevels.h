@@ -11,18 +11,18 @@
 
 struct zwlr_foreign_toplevel_handle_v1;
 
-// The windows of all programs, as far as it takes to know which program has the focus.
+// Follows the windows of all programs to find out which program has the focus.
 class ForeignToplevels {
 public:
-    // `connection` offers foreign toplevel management.
+    // `connection` must offer foreign toplevel management.
     explicit ForeignToplevels(std::shared_ptr<WaylandConnection> connection);
     ~ForeignToplevels();
 
     ForeignToplevels(const ForeignToplevels &) = delete;
     ForeignToplevels &operator=(const ForeignToplevels &) = delete;
 
-    // What the window with the focus says its program is called: a desktop entry's identifier, or the class of a window
-    // on XWayland. Nothing when no window has the focus, or it is one of ours.
+    // The application ID of the focused window: the identifier of a desktop entry, or the window class of a program
+    // under XWayland. Nothing when no window has the focus, or a window of this program has it.
     std::optional<QByteArray> activeApplication() const;
 
 private:

@@ -22,7 +22,7 @@ LayerPanel::LayerPanel(QWidget &panelWindow, const LayerShell &layerShell, FreeO
     , originOf(std::move(freeOrigin))
     , opacity(new QGraphicsOpacityEffect(&panelWindow))
 {
-    // Qt gives a window with this flag no place of its own.
+    // Qt does not place a window with this flag.
     panelWindow.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
                                Qt::WindowDoesNotAcceptFocus);
     panelWindow.setAttribute(Qt::WA_TranslucentBackground);
@@ -37,7 +37,7 @@ LayerPanel::~LayerPanel()
     giveUpRole();
 }
 
-// Qt makes the native window, and follows the life of its surface from then on.
+// Creates the native window, and follows the surface from then on.
 void LayerPanel::prepare()
 {
     if (window->windowHandle() && window->windowHandle()->handle())
@@ -58,7 +58,7 @@ void LayerPanel::orderFront()
         follow();
         return;
     }
-    // The first surface is made with the native window, each further one as the panel is shown.
+    // Qt makes the first surface with the native window, and each further one when the panel shows.
     if (!layerSurface && LayerShell::surfaceOf(*window->windowHandle()))
         assumeRole();
     window->show();
@@ -98,14 +98,14 @@ void LayerPanel::assumeRole()
             [](void *data, zwlr_layer_surface_v1 *layer, quint32 serial, quint32, quint32) {
                 auto *self = static_cast<LayerPanel *>(data);
                 zwlr_layer_surface_v1_ack_configure(layer, serial);
-                // Qt may have nothing to draw, and some compositors wait for the commit before they move a surface.
+                // Qt may have nothing to draw, but some compositors move a surface only after a commit.
                 if (self->isConfigured)
                     wl_surface_commit(self->surface);
                 self->isConfigured = true;
             },
         .closed =
             [](void *data, zwlr_layer_surface_v1 *) {
-                // Its output has gone; the screens tell of that too, and somebody may have placed it anew by then.
+                // The output was removed. The screens report that too, and the panel may already have a new place.
                 auto *self = static_cast<LayerPanel *>(data);
                 QMetaObject::invokeMethod(
                     self, [self] { self->reopen(); }, Qt::QueuedConnection);
@@ -140,13 +140,13 @@ void LayerPanel::place()
 {
     const QRect frame = window->geometry();
     const QPoint offset = frame.topLeft() - originOf(*shownOn);
-    // A size of zero would stand for all there is.
+    // A size of zero would mean the whole free area.
     zwlr_layer_surface_v1_set_size(layerSurface, quint32(std::max(frame.width(), 1)),
                                    quint32(std::max(frame.height(), 1)));
     zwlr_layer_surface_v1_set_margin(layerSurface, offset.y(), 0, 0, offset.x());
 }
 
-// The panel has been given another frame.
+// Applies a new frame of the panel.
 void LayerPanel::follow()
 {
     if (!layerSurface)
@@ -159,7 +159,7 @@ void LayerPanel::follow()
     wl_surface_commit(surface);
 }
 
-// A surface stays on its output for good, so there is a new one for another output.
+// A surface cannot change its output, so another output needs a new surface.
 void LayerPanel::reopen()
 {
     if (!window || !window->isVisible())

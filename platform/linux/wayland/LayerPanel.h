@@ -13,18 +13,19 @@
 class QGraphicsOpacityEffect;
 struct zwlr_layer_surface_v1;
 
-// What the compositor tells a panel of the pointer.
+// What the compositor reports about the pointer on a panel.
 enum class PanelEvent { Pointer, PointerLeft, DragOver, DragLeft, Dropped };
 
-// The compositor's side of one floating panel: a surface in the topmost layer, placed on its output from the top left
-// of what bars leave free. It exists while the panel is visible.
+// One floating panel as a layer surface: a surface in the topmost layer, placed on its output from the top left of the
+// area that bars leave free. The surface exists while the panel is visible.
 class LayerPanel : public QObject {
     Q_OBJECT
 
 public:
     using FreeOrigin = std::function<QPoint(const QScreen &screen)>;
 
-    // `freeOrigin` answers where the free part of a screen begins, in the points in which windows are placed.
+    // `freeOrigin` returns the top left of the free area of a screen, in points of the desktop (origin at the top
+    // left).
     LayerPanel(QWidget &panelWindow, const LayerShell &layerShell, FreeOrigin freeOrigin);
     ~LayerPanel() override;
 
@@ -34,11 +35,11 @@ public:
     void orderOut();
     void setAlpha(double alpha);
 
-    // Whether key presses go to the panel.
+    // Lets the panel have the keyboard focus, or takes it away.
     void setKeyboard(bool wanted);
 
     std::function<void(PanelEvent event, const QPointF &position)> onEvent;
-    // A key was pressed while the panel had the keyboard; answers whether it is used up.
+    // Called for each key press while the panel has the keyboard. Returns true when the event is handled.
     std::function<bool(QKeyEvent &event)> onKey;
 
 protected:

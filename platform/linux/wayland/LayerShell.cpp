@@ -86,7 +86,7 @@ bool LayerShell::wait() const
 void LayerShell::handToQt(zwlr_layer_surface_v1 *layerSurface) const
 {
     wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(layerSurface), nullptr);
-    // What has come for it meanwhile is still in the old queue.
+    // Its earlier events are still in the old queue.
     wl_display_dispatch_queue_pending(display, queue.get());
 }
 

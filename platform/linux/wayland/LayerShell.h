@@ -9,24 +9,25 @@ class QScreen;
 class QWindow;
 struct zwlr_layer_surface_v1;
 
-// The layer shell on Qt's own connection, where the surfaces of its windows are.
+// The protocol wlr-layer-shell on Qt's connection, on which Qt's surfaces exist.
 class LayerShell {
 public:
-    // Null where Qt does not run on Wayland or the compositor has no layer shell.
+    // Null when Qt does not run on Wayland or the compositor has no layer shell.
     static std::unique_ptr<LayerShell> ofQt();
 
     ~LayerShell();
 
-    // Makes a layer surface of `surface` on a queue that only waitFor() handles.
+    // Makes `surface` a layer surface, whose events go to a separate queue until handToQt().
     zwlr_layer_surface_v1 *makeLayerSurface(wl_surface *surface, wl_output *output) const;
 
-    // Waits until the compositor has handled all requests so far; handles no event of Qt's. False when it has gone.
+    // Waits until the compositor has handled all requests so far. Handles no events of Qt's queue. False when the
+    // connection is lost.
     bool wait() const;
 
-    // From now on Qt's main loop handles the events of `layerSurface`.
+    // From now on, Qt's main loop handles the events of `layerSurface`.
     void handToQt(zwlr_layer_surface_v1 *layerSurface) const;
 
-    // Whether keyboard interactivity can be asked for on demand.
+    // Whether the protocol has keyboard interactivity on demand.
     bool hasOnDemandKeyboard() const;
 
     static wl_surface *surfaceOf(QWindow &window);

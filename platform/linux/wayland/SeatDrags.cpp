@@ -42,7 +42,7 @@ int DragOffer::receive(const char *type)
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         return -1;
-    // Only our end must not block.
+    // Only our end of the pipe is non-blocking.
     ::fcntl(ends[1], F_SETFL, 0);
     wl_data_offer_receive(offer, type, ends[1]);
     ::close(ends[1]);

@@ -10,7 +10,7 @@
 #include <memory>
 #include <optional>
 
-// What a drag offers while it is over a surface of our own connection.
+// The contents of a drag while it is over a surface of our own connection.
 class DragOffer {
 public:
     explicit DragOffer(wl_data_offer *offered);
@@ -21,10 +21,11 @@ public:
 
     bool offers(const QByteArray &type) const { return types.contains(type); }
 
-    // Says that nothing may be dropped here.
+    // Refuses a drop.
     void refuse(quint32 serial);
 
-    // Asks for the data in this type; the descriptor ends when all of it has come. -1 when there is no pipe.
+    // Requests the data of this type. Returns the descriptor of a pipe from which to read it, or -1 when there is no
+    // pipe.
     int receive(const char *type);
 
 private:
@@ -32,7 +33,7 @@ private:
     QList<QByteArray> types;
 };
 
-// The pointer of our own connection's seat, with the drag that hangs on it.
+// The pointer of our own connection's seat, and the drag in progress.
 class SeatDrags {
 public:
     explicit SeatDrags(WaylandConnection &connection);
@@ -41,12 +42,12 @@ public:
     SeatDrags(const SeatDrags &) = delete;
     SeatDrags &operator=(const SeatDrags &) = delete;
 
-    // A drag came over a surface. The offer lives until the drag leaves or is dropped.
+    // A drag has entered a surface. The offer exists until the drag leaves or is dropped.
     std::function<void(wl_surface *surface, const QPointF &position, DragOffer *offer)> onEnter;
     std::function<void(const QPointF &position)> onMotion;
     std::function<void()> onLeave;
     std::function<void()> onDrop;
-    // The pointer came over a surface without a drag.
+    // The pointer has entered a surface without a drag.
     std::function<void(wl_surface *surface, const QPointF &position)> onPointer;
 
 private:
@@ -55,7 +56,7 @@ private:
 
     wl_data_device *device;
     wl_pointer *pointer;
-    std::unique_ptr<DragOffer> latest; // announced, and not yet said what for
+    std::unique_ptr<DragOffer> latest; // announced; the next event tells what it belongs to
     std::unique_ptr<DragOffer> dragged;
     std::unique_ptr<DragOffer> copied;
 };

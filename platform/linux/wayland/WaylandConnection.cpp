@@ -21,7 +21,7 @@
 
 namespace {
 
-// What we speak of each protocol; the compositor may speak less.
+// The highest version of each protocol that we use. The compositor may have a lower one.
 constexpr quint32 kCompositorVersion = 4;
 constexpr quint32 kOutputVersion = 2;
 constexpr quint32 kXdgOutputVersion = 2;
@@ -121,7 +121,7 @@ WaylandConnection::WaylandConnection(wl_display *opened)
     };
     registry = wl_display_get_registry(connection);
     wl_registry_add_listener(registry, &kListener, this);
-    // The globals, then what the outputs say of themselves.
+    // The first roundtrip gets the globals, the second the properties of the outputs.
     roundtrip();
     roundtrip();
     connect(&notifier, &QSocketNotifier::activated, this, [this] { read(); });
@@ -132,7 +132,7 @@ WaylandConnection::WaylandConnection(wl_display *opened)
 WaylandConnection::~WaylandConnection()
 {
     allOutputs.clear();
-    // Proxies go with their connection; what the compositor holds for them goes with it too.
+    // The connection frees its proxies, and the compositor what belongs to them.
     notifier.setEnabled(false);
     wl_display_disconnect(connection);
 }
@@ -196,7 +196,7 @@ void WaylandConnection::addOutput(quint32 name, quint32 version)
     extendOutputs();
 }
 
-// Their manager may be announced later than the outputs.
+// The output manager may be announced later than the outputs.
 void WaylandConnection::extendOutputs()
 {
     static constexpr zxdg_output_v1_listener kListener = {

@@ -22,7 +22,7 @@ struct zwlr_layer_surface_v1;
 struct zxdg_output_manager_v1;
 struct zxdg_output_v1;
 
-// Frees what belongs to the receiver.
+// Frees the objects that belong to the receiver.
 struct WaylandDestroy {
     void operator()(wl_buffer *buffer) const;
     void operator()(wl_event_queue *queue) const;
@@ -36,26 +36,25 @@ using WaylandRegion = std::unique_ptr<wl_region, WaylandDestroy>;
 using WaylandSurface = std::unique_ptr<wl_surface, WaylandDestroy>;
 using LayerSurface = std::unique_ptr<zwlr_layer_surface_v1, WaylandDestroy>;
 
-// One output of the compositor, in the points of the desktop.
+// One output (screen) of the compositor, in points of the desktop (origin at the top left).
 struct WaylandOutput {
     ~WaylandOutput();
 
-    quint32 name = 0; // in the registry
+    quint32 name = 0; // its number in the registry
     wl_output *proxy = nullptr;
     zxdg_output_v1 *extended = nullptr;
     QRect frame;
     std::function<void()> onFrame;
 };
 
-// A connection to the compositor of our own, apart from Qt's: what happens on its surfaces does not reach Qt, and a
-// roundtrip on it handles no event of Qt's. Its events arrive on the main loop. When the compositor goes away the
-// program ends.
+// Our own connection to the compositor, besides Qt's. Qt receives no events of its surfaces, and a roundtrip on it
+// handles no event of Qt's. Its events arrive on the main thread. When the connection is lost, the program ends.
 class WaylandConnection : public QObject {
 public:
-    // Null where there is no compositor, or it lacks what native panels need.
+    // Null when there is no compositor, or when it lacks a protocol that native panels need.
     static std::shared_ptr<WaylandConnection> open();
 
-    // Whether open() would succeed; needs no QApplication.
+    // Whether open() would succeed. Needs no QApplication.
     static bool isOffered();
 
     ~WaylandConnection() override;
@@ -66,21 +65,21 @@ public:
     wp_viewporter *viewporter() const { return globals.viewporter; }
     wl_data_device_manager *dataDeviceManager() const { return globals.dataDeviceManager; }
     zwlr_layer_shell_v1 *layerShell() const { return globals.layerShell; }
-    // Null where the compositor does not offer it.
+    // Null when the compositor does not offer it.
     zwlr_data_control_manager_v1 *dataControlManager() const { return globals.dataControlManager; }
     zwlr_foreign_toplevel_manager_v1 *foreignToplevelManager() const { return globals.foreignToplevelManager; }
 
     const std::vector<std::unique_ptr<WaylandOutput>> &outputs() const { return allOutputs; }
 
-    // A transparent buffer of one pixel; each surface that shows it needs one of its own.
+    // Makes a transparent buffer of one pixel. Each surface needs a buffer of its own.
     WaylandBuffer transparentPixel() const;
 
     WaylandRegion region(const QRegion &shape) const;
 
-    // Waits for the compositor to have handled every request so far, and handles the events that came until then.
+    // Waits until the compositor has handled all requests so far, and handles the events that arrive until then.
     void roundtrip();
 
-    // An output has come or changed its frame; one is about to go.
+    // An output was added or changed its frame; an output is about to be removed.
     std::function<void(const WaylandOutput &output)> onOutput;
     std::function<void(const WaylandOutput &output)> onOutputGone;
 

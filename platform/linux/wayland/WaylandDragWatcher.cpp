@@ -2,6 +2,7 @@
 #include "platform/linux/wayland/WaylandDragWatcher.h"
 
 #include "platform/FileURLs.h"
+#include "platform/common/DragSources.h"
 
 #include <xcb/xfixes.h>
 
@@ -15,14 +16,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A compositor tells of a drag only as it moves on. What does not come by then is none that can be dropped here.
+// A compositor reports a drag only when it moves. A drag that does not enter an area within this time carries nothing
+// that can be dropped here.
 constexpr auto kProbing = 5s;
-// A mute source is given up after this.
-constexpr auto kSilence = 500ms;
-// How long a drag counts as in progress after the last that was seen of it. Nothing tells of the end of one that is
-// elsewhere, so this is how long an empty shelf that it brought stays.
+// A drag counts as in progress for so long after the last report of it. Nothing reports the end of a drag that is
+// elsewhere, so an empty shelf stays visible for this time.
 constexpr auto kUnseen = 10s;
-// The same while it is waited for at a place: its end is noticed there, as the pointer comes without it.
+// The same while an area waits for the drag. There the pointer without a drag shows that it has ended.
 constexpr auto kAttended = 60s;
 
 constexpr quint8 kSentByClient = 0x80;
@@ -41,7 +41,7 @@ WaylandDragWatcher::WaylandDragWatcher(std::shared_ptr<WaylandConnection> connec
     limit.setSingleShot(true);
     connect(&limit, &QTimer::timeout, this, [this] {
         if (state == State::Reading)
-            finishReading(false);
+            finishReading({});
         else
             end();
     });
@@ -76,12 +76,13 @@ void WaylandDragWatcher::start()
     xcb->flush();
 }
 
-// wlroots tells an X server of drags only once a window there has been shown. This one is out of sight for good.
+// Compositors with wlroots announce drags to an X server only after a window has been shown there. This window is never
+// visible to the user.
 void WaylandDragWatcher::announceSelf()
 {
     constexpr qint16 kOffScreen = -16;
     constexpr quint16 kSide = 4;
-    // Without a background nothing would be drawn, and what is not drawn is not shown.
+    // A window without a background is not drawn and does not count as shown.
     constexpr std::array<quint32, 2> values = {0, 1};
     seatOpener = xcb_generate_id(xcb->get());
     xcb_create_window(xcb->get(), XCB_COPY_FROM_PARENT, seatOpener, xcb->root(), kOffScreen, kOffScreen, kSide, kSide,
@@ -132,7 +133,7 @@ void WaylandDragWatcher::entered(wl_surface *surface, const QPointF &position, D
     }
     wl_display_flush(wayland->display());
     state = State::Reading;
-    limit.start(kSilence);
+    limit.start(kLongestSilence);
     data.clear();
     pipe = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
     connect(pipe.get(), &QSocketNotifier::activated, this, [this] { readMore(); });
@@ -154,7 +155,7 @@ void WaylandDragWatcher::left()
     hovered = nullptr;
 }
 
-// While a drag lasts the pointer enters no surface.
+// The pointer enters a surface only when no drag is in progress.
 void WaylandDragWatcher::pointerEntered()
 {
     if (!ownDrag)
@@ -170,24 +171,23 @@ void WaylandDragWatcher::readMore()
         if (length > 0) {
             data.append(piece.constData(), length);
             if (data.size() > kMostData) {
-                finishReading(false);
+                finishReading({});
                 return;
             }
-            limit.start(kSilence);
+            limit.start(kLongestSilence);
         } else if (length < 0 && errno == EINTR) {
             continue;
         } else if (length < 0 && errno == EAGAIN) {
             return;
         } else {
-            finishReading(length == 0);
+            finishReading(length == 0 ? ::fileURLs(data) : QList<QUrl>());
             return;
         }
     }
 }
 
-void WaylandDragWatcher::finishReading(bool complete)
+void WaylandDragWatcher::finishReading(const QList<QUrl> &urls)
 {
-    const QList<QUrl> urls = complete ? ::fileURLs(data) : QList<QUrl>();
     forget();
     if (!urls.isEmpty())
         know(urls);
@@ -211,12 +211,12 @@ void WaylandDragWatcher::end()
         onEnded();
 }
 
-// Takes everything back that a drag has caused here.
+// Undoes everything that the drag has caused.
 void WaylandDragWatcher::forget()
 {
     if (pipe) {
         const int descriptor = int(pipe->socket());
-        // It may be what has called.
+        // The notifier may be the caller.
         pipe->setEnabled(false);
         pipe.release()->deleteLater();
         ::close(descriptor);

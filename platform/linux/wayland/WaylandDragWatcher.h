@@ -13,42 +13,43 @@
 #include <memory>
 #include <optional>
 
-// Watches a Wayland session for drags in other programs. A compositor tells a client of a drag only while that is over
-// its surface. That one begins is seen on the X server that the session has for older programs, where the drag's owner
-// is announced; the work areas then take the pointer until the drag has come over one of them, which tells what it
-// carries. It goes on undisturbed, and once it is elsewhere nothing tells when it ends.
+// Watches a Wayland session for drags in other programs. A compositor reports a drag to a client only while it is over
+// the client's surface. So the beginning of a drag is noticed on the session's X server (XWayland), where the owner of
+// XdndSelection changes. Then the work areas accept the pointer until the drag has entered one of them, which tells
+// what it carries. The drag continues undisturbed. Nothing reports its end when it ends elsewhere.
 class WaylandDragWatcher : public QObject {
 public:
-    // With a null X connection nothing is seen of a drag before it is over a panel.
+    // With a null X connection, a drag is noticed only when it enters a panel.
     WaylandDragWatcher(std::shared_ptr<WaylandConnection> connection, std::shared_ptr<WorkAreas> workAreas,
                        std::shared_ptr<XcbConnection> xConnection);
     ~WaylandDragWatcher() override;
 
-    // Begins to watch; once watching it stays so.
+    // Begins to watch, until the destructor.
     void start();
 
     qint64 changeCount() const { return count; }
     const QList<QUrl> &fileURLs() const { return files; }
 
-    // Drags out of this program are not watched.
+    // Drags out of this program are ignored.
     void setOwnDrag(bool isInProgress);
 
-    // Hears of a drag in `area`, in points of the desktop, as it comes there; of none when it is empty.
+    // Reports the drag when it enters `area`, in points of the desktop. An empty area ends that.
     void attend(const QRectF &area);
-    // A panel has come; nothing may lie in the way to it.
+    // A panel has shown. Removes all surfaces above it.
     void panelShown();
 
-    // What a panel is told: a drag is over it, has left it or been dropped there; the pointer is over it without one.
+    // Forwarded from a panel: a drag has entered it, has left it, or was dropped on it; or the pointer is over it
+    // without a drag.
     void draggedOverPanel();
     void leftPanel();
     void droppedOnPanel();
     void pointerOverPanel();
 
-    // A drag's place became known.
+    // The position of a drag is known, in points of the desktop.
     std::function<void(const QPointF &position)> onPointer;
-    // What a drag carries became known, or it moved.
+    // A drag has moved, or its contents have become known.
     std::function<void()> onDragged;
-    // Once for every drag that onDragged was called for.
+    // Called once for each drag for which onDragged was called.
     std::function<void()> onEnded;
 
 private:
@@ -62,7 +63,7 @@ private:
     void left();
     void pointerEntered();
     void readMore();
-    void finishReading(bool complete);
+    void finishReading(const QList<QUrl> &urls);
     void know(const QList<QUrl> &urls);
     void end();
     void forget();
@@ -85,5 +86,5 @@ private:
     QByteArray data;
     qint64 count = 0;
     QList<QUrl> files;
-    QTimer limit; // of the present state
+    QTimer limit; // the time limit of the current state
 };

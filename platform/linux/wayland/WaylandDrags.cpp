@@ -11,11 +11,10 @@
 #include <QWidget>
 
 #include <utility>
-#include <vector>
 
 namespace {
 
-// How near to a frame a drag is heard of, in points.
+// A monitor near a frame receives events up to so many points from it.
 constexpr double kNear = 120;
 
 } // namespace
@@ -23,8 +22,8 @@ constexpr double kNear = 120;
 WaylandEventMonitors::WaylandEventMonitors(std::shared_ptr<WaylandDragWatcher> dragWatcher)
     : watcher(std::move(dragWatcher))
 {
-    watcher->onDragged = [this] { send(LeftMouseDragged); };
-    watcher->onEnded = [this] { send(LeftMouseUp); };
+    watcher->onDragged = [this] { monitors.send(LeftMouseDragged); };
+    watcher->onEnded = [this] { monitors.send(LeftMouseUp); };
 }
 
 WaylandEventMonitors::~WaylandEventMonitors()
@@ -36,8 +35,7 @@ WaylandEventMonitors::~WaylandEventMonitors()
 std::optional<EventMonitors::Token> WaylandEventMonitors::add(quint32 mask, std::function<void()> handler)
 {
     watcher->start();
-    monitors[++lastToken] = std::make_shared<const Monitor>(Monitor{mask, std::move(handler)});
-    return lastToken;
+    return monitors.add(mask, std::move(handler));
 }
 
 std::optional<EventMonitors::Token> WaylandEventMonitors::addNear(const QRectF &frame, std::function<void()> handler)
@@ -49,24 +47,7 @@ std::optional<EventMonitors::Token> WaylandEventMonitors::addNear(const QRectF &
 
 void WaylandEventMonitors::remove(Token token)
 {
-    monitors.erase(token);
-}
-
-void WaylandEventMonitors::send(EventMask event)
-{
-    // A handler may add monitors, which do not hear this event, and remove any, which then do not either.
-    std::vector<Token> audience;
-    for (const auto &[token, monitor] : monitors) {
-        if ((monitor->mask & event) != 0)
-            audience.push_back(token);
-    }
-    for (const Token token : audience) {
-        const auto found = monitors.find(token);
-        if (found == monitors.end())
-            continue;
-        const auto monitor = found->second;
-        monitor->handler();
-    }
+    monitors.remove(token);
 }
 
 WaylandDragSessions::WaylandDragSessions(std::shared_ptr<WaylandDragWatcher> dragWatcher,
@@ -82,7 +63,7 @@ void WaylandDragSessions::begin(QWidget &source, const QList<DraggingItem> &item
         return;
     const DragPicture picture = dragPicture(items, source.mapFromGlobal(QPointF(QCursor::pos())),
                                             {.scale = source.devicePixelRatioF(), .accent = accentColor()});
-    // Its parent outlives `source`: a drag whose parent is deleted under way never ends.
+    // A drag whose parent is deleted before its end never ends. This object outlives `source`.
     auto *drag = new QDrag(this);
     drag->setMimeData(uriList(items).release());
     drag->setPixmap(picture.pixmap);

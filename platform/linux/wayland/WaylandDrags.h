@@ -4,15 +4,15 @@
 #include "platform/DragPasteboard.h"
 #include "platform/DragSessions.h"
 #include "platform/EventMonitors.h"
+#include "platform/common/MonitorList.h"
 #include "platform/linux/wayland/WaylandDragWatcher.h"
 
 #include <QColor>
 #include <QObject>
 
-#include <map>
 #include <memory>
 
-// What the watcher has read from the drag now in progress in another program.
+// The files of the drag that is in progress in another program, as the watcher has read them.
 class WaylandDragPasteboard : public DragPasteboard {
 public:
     explicit WaylandDragPasteboard(std::shared_ptr<const WaylandDragWatcher> dragWatcher)
@@ -27,7 +27,7 @@ private:
     std::shared_ptr<const WaylandDragWatcher> watcher;
 };
 
-// Tells of the mouse as far as drags in other programs are seen.
+// Reports the mouse during drags in other programs, as far as the watcher sees them.
 class WaylandEventMonitors : public EventMonitors {
 public:
     explicit WaylandEventMonitors(std::shared_ptr<WaylandDragWatcher> dragWatcher);
@@ -38,20 +38,12 @@ public:
     std::optional<Token> addNear(const QRectF &frame, std::function<void()> handler) override;
 
 private:
-    struct Monitor {
-        quint32 mask;
-        std::function<void()> handler;
-    };
-
-    void send(EventMask event);
-
     std::shared_ptr<WaylandDragWatcher> watcher;
-    std::map<Token, std::shared_ptr<const Monitor>> monitors;
-    Token lastToken = 0;
+    MonitorList monitors;
 };
 
-// Drags out of a panel by Qt's own drag. Wayland has no link: where one is offered a copy is, and a destination that
-// asks its user, as Dolphin does, still links.
+// Drags out of a panel, with QDrag. Wayland has no link operation, so a copy is offered instead of a link. A
+// destination that asks its user, as Dolphin does, can still make a link.
 class WaylandDragSessions : public QObject, public DragSessions {
 public:
     WaylandDragSessions(std::shared_ptr<WaylandDragWatcher> dragWatcher, std::function<QColor()> accent);

@@ -9,7 +9,7 @@
 
 class WorkAreas;
 
-// Floating panels as layer surfaces of a Wayland compositor.
+// Floating panels that are layer surfaces of a Wayland compositor.
 class WaylandFloatingPanels : public FloatingPanels {
 public:
     WaylandFloatingPanels(std::unique_ptr<LayerShell> layerShell, std::shared_ptr<WorkAreas> workAreas);

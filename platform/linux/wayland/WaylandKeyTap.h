@@ -8,17 +8,17 @@
 class LayerPanel;
 class QKeyEvent;
 
-// Taps Ctrl+A while the pointer is over a panel: only then may the panel have the keyboard, and it gives it back at
-// once. Other keys that are pressed meanwhile are lost.
+// Receives Ctrl+A while the pointer is over a panel. Only then may the panel have the keyboard focus, and it returns
+// the focus at once afterwards. Other keys pressed meanwhile are lost.
 class WaylandKeyTap : public KeyTap {
 public:
     bool install(Handler tapHandler) override;
     void remove() override;
 
-    // The pointer is over this panel, or over none (null).
+    // The panel that the pointer is over; null for none.
     void pointerOver(LayerPanel *panel);
 
-    // A key was pressed while a panel had the keyboard.
+    // Handles a key press while a panel has the keyboard. True when the event is handled.
     bool keyPressed(QKeyEvent &event);
 
 private:
@@ -26,5 +26,5 @@ private:
 
     Handler handler;
     QPointer<LayerPanel> hovered;
-    QPointer<LayerPanel> holder; // has the keyboard
+    QPointer<LayerPanel> holder; // the panel that has the keyboard
 };

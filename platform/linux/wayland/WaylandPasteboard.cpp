@@ -18,12 +18,12 @@
 
 namespace {
 
-// A program that does not hand over what was copied in it is given up after this, in milliseconds.
+// Reading the clipboard fails when its owner takes longer than this, in milliseconds.
 constexpr int kPatience = 1000;
 constexpr qsizetype kMostData = qsizetype(16) * 1024 * 1024;
 const char *const kURIList = "text/uri-list";
 
-// All that comes until the writer is done; nothing when it takes too long.
+// Reads until the writer closes the pipe. Empty when that takes too long.
 QByteArray readAll(int descriptor)
 {
     QElapsedTimer waited;
@@ -96,10 +96,10 @@ WaylandPasteboard::~WaylandPasteboard()
 
 QList<QUrl> WaylandPasteboard::fileURLs() const
 {
-    // Its own data Qt would have to send while this waits for it.
+    // Qt would have to send its own data while this call waits for it.
     if (QGuiApplication::clipboard()->ownsClipboard())
         return ownPasteboard->fileURLs();
-    // What was copied a moment ago is known after this.
+    // After this, the newest contents of the clipboard are known.
     wayland->roundtrip();
     if (!copied || !copied->hasURIs)
         return {};

@@ -11,11 +11,11 @@
 struct zwlr_data_control_device_v1;
 struct zwlr_data_control_offer_v1;
 
-// The clipboard by data control: a compositor shows it to Qt only while one of its windows has the keyboard focus, and
-// the panels never have.
+// The clipboard, read with the protocol wlr-data-control. Qt can read the clipboard only while one of its windows has
+// the keyboard focus, and the panels never have it.
 class WaylandPasteboard : public Pasteboard {
 public:
-    // `connection` offers data control. Where Qt itself holds the clipboard, `own` reads it.
+    // `connection` must offer data control. `own` reads the clipboard while Qt owns it.
     WaylandPasteboard(std::shared_ptr<WaylandConnection> connection, std::unique_ptr<Pasteboard> own);
     ~WaylandPasteboard() override;
 
@@ -27,6 +27,6 @@ private:
     std::shared_ptr<WaylandConnection> wayland;
     std::unique_ptr<Pasteboard> ownPasteboard;
     zwlr_data_control_device_v1 *device;
-    std::unique_ptr<Offer> latest; // announced, and not yet said what for
+    std::unique_ptr<Offer> latest; // announced; the next event tells what it belongs to
     std::unique_ptr<Offer> copied;
 };

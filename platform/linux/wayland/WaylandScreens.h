@@ -9,7 +9,7 @@
 
 #include <memory>
 
-// The outputs of a compositor. Where the pointer is, it says only while it is over a surface of ours.
+// The outputs of a compositor. The pointer's position is known only while it is over a surface of this program.
 class WaylandScreens : public Screens {
 public:
     explicit WaylandScreens(std::shared_ptr<WorkAreas> workAreas);
@@ -19,16 +19,16 @@ public:
     QList<Screen> all() const override;
     std::optional<QPointF> pointer() const override { return lastPointer; }
 
-    // The pointer has been seen there.
+    // Stores the last known position of the pointer.
     void pointerSeen(const QPointF &position) { lastPointer = position; }
 
 private:
     void follow(QScreen *screen);
     void report();
 
-    QObject context; // of the connections to Qt's screens
+    QObject context; // the context of the connections to Qt's screens
     std::shared_ptr<WorkAreas> areas;
-    QTimer reportSoon; // one report for all changes of a turn
+    QTimer reportSoon; // one report for all changes of one turn of the main loop
     QPointF lastPointer;
     QList<Screen> reported;
 };

@@ -16,10 +16,10 @@ constexpr quint32 kAllEdges = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURF
 
 constexpr auto kRemoval = 1s;
 
-// How often the compositor is waited for until it has said on which output a surface is.
+// The number of roundtrips after which the compositor must have told on which output a surface is.
 constexpr int kMostRoundtrips = 4;
 
-// A proxy that makes others whose events arrive on a queue of their own.
+// A copy of a proxy. Objects that it makes send their events to a queue of their own.
 template<typename T>
 class OnQueue {
 public:
@@ -54,7 +54,7 @@ TransparentSurface::TransparentSurface(WaylandConnection &wayland, const Wayland
             [](void *self, zwlr_layer_surface_v1 *, quint32 serial, quint32 width, quint32 height) {
                 static_cast<TransparentSurface *>(self)->configured(serial, QSize(int(width), int(height)));
             },
-        // Its output goes, and this with it.
+        // The output is removed, and this object with it.
         .closed = [](void *, zwlr_layer_surface_v1 *) {},
     };
     zwlr_layer_surface_v1_add_listener(layerSurface.get(), &kListener, this);
@@ -79,7 +79,7 @@ void TransparentSurface::configured(quint32 serial, const QSize &size)
 {
     zwlr_layer_surface_v1_ack_configure(layerSurface.get(), serial);
     const bool isNew = size != freeSize;
-    // Some compositors answer every commit of any surface with this.
+    // Some compositors send this event after every commit of any surface.
     if (buffer && !isNew)
         return;
     freeSize = size;
@@ -103,7 +103,7 @@ WorkArea::WorkArea(WaylandConnection &wayland, const WaylandOutput &output)
         if (onResize)
             onResize();
     };
-    // Not while the drag that has just been let through may still be over it.
+    // Remove the surface later: the drag that it has just reported may still be over it.
     removal.setSingleShot(true);
     removal.setInterval(kRemoval);
     QObject::connect(&removal, &QTimer::timeout, &removal, [this] { gate.reset(); });
@@ -142,7 +142,7 @@ WorkAreas::WorkAreas(std::shared_ptr<WaylandConnection> connection)
     };
     for (const auto &output : wayland->outputs())
         wayland->onOutput(*output);
-    // The sizes are known from the start.
+    // After this, the sizes are known.
     wayland->roundtrip();
 }
 
@@ -164,7 +164,7 @@ void WorkAreas::open(const QRegion &shape)
         area->open(shape);
 }
 
-// A surface for which no output is named is put on the one with the focus, and is told which that is.
+// The compositor puts a surface without a named output on the focused one, and reports which that is.
 WorkArea *WorkAreas::focused() const
 {
     struct Scout {

@@ -9,10 +9,10 @@
 
 struct wp_viewport;
 
-// A transparent surface over the part of one output that bars leave free. The pointer passes through it.
+// A transparent surface over the part of one output that bars leave free. By default it does not accept the pointer.
 class TransparentSurface {
 public:
-    // `layer` as the layer shell counts them.
+    // `layer` is a layer of the layer shell protocol.
     TransparentSurface(WaylandConnection &connection, const WaylandOutput &output, quint32 layer);
     ~TransparentSurface();
 
@@ -22,7 +22,7 @@ public:
     wl_surface *surface() const { return ownSurface.get(); }
     QSize size() const { return freeSize; }
 
-    // Takes the pointer in `shape`, counted from the surface's top left.
+    // Accepts the pointer in `shape`, in points from the surface's top left.
     void setInput(const QRegion &shape);
 
     std::function<void()> onResize;
@@ -38,7 +38,7 @@ private:
     QSize freeSize;
 };
 
-// The free part of one output: how large it is, and a gate over it for drags.
+// The free part of one output: its size, and a surface above it that can accept drags.
 class WorkArea {
 public:
     WorkArea(WaylandConnection &connection, const WaylandOutput &output);
@@ -46,11 +46,11 @@ public:
     const WaylandOutput &output() const { return shownOn; }
     bool shows(const wl_surface *surface) const { return gate && gate->surface() == surface; }
 
-    // The free part. No client is told where it begins; places are counted from its top left, which stands at that of
-    // the output.
+    // The free part, as if it began at the top left of the output. A compositor does not tell where it really begins.
     QRect frame() const { return {shownOn.frame.topLeft(), measure.size()}; }
 
-    // Takes the pointer in `shape`, in points of the desktop, above all windows; nowhere when it is empty.
+    // Accepts the pointer in `shape`, in points of the desktop, above all windows. Accepts nothing when `shape` is
+    // empty.
     void open(const QRegion &shape);
 
     std::function<void()> onResize;
@@ -59,8 +59,8 @@ private:
     WaylandConnection &connection;
     const WaylandOutput &shownOn;
     TransparentSurface measure;
-    // What lies above full-screen windows keeps a compositor from showing those directly, so it is there only around a
-    // drag.
+    // Exists around a drag only, because a compositor cannot show a full-screen window directly while a surface is
+    // above it.
     std::unique_ptr<TransparentSurface> gate;
     QTimer removal;
 };
@@ -73,18 +73,18 @@ public:
 
     const std::vector<std::unique_ptr<WorkArea>> &all() const { return areas; }
 
-    // The one whose gate is that surface, or null.
+    // The area whose surface `surface` is, or null.
     WorkArea *areaOf(const wl_surface *surface) const;
 
-    // Opens every area in that part of the desktop; the pointer's next motion there is told to the clients of the
-    // connection's seat.
+    // Opens all areas in `shape`. Then the compositor reports the pointer's next motion there to this connection's
+    // seat.
     void open(const QRegion &shape);
     void close() { open({}); }
 
-    // The area of the output that has the focus, or null when the compositor names none.
+    // The area of the focused output. Null when the compositor names none.
     WorkArea *focused() const;
 
-    // Outputs or their free parts changed.
+    // The outputs or their free parts have changed.
     std::function<void()> onChange;
 
 private:

@@ -48,7 +48,7 @@ void XcbFloatingPanels::make(QWidget &window, const PanelStyle &style)
 void XcbFloatingPanels::orderFront(QWidget &window)
 {
     if (XcbPanel *panel = panelOf(window))
-        panel->orderFront(isActiveWindowFullScreen(), isButtonPressed());
+        panel->orderFront({.isFullScreen = isActiveWindowFullScreen(), .isDragInProgress = isButtonPressed()});
 }
 
 void XcbFloatingPanels::orderOut(QWidget &window)

@@ -68,20 +68,20 @@ void XcbPanel::prepare()
     window->grab();
 }
 
-void XcbPanel::orderFront(bool overridesManager, bool isDragInProgress)
+void XcbPanel::orderFront(const Desktop &desktop)
 {
     if (!window)
         return;
     if (window->isVisible()) {
         // Not during a drag: its source would lose the panel under the pointer.
-        if (!isDragInProgress)
-            setOverridesManager(overridesManager);
+        if (!desktop.isDragInProgress)
+            setOverridesManager(desktop.isFullScreen);
         if (!withdrawal)
             window->raise();
         return;
     }
-    cameInDrag = isDragInProgress;
-    if (overrides != (overridesManager || cameInDrag)) {
+    cameInDrag = desktop.isDragInProgress;
+    if (overrides != (desktop.isFullScreen || cameInDrag)) {
         overrides = !overrides;
         applyFlags();
     }

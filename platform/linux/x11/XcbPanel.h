@@ -23,9 +23,14 @@ public:
     // Makes the window and loads its font and symbols, so that the first drag does not wait for that.
     void prepare();
 
+    struct Desktop {
+        bool isFullScreen = false;     // the active window is
+        bool isDragInProgress = false; // a mouse button is down
+    };
+
     // Shows the panel above all others. A panel that shows during a drag stays override-redirect until it is ordered
     // out: some sources, Chromium among them, do not see a window that gets a frame during their drag.
-    void orderFront(bool overridesManager, bool isDragInProgress);
+    void orderFront(const Desktop &desktop);
 
     void orderOut();
 

@@ -66,7 +66,7 @@ void DragPictureTest::a_picture_is_crisp_at_the_screens_scale()
 void DragPictureTest::the_hot_spot_is_where_the_contents_were_grabbed()
 {
     QCOMPARE(dragPicture({item({72, 72}, Qt::red)}, {10, 20}, kPlain).hotSpot, QPoint(10, 20));
-    // A flat picture lies in the middle of its frame.
+    // A flat picture is in the middle of its frame.
     QCOMPARE(dragPicture({item({144, 72}, Qt::red)}, {10, 20}, kPlain).hotSpot, QPoint(10, 2));
 }
 

@@ -31,10 +31,10 @@ private slots:
 namespace {
 
 constexpr qsizetype kHundredMegabytes = 100'000'000;
-// Some times what it takes, for slow machines; without the bounds it takes a hundred times as long.
+// A few times the needed time, for slow machines. Without the bounds it takes a hundred times as long.
 constexpr double kNoTime = 0.25; // seconds
 
-// Seconds that this thread has worked, however much others do.
+// The processor time of this thread in seconds, which does not depend on other threads.
 double processorTime()
 {
     timespec time{};
@@ -122,7 +122,7 @@ void FileURLsTest::a_link_is_the_file_on_its_first_line()
     QFETCH(const QString, link);
     const QByteArray bytes(reinterpret_cast<const char *>(link.utf16()), link.size() * qsizetype(sizeof(char16_t)));
     QTEST(linkedFileURLs(bytes), "urls");
-    // Half a letter at the end is no matter.
+    // An incomplete character at the end does no harm.
     QTEST(linkedFileURLs(bytes + '\n'), "urls");
 }
 
@@ -158,7 +158,7 @@ void FileURLsTest::a_list_is_read_up_to_its_bounds()
     const QByteArray line = "file:///home/a\r\n";
     QCOMPARE(fileURLs(line.repeated(kMostAddresses)).size(), kMostAddresses);
     QCOMPARE(fileURLs(line.repeated(kMostAddresses + 1)).size(), kMostAddresses);
-    // Of the line that the bound cuts nothing is taken.
+    // A line that the bound cuts is ignored.
     const QByteArray longLine = "file:///" + QByteArray("b/").repeated(1000) + '\n';
     const QList<QUrl> urls = fileURLs(repeated(longLine, kLongestAddressList + longLine.size()));
     QCOMPARE(urls.size(), kLongestAddressList / longLine.size());

@@ -45,7 +45,7 @@ struct Fixture {
         alert.buttons = {u"First"_s, u"Second"_s, u"Third"_s};
     }
 
-    // Shows the alert and does something with it. One that a failed check left open is closed.
+    // Shows the alert and calls `act` with it. Closes an alert that a failed check has left open.
     AlertAnswer run(std::function<void(QMessageBox &)> act)
     {
         QTimer::singleShot(0, [act = std::move(act)] {
@@ -74,7 +74,7 @@ struct Fixture {
         pixmap.fill(color);
         return QIcon(pixmap);
     }
-    // The colour in the middle of the icon that the alert is shown with.
+    // The colour in the middle of the alert's icon.
     QColor shownIcon()
     {
         QColor color;
@@ -91,7 +91,7 @@ struct Fixture {
     Alert alert;
 };
 
-// The offscreen plugin warns of every window that has a fixed size, as an alert has.
+// The offscreen plugin warns about every window with a fixed size, such as an alert.
 const bool kWarningsAreHarmless = qunsetenv("QT_FATAL_WARNINGS");
 
 } // namespace
@@ -192,7 +192,7 @@ void QtAlertsTest::an_alert_without_an_icon_shows_the_applications()
     f.virtualPlatform.appearance.accent = Qt::green;
     QApplication::setWindowIcon(Fixture::icon(Qt::blue));
     QCOMPARE(f.shownIcon(), QColor(Qt::green));
-    // Where there is no image of the application, what the desktop knows it by.
+    // Without an image of the application, the alert has the icon by which the desktop knows it.
     f.virtualPlatform.appearance.missingSymbols = {u"AppIcon"_s};
     QCOMPARE(f.shownIcon(), QColor(Qt::blue));
     QApplication::setWindowIcon(QIcon());

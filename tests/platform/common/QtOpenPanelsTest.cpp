@@ -37,7 +37,7 @@ private slots:
     void the_main_loop_turns_meanwhile();
 
 private:
-    // Shows the panel and does `work` with its dialog once that is on screen; answers what was chosen.
+    // Shows the panel and calls `work` with its dialog once that is visible. Returns the choice.
     std::optional<QUrl> run(const std::function<void(QFileDialog &dialog)> &work);
 
     QString path(const QString &name) const { return folder.filePath(name); }
@@ -91,7 +91,7 @@ std::optional<QUrl> QtOpenPanelsTest::run(const std::function<void(QFileDialog &
             return;
         work(*dialog);
     });
-    // Whatever goes wrong, the panel does not stay.
+    // Even after a failure, the panel is closed.
     QTimer::singleShot(kPatience, &timer, [] {
         if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
             dialog->reject();
@@ -119,7 +119,7 @@ void QtOpenPanelsTest::the_panel_has_its_title_prompt_and_folders()
         title = dialog.windowTitle();
         start = dialog.directoryUrl();
         places = dialog.sidebarUrls();
-        // "Open" becomes the prompt once there is a file to pick.
+        // The button "Open" gets the text of the prompt once there is a file to pick.
         name(dialog, u"editor.desktop"_s);
         hasPrompt = button(dialog, u"Add"_s);
         parent = dialog.parentWidget();

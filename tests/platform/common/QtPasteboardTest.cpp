@@ -48,7 +48,7 @@ void QtPasteboardTest::files_come_in_their_order()
     const QList<QUrl> urls = {file("/z.txt"), file("/a folder/b.txt"), file("/m.txt")};
     copy(urls);
     QCOMPARE(pasteboard.fileURLs(), urls);
-    // It is read afresh each time.
+    // Each call reads it again.
     copy(urls.mid(1));
     QCOMPARE(pasteboard.fileURLs(), urls.mid(1));
 }

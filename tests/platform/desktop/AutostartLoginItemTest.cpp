@@ -93,7 +93,7 @@ void AutostartLoginItemTest::enabling_writes_an_entry_that_reads_as_on()
     for (const char *line : {"Type=Application", "Name=Parklet", "Exec=\"/bin/true\"", "TryExec=/bin/true",
                              "X-GNOME-Autostart-enabled=true", "Hidden=false", "Terminal=false"})
         QVERIFY2(lines.contains(line), line);
-    // As the entry in the menu says it: in English, and in the languages that there are.
+    // The texts are those of the menu's entry: in English, and in every translation.
     QCOMPARE(entry().count("\nComment="), 1);
     QCOMPARE(entry().count("\nComment[de]="), 1);
 }
@@ -177,7 +177,7 @@ void AutostartLoginItemTest::the_users_entry_stands_in_for_the_systems()
 
 void AutostartLoginItemTest::a_refused_write_is_reported()
 {
-    // A file where the folder should be.
+    // There is a file in the place of the folder.
     QVERIFY(QDir().mkpath(folder->filePath(u"config"_s)));
     QFile file(user);
     QVERIFY(file.open(QIODevice::WriteOnly));

@@ -53,7 +53,7 @@ void BusSessionInstanceTest::cleanup()
     }
 }
 
-// Another process of this program that holds the name and never turns its loop.
+// Starts another process of this program, which owns the name and never runs its main loop.
 bool BusSessionInstanceTest::startHolder()
 {
     holder = std::make_unique<QProcess>();
@@ -129,7 +129,7 @@ void BusSessionInstanceTest::a_hung_holder_does_not_hang_a_later_one()
 
 void BusSessionInstanceTest::a_stranger_with_the_name_is_left_to_it()
 {
-    // It has the name, but no object to be asked.
+    // It owns the name, but has no object that answers.
     auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"stranger"_s);
     QVERIFY(bus.registerService(kName));
     BusSessionInstance later(QDBusConnection::sessionBus());

@@ -67,7 +67,7 @@ void DesktopEntriesTest::cleanup()
     folder.reset();
 }
 
-// An entry below the test's folder with what every entry has, and `keys`.
+// Writes an entry below the test's folder, with `keys` and the keys that every entry has.
 bool DesktopEntriesTest::write(const QString &name, const QByteArray &keys) const
 {
     const QString path = folder->filePath(name);
@@ -166,7 +166,7 @@ void DesktopEntriesTest::an_earlier_folder_stands_in_for_a_later_one()
     QVERIFY(write(u"user/a.desktop"_s));
     QVERIFY(write(u"system/a.desktop"_s));
     QCOMPARE(entries().path(u"a"_s), at(u"user/a.desktop"_s));
-    // Also to make it count as deleted.
+    // An entry in the user's folder can also mark it as deleted.
     QVERIFY(write(u"user/b.desktop"_s, "Exec=true\nHidden=true\n"));
     QVERIFY(write(u"system/b.desktop"_s, "Exec=true\nStartupWMClass=bee\n"));
     QVERIFY(!entries().path(u"b"_s) || !readDesktopEntry(*entries().path(u"b"_s)));
@@ -189,7 +189,7 @@ void DesktopEntriesTest::a_link_from_elsewhere_has_the_identifier_of_its_entry()
     QVERIFY(write(u"system/kde/a.desktop"_s));
     QCOMPARE(::symlink(at(u"system/kde/a.desktop"_s).constData(), at(u"Shortcut.desktop"_s).constData()), 0);
     QCOMPARE(entries().identifier(at(u"Shortcut.desktop"_s)), u"kde-a"_s);
-    // A link inside a folder of applications is an entry itself: this is how Flatpak and Snap export them.
+    // A link in a folder of applications is an entry itself. Flatpak and Snap export entries in this way.
     QVERIFY(QDir().mkpath(folder->filePath(u"user"_s)));
     QCOMPARE(::symlink(at(u"system/kde/a.desktop"_s).constData(), at(u"user/exported.desktop"_s).constData()), 0);
     QCOMPARE(entries().identifier(at(u"user/exported.desktop"_s)), u"exported"_s);
@@ -286,7 +286,7 @@ void DesktopEntriesTest::a_window_class_is_compared_in_any_case()
     WindowIdentity window;
     window.className = u"Thunar"_s;
     QCOMPARE(bundleIdentifier(window, entries()), u"thunar"_s);
-    // What the program says of itself may not be the name of its entry.
+    // The application ID of a window may differ from the name of its entry.
     window.applicationId = u"org.xfce.Thunar"_s;
     QCOMPARE(bundleIdentifier(window, entries()), u"thunar"_s);
 }
@@ -344,7 +344,7 @@ void DesktopEntriesTest::a_process_outside_of_a_sandbox_has_no_identifier_from_i
 {
     QCOMPARE(sandboxIdentifier("/proc/self"), QString());
     QCOMPARE(sandboxIdentifier("/proc/0"), QString());
-    // The system's files state no size.
+    // Files in /proc have size 0.
     QVERIFY(!readRegularFile("/proc/self/status", 1 << 16)->isEmpty());
 }
 

@@ -70,7 +70,7 @@ void FrontmostApplicationTest::cleanup()
     folder.reset();
 }
 
-// A window of another program with these properties, once it has the focus.
+// Shows a window of another program with these properties, and waits until it has the focus.
 xcb_window_t FrontmostApplicationTest::show(const Properties &properties)
 {
     xcb_connection_t *xcb = other->get();
@@ -85,13 +85,13 @@ xcb_window_t FrontmostApplicationTest::show(const Properties &properties)
     const auto focused = [this, window] {
         if (active() == window)
             return true;
-        // A window manager that is busy with an earlier window may leave the focus there unless it is asked.
+        // A window manager that is busy with an earlier window may leave the focus there unless it is asked to move it.
         xcb_client_message_event_t request = {};
         request.response_type = XCB_CLIENT_MESSAGE;
         request.format = 32;
         request.window = window;
         request.type = other->atom("_NET_ACTIVE_WINDOW");
-        request.data.data32[0] = 2; // as a pager asks for its user
+        request.data.data32[0] = 2; // the source of the request: a pager, which acts for its user
         xcb_send_event(other->get(), false, other->root(),
                        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                        reinterpret_cast<const char *>(&request));
@@ -148,12 +148,12 @@ void FrontmostApplicationTest::a_window_that_dies_meanwhile_is_tolerated()
 {
     const xcb_window_t window = show({{"WM_CLASS", QByteArray("a\0Example-Editor\0", 17)}});
     QVERIFY(window != XCB_NONE);
-    // A window manager may be slow to take it from the root window.
+    // A window manager may take a while to remove it from the root window.
     xcb_connection_t *xcb = other->get();
     xcb_destroy_window(xcb, window);
     xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, other->root(), other->atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW,
                         32, 1, &window);
-    // Answered only when the server has done all of that.
+    // The reply arrives after the server has handled all earlier requests.
     free(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
     for (int i = 0; i < 100; ++i)
         QVERIFY(!workspace->frontmostBundleIdentifier());

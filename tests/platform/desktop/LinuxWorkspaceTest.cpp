@@ -55,7 +55,7 @@ private:
     QString at(const QString &name) const { return folder->filePath(name); }
     QByteArray opened() const;
 
-    // The icon that was found last, when one has been.
+    // Requests the icon of `file`, and returns the last one that was reported.
     QIcon iconOf(const QUrl &file) const;
 
     std::unique_ptr<QTemporaryDir> folder;
@@ -83,7 +83,7 @@ QString dataHome()
 
 void LinuxWorkspaceTest::initTestCase()
 {
-    // The test's own folders: an application that writes down what it is asked to open.
+    // The test's folders contain an application that writes down what it is asked to open.
     QVERIFY(QDir().mkpath(dataHome() + u"/applications"_s));
     QVERIFY(QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME")));
     QFile associations(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/mimeapps.list"_s);
@@ -99,7 +99,7 @@ void LinuxWorkspaceTest::initTestCase()
     entry.close();
     QFile record(dataHome() + u"/record"_s);
     QVERIFY(record.open(QIODevice::WriteOnly));
-    // The name that is waited for appears once the text is complete.
+    // The file appears under its name once it is complete.
     record.write("#!/bin/sh\ncd '" + home + "' && printf %s \"$1\" >new && mv new opened\n");
     record.close();
     QVERIFY(record.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -136,7 +136,7 @@ bool LinuxWorkspaceTest::addEntry(const QString &identifier, const QByteArray &k
         .isValid();
 }
 
-// What the recording application was started with.
+// The argument with which the recording application was started.
 QByteArray LinuxWorkspaceTest::opened() const
 {
     QFile file(dataHome() + u"/opened"_s);
@@ -201,12 +201,12 @@ void LinuxWorkspaceTest::an_icon_of_a_pipe_or_of_a_name_that_is_no_text_does_not
     QVERIFY(!iconOf(QUrl::fromLocalFile(pipe)).isNull());
     QCOMPARE(mimeTypeByName(QFile::encodeName(pipe), FileKind::Fifo), u"inode/fifo"_s);
 
-    // A folder whose name is no UTF-8 is still found.
+    // A folder whose name is not UTF-8 is still found.
     const QByteArray name = QFile::encodeName(folder->path()) + "/na\xefve";
     QCOMPARE(::mkdir(name.constData(), 0700), 0);
     const QUrl url = QUrl::fromEncoded("file://" + name.toPercentEncoding("/"));
     QCOMPARE(picture(iconOf(url)), picture(iconOf(QUrl::fromLocalFile(folder->path()))));
-    QCOMPARE(::rmdir(name.constData()), 0); // Qt could not
+    QCOMPARE(::rmdir(name.constData()), 0); // Qt cannot remove it
 }
 
 void LinuxWorkspaceTest::the_icon_is_by_the_name_alone()
@@ -220,7 +220,7 @@ void LinuxWorkspaceTest::the_icon_is_by_the_name_alone()
 
 void LinuxWorkspaceTest::a_full_theme_steps_in_for_the_empty_one()
 {
-    // Two themes with one icon each: of a file that is broken, and of a picture.
+    // Two icon themes have one icon each: that of a broken file, and that of a picture.
     QVERIFY(QDir().mkpath(at(u"icons/breeze/32x32/mimetypes"_s)));
     QVERIFY(make(u"icons/breeze/index.theme"_s,
                  "[Icon Theme]\nName=breeze\nDirectories=32x32/mimetypes\n[32x32/mimetypes]\nSize=32\n")
@@ -335,7 +335,7 @@ void LinuxWorkspaceTest::a_name_that_is_no_text_reaches_the_application()
     const QByteArray url = "file://" + path.toPercentEncoding("/");
     QVERIFY(workspace->open(QUrl::fromEncoded(url)));
     QTRY_COMPARE_WITH_TIMEOUT(opened(), path, kPatience);
-    QCOMPARE(::unlink(path.constData()), 0); // Qt could not
+    QCOMPARE(::unlink(path.constData()), 0); // Qt cannot remove it
 }
 
 void LinuxWorkspaceTest::an_address_is_opened_by_its_schemes_application()
@@ -354,7 +354,7 @@ void LinuxWorkspaceTest::what_nothing_opens_is_not_opened()
     QVERIFY(!workspace->open(QUrl()));
     QVERIFY(!workspace->open(QUrl(u"no-such-scheme:address"_s)));
     QVERIFY(!workspace->open(QUrl(u"relative"_s)));
-    // They are looked at one after the other.
+    // Files are examined one after the other.
     const QUrl file = make(u"last.txt"_s, "text");
     QVERIFY(workspace->open(file));
     QTRY_VERIFY_WITH_TIMEOUT(!opened().isEmpty(), kPatience);

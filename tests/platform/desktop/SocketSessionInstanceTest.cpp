@@ -62,7 +62,7 @@ void SocketSessionInstanceTest::cleanup()
     folder.reset();
 }
 
-// Another process of this program that holds the session and never turns its loop.
+// Starts another process of this program, which owns the session and never runs its main loop.
 bool SocketSessionInstanceTest::startHolder()
 {
     holder = std::make_unique<QProcess>();
@@ -82,7 +82,7 @@ void SocketSessionInstanceTest::a_later_one_asks_the_first_to_show_itself()
     int activations = 0;
     first.onActivate = [&activations] { ++activations; };
     QVERIFY(first.claim());
-    // It waits for the answer, so it is another process.
+    // The call blocks until the answer, so another process makes it.
     for (int i = 1; i <= 3; ++i) {
         QProcess later;
         later.start(QCoreApplication::applicationFilePath(), {u"--claim"_s, folder->path()});
@@ -120,7 +120,7 @@ void SocketSessionInstanceTest::a_peer_that_asks_for_nothing_is_let_go()
     flood.connectToServer(folder->path() + u'/' + kName + u".socket"_s);
     flood.write(QByteArray(10'000'000, 'x'));
     QTRY_COMPARE_WITH_TIMEOUT(flood.state(), QLocalSocket::UnconnectedState, kPatience);
-    // Nearly all of it was never read.
+    // Nearly nothing of it was read.
     QVERIFY(flood.bytesToWrite() > 9'000'000 || flood.error() == QLocalSocket::PeerClosedError);
     QLocalSocket silent;
     silent.connectToServer(folder->path() + u'/' + kName + u".socket"_s);
@@ -137,7 +137,7 @@ void SocketSessionInstanceTest::a_killed_holder_does_not_block_the_next_one()
     int activations = 0;
     next.onActivate = [&activations] { ++activations; };
     QVERIFY(next.claim());
-    // And can be reached where the killed one left its socket.
+    // It can be reached at the place where the killed one has left its socket.
     QProcess later;
     later.start(QCoreApplication::applicationFilePath(), {u"--claim"_s, folder->path()});
     QTRY_COMPARE_WITH_TIMEOUT(activations, 1, kPatience);
@@ -189,11 +189,11 @@ void SocketSessionInstanceTest::the_folder_is_private()
     const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder->path()));
     QCOMPARE(SocketSessionInstance::privateFolder(), folder->path());
-    // One that others may look into is not used.
+    // A folder that others may read is not used.
     QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
     const QString other = SocketSessionInstance::privateFolder();
     QVERIFY(other != folder->path());
-    // Nor is one that cannot be written into, except by those whom no mode holds back.
+    // A folder without write permission is not used either, except by root.
     QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0500), 0);
     QCOMPARE(SocketSessionInstance::privateFolder() == folder->path(), ::geteuid() == 0);
     QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0700), 0);

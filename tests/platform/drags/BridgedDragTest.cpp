@@ -6,14 +6,16 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 10'000; // milliseconds
 constexpr int kSeveralQuestions = 400;
 const QByteArray kFiles = "file:///tmp/a\r\nfile:///tmp/b\r\n";
-const QList<QUrl> kURLs = {QUrl(QStringLiteral("file:///tmp/a")), QUrl(QStringLiteral("file:///tmp/b"))};
+const QList<QUrl> kURLs = {QUrl(u"file:///tmp/a"_s), QUrl(u"file:///tmp/b"_s)};
 
-// Another client of the server, which may stand for a Wayland compositor.
+// Another client of the server, which can play the role of a Wayland compositor.
 class Client {
 public:
     Client()
@@ -42,11 +44,11 @@ public:
         xcb->flush();
     }
 
-    // As of a compositor: it keeps the selection.
+    // Ends the drag as a compositor does, which keeps the selection.
     void endDrag() { isDragging = false; }
 
     QByteArray list = kFiles;
-    bool tells = true; // what it carries
+    bool tells = true; // whether it answers what the drag carries
     int goesOnAsked = 0;
     int listAsked = 0;
 
@@ -83,7 +85,7 @@ private:
     bool isDragging = false;
 };
 
-// A compositor's server, on which nobody has pressed a button.
+// The X server of a compositor, on which no button is down.
 class BridgedDragTest : public QObject {
     Q_OBJECT
 
@@ -109,7 +111,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(pasteboard->fileURLs(), kURLs, kPatience);
         QCOMPARE(dragged, 1);
         QVERIFY(watcher->isBridged());
-        // It goes on for as long as the compositor says so, and its source is not asked for the files again.
+        // The drag continues as long as the compositor confirms it, and its source is not asked for the files again.
         QTRY_VERIFY_WITH_TIMEOUT(compositor->goesOnAsked >= 3, kPatience);
         QCOMPARE(up, 0);
         QCOMPARE(compositor->listAsked, 1);

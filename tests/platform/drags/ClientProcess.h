@@ -4,7 +4,7 @@
 #include <QProcess>
 #include <QStringList>
 
-// One of the test clients in clients/, which tells what happens to it line by line.
+// One of the test clients in clients/, which prints what happens to it line by line.
 class ClientProcess {
 public:
     explicit ClientProcess(const QString &program, const QStringList &arguments)
@@ -24,7 +24,7 @@ public:
     }
 
     bool said(const char *line) const { return lines.contains(QLatin1String(line)); }
-    // Waits for more lines without a main loop; false when none came for long.
+    // Waits for more lines without running the main loop. False when none arrives for a long time.
     bool readLines() { return process.waitForReadyRead(); }
 
     bool isRunning() const { return process.state() != QProcess::NotRunning; }

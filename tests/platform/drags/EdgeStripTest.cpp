@@ -11,7 +11,7 @@ namespace {
 // A screen with a bar of 32 points at its top.
 constexpr QRectF kVisible(0, 32, 1280, 768);
 
-// Qt delivers moves and leaves of its own drags only.
+// Makes the handlers callable, because Qt delivers moves and leaves of its own drags only.
 class OpenStrip : public EdgeStrip {
 public:
     using EdgeStrip::dragEnterEvent;

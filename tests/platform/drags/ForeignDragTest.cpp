@@ -6,14 +6,16 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QByteArray kOneFile = "file:///tmp/a\r\n";
-const QList<QUrl> kOneURL = {QUrl(QStringLiteral("file:///tmp/a"))};
+const QList<QUrl> kOneURL = {QUrl(u"file:///tmp/a"_s)};
 
 using Target = ForeignDrag::Target;
 
-// The bytes of a text as a browser writes it.
+// The bytes of a text in UTF-16, as a browser sends it.
 QByteArray utf16(const char *text)
 {
     const QString wide = QString::fromLatin1(text);
@@ -59,7 +61,7 @@ private slots:
     {
         drag.begin(100);
         drag.refused(question());
-        drag.offered(question(), true, true);
+        drag.offered(question(), {.uriList = true, .link = true});
         drag.wentOn(105);
         QCOMPARE(asked.last().target, Target::URIList);
         QCOMPARE(asked.last().time, 105u);
@@ -80,7 +82,7 @@ private slots:
         drag.begin(200);
         QVERIFY(!drag.isWithoutFiles());
         drag.refused(question());
-        drag.offered(question(), false, false);
+        drag.offered(question(), {});
         QVERIFY(drag.isWithoutFiles());
         drag.begin(300);
         drag.answered(question(), kOneFile);
@@ -91,7 +93,7 @@ private slots:
         QVERIFY(drag.fileURLs().isEmpty());
         drag.begin(360);
         drag.refused(question());
-        drag.offered(question(), false, true);
+        drag.offered(question(), {.link = true});
         drag.answered(question(), utf16("https://example.org/"));
         QVERIFY(drag.isWithoutFiles());
         drag.begin(400);
@@ -136,7 +138,7 @@ private slots:
         QCOMPARE(asked.size(), 3);
         QCOMPARE(asked.last().target, Target::URIList);
         QCOMPARE(asked.last().time, 107u);
-        // One question at a time.
+        // There is one open question at a time.
         drag.pointerMoved(108);
         QCOMPARE(asked.size(), 3);
         drag.answered(question(), kOneFile);
@@ -159,7 +161,7 @@ private slots:
     {
         drag.begin(100);
         drag.refused(question());
-        drag.offered(question(), false, true);
+        drag.offered(question(), {.link = true});
         QCOMPARE(asked.size(), 3);
         QCOMPARE(asked.last().target, Target::Link);
         QCOMPARE(asked.last().time, 100u);
@@ -172,7 +174,7 @@ private slots:
     {
         drag.begin(100);
         drag.refused(question());
-        drag.offered(question(), false, true);
+        drag.offered(question(), {.link = true});
         drag.answered(question(), utf16("https://example.org/\nfile:///tmp/a"));
         QCOMPARE(drag.changeCount(), 1);
         QVERIFY(drag.fileURLs().isEmpty());
@@ -182,7 +184,7 @@ private slots:
     {
         drag.begin(100);
         drag.refused(question());
-        drag.offered(question(), false, true);
+        drag.offered(question(), {.link = true});
         drag.refused(question());
         QCOMPARE(drag.changeCount(), 1);
         QVERIFY(drag.fileURLs().isEmpty());
@@ -194,18 +196,18 @@ private slots:
     {
         drag.begin(100);
         drag.refused(question());
-        drag.offered(question(), false, false);
+        drag.offered(question(), {});
         QCOMPARE(drag.changeCount(), 1);
         drag.pointerMoved(101);
         QCOMPARE(asked.size(), 2);
     }
 
-    // Such a source names only the first of its files in the link.
+    // The link of such a source has only the first of its files.
     void a_list_that_was_refused_for_now_comes_before_the_link()
     {
         drag.begin(100);
         drag.refused(question());
-        drag.offered(question(), true, true);
+        drag.offered(question(), {.uriList = true, .link = true});
         QCOMPARE(asked.size(), 2);
         drag.pointerMoved(107);
         QCOMPARE(asked.last().target, Target::URIList);
@@ -218,7 +220,7 @@ private slots:
         drag.begin(100);
         for (quint32 time = 101; time < 150; ++time) {
             drag.refused(question());
-            drag.offered(question(), true, true);
+            drag.offered(question(), {.uriList = true, .link = true});
             drag.pointerMoved(time);
         }
         QCOMPARE(asked.size(), 22);
@@ -228,8 +230,8 @@ private slots:
     void offers_that_nobody_asked_for_change_nothing()
     {
         drag.begin(100);
-        drag.offered(question(), false, true);
-        drag.offered(question(), false, false);
+        drag.offered(question(), {.link = true});
+        drag.offered(question(), {});
         QCOMPARE(asked.size(), 1);
         QCOMPARE(drag.changeCount(), 0);
     }
@@ -250,7 +252,7 @@ private slots:
         drag.refused(question());
         QCOMPARE(asked.size(), 2);
         drag.silent();
-        drag.offered(question(), false, true);
+        drag.offered(question(), {.link = true});
         drag.silent();
         drag.answered(question(), utf16("file:///tmp/a\n"));
         QCOMPARE(drag.fileURLs(), kOneURL);
@@ -388,7 +390,7 @@ private slots:
         drag.begin(140);
         drag.answered(first, "file:///tmp/old\r\n");
         drag.refused(first);
-        drag.offered(first, false, true);
+        drag.offered(first, {.link = true});
         drag.answersInPieces(first);
         drag.pieceArrived(first, "file:///tmp/old\r\n");
         drag.pieceArrived(first, {});
@@ -430,7 +432,7 @@ private:
 
     ForeignDrag::Question question() const { return asked.last().question; }
 
-    // Refuses the list, and to tell what there is.
+    // Refuses the list, and the question about the offered types.
     void refuseEverything()
     {
         drag.refused(question());

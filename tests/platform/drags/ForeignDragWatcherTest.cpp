@@ -20,17 +20,18 @@
 #include <csignal>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 10'000; // milliseconds
 constexpr QPoint kOnSource(60, 60);
 constexpr QPoint kOnSecondSource(360, 60);
 constexpr QPoint kAway(500, 400);
-const QStringList kPlace = {QStringLiteral("--x"), QStringLiteral("10"), QStringLiteral("--y"), QStringLiteral("10")};
-const QStringList kSecondPlace = {QStringLiteral("--x"), QStringLiteral("310"), QStringLiteral("--y"),
-                                  QStringLiteral("10")};
+const QStringList kPlace = {u"--x"_s, u"10"_s, u"--y"_s, u"10"_s};
+const QStringList kSecondPlace = {u"--x"_s, u"310"_s, u"--y"_s, u"10"_s};
 
-// The files of each drag that was reported, and an empty list for each end.
+// The files of each reported drag, and an empty list for each end.
 using Reports = QList<QList<QUrl>>;
 const QList<QUrl> kEnd;
 
@@ -43,7 +44,7 @@ QList<QUrl> urls(int count)
 {
     QList<QUrl> list;
     for (int i = 0; i < count; ++i)
-        list.append(QUrl(QStringLiteral("file:///tmp/dragged%20%1").arg(i)));
+        list.append(QUrl(u"file:///tmp/dragged%20%1"_s.arg(i)));
     return list;
 }
 
@@ -60,7 +61,7 @@ private slots:
         monitors = std::make_unique<XcbEventMonitors>(watcher);
         pasteboard = std::make_unique<XcbDragPasteboard>(watcher);
         happened.clear();
-        // What the drag monitor does with these events.
+        // Does what the drag monitor does with these events.
         QVERIFY(monitors->add(LeftMouseDragged, [this] {
             ++dragged;
             if (pasteboard->changeCount() != lastCount && !pasteboard->fileURLs().isEmpty()) {
@@ -198,7 +199,7 @@ private slots:
     void two_drags_in_quick_succession_are_not_mixed_up()
     {
         startSource(words("--delay 300"));
-        ClientProcess second(QStringLiteral("DragSource"), kSecondPlace + words("--urls 2"));
+        ClientProcess second(u"DragSource"_s, kSecondPlace + words("--urls 2"));
         QTRY_VERIFY_WITH_TIMEOUT(second.said("ready"), kPatience);
         hand.moveTo(kOnSource).press().moveTo(kOnSource + QPoint(20, 20)).waitUntil([this] {
             return source->said("asked");
@@ -219,7 +220,7 @@ private slots:
     void drags_that_are_over_before_they_are_heard_of_leave_nothing_behind()
     {
         startSource({});
-        ClientProcess second(QStringLiteral("DragSource"), kSecondPlace + words("--urls 2 --keeps 1"));
+        ClientProcess second(u"DragSource"_s, kSecondPlace + words("--urls 2 --keeps 1"));
         QTRY_VERIFY_WITH_TIMEOUT(second.said("ready"), kPatience);
         hand.then([&] {
             quickDrag(kOnSource, *source);
@@ -233,7 +234,7 @@ private slots:
 
     void answers_that_come_all_at_once_are_told_apart()
     {
-        // A press on this window without a movement; the drags are announced by hand.
+        // The button is pressed on this window without a motion. The drags are announced by the test.
         startSource({});
         hand.moveTo(kOnSource).press();
         QTRY_VERIFY_WITH_TIMEOUT(hand.isIdle(), kPatience);
@@ -246,7 +247,7 @@ private slots:
             if ((event.response_type & 0x7f) == XCB_SELECTION_REQUEST)
                 requests.push_back(reinterpret_cast<const xcb_selection_request_event_t &>(event));
         });
-        // More than there are places for answers.
+        // There are more drags than properties for answers.
         constexpr int kDrags = 9;
         const auto announce = [&](xcb_window_t owner) {
             xcb_set_selection_owner(other->get(), owner, other->atom("XdndSelection"), XCB_CURRENT_TIME);
@@ -321,7 +322,7 @@ private slots:
         xcb_create_window(other->get(), 0, window, other->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                           XCB_COPY_FROM_PARENT, 0, nullptr);
         xcb_set_selection_owner(other->get(), window, other->atom("XdndSelection"), XCB_CURRENT_TIME);
-        // A round trip on either connection: the change has been seen afterwards.
+        // After a round trip on each connection, the watcher has received the change.
         other->values(window, XCB_ATOM_WM_NAME, XCB_ATOM_CARDINAL);
         nextDragWorks();
         QCOMPARE(pasteboard->changeCount(), 1);
@@ -344,7 +345,7 @@ private slots:
             ++awakenings;
         }
         user.join();
-        // The first one settles what was before, and the last one is the thread's own.
+        // The first wake-up handles what came before, and the last one belongs to the thread itself.
         QVERIFY2(awakenings <= 2, qPrintable(QString::number(awakenings)));
     }
 
@@ -356,7 +357,7 @@ private slots:
         int heard = 0;
         const auto listening = connection->listen([&heard](const auto &) { ++heard; });
         useMouse({{XCB_BUTTON_PRESS, 1, 0}, {XCB_BUTTON_RELEASE, 1, 0}});
-        // What the server sent before this answer has arrived with it.
+        // Everything that the server has sent before this reply has arrived.
         connection->values(connection->root(), XCB_ATOM_WM_NAME, XCB_ATOM_CARDINAL);
         QCoreApplication::processEvents();
         QCoreApplication::processEvents();
@@ -407,14 +408,14 @@ private slots:
 private:
     void startSource(const QStringList &arguments)
     {
-        source = std::make_unique<ClientProcess>(QStringLiteral("DragSource"), kPlace + arguments);
+        source = std::make_unique<ClientProcess>(u"DragSource"_s, kPlace + arguments);
         QTRY_VERIFY_WITH_TIMEOUT(source->said("ready"), kPatience);
     }
 
-    // A drag from a well-behaved source, whatever was before it.
+    // A drag from a correct source works, whatever happened before it.
     void nextDragWorks()
     {
-        ClientProcess next(QStringLiteral("DragSource"), kSecondPlace + words("--urls 7"));
+        ClientProcess next(u"DragSource"_s, kSecondPlace + words("--urls 7"));
         QTRY_VERIFY_WITH_TIMEOUT(next.said("ready") && hand.isIdle(), kPatience);
         const int before = up;
         happened.clear();
@@ -432,7 +433,7 @@ private:
         int dy = 0;
     };
 
-    // Does what the hand does, but within the caller's turn and on any thread, each step seen by the server.
+    // Does what the hand does, but at once and on any thread. The server has handled each step when this returns.
     static void useMouse(std::initializer_list<Fake> steps)
     {
         xcb_connection_t *display = xcb_connect(nullptr, nullptr);
@@ -447,10 +448,10 @@ private:
     void quickDrag(const QPoint &start, ClientProcess &from)
     {
         const QPoint way = start - hand.position();
-        const auto before = from.lines.count(QStringLiteral("dragging"));
+        const auto before = from.lines.count(u"dragging"_s);
         useMouse({{XCB_MOTION_NOTIFY, 1, way.x(), way.y()}, {XCB_BUTTON_PRESS, 1}, {XCB_MOTION_NOTIFY, 1, 4, 4}});
-        // Only the source runs on; nothing of ours is dispatched.
-        while (from.lines.count(QStringLiteral("dragging")) == before && from.readLines())
+        // Only the source continues. This process handles no events.
+        while (from.lines.count(u"dragging"_s) == before && from.readLines())
             ;
         useMouse({{XCB_BUTTON_RELEASE, 1}});
     }

@@ -19,6 +19,8 @@
 
 #include <xcb/shape.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
@@ -29,11 +31,10 @@ constexpr QPoint kOnSource(60, 60);
 constexpr QPoint kOnDestination(460, 360);
 constexpr QPoint kOnOwnWindow(860, 160);
 constexpr QPoint kOnNothing(1000, 700);
-const QStringList kDestinationPlace = {QStringLiteral("--x"),      QStringLiteral("400"),     QStringLiteral("--y"),
-                                       QStringLiteral("300"),      QStringLiteral("--width"), QStringLiteral("200"),
-                                       QStringLiteral("--height"), QStringLiteral("200")};
+const QStringList kDestinationPlace = {u"--x"_s,     u"400"_s, u"--y"_s,      u"300"_s,
+                                       u"--width"_s, u"200"_s, u"--height"_s, u"200"_s};
 
-// A window like the shelf, never focused, that begins a drag when the pointer moves with the button down.
+// A window without focus, as the shelf is, that begins a drag when the pointer moves with the button down.
 class Source : public QWidget {
 public:
     Source()
@@ -100,7 +101,7 @@ private slots:
         };
         source->show();
         QVERIFY(QTest::qWaitForWindowExposed(source));
-        items = {item(QUrl(QStringLiteral("file:///tmp/a")))};
+        items = {item(QUrl(u"file:///tmp/a"_s))};
         offered = DragOperation::Copy;
         results.clear();
         begun = returned = 0;
@@ -112,7 +113,7 @@ private slots:
     {
         destination.reset();
         delete source;
-        // Whatever became of a drag, nothing of it stays behind.
+        // No drag object remains, whatever the result of the drag was.
         QTRY_VERIFY_WITH_TIMEOUT(sessions->findChildren<QDrag *>().isEmpty(), kPatience);
     }
 
@@ -135,7 +136,7 @@ private slots:
         QFETCH(QString, performed);
         QFETCH(DragOperation, reported);
         offered = offer;
-        startDestination({QStringLiteral("--action"), performed});
+        startDestination({u"--action"_s, performed});
         dragTo(kOnDestination);
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{reported}, kPatience);
     }
@@ -157,14 +158,13 @@ private slots:
         startDestination({});
         dragTo(kOnDestination);
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{offer}, kPatience);
-        QCOMPARE(destination->lines.filter(QStringLiteral("offers ")), QStringList{QStringLiteral("offers ") + name});
-        QCOMPARE(destination->lines.filter(QStringLiteral("proposes ")),
-                 QStringList{QStringLiteral("proposes ") + name});
+        QCOMPARE(destination->lines.filter(u"offers "_s), QStringList{u"offers "_s + name});
+        QCOMPARE(destination->lines.filter(u"proposes "_s), QStringList{u"proposes "_s + name});
     }
 
     void an_operation_is_reported_only_when_the_destination_has_finished()
     {
-        startDestination({QStringLiteral("--delay"), QStringLiteral("500")});
+        startDestination({u"--delay"_s, u"500"_s});
         dragTo(kOnDestination);
         QTRY_VERIFY_WITH_TIMEOUT(returned == 1 && destination->said("data"), kPatience);
         QVERIFY(results.isEmpty());
@@ -174,7 +174,7 @@ private slots:
 
     void a_destination_that_promised_and_then_fails_reports_none()
     {
-        startDestination({QStringLiteral("--finish"), QStringLiteral("refuse")});
+        startDestination({u"--finish"_s, u"refuse"_s});
         dragTo(kOnDestination);
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::None}, kPatience);
         QVERIFY(destination->said("drop"));
@@ -182,15 +182,14 @@ private slots:
 
     void an_old_destination_that_finishes_has_taken_the_drop()
     {
-        startDestination(
-            {QStringLiteral("--version"), QStringLiteral("4"), QStringLiteral("--finish"), QStringLiteral("refuse")});
+        startDestination({u"--version"_s, u"4"_s, u"--finish"_s, u"refuse"_s});
         dragTo(kOnDestination);
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::Copy}, kPatience);
     }
 
     void a_destination_that_refuses_beforehand_reports_none()
     {
-        startDestination({QStringLiteral("--status"), QStringLiteral("refuse")});
+        startDestination({u"--status"_s, u"refuse"_s});
         dragTo(kOnDestination);
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::None}, kPatience);
         QVERIFY(!destination->said("drop"));
@@ -199,10 +198,9 @@ private slots:
     void a_destination_that_dies_reports_none_data()
     {
         QTest::addColumn<QStringList>("death");
-        QTest::newRow("under the pointer") << QStringList{QStringLiteral("--die"), QStringLiteral("enter")};
-        QTest::newRow("at the drop") << QStringList{QStringLiteral("--die"), QStringLiteral("drop")};
-        QTest::newRow("after the drop") << QStringList{QStringLiteral("--finish"), QStringLiteral("die"),
-                                                       QStringLiteral("--delay"), QStringLiteral("300")};
+        QTest::newRow("under the pointer") << QStringList{u"--die"_s, u"enter"_s};
+        QTest::newRow("at the drop") << QStringList{u"--die"_s, u"drop"_s};
+        QTest::newRow("after the drop") << QStringList{u"--finish"_s, u"die"_s, u"--delay"_s, u"300"_s};
     }
 
     void a_destination_that_dies_reports_none()
@@ -210,7 +208,7 @@ private slots:
         QFETCH(QStringList, death);
         startDestination(death);
         hand.moveTo(kOnSource).press().moveTo(kOnDestination);
-        if (death.contains(QStringLiteral("enter")))
+        if (death.contains(u"enter"_s))
             hand.waitUntil([this] { return !destination->isRunning(); });
         else
             hand.waitUntil([this] { return destination->said("position"); });
@@ -221,7 +219,7 @@ private slots:
     void a_destination_that_never_finishes_is_given_up()
     {
         makeSessions({.delivered = 0.5});
-        startDestination({QStringLiteral("--finish"), QStringLiteral("never")});
+        startDestination({u"--finish"_s, u"never"_s});
         dragTo(kOnDestination);
         QTRY_VERIFY_WITH_TIMEOUT(destination->said("data") && returned == 1, kPatience);
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::None}, kPatience);
@@ -254,11 +252,9 @@ private slots:
     void a_mute_window_below_the_pointer_does_not_inherit_an_acceptance()
     {
         startDestination({});
-        ClientProcess mute(QStringLiteral("DropDestination"),
-                           {QStringLiteral("--x"), QStringLiteral("600"), QStringLiteral("--y"), QStringLiteral("300"),
-                            QStringLiteral("--width"), QStringLiteral("200"), QStringLiteral("--height"),
-                            QStringLiteral("200"), QStringLiteral("--status"), QStringLiteral("never"),
-                            QStringLiteral("--finish"), QStringLiteral("refuse")});
+        ClientProcess mute(u"DropDestination"_s,
+                           {u"--x"_s, u"600"_s, u"--y"_s, u"300"_s, u"--width"_s, u"200"_s, u"--height"_s, u"200"_s,
+                            u"--status"_s, u"never"_s, u"--finish"_s, u"refuse"_s});
         QTRY_VERIFY_WITH_TIMEOUT(mute.said("ready"), kPatience);
         dragBy(kOnDestination, QPoint(660, 360), [&mute] { return mute.said("position"); });
         QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::None}, kPatience);
@@ -379,7 +375,7 @@ private slots:
 
     void drops_that_finish_late_keep_their_order()
     {
-        startDestination({QStringLiteral("--delay"), QStringLiteral("800")});
+        startDestination({u"--delay"_s, u"800"_s});
         offered = DragOperation::Move;
         dragTo(kOnDestination);
         QTRY_COMPARE_WITH_TIMEOUT(returned, 1, kPatience);
@@ -390,7 +386,7 @@ private slots:
 
     void the_dragged_picture_is_announced_as_one_and_has_its_own_outline()
     {
-        items = {item(QUrl(QStringLiteral("file:///tmp/a"))), item(QUrl(QStringLiteral("file:///tmp/b")))};
+        items = {item(QUrl(u"file:///tmp/a"_s)), item(QUrl(u"file:///tmp/b"_s))};
         std::vector<quint32> types;
         quint32 shaped = 0;
         const auto other = XcbConnection::open(nullptr);
@@ -415,7 +411,7 @@ private slots:
         items.clear();
         QByteArray expected;
         for (int i = 0; i < 10'000; ++i) {
-            items.append(item(QUrl(QStringLiteral("file:///home/someone/pictures/picture%201-%1.png").arg(i))));
+            items.append(item(QUrl(u"file:///home/someone/pictures/picture%201-%1.png"_s.arg(i))));
             expected += items.last().fileURL.toEncoded() + "\r\n";
         }
         startDestination({});
@@ -450,13 +446,12 @@ private:
     void startDestination(const QStringList &arguments)
     {
         destination = std::make_unique<ClientProcess>(
-            QStringLiteral("DropDestination"),
-            kDestinationPlace + QStringList{QStringLiteral("--out"), folder->filePath(QStringLiteral("dropped"))} +
-                arguments);
+            u"DropDestination"_s,
+            kDestinationPlace + QStringList{u"--out"_s, folder->filePath(u"dropped"_s)} + arguments);
         QTRY_VERIFY_WITH_TIMEOUT(destination->said("ready"), kPatience);
     }
 
-    // The visible window with the picture that is dragged along.
+    // The visible window with the drag's picture.
     static xcb_window_t dragWindow()
     {
         for (const QWindow *window : QGuiApplication::allWindows()) {
@@ -466,18 +461,18 @@ private:
         return XCB_NONE;
     }
 
-    // Drags to `end` and releases there, once the destination has been asked.
+    // Drags to `end`, and releases the button there once the destination has been asked.
     void dragTo(const QPoint &end)
     {
         hand.moveTo(kOnSource).press().moveTo(end);
         if (destination && end == kOnDestination) {
-            const auto asked = destination->lines.count(QStringLiteral("position"));
-            hand.waitUntil([this, asked] { return destination->lines.count(QStringLiteral("position")) > asked; });
+            const auto asked = destination->lines.count(u"position"_s);
+            hand.waitUntil([this, asked] { return destination->lines.count(u"position"_s) > asked; });
         }
         hand.release();
     }
 
-    // Drags over the destination until it has accepted, and then on to `end`.
+    // Drags over the destination until it has accepted, and then continues to `end`.
     void dragBy(
         const QPoint &over, const QPoint &end, std::function<bool()> arrived = [] { return true; })
     {
@@ -487,7 +482,7 @@ private:
 
     QByteArray dropped() const
     {
-        QFile file(folder->filePath(QStringLiteral("dropped")));
+        QFile file(folder->filePath(u"dropped"_s));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 

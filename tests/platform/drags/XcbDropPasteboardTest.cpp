@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 class XcbDropPasteboardTest : public QObject {
@@ -33,9 +35,9 @@ constexpr int kPatience = DropSource::kPatience;
 constexpr auto kNever = 60s;
 constexpr auto kSoon = 50ms;
 const QByteArray kList = "file:///tmp/a%20b\r\nfile:///tmp/c\r\n";
-const QList<QUrl> kFiles = {QUrl(QStringLiteral("file:///tmp/a%20b")), QUrl(QStringLiteral("file:///tmp/c"))};
+const QList<QUrl> kFiles = {QUrl(u"file:///tmp/a%20b"_s), QUrl(u"file:///tmp/c"_s)};
 
-// Where things are dropped.
+// The destination of the drops.
 class Target : public QWidget {
 public:
     Target()
@@ -137,7 +139,7 @@ void XcbDropPasteboardTest::a_link_is_read_where_there_is_no_list()
     DropSource source("text/x-moz-url");
     source.drag(f.target);
     QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
-    const QString link = QStringLiteral("file:///tmp/c\nThe file");
+    const QString link = u"file:///tmp/c\nThe file"_s;
     source.answer(QByteArray(reinterpret_cast<const char *>(link.utf16()), link.size() * 2));
     QTRY_COMPARE_WITH_TIMEOUT(source.finished, QList<bool>{true}, kPatience);
     QCOMPARE(f.target.drops, QList<QList<QUrl>>{{fileURL("/tmp/c")}});

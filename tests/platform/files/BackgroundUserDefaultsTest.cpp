@@ -52,7 +52,7 @@ namespace {
 
 const QString kKey = u"windowEdge"_s;
 
-// Keeps every writer of the folder waiting.
+// Blocks every writer of the folder.
 class Hold {
 public:
     explicit Hold(const QString &folder)
@@ -158,7 +158,7 @@ void BackgroundUserDefaultsTest::of_many_values_only_the_newest_need_be_written(
     defaults.synchronize();
     QCOMPARE(contents(), QByteArray("{\n    \"size\": 99,\n    \"windowEdge\": 0\n}\n"));
 
-    // One that was waiting for the folder already, and one for everything after it.
+    // One write was already waiting for the folder, and one is for everything after it.
     char events[4096];
     qsizetype writes = 0;
     for (ssize_t size = ::read(watch, events, sizeof events); size > 0; size = ::read(watch, events, sizeof events)) {
@@ -259,7 +259,7 @@ void BackgroundUserDefaultsTest::the_end_waits_half_a_second_for_a_lock()
         QVERIFY(defaults.set(kKey, 2));
         clock.start();
     }
-    // It would wait ten seconds in the middle of the program.
+    // A write that blocks would take ten seconds.
     QVERIFY2(clock.elapsed() < 5'000, QByteArray::number(clock.elapsed()).constData());
     QCOMPARE(contents(), before);
     ::close(lock);
@@ -301,7 +301,7 @@ void BackgroundUserDefaultsTest::a_file_nested_deeply_stays_small()
 
 void BackgroundUserDefaultsTest::what_a_killed_program_left_is_removed()
 {
-    QFile left(path + QStringLiteral(".new"));
+    QFile left(path + u".new"_s);
     QVERIFY(left.open(QIODevice::WriteOnly));
     const BackgroundUserDefaults defaults(path);
     QVERIFY(!left.exists());
@@ -309,7 +309,7 @@ void BackgroundUserDefaultsTest::what_a_killed_program_left_is_removed()
 
 void BackgroundUserDefaultsTest::what_another_program_writes_is_left_to_it()
 {
-    QFile left(path + QStringLiteral(".new"));
+    QFile left(path + u".new"_s);
     QVERIFY(left.open(QIODevice::WriteOnly));
     const int lock = ::open(QFile::encodeName(folder->path()).constData(), O_RDONLY | O_DIRECTORY);
     QCOMPARE(::flock(lock, LOCK_EX), 0);

@@ -49,7 +49,7 @@ void CreationDateTest::a_new_file_has_a_creation_date()
         QSKIP("The file system of the temporary folder keeps no birth times.");
     QVERIFY(qAbs(date->secsTo(f.queue.startDate)) < 60);
 
-    // Writing later does not move it.
+    // A later write does not change it.
     QFile file(f.path(u"file"_s));
     QVERIFY(file.open(QFile::Append));
     QVERIFY(file.setFileTime(date->addDays(1), QFile::FileModificationTime));
@@ -90,7 +90,7 @@ void CreationDateTest::a_file_keeps_its_creation_date_wherever_it_is_moved()
 
 void CreationDateTest::a_creation_date_is_as_the_file_states_it_whatever_the_clock_says()
 {
-    Fixture f; // whose clock stands at a day years ago
+    Fixture f; // its clock is at a day years ago
     f.makeFile(u"file"_s);
     const auto date = f.streams->creationDate(QUrl::fromLocalFile(f.path(u"file"_s)));
     if (!date)

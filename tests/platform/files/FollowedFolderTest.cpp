@@ -18,7 +18,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Which folder a stream follows when the folder, its parents or links on the way change.
+// Which folder a stream follows when the folder, its parents or links in its path change.
 class FollowedFolderTest : public QObject {
     Q_OBJECT
 
@@ -260,7 +260,7 @@ void FollowedFolderTest::a_folder_that_may_not_be_read_is_followed_once_it_may()
     QCOMPARE(f.settle(), 1);
     QVERIFY(f.isFollowed(deep));
 
-    // One that is followed is not lost with the permission.
+    // The stream keeps a followed folder when it loses the permission.
     QVERIFY(QFile::setPermissions(f.path(deep), {}));
     QCOMPARE(f.settle(), 1);
     QVERIFY(QFile::setPermissions(f.path(deep), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -338,7 +338,7 @@ void FollowedFolderTest::without_a_watch_from_the_system_the_folder_is_looked_at
     f.queue.advance(5);
     QCOMPARE(f.calls, 1);
 
-    // Once the system grants a watch there is no more looking.
+    // Once the system grants a watch, the stream stops polling.
     QVERIFY(QDir().mkdir(f.path(u"Desktop/second"_s)));
     noDescriptors.reset();
     f.queue.advance(5);

@@ -148,7 +148,7 @@ void JsonUserDefaultsTest::data_is_written_in_base64()
     const QJsonObject object = QJsonDocument::fromJson(contents(u"settings.json"_s)).object();
     QCOMPARE(object.value(u"tintColorData"_s), QJsonValue(QJsonObject{{u"base64"_s, u"YWJj"_s}}));
 
-    // Anything else is no data.
+    // Other objects are not data.
     QVERIFY(write(R"({"a": {"base64": "Y*"}, "b": {"base64": 1}, "c": {"base64": "YWJj", "d": 1}, "e": "YWJj"})"));
     JsonUserDefaults defaults(path);
     for (const char *key : {"a", "b", "c", "e"})
@@ -183,7 +183,7 @@ void JsonUserDefaultsTest::an_edit_from_outside_is_seen_by_the_next_read()
     JsonUserDefaults defaults(path);
     QVERIFY(defaults.set(kKey, 1));
     QCOMPARE(defaults.integer(kKey), 1);
-    // In place, of the same length, and within one tick of the file system's clock.
+    // The file is changed in place, with the same length, and within one tick of the file system's clock.
     for (int i = 0; i < 50; ++i) {
         const int value = i % 10;
         QVERIFY(write("{\"windowEdge\": " + QByteArray::number(value) + "}"));
@@ -289,7 +289,7 @@ void JsonUserDefaultsTest::what_is_no_json_object_is_kept_aside()
     QVERIFY(!defaults.object(kKey).isValid());
     QVERIFY(!QFile::exists(path));
     QCOMPARE(contents(u"settings.json.invalid"_s), text);
-    // And the store goes on.
+    // The store continues to work.
     QVERIFY(defaults.set(kKey, 1));
     QCOMPARE(defaults.integer(kKey), 1);
     QCOMPARE(contents(u"settings.json.invalid"_s), text);
@@ -346,7 +346,7 @@ void JsonUserDefaultsTest::a_full_disk_leaves_the_old_file_whole()
     QVERIFY(defaults.set(kKey, 1));
     const QByteArray before = contents(u"settings.json"_s);
 
-    // Files may grow to a few bytes only, as on a disk that has no more.
+    // Files may have a few bytes only, as on a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit old{};
     QCOMPARE(::getrlimit(RLIMIT_FSIZE, &old), 0);
@@ -388,7 +388,7 @@ void JsonUserDefaultsTest::a_read_only_folder_refuses_writes()
     QVERIFY(!removed);
     QCOMPARE(defaults.integer(kKey), 1);
 
-    // What cannot be kept aside is not written over either.
+    // A file that cannot be backed up is not overwritten either.
     QVERIFY(write("not JSON"));
     QCOMPARE(::chmod(name.constData(), 0500), 0);
     const QVariant value = defaults.object(kKey);
@@ -408,7 +408,7 @@ void JsonUserDefaultsTest::an_unreadable_file_is_never_written_over()
     QVERIFY(!defaults.object(kKey).isValid());
     QVERIFY(!defaults.set(kKey, 2));
     QVERIFY(!QFile::exists(at(u"settings.json.invalid"_s)));
-    // Permission granted is seen at once.
+    // A new permission takes effect at once.
     QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0600), 0);
     QCOMPARE(defaults.integer(kKey), 1);
 }
@@ -457,7 +457,7 @@ void JsonUserDefaultsTest::a_program_killed_while_writing_leaves_a_whole_file()
         QVERIFY(QJsonDocument::fromJson(contents(u"settings.json"_s)).isObject());
         QCOMPARE(defaults.object(u"first"_s).toString().size(), 50'000);
     }
-    // Nothing piles up, and the next write goes through.
+    // No backlog grows, and the next write succeeds.
     QVERIFY(defaults.set(kKey, -1));
     QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"settings.json"_s});
 }

@@ -18,7 +18,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Streams: when they call, and how they start and end.
+// When streams call back, and how they start and end.
 class LinuxFileEventStreamsTest : public QObject {
     Q_OBJECT
 
@@ -115,7 +115,7 @@ void LinuxFileEventStreamsTest::changes_within_the_latency_are_told_once()
     QCoreApplication::processEvents();
     for (int i = 0; i < 200; ++i)
         f.makeFile(u"Desktop/%1"_s.arg(i));
-    // They wait in the kernel, and wake nobody.
+    // The changes stay in the kernel's queue, and do not wake the process.
     QVERIFY(!QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents));
     f.queue.advance(0.5);
     QCOMPARE(f.calls, 1);
@@ -207,7 +207,7 @@ void LinuxFileEventStreamsTest::a_call_waits_for_the_end_of_a_loop_inside_the_ma
         QTRY_COMPARE_WITH_TIMEOUT(f.queue.timerCount(), 1, kPatience);
         f.queue.advance(5);
         QCOMPARE(f.calls, 0);
-        QCOMPARE(f.queue.timerCount(), 0); // it waits without looking at the clock
+        QCOMPARE(f.queue.timerCount(), 0); // it waits without a timer
     });
     f.queue.advance(0);
     QCOMPARE(f.calls, 1);
@@ -271,7 +271,7 @@ void LinuxFileEventStreamsTest::a_stopped_stream_is_not_called_and_can_be_starte
 
     stream->start();
     QCoreApplication::processEvents();
-    QCOMPARE(f.queue.timerCount(), 0); // what happened meanwhile is not told
+    QCOMPARE(f.queue.timerCount(), 0); // changes in between are not reported
     QVERIFY(f.isFollowed(kDesktop));
 }
 

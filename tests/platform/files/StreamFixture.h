@@ -21,7 +21,7 @@ constexpr int kPatience = 20'000; // milliseconds
 
 // Streams of a temporary folder, and a virtual clock.
 struct StreamFixture {
-    // Follows `name` in the temporary folder.
+    // Starts a stream of `name` in the temporary folder.
     std::shared_ptr<FileEventStream> follow(const QString &name)
     {
         auto stream = streams->create(path(name), kLatency, [this] { ++calls; });
@@ -40,7 +40,7 @@ struct StreamFixture {
         QVERIFY(file.open(QFile::WriteOnly));
     }
 
-    // Lets the kernel tell of the changes made, and the latency pass. How many calls that brought.
+    // Lets the kernel report the changes, and the latency pass. Returns the number of calls.
     int settle()
     {
         const int before = calls;
@@ -49,14 +49,14 @@ struct StreamFixture {
         return calls - before;
     }
 
-    // True when a file made in `name` brings one call.
+    // Whether a new file in `name` causes one call.
     bool isFollowed(const QString &name)
     {
         makeFile(name + u"/file %1.png"_s.arg(files++));
         return settle() == 1;
     }
 
-    // What programs do all day long in a folder that is none of our business.
+    // Does what programs often do in a folder that is not followed.
     void comeAndGoIn(const QString &folder) const
     {
         makeFile(folder + u"file"_s);
@@ -67,8 +67,8 @@ struct StreamFixture {
         removeFolder(folder + u"folder"_s);
     }
 
-    // Runs `work` in a loop within the main loop, as an alert or a drag turns one, and lets the main loop go on until
-    // it rests.
+    // Runs `work` in a nested event loop, as an alert or a drag runs one, and lets the main loop continue until it is
+    // idle.
     static void inLoopWithin(const std::function<void()> &work)
     {
         QEventLoop main;

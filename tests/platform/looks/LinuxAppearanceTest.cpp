@@ -56,7 +56,7 @@ void LinuxAppearanceTest::initTestCase()
         return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
     };
     const QByteArray head = "<svg xmlns='http://www.w3.org/2000/svg' fill='currentColor' viewBox=";
-    // The left half, with two shapes over each other.
+    // The symbol covers the left half, with two overlapping shapes.
     QVERIFY(write(u"symbols/half.svg"_s,
                   head + "'0 0 16 16'><rect width='8' height='16'/><rect width='8' height='16'/></svg>"));
     QVERIFY(write(u"symbols/wide.svg"_s, head + "'0 0 20 10'><rect width='20' height='10'/></svg>"));
@@ -107,7 +107,7 @@ void LinuxAppearanceTest::a_symbol_fills_the_pixels_asked_for_at_every_scale()
         const QPixmap pixmap = icon.pixmap(QSize(26, 26), scale);
         QCOMPARE(pixmap.size(), QSize(26, 26) * scale);
         QCOMPARE(pixmap.devicePixelRatio(), scale);
-        // A clean edge in the middle: no pixel of it is blurred.
+        // The edge in the middle is sharp: no pixel is blurred.
         const QImage picture = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
         const int middle = picture.width() / 2;
         if (picture.width() % 2 != 0)
@@ -174,7 +174,7 @@ void LinuxAppearanceTest::without_artwork_the_icon_is_the_one_the_desktop_shows_
     QGuiApplication::setDesktopFileName(u"org.example.Installed"_s);
     const LinuxAppearance appearance(folder.filePath(u"nowhere"_s));
     QCOMPARE(image(appearance.applicationIcon(), 64).pixelColor(32, 32), QColor(200, 100, 0));
-    // What comes with the program goes before what happens to be installed.
+    // The program's own icon is preferred to an installed one.
     QCOMPARE(image(LinuxAppearance(folder.path()).applicationIcon(), 64).pixelColor(32, 32), QColor(Qt::blue));
 }
 

@@ -31,12 +31,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
+constexpr QPoint kTrayCentre(124, 124);
 
 const QString kWatcherName = u"org.kde.StatusNotifierWatcher"_s;
 const QString kWatcherPath = u"/StatusNotifierWatcher"_s;
 const QString kItemInterface = u"org.kde.StatusNotifierItem"_s;
 
-// The tray of an X server as a panel offers it: it embeds the windows that ask for it.
+// The tray of an X server, as a panel provides it: it embeds the windows that ask for it.
 class TrayManager {
 public:
     TrayManager()
@@ -66,7 +67,7 @@ public:
         connection->flush();
     }
 
-    // A manager that goes lets go of the windows it embeds.
+    // A manager that ends releases the embedded windows.
     ~TrayManager()
     {
         if (docked != XCB_NONE)
@@ -78,6 +79,8 @@ public:
 
     // The last window that asked to be embedded.
     xcb_window_t docked = XCB_NONE;
+
+    bool hasItem() const { return docked != XCB_NONE && isShown(); }
 
     bool isShown() const
     {
@@ -109,7 +112,7 @@ private:
     xcb_window_t window = XCB_NONE;
 };
 
-// What keeps the list of status notifier items on the bus, with or without a panel that shows them.
+// The service that has the list of status notifier items, with or without a panel (a host) that shows them.
 class NotifierWatcher : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -181,7 +184,10 @@ private slots:
     void the_symbol_stands_out_on_light_and_dark();
 
 private:
+    // Starts a program with an item, which finds icons in `dataFolder` only.
     bool start(const QByteArray &dataFolder = "/nowhere");
+    // The same, and waits until the item is in `tray`.
+    bool startIn(const TrayManager &tray);
     bool say(const QByteArray &command);
     bool heard(const QByteArray &text)
     {
@@ -194,7 +200,7 @@ private:
         return static_cast<int>(output.count(text));
     }
     QVariant property(const QString &service, const QString &name) const;
-    // What a host reads of the menu: the properties of each item, in order.
+    // The menu as a host reads it: the properties of each item, in order.
     QList<QVariantMap> menuItems(const QString &service) const;
 
     std::unique_ptr<QProcess> item; // a program with an item
@@ -217,7 +223,6 @@ void LinuxStatusItemTest::cleanup()
     }
 }
 
-// A program with an item, among installed icons of that folder alone.
 bool LinuxStatusItemTest::start(const QByteArray &dataFolder)
 {
     item = std::make_unique<QProcess>();
@@ -227,6 +232,11 @@ bool LinuxStatusItemTest::start(const QByteArray &dataFolder)
     item->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     item->start(QCoreApplication::applicationFilePath(), {u"--item"_s});
     return QTest::qWaitFor([this] { return heard("ready\n"); }, kPatience);
+}
+
+bool LinuxStatusItemTest::startIn(const TrayManager &tray)
+{
+    return start() && QTest::qWaitFor([&tray] { return tray.hasItem(); }, kPatience);
 }
 
 bool LinuxStatusItemTest::say(const QByteArray &command)
@@ -254,7 +264,7 @@ QList<QVariantMap> LinuxStatusItemTest::menuItems(const QString &service) const
     const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, kPatience);
     if (reply.type() != QDBusMessage::ReplyMessage)
         return {};
-    // (id, properties, children), and each child the same in a variant.
+    // The layout is (id, properties, children), and each child is a layout in a variant.
     const auto layout = reply.arguments().value(1).value<QDBusArgument>();
     QList<QVariantMap> items;
     int id = 0;
@@ -276,8 +286,7 @@ QList<QVariantMap> LinuxStatusItemTest::menuItems(const QString &service) const
 void LinuxStatusItemTest::an_item_appears_in_a_tray_that_is_there()
 {
     TrayManager tray;
-    QVERIFY(start());
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QVERIFY(startIn(tray));
 }
 
 void LinuxStatusItemTest::an_item_appears_once_a_tray_comes()
@@ -285,7 +294,7 @@ void LinuxStatusItemTest::an_item_appears_once_a_tray_comes()
     QVERIFY(start());
     QVERIFY(say("wait"));
     TrayManager tray;
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(tray.hasItem(), kPatience);
 }
 
 void LinuxStatusItemTest::an_item_survives_a_restart_of_the_tray()
@@ -293,37 +302,35 @@ void LinuxStatusItemTest::an_item_survives_a_restart_of_the_tray()
     auto tray = std::make_unique<TrayManager>();
     QVERIFY(start());
     for (int i = 0; i < 3; ++i) {
-        QTRY_VERIFY_WITH_TIMEOUT(tray->docked != XCB_NONE && tray->isShown(), kPatience);
+        QTRY_VERIFY_WITH_TIMEOUT(tray->hasItem(), kPatience);
         tray.reset();
         QVERIFY(say("wait"));
         tray = std::make_unique<TrayManager>();
     }
-    QTRY_VERIFY_WITH_TIMEOUT(tray->docked != XCB_NONE && tray->isShown(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(tray->hasItem(), kPatience);
 }
 
 void LinuxStatusItemTest::a_removed_item_leaves_the_tray()
 {
     TrayManager tray;
-    QVERIFY(start());
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QVERIFY(startIn(tray));
     QVERIFY(say("remove"));
     QTRY_VERIFY_WITH_TIMEOUT(!tray.isShown(), kPatience);
     tray.docked = XCB_NONE;
     QVERIFY(say("create"));
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(tray.hasItem(), kPatience);
 }
 
 void LinuxStatusItemTest::a_click_opens_the_menu_of_now()
 {
     TrayManager tray;
-    QVERIFY(start());
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QVERIFY(startIn(tray));
     Hand hand;
-    hand.moveTo(QPoint(124, 124)).press().release();
+    hand.moveTo(kTrayCentre).press().release();
     QTRY_VERIFY_WITH_TIMEOUT(heard("menu 1\n"), kPatience);
     QVERIFY(say("menu"));
     QVERIFY(say("wait"));
-    hand.moveTo(QPoint(600, 600)).moveTo(QPoint(124, 124)).press().release();
+    hand.moveTo(QPoint(600, 600)).moveTo(kTrayCentre).press().release();
     QTRY_VERIFY_WITH_TIMEOUT(heard("menu 2\n"), kPatience);
 }
 
@@ -338,10 +345,9 @@ void LinuxStatusItemTest::a_quick_second_click_opens_a_closed_menu()
 {
     QFETCH(quint8, button);
     TrayManager tray;
-    QVERIFY(start());
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QVERIFY(startIn(tray));
     Hand hand;
-    hand.moveTo(QPoint(124, 124));
+    hand.moveTo(kTrayCentre);
     for (int click = 1; click <= 3; ++click) {
         hand.press(button).release(button);
         QTRY_COMPARE_WITH_TIMEOUT(count("menu 1\n"), click, kPatience);
@@ -359,10 +365,9 @@ void LinuxStatusItemTest::a_click_closes_an_open_menu()
 {
     QFETCH(quint8, button);
     TrayManager tray;
-    QVERIFY(start());
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QVERIFY(startIn(tray));
     Hand hand;
-    hand.moveTo(QPoint(124, 124));
+    hand.moveTo(kTrayCentre);
     for (int time = 1; time <= 2; ++time) {
         hand.press(button).release(button);
         QTRY_COMPARE_WITH_TIMEOUT(count("menu 1\n"), time, kPatience);
@@ -376,10 +381,9 @@ void LinuxStatusItemTest::a_click_closes_an_open_menu()
 void LinuxStatusItemTest::a_right_click_opens_it_too()
 {
     TrayManager tray;
-    QVERIFY(start());
-    QTRY_VERIFY_WITH_TIMEOUT(tray.docked != XCB_NONE && tray.isShown(), kPatience);
+    QVERIFY(startIn(tray));
     Hand hand;
-    hand.moveTo(QPoint(124, 124)).press(3).release(3);
+    hand.moveTo(kTrayCentre).press(3).release(3);
     QTRY_VERIFY_WITH_TIMEOUT(heard("menu 1\n"), kPatience);
 }
 
@@ -428,7 +432,7 @@ void LinuxStatusItemTest::a_host_reads_the_menu_of_now()
     NotifierWatcher watcher(true);
     QVERIFY(start());
     QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
-    // The check mark is on in every other menu.
+    // Every other menu has a check mark.
     for (const int on : {0, 1, 0}) {
         const QList<QVariantMap> items = menuItems(watcher.items.first());
         QCOMPARE(items.size(), 2);
@@ -446,7 +450,7 @@ void LinuxStatusItemTest::a_host_reads_what_the_item_is_for()
     NotifierWatcher watcher(true);
     QVERIFY(start());
     QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
-    // (icon name, icon pictures, title, text)
+    // The value is (icon name, icon pictures, title, text).
     const auto toolTip = property(watcher.items.first(), u"ToolTip"_s).value<QDBusArgument>();
     QString text;
     toolTip.beginStructure();
@@ -484,7 +488,7 @@ void LinuxStatusItemTest::a_panel_that_colours_icons_is_told_the_name_of_an_inst
         QVERIFY(start(QFile::encodeName(data.path())));
         QTRY_COMPARE_WITH_TIMEOUT(watcher.items.size(), 1, kPatience);
         QCOMPARE(property(watcher.items.first(), u"IconName"_s).toString() == name, installed);
-        // A panel that finds no icon of that name has the picture.
+        // A panel that does not find an icon of that name uses the picture.
         QVERIFY(!property(watcher.items.first(), u"IconPixmap"_s).value<QDBusArgument>().atEnd());
         cleanup();
     }
@@ -515,10 +519,11 @@ void LinuxStatusItemTest::the_symbol_stands_out_on_light_and_dark()
 
 namespace {
 
-// The program with an item: it does what it reads, line by line, and says when it has, and when a menu is shown.
+// The process with an item. It executes commands from its input, line by line, and prints when each is done and when a
+// menu is shown.
 int runItem()
 {
-    // However slow the machine is, two clicks are a double click.
+    // Two clicks count as a double click even on a slow machine.
     QApplication::setDoubleClickInterval(10 * kPatience);
     LinuxAppearance appearance;
     LinuxStatusBar bar(XcbConnection::open(), appearance);
@@ -566,7 +571,7 @@ int runItem()
             create();
         else if (command == "menu")
             setMenu();
-        // Time for what is under way to go wrong.
+        // Leave time for errors to appear.
         QTimer::singleShot(command == "wait" ? 200 : 0, qApp, [&, command] { print("did " + command + '\n'); });
     });
     return QCoreApplication::exec();

@@ -24,7 +24,7 @@ const QString kAccent = u"accent-color"_s;
 
 } // namespace
 
-// Red, green and blue as a portal sends them.
+// Red, green and blue, as a portal sends them.
 struct Accent {
     double red = 0;
     double green = 0;
@@ -162,7 +162,7 @@ void PortalColorsTest::the_accent_colour_is_the_palettes_highlight()
     PortalColors colors(client());
     QTRY_COMPARE(shown(QPalette::Highlight), QColor::fromRgbF(1.0F, 0.5F, 0.0F));
     QCOMPARE(portal->asked, QStringList{kAppearance});
-    // Nothing else, and not for what is disabled.
+    // No other colour changes, and none of disabled views.
     QCOMPARE(shown(QPalette::Window), standard.color(QPalette::Window));
     QCOMPARE(QApplication::palette().color(QPalette::Disabled, QPalette::Highlight),
              standard.color(QPalette::Disabled, QPalette::Highlight));
@@ -202,7 +202,7 @@ void PortalColorsTest::an_accent_that_is_no_colour_is_none_data()
 void PortalColorsTest::an_accent_that_is_no_colour_is_none()
 {
     QFETCH(const QVariant, value);
-    // Dark tells when the answer has come.
+    // The dark setting shows that the answer has arrived.
     portal->settings[kAppearance] = {{kAccent, value}, {kScheme, 1U}};
     PortalColors colors(client());
     QTRY_VERIFY(shown(QPalette::Window).lightness() < 100);
@@ -238,7 +238,7 @@ void PortalColorsTest::only_a_wish_for_dark_makes_it_so_data()
 void PortalColorsTest::only_a_wish_for_dark_makes_it_so()
 {
     QFETCH(const QVariant, value);
-    // The accent tells when the answer has come.
+    // The accent shows that the answer has arrived.
     portal->settings[kAppearance] = {{kAccent, accent(1.0, 0.0, 0.0)}, {kScheme, value}};
     PortalColors colors(client());
     QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
@@ -286,10 +286,10 @@ void PortalColorsTest::without_a_portal_nothing_changes()
 {
     portal->bus.unregisterService(kService);
     PortalColors colors(client());
-    // The bus answers in order: after this it has sent back what was asked of a portal.
+    // The bus answers in order, so after this it has also answered the calls to a portal.
     QVERIFY(!client().interface()->isServiceRegistered(kService).value());
     portal->settings[kAppearance] = {{kScheme, 1U}};
-    // One that comes later tells its changes.
+    // A portal that starts later reports its changes.
     QVERIFY(portal->appear());
     portal->change(kAppearance, kAccent, accent(1.0, 0.0, 0.0));
     QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
@@ -332,7 +332,7 @@ void PortalColorsTest::a_theme_that_speaks_for_the_desktop_is_left_alone()
         QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
         return;
     }
-    // What one that follows the portal has heard, this one would have heard before it.
+    // This object would have received every change before the other one.
     const PortalColors other(client());
     QTRY_COMPARE(shown(QPalette::Highlight), QColor(Qt::red));
     QCOMPARE(portal->asked.size(), 1);

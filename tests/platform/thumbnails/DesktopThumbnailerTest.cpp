@@ -16,17 +16,19 @@
 
 #include <atomic>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kService = QStringLiteral("org.freedesktop.thumbnails.Thumbnailer1");
-const QString kPath = QStringLiteral("/org/freedesktop/thumbnails/Thumbnailer1");
-const QString kPdf = QStringLiteral("application/pdf");
-const QString kNormal = QStringLiteral("normal");
+const QString kService = u"org.freedesktop.thumbnails.Thumbnailer1"_s;
+const QString kPath = u"/org/freedesktop/thumbnails/Thumbnailer1"_s;
+const QString kPdf = u"application/pdf"_s;
+const QString kNormal = u"normal"_s;
 
 constexpr int kOpen = -1;         // not answered yet
 constexpr int kPatience = 20'000; // milliseconds
 
-// A thumbnailer service that does what the test says.
+// A thumbnailer service whose answers the test decides.
 class FakeThumbnailer : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.thumbnails.Thumbnailer1")
@@ -66,8 +68,8 @@ public slots:
     QStringList GetSupported(QStringList &types)
     {
         ++questions;
-        types = {QStringLiteral("application/pdf"), QStringLiteral("application/pdf"), QStringLiteral("video/mp4")};
-        return {QStringLiteral("file"), QStringLiteral("sftp"), QStringLiteral("sftp")};
+        types = {u"application/pdf"_s, u"application/pdf"_s, u"video/mp4"_s};
+        return {u"file"_s, u"sftp"_s, u"sftp"_s};
     }
 
     uint Queue(const QStringList &uris, const QStringList &types, const QString &flavor, const QString &, uint)
@@ -125,31 +127,31 @@ private:
     std::unique_ptr<PrivateBus> bus;
     std::unique_ptr<FakeThumbnailer> service;
     std::unique_ptr<DesktopThumbnailer> thumbnailer;
-    const QString one = QStringLiteral("file:///one.pdf");
-    const QString two = QStringLiteral("file:///two.pdf");
+    const QString one = u"file:///one.pdf"_s;
+    const QString two = u"file:///two.pdf"_s;
 };
 
 void DesktopThumbnailerTest::initTestCase()
 {
     bus = std::make_unique<PrivateBus>();
     QVERIFY2(!bus->address.isEmpty(), "A session bus cannot be started.");
-    // What the generator takes for the user's own.
+    // The generator takes this bus for the user's session bus.
     qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address.toUtf8());
 }
 
 void DesktopThumbnailerTest::init()
 {
-    service = std::make_unique<FakeThumbnailer>(bus->connect(QStringLiteral("service")));
+    service = std::make_unique<FakeThumbnailer>(bus->connect(u"service"_s));
     QVERIFY(service->appear());
-    thumbnailer = std::make_unique<DesktopThumbnailer>(bus->connect(QStringLiteral("client")));
+    thumbnailer = std::make_unique<DesktopThumbnailer>(bus->connect(u"client"_s));
 }
 
 void DesktopThumbnailerTest::cleanup()
 {
     thumbnailer.reset();
     service.reset();
-    QDBusConnection::disconnectFromBus(QStringLiteral("client"));
-    QDBusConnection::disconnectFromBus(QStringLiteral("service"));
+    QDBusConnection::disconnectFromBus(u"client"_s);
+    QDBusConnection::disconnectFromBus(u"service"_s);
 }
 
 void DesktopThumbnailerTest::a_file_that_the_service_made_a_picture_of_is_done()
@@ -170,7 +172,7 @@ void DesktopThumbnailerTest::a_file_that_the_service_failed_on_is_done_without_o
     int made = kOpen;
     request(one, made);
     QTRY_COMPARE_WITH_TIMEOUT(service->calls.size(), 1, kPatience);
-    emit service->Error(100, {one}, 1, QStringLiteral("no"));
+    emit service->Error(100, {one}, 1, u"no"_s);
     QTRY_COMPARE_WITH_TIMEOUT(made, 0, kPatience);
 }
 
@@ -205,7 +207,7 @@ void DesktopThumbnailerTest::types_are_asked_for_once()
 void DesktopThumbnailerTest::a_type_known_by_another_name_is_queued_by_that_name()
 {
     int made = kOpen;
-    thumbnailer->request(one, {QStringLiteral("text/x-pdf"), kPdf}, kNormal, outcome(made));
+    thumbnailer->request(one, {u"text/x-pdf"_s, kPdf}, kNormal, outcome(made));
     QTRY_COMPARE_WITH_TIMEOUT(service->calls.size(), 1, kPatience);
     QCOMPARE(service->calls.first().types, QStringList{kPdf});
     thumbnailer.reset();
@@ -214,11 +216,11 @@ void DesktopThumbnailerTest::a_type_known_by_another_name_is_queued_by_that_name
 void DesktopThumbnailerTest::types_of_other_than_local_files_do_not_count()
 {
     int made = kOpen;
-    thumbnailer->request(QStringLiteral("file:///a.mp4"), {QStringLiteral("video/mp4")}, kNormal, outcome(made));
+    thumbnailer->request(u"file:///a.mp4"_s, {u"video/mp4"_s}, kNormal, outcome(made));
     QTRY_COMPARE_WITH_TIMEOUT(made, 0, kPatience);
-    // Once they are known the answer is there at once.
+    // Once the types are known, the answer comes at once.
     made = kOpen;
-    thumbnailer->request(QStringLiteral("file:///a.txt"), {QStringLiteral("text/plain")}, kNormal, outcome(made));
+    thumbnailer->request(u"file:///a.txt"_s, {u"text/plain"_s}, kNormal, outcome(made));
     QCOMPARE(made, 0);
     QVERIFY(service->calls.isEmpty());
 }
@@ -235,8 +237,8 @@ void DesktopThumbnailerTest::signals_of_other_requests_are_ignored()
     emit service->Ready(999, {one});
     emit service->Error(999, {one}, 0, QString());
     emit service->Finished(999);
-    emit service->Ready(100, {QStringLiteral("file:///three.pdf")});
-    // What is sent after them arrives after them.
+    emit service->Ready(100, {u"file:///three.pdf"_s});
+    // A signal that is sent after the others arrives after them.
     emit service->Ready(100, {one});
     QTRY_VERIFY_WITH_TIMEOUT(first != kOpen, kPatience);
     QCOMPARE(first, 1);
@@ -271,7 +273,7 @@ void DesktopThumbnailerTest::without_a_service_nothing_is_made()
     int made = kOpen;
     request(one, made);
     QTRY_COMPARE_WITH_TIMEOUT(made, 0, kPatience);
-    // That it is missing is not found out each time anew; the news that it has gone may still be on its way.
+    // The missing service is not looked up again each time. The signal of its end may still be in transit.
     const auto answersAtOnce = [&] {
         made = kOpen;
         request(one, made);
@@ -283,7 +285,7 @@ void DesktopThumbnailerTest::without_a_service_nothing_is_made()
 
 void DesktopThumbnailerTest::without_a_bus_nothing_is_made()
 {
-    DesktopThumbnailer alone(QDBusConnection(QStringLiteral("no such connection")));
+    DesktopThumbnailer alone(QDBusConnection(u"no such connection"_s));
     int made = kOpen;
     alone.request(one, {kPdf}, kNormal, outcome(made));
     QCOMPARE(made, 0);
@@ -328,7 +330,7 @@ void DesktopThumbnailerTest::a_service_that_is_silent_is_given_up()
 {
     using namespace std::chrono_literals;
     QCOMPARE(DesktopThumbnailer::kLongestSilence, std::chrono::milliseconds(10s));
-    DesktopThumbnailer impatient(bus->connect(QStringLiteral("client")), 500ms);
+    DesktopThumbnailer impatient(bus->connect(u"client"_s), 500ms);
     int first = kOpen;
     int second = kOpen;
     impatient.request(one, {kPdf}, kNormal, outcome(first));
@@ -342,7 +344,7 @@ void DesktopThumbnailerTest::a_service_that_is_silent_is_given_up()
 void DesktopThumbnailerTest::a_request_taken_after_it_was_given_up_is_dequeued()
 {
     using namespace std::chrono_literals;
-    DesktopThumbnailer impatient(bus->connect(QStringLiteral("client")), 500ms);
+    DesktopThumbnailer impatient(bus->connect(u"client"_s), 500ms);
     service->answersAtOnce = false;
     int made = kOpen;
     impatient.request(one, {kPdf}, kNormal, outcome(made));
@@ -356,7 +358,7 @@ void DesktopThumbnailerTest::a_request_taken_after_it_was_given_up_is_dequeued()
 void DesktopThumbnailerTest::progress_extends_the_patience()
 {
     using namespace std::chrono_literals;
-    DesktopThumbnailer patient(bus->connect(QStringLiteral("client")), 2s);
+    DesktopThumbnailer patient(bus->connect(u"client"_s), 2s);
     QElapsedTimer sinceProgress;
     qint64 silence = 0;
     int first = kOpen;
@@ -407,7 +409,7 @@ void DesktopThumbnailerTest::the_generator_answers_with_the_services_picture()
     const QString uri = QString::fromLatin1(ThumbnailCache::uri(path));
     QCOMPARE(service->calls.first().uris, QStringList{uri});
     QCOMPARE(service->calls.first().types, QStringList{kPdf});
-    QCOMPARE(service->calls.first().flavor, QStringLiteral("large"));
+    QCOMPARE(service->calls.first().flavor, u"large"_s);
 
     QImage entry(256, 128, QImage::Format_RGB32);
     entry.fill(Qt::green);
@@ -417,7 +419,7 @@ void DesktopThumbnailerTest::the_generator_answers_with_the_services_picture()
     QCOMPARE(picture.size(), QSize(144, 72));
     QCOMPARE(picture.pixelColor(9, 9), QColor(Qt::green));
 
-    // A service that promises a picture but leaves none gives none, and one that is gone neither.
+    // No picture comes from a service that promises one but writes none, or from a service that is gone.
     const QByteArray other = samples.file("b.pdf", "%PDF-1.4\n");
     made = kOpen;
     generator.generate(SampleFiles::url(other), 72, 1, completion);

@@ -9,12 +9,12 @@
 
 #include <optional>
 
-// The cache with what the program leaves to its helpers: reading entries and writing them.
+// The cache together with the helpers' work: reading entries and writing them.
 class DiskCache : public ThumbnailCache {
 public:
     using ThumbnailCache::ThumbnailCache;
 
-    // The smallest entry that counts and is at least as large as `bound`.
+    // The smallest valid entry that is at least as large as `bound`.
     std::optional<QImage> find(const QByteArray &path, const FileState &original, const QSize &bound) const
     {
         for (const PictureRequest::Entry &entry : entries(path, bound)) {

@@ -58,13 +58,13 @@ QByteArray box(const char *type, const QByteArray &content)
     return big(quint32(content.size()) + 8) + type + content;
 }
 
-// A property: the width and height of an item.
+// A property box with the width and height of an item.
 QByteArray ispe(quint32 width, quint32 height)
 {
     return box("ispe", big(0) + big(width) + big(height));
 }
 
-// As cameras write it: item 1 is a tile of the picture, item 2 the picture, and item 3 its thumbnail.
+// A file as cameras write it: item 1 is a tile of the picture, item 2 the picture, and item 3 its thumbnail.
 struct Heif {
     QByteArray ftyp = box("ftyp", "heic" + big(0) + "mif1heic");
     QByteArray pitm = box("pitm", bytes("00000000 0002"));
@@ -85,7 +85,7 @@ QByteArray jpeg2000(const QByteArray &ihdr)
            box("jp2h", ihdr + box("colr", bytes("01000000000010"))) + box("jp2c", bytes("ff4fff51"));
 }
 
-// What libheif writes before an AVIF of 300 by 200 pixels.
+// The header that libheif writes for an AVIF of 300 by 200 pixels.
 const QByteArray kAvif = bytes("0000001c667479706176696600000000617669666d6966316d696166000000ea6d65746100000000"
                                "0000002168646c72000000000000000070696374000000000000000000000000000000000e706974"
                                "6d00000000000100000022696c6f630000000044400001000100000000010e000100000000000000"
@@ -168,13 +168,13 @@ void ImageHeaderTest::only_what_can_be_read_row_by_row_is_streamed()
     QByteArray interlaced = SampleFiles::pngHeader({70, 40});
     interlaced[28] = 1;
     QVERIFY(!headerOf(interlaced)->streamed);
-    // One scan for each component: all of them are kept until the last has come.
+    // With one scan for each component, the decoder keeps all of them until the last has arrived.
     QByteArray apart = SampleFiles::picture("jpeg", {70, 40});
     const auto scan = apart.indexOf("\xff\xda");
     QVERIFY(scan > 0);
     apart[scan + 4] = 1;
     QVERIFY(!headerOf(apart)->streamed);
-    // Without a scan nothing is known of them.
+    // Without a scan, their order is unknown.
     QVERIFY(!headerOf(apart.left(scan))->streamed);
     QCOMPARE(headerOf(apart.left(scan))->size, QSize(70, 40));
 }
@@ -239,16 +239,16 @@ void ImageHeaderTest::a_heif_states_the_size_of_its_picture_and_not_of_others_in
     Heif last;
     last.pitm = box("pitm", bytes("00000000 0003"));
     QCOMPARE(headerOf(last.whole())->size, QSize(7, 4));
-    // Items and properties have numbers of two sizes each.
+    // The numbers of items and properties have two sizes each.
     Heif wide;
     wide.pitm = box("pitm", bytes("01000000 00000002"));
     wide.associations = bytes("01000001 00000002 00000001 01 8002 00000002 02 8001 8003");
     QCOMPARE(headerOf(wide.whole())->size, QSize(70, 40));
-    // The picture may lie before what is said of it, in a box whose size takes eight bytes.
+    // The picture may be before its description, in a box whose size has eight bytes.
     const Heif usual;
     QCOMPARE(headerOf(usual.ftyp + big(1) + "mdat" + big(0) + big(116) + QByteArray(100, 'x') + usual.meta())->size,
              QSize(70, 40));
-    // The last box may go on to the end of the file.
+    // The last box may extend to the end of the file.
     QCOMPARE(headerOf(usual.ftyp + usual.meta() + big(0) + "mdat" + QByteArray(100, 'x'))->size, QSize(70, 40));
 }
 
@@ -293,7 +293,7 @@ void ImageHeaderTest::every_shorter_piece_of_a_boxed_header_has_none()
     const QByteArray described = heif.ftyp + heif.meta();
     for (qsizetype length = 0; length < described.size(); ++length)
         QVERIFY(!headerOf(described.left(length)));
-    // It is enough that what describes the picture is there.
+    // The description of the picture is enough.
     QCOMPARE(headerOf(described)->size, QSize(70, 40));
 
     const QByteArray picture = jpeg2000(kIhdr);
@@ -315,7 +315,7 @@ void ImageHeaderTest::boxes_that_lie_about_their_size_are_survived()
             }
         }
     }
-    // A long size that goes beyond all that a file can have.
+    // This 64-bit size is larger than any file.
     const Heif heif;
     QVERIFY(!headerOf(heif.ftyp + big(1) + "free" + bytes("ffffffffffffffff") + heif.meta()));
 }

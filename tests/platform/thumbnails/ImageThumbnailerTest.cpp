@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class ImageThumbnailerTest : public QObject {
     Q_OBJECT
 
@@ -51,10 +53,10 @@ bool isRedThenBlue(const QImage &image)
     return left.red() > 240 && left.blue() < 16 && right.blue() > 240 && right.red() < 16;
 }
 
-// The most memory this process has held since it was last reset, in bytes.
+// The peak memory of this process since the last reset, in bytes.
 qint64 peakMemory()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status(u"/proc/self/status"_s);
     if (!status.open(QIODevice::ReadOnly))
         return 0;
     for (const QByteArray &line : status.readAll().split('\n')) {
@@ -64,10 +66,10 @@ qint64 peakMemory()
     return 0;
 }
 
-// What this process has read until now, in bytes; -1 where the system does not tell.
+// The bytes that this process has read so far; -1 if the system does not report it.
 qint64 bytesRead()
 {
-    QFile file(QStringLiteral("/proc/self/io"));
+    QFile file(u"/proc/self/io"_s);
     if (!file.open(QIODevice::ReadOnly))
         return -1;
     const QByteArray name = "rchar: ";
@@ -80,7 +82,7 @@ qint64 bytesRead()
 
 void resetPeakMemory()
 {
-    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    QFile file(u"/proc/self/clear_refs"_s);
     if (file.open(QIODevice::WriteOnly))
         file.write("5");
 }
@@ -118,7 +120,7 @@ void ImageThumbnailerTest::a_fitted_image_is_plain_pixels()
 {
     QImage image(200, 100, QImage::Format_Grayscale8);
     image.fill(Qt::white);
-    image.setText(QStringLiteral("Comment"), QString(100'000, QLatin1Char('x')));
+    image.setText(u"Comment"_s, QString(100'000, QLatin1Char('x')));
     image.setDevicePixelRatio(2.0);
     const QImage fitted = fittedImage(image, {72, 72});
     QCOMPARE(fitted.size(), QSize(72, 36));
@@ -153,7 +155,7 @@ void ImageThumbnailerTest::a_small_picture_stays_as_small_as_it_is()
 
 void ImageThumbnailerTest::a_turned_photo_comes_upright_and_fits()
 {
-    // Turned by 90 degrees clockwise, the left half is on top.
+    // The image is rotated by 90 degrees clockwise, so its left half is at the top.
     const Decoding decoding = decode(SampleFiles::turnedJpeg({800, 400}, 6), {72, 36});
     QCOMPARE(decoding.outcome, Decoding::Outcome::Complete);
     QCOMPARE(decoding.image.size(), QSize(18, 36));

@@ -20,13 +20,15 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool grantsWatches = true;
 
 } // namespace
 
-// Stands before the system's own, which refuses only once all programs of the user have used up their number.
+// Replaces the system's function, which fails only after all programs of the user together have reached their limit.
 extern "C" int inotify_init1(int flags) noexcept
 {
     if (grantsWatches)
@@ -73,7 +75,7 @@ private slots:
 
 namespace {
 
-// What the completions said.
+// The results of the completions.
 class Answers {
 public:
     ThumbnailGenerator::Completion next()
@@ -88,7 +90,7 @@ public:
 
     std::optional<QImage> last() const { return images.isEmpty() ? std::nullopt : images.last(); }
 
-    // How many pictures were made for them.
+    // The number of different pictures among them.
     qsizetype different() const
     {
         QSet<qint64> keys;
@@ -126,7 +128,7 @@ struct Fixture {
         generator.generate(SampleFiles::url(path), edge, scale, answers.next());
     }
 
-    // Waits until a file that cannot be read has been answered for and is waited for; `count` answers there are then.
+    // Waits until there are `count` answers, one of them for an unreadable file whose writer is then waited for.
     void waitForWriter(qsizetype count)
     {
         QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
@@ -135,7 +137,7 @@ struct Fixture {
         QTRY_COMPARE_WITH_TIMEOUT(generator.awaitedWriters(), 1, kPatience);
     }
 
-    // The state of a file that was changed a moment before the queue's time.
+    // Sets a file's modification time to a moment before the queue's time.
     void changeNow(const QByteArray &path) const
     {
         SampleFiles::setModified(path, queue.currentDate().toSecsSinceEpoch() - 1, 900'000'000);
@@ -180,7 +182,7 @@ void LinuxThumbnailGeneratorTest::the_points_are_those_of_the_picture_as_it_is_s
     Fixture f;
     f.request(f.samples.file("caf\xe9.jpg", SampleFiles::turnedJpeg({70, 40}, 6)));
     VERIFY_ANSWERS(f, 1);
-    // The picture is turned, the points are not.
+    // The picture is rotated, and the size in points is not.
     QCOMPARE(f.answers.points.last(), QSizeF(72, 41));
     QVERIFY(f.answers.last()->height() > f.answers.last()->width());
 }
@@ -199,7 +201,7 @@ void LinuxThumbnailGeneratorTest::who_waits_longer_than_a_blink_is_told()
     int delayed = 0;
     const QByteArray path = f.samples.file("a.png", SampleFiles::picture("png", {80, 40}));
     f.generator.generate(SampleFiles::url(path), 72, 1, f.answers.next(), [&delayed] { ++delayed; });
-    // No answer is read before the loop turns.
+    // Answers are read only while the main loop runs.
     f.queue.advance(LinuxThumbnailGenerator::kBlink - 0.01);
     QCOMPARE(delayed, 0);
     f.queue.advance(0.01);
@@ -252,7 +254,7 @@ void LinuxThumbnailGeneratorTest::bad_input_is_answered_with_nothing()
     f.request(path);
     VERIFY_ANSWERS(f, 1);
     QVERIFY(!f.answers.last());
-    // Nobody waits for a file that does not change.
+    // The generator does not wait for a file that does not change.
     QCOMPARE(f.queue.pendingCount(), 0);
 }
 
@@ -294,7 +296,7 @@ void LinuxThumbnailGeneratorTest::an_entry_of_the_cache_is_used()
     VERIFY_ANSWERS(f, 1);
     QCOMPARE(f.answers.last()->size(), QSize(72, 36));
     QCOMPARE(f.answers.last()->pixelColor(9, 9), QColor(Qt::green));
-    // At twice the scale that entry is too small.
+    // At twice the scale, this entry is too small.
     f.request(path, 72, 2);
     VERIFY_ANSWERS(f, 2);
     QVERIFY(f.answers.last()->pixelColor(9, 9).red() > 240);
@@ -323,7 +325,7 @@ void LinuxThumbnailGeneratorTest::a_small_picture_is_not_kept()
     f.request(f.samples.file("b.jpg", SampleFiles::picture("jpeg", {1000, 500})));
     VERIFY_ANSWERS(f, 2);
     const QDir normal(QFile::decodeName(f.cacheFolder + "/normal"));
-    QTRY_COMPARE_WITH_TIMEOUT(normal.entryList({QStringLiteral("*.png")}, QDir::Files).size(), 1, kPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(normal.entryList({u"*.png"_s}, QDir::Files).size(), 1, kPatience);
 }
 
 void LinuxThumbnailGeneratorTest::a_file_just_changed_is_neither_looked_up_nor_kept()
@@ -338,7 +340,7 @@ void LinuxThumbnailGeneratorTest::a_file_just_changed_is_neither_looked_up_nor_k
     f.request(path);
     VERIFY_ANSWERS(f, 1);
     QVERIFY(f.answers.last()->pixelColor(9, 9).red() > 240);
-    // A second later the same entry counts, and it is still the old one.
+    // A second later the same entry is valid, and it is still the old one.
     f.queue.advance(1);
     f.request(path);
     VERIFY_ANSWERS(f, 2);
@@ -354,7 +356,7 @@ void LinuxThumbnailGeneratorTest::a_broken_file_is_decoded_once_only()
     VERIFY_ANSWERS(f, 1);
     QVERIFY(!f.answers.last());
     QTRY_VERIFY_WITH_TIMEOUT(f.cache.hasFailure(path, RegularFile::open(path)->state()), kPatience);
-    // Mended without a new date or size, it still counts as broken; with a new date it does not.
+    // A repaired file with the old date and size still counts as broken, and not with a new date.
     f.samples.file("a.png", png + QByteArray(png.size() / 2 * 2 - png.size(), 'x'));
     f.request(path);
     VERIFY_ANSWERS(f, 2);
@@ -385,7 +387,7 @@ void LinuxThumbnailGeneratorTest::a_png_still_being_written_comes_when_its_write
     f.changeNow(path);
     f.request(path);
     f.waitForWriter(1);
-    QVERIFY(!f.answers.last()); // there is an icon meanwhile
+    QVERIFY(!f.answers.last()); // the shelf shows an icon meanwhile
 
     writer.write(png.mid(png.size() / 2));
     f.queue.advance(3600);
@@ -515,7 +517,7 @@ void LinuxThumbnailGeneratorTest::a_file_that_goes_while_it_is_waited_for_is_not
     f.waitForWriter(1);
     QCOMPARE(::unlink(path.constData()), 0);
     QCoreApplication::processEvents();
-    // A request that is served after it.
+    // This request is served after the first.
     f.request(f.samples.file("b.png", SampleFiles::picture("png", {80, 40})));
     VERIFY_ANSWERS(f, 2);
     QVERIFY(f.answers.last());
@@ -527,7 +529,7 @@ void LinuxThumbnailGeneratorTest::a_file_that_is_closed_again_and_again_and_neve
     Fixture f;
     const QByteArray path = f.samples.file("a.png", "");
     f.changeNow(path);
-    // The completion goes with the request.
+    // The completion is deleted with its request.
     auto request = std::make_shared<int>(0);
     const std::weak_ptr<int> open = request;
     f.generator.generate(SampleFiles::url(path), 72, 1,
@@ -535,7 +537,7 @@ void LinuxThumbnailGeneratorTest::a_file_that_is_closed_again_and_again_and_neve
     for (int i = 0; i < 100; ++i) {
         f.waitForWriter(1);
         QVERIFY(!open.expired());
-        f.changeNow(path); // brings an event, as a writer does who closes the file
+        f.changeNow(path); // causes an event, as a writer does that closes the file
     }
     QTRY_VERIFY_WITH_TIMEOUT(open.expired(), kPatience);
     QCOMPARE(f.answers.count(), 1);
@@ -562,7 +564,7 @@ void LinuxThumbnailGeneratorTest::requests_for_the_same_pixels_that_wait_are_ser
         f.request(photo, 72 + i % 10 * 0.09, 1);
     VERIFY_ANSWERS(f, kRequests);
     QCOMPARE(f.answers.sizes().count(f.answers.last()->size()), qsizetype(kRequests));
-    // The first ones were begun at once, as many as there are threads.
+    // Only the first requests were begun, at most as many as there are threads.
     QVERIFY2(f.answers.different() < kRequests / 2, qPrintable(QString::number(f.answers.different())));
 }
 
@@ -591,7 +593,7 @@ void LinuxThumbnailGeneratorTest::every_completion_is_called_once_when_the_gener
     SampleFiles::setModified(growing, queue.currentDate().toSecsSinceEpoch());
     {
         LinuxThumbnailGenerator generator(queue, std::make_shared<FileHelpers>(queue), samples.path("cache"));
-        // One waits for its writer, one is on its way there, and the rest wait for their turn.
+        // One request waits for its writer, one is about to, and the rest wait for their turn.
         generator.generate(SampleFiles::url(growing), 72, 1, answers.next());
         QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
         queue.runPending();

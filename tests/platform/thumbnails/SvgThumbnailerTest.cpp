@@ -131,7 +131,7 @@ void SvgThumbnailerTest::instructions_and_entity_declarations_are_left_out()
 
 void SvgThumbnailerTest::elements_used_again_and_again_are_refused()
 {
-    // Each level draws the one below ten times: a million rectangles.
+    // Each level draws the level below ten times, which makes a million rectangles.
     QByteArray levels = "<g id='l0'><rect width='1' height='1'/></g>";
     const auto level = [](int number) {
         const QByteArray use = "<use xlink:href='#l" + QByteArray::number(number - 1) + "'/>";

@@ -11,6 +11,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 class ThumbnailCacheTest : public QObject {
     Q_OBJECT
 
@@ -36,7 +38,7 @@ private slots:
     void failures_of_other_programs_do_not_count();
 
 private:
-    // The entry for `path` in one class.
+    // The path of the entry for `path` in one class.
     QByteArray entry(const QByteArray &sizeClass, const QByteArray &path) const
     {
         const QByteArray hash = QCryptographicHash::hash(ThumbnailCache::uri(path), QCryptographicHash::Md5).toHex();
@@ -136,8 +138,8 @@ void ThumbnailCacheTest::an_entry_has_its_name_its_keys_and_is_private()
         const auto at = bytes.indexOf("tEXt" + text);
         QVERIFY2(at > 0 && at < bytes.indexOf("IDAT"), text.constData());
     }
-    // The image readers check the chunks' sums.
-    QCOMPARE(QImage::fromData(bytes).text(QStringLiteral("Software")), QStringLiteral("Parklet"));
+    // The image readers verify the checksums of the chunks.
+    QCOMPARE(QImage::fromData(bytes).text(u"Software"_s), u"Parklet"_s);
     QCOMPARE(modeOf(entry("normal", path)), mode_t(0600));
     for (const QByteArray &made : {folder + "/normal", folder, samples.path("cache")})
         QCOMPARE(modeOf(made), mode_t(0700));
@@ -155,12 +157,12 @@ void ThumbnailCacheTest::an_entry_of_another_state_of_the_file_does_not_count()
 
 void ThumbnailCacheTest::an_entry_of_another_program_counts()
 {
-    // Without the size, and with a long URI that is stored compressed.
+    // This entry has no size, and a long URI that is stored compressed.
     const QByteArray path = "/others/with a name that is longer than any short text, so that it is compressed.jpg";
     QVERIFY(QDir().mkpath(QFile::decodeName(folder + "/normal")));
     QImage theirs = plain({128, 64}, Qt::green);
-    theirs.setText(QStringLiteral("Thumb::URI"), QString::fromLatin1(ThumbnailCache::uri(path)));
-    theirs.setText(QStringLiteral("Thumb::MTime"), QStringLiteral("1600000000"));
+    theirs.setText(u"Thumb::URI"_s, QString::fromLatin1(ThumbnailCache::uri(path)));
+    theirs.setText(u"Thumb::MTime"_s, u"1600000000"_s);
     QVERIFY(theirs.save(QFile::decodeName(entry("normal", path)), "png"));
     const auto image = cache.find(path, state, {72, 72});
     QVERIFY(image);
@@ -171,14 +173,14 @@ void ThumbnailCacheTest::an_entry_with_microseconds_counts_for_that_very_moment_
 {
     QTest::addColumn<QString>("time");
     QTest::addColumn<bool>("counts");
-    QTest::newRow("same") << QStringLiteral("1600000000.219761") << true;
-    QTest::newRow("rounded up") << QStringLiteral("1600000000.219762") << true;
-    QTest::newRow("with a comma") << QStringLiteral("1600000000,219761") << true;
-    QTest::newRow("whole seconds") << QStringLiteral("1600000000") << true;
-    QTest::newRow("earlier in that second") << QStringLiteral("1600000000.219700") << false;
-    QTest::newRow("another second") << QStringLiteral("1600000001.219761") << false;
+    QTest::newRow("same") << u"1600000000.219761"_s << true;
+    QTest::newRow("rounded up") << u"1600000000.219762"_s << true;
+    QTest::newRow("with a comma") << u"1600000000,219761"_s << true;
+    QTest::newRow("whole seconds") << u"1600000000"_s << true;
+    QTest::newRow("earlier in that second") << u"1600000000.219700"_s << false;
+    QTest::newRow("another second") << u"1600000001.219761"_s << false;
     QTest::newRow("none") << QString() << false;
-    QTest::newRow("no time") << QStringLiteral("today") << false;
+    QTest::newRow("no time") << u"today"_s << false;
 }
 
 void ThumbnailCacheTest::an_entry_with_microseconds_counts_for_that_very_moment()
@@ -187,8 +189,8 @@ void ThumbnailCacheTest::an_entry_with_microseconds_counts_for_that_very_moment(
     const QByteArray path = "/moments.pdf";
     QVERIFY(QDir().mkpath(QFile::decodeName(folder + "/normal")));
     QImage theirs = plain({128, 64});
-    theirs.setText(QStringLiteral("Thumb::URI"), QString::fromLatin1(ThumbnailCache::uri(path)));
-    theirs.setText(QStringLiteral("Thumb::MTime"), time);
+    theirs.setText(u"Thumb::URI"_s, QString::fromLatin1(ThumbnailCache::uri(path)));
+    theirs.setText(u"Thumb::MTime"_s, time);
     QVERIFY(theirs.save(QFile::decodeName(entry("normal", path)), "png"));
     QTEST(cache.find(path, {1234, 1'600'000'000, 219'761'499}, {72, 72}).has_value(), "counts");
 }
@@ -278,7 +280,7 @@ void ThumbnailCacheTest::failures_of_other_programs_do_not_count()
     const QStringList folders = fail.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QCOMPARE(folders.size(), 1);
     QVERIFY(folders.first().startsWith(QLatin1String("parklet-")));
-    QVERIFY(QDir(fail).rename(folders.first(), QStringLiteral("another-1.0")));
+    QVERIFY(QDir(fail).rename(folders.first(), u"another-1.0"_s));
     QVERIFY(!cache.hasFailure("/theirs.jpg", state));
 }
 

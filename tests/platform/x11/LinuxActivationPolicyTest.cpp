@@ -91,7 +91,7 @@ xcb_window_t LinuxActivationPolicyTest::active() const
     return values.empty() ? XCB_NONE : values.front();
 }
 
-// Gives another program's new window the focus.
+// Shows a window of another program, which gets the focus.
 bool LinuxActivationPolicyTest::focusOther()
 {
     const xcb_window_t window = xcb_generate_id(other->get());
@@ -121,7 +121,7 @@ void LinuxActivationPolicyTest::a_change_of_policy_reaches_windows_on_screen()
         policy->set(ActivationPolicy::Policy::Accessory);
         QTRY_VERIFY_WITH_TIMEOUT(isSkipped(window), kPatience);
     }
-    // The window's other states are its own.
+    // The window's other states do not change.
     QVERIFY(state(window).contains(connection->atom("_NET_WM_STATE_MAXIMIZED_VERT")));
 }
 
@@ -138,7 +138,7 @@ void LinuxActivationPolicyTest::the_same_policy_again_asks_the_window_manager_fo
             wishes.append(QString::number(message.data.data32[0]));
     });
     other->addRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    // Once this is answered the server has read what was asked before it.
+    // After this reply, the server has handled all earlier requests.
     other->values(other->root(), other->atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW);
     policy->set(ActivationPolicy::Policy::Accessory);
     policy->set(ActivationPolicy::Policy::Regular);
@@ -185,7 +185,8 @@ void LinuxActivationPolicyTest::a_late_window_manager_forgets_no_policy()
     QVERIFY(QTest::qWaitForWindowExposed(&window, kPatience));
     QTRY_VERIFY_WITH_TIMEOUT(isSkipped(window), kPatience);
 
-    // It learns that the window was hidden, and forgets its state, only after the window is to be shown again.
+    // The window manager learns that the window was hidden, and forgets its state, only after the window is shown
+    // again.
     QCOMPARE(::kill(windowManager, SIGSTOP), 0);
     window.hide();
     const bool isHidden = QTest::qWaitFor([&] { return !window.windowHandle()->isExposed(); }, kPatience);
@@ -212,7 +213,7 @@ void LinuxActivationPolicyTest::dialogs_follow_and_panels_do_not()
         const auto before = state(*window);
         QVERIFY(!isSkipped(*window));
         policy->set(ActivationPolicy::Policy::Accessory);
-        // What the dialog is told arrives after what the panel would have been told.
+        // The dialog's messages arrive after any message to the panel.
         policy->set(ActivationPolicy::Policy::Regular);
         QTRY_VERIFY_WITH_TIMEOUT(!isSkipped(dialog), kPatience);
         policy->set(ActivationPolicy::Policy::Accessory);

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Two screens side by side, the right one lower and smaller.
+// There are two screens side by side, the right one lower and smaller.
 const QRect kLeftScreen(0, 0, 1920, 1080);
 const QRect kRightScreen(1920, 200, 1280, 800);
 const QSize kRoot(3200, 1080);
@@ -156,7 +156,7 @@ void VisibleFrameTest::a_malformed_strut_reserves_nothing()
     QVERIFY(strutOf({}, {}).isEmpty());
     QVERIFY(strutOf({1, 2, 3}, {1, 2}).isEmpty());
     QVERIFY(strutOf({0, 0, 0, 0, 0, 9, 0, 9, 0, 9, 0, 9}, {}).isEmpty());
-    // Values beyond any screen do no harm.
+    // Values outside all screens do no harm.
     const Strut strut = strutOf(std::vector<quint32>(12, 0xffffffff), {});
     QCOMPARE(visiblePixels(kLeftScreen, kRoot, {strut}), kLeftScreen);
 }

@@ -26,7 +26,7 @@ private slots:
     void windows_of_this_process_are_its_own();
 
 private:
-    // Another client changes the root window; the change has happened when this returns.
+    // Changes the root window from another client. The server has done it when this returns.
     void change(xcb_atom_t property)
     {
         const quint32 value = 1;
@@ -51,7 +51,7 @@ void XcbConnectionTest::init()
     QVERIFY(connection);
     QVERIFY(other);
     connection->addRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
-    // The selection is in place before another client changes anything.
+    // The server has handled the selection before another client changes anything.
     connection->atom("_PARKLET_ROUND_TRIP");
 }
 
@@ -80,7 +80,7 @@ void XcbConnectionTest::an_event_read_while_waiting_for_a_reply_is_delivered()
     const auto listening = connection->listen([&](const auto &event) { changes += isChange(event, mark); });
     QTimer::singleShot(0, this, [&] {
         change(mark);
-        // The server has sent the event before this reply, so the socket is empty afterwards.
+        // The server sends the event before this reply, so the socket is empty afterwards.
         connection->values(connection->root(), mark, XCB_ATOM_CARDINAL);
     });
     QTRY_COMPARE_WITH_TIMEOUT(changes, 1, kPatience);

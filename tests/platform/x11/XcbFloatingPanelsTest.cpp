@@ -18,7 +18,7 @@ constexpr int kPatience = 10'000; // milliseconds
 constexpr int kRadius = 14;
 const QRect kFrame(400, 200, 116, 164);
 
-// A panel of one colour that takes drops and counts clicks.
+// A panel of one colour that accepts drops and counts clicks.
 class Panel : public QWidget {
 public:
     Panel() { setAcceptDrops(true); }
@@ -77,8 +77,8 @@ private:
         QVERIFY(isSeen());
     }
 
-    // QTRY_COMPARE would ask for the colour twice: a compositor may still show the panel as it was before it was
-    // hidden, then what is below, then the panel again.
+    // Whether the panel's colour appears on the screen. QTRY_COMPARE would read the colour twice, and a compositor may
+    // first show the old picture of the panel, then the windows below it, and then the panel.
     static bool isSeen()
     {
         return QTest::qWaitFor([] { return screenColor(kFrame.center()) == QColor(Qt::red); }, kPatience);
@@ -90,7 +90,7 @@ private:
         return isSeen();
     }
 
-    // Whatever was asked of the window manager before has happened afterwards: it takes requests in their order.
+    // After this, the window manager has handled all earlier requests, because it takes them in order.
     void roundTripThroughManager()
     {
         const xcb_window_t focus = inputFocus(*xcb);
@@ -116,7 +116,7 @@ private:
                 xcb_get_property_value_length(reply.get())};
     }
 
-    // What the compositor is told, from 0 to 1; 1 as well when it is told nothing.
+    // The opacity that the compositor is told, from 0 to 1; 1 also when none is set.
     double opacity()
     {
         const auto values = xcb->values(window(), xcb->atom("_NET_WM_WINDOW_OPACITY"), XCB_ATOM_CARDINAL);
@@ -262,7 +262,7 @@ void XcbFloatingPanelsTest::a_panel_has_no_decorations()
     const xcb_atom_t motif = xcb->atom("_MOTIF_WM_HINTS");
     const std::vector<quint32> hints = xcb->values(window(), motif, motif);
     QVERIFY(hints.size() >= 3);
-    QVERIFY(hints[0] & 2); // the decorations are told
+    QVERIFY(hints[0] & 2); // the field for decorations is set
     QCOMPARE(hints[2], 0u);
 }
 
@@ -281,7 +281,7 @@ void XcbFloatingPanelsTest::a_panel_that_is_to_fade_in_comes_up_transparent()
     panels->orderFront(*panel);
     QVERIFY(QTest::qWaitForWindowExposed(panel.get()));
     QCOMPARE(opacity(), 0.0);
-    // And when it is shown again.
+    // The same after it is shown again.
     panels->orderOut(*panel);
     panels->setAlpha(*panel, 1.0);
     panels->setAlpha(*panel, 0);
@@ -317,10 +317,10 @@ void XcbFloatingPanelsTest::a_panel_is_where_it_was_put()
     roundTripThroughManager();
     QTRY_COMPARE_WITH_TIMEOUT(geometry(), frame, kPatience);
     QCOMPARE(panel->geometry(), frame);
-    // And after a move while it is visible.
+    // The same after a move while it is visible.
     panel->setGeometry(frame.adjusted(20, 10, 20, 50));
     QTRY_COMPARE_WITH_TIMEOUT(geometry(), frame.adjusted(20, 10, 20, 50), kPatience);
-    // And shown again.
+    // The same after it is shown again.
     panels->orderOut(*panel);
     panel->setGeometry(frame);
     panels->orderFront(*panel);
@@ -335,7 +335,7 @@ void XcbFloatingPanelsTest::a_panel_is_on_every_desktop()
     sendToRoot("_NET_CURRENT_DESKTOP", 1);
     QTRY_VERIFY_WITH_TIMEOUT(screenColor({320, 170}) != QColor(Qt::green), kPatience);
     QCOMPARE(screenColor(kFrame.center()), QColor(Qt::red));
-    // A panel that is shown there, too, and seen from the first.
+    // The same for a panel that is shown there for the first time.
     panels->orderOut(*panel);
     QTRY_VERIFY_WITH_TIMEOUT(screenColor(kFrame.center()) != QColor(Qt::red), kPatience);
     panels->orderFront(*panel);
@@ -389,7 +389,7 @@ void XcbFloatingPanelsTest::a_panel_stays_over_a_full_screen_window_that_opens_l
     QTRY_VERIFY_WITH_TIMEOUT(overridesManager(), kPatience);
     QTRY_COMPARE_WITH_TIMEOUT(screenColor({5, 795}), QColor(Qt::blue), kPatience);
     QVERIFY(isSeen());
-    // What hides while it changes sides stays hidden.
+    // A panel that is hidden during the change stays hidden.
     panels->orderOut(*panel);
     QTRY_COMPARE_WITH_TIMEOUT(screenColor(kFrame.center()), QColor(Qt::blue), kPatience);
     roundTripThroughManager();
@@ -407,7 +407,7 @@ void XcbFloatingPanelsTest::a_panel_does_not_change_sides_under_a_pressed_button
     roundTripThroughManager();
     QVERIFY(!overridesManager());
     hand.pointerButtonReleased();
-    // It catches up when the button is up.
+    // The panel changes when the button is released.
     QTRY_VERIFY_WITH_TIMEOUT(overridesManager(), kPatience);
     QVERIFY(comesToBeSeen());
 }
@@ -422,7 +422,7 @@ void XcbFloatingPanelsTest::a_panel_that_comes_up_in_a_drag_overrides_the_manage
     QCOMPARE(inputFocus(*xcb), foreign->id());
     panels->orderFront(*panel);
     hand.pointerButtonReleased();
-    // It stays above what is activated later, and does not blink.
+    // It stays above a window that is activated later, and does not flicker.
     ForeignWindow later(QRect(350, 150, 300, 300), Qt::blue);
     later.show();
     QTRY_COMPARE_WITH_TIMEOUT(screenColor({360, 170}), QColor(Qt::blue), kPatience);

@@ -47,7 +47,7 @@ private:
         hand.keyReleased(symbol);
     }
 
-    // Asks after a key that passes, so all earlier ones have arrived.
+    // Presses a key that is not tapped, and counts after it, so that all earlier keys have arrived.
     int seenByFocused(quint32 symbol)
     {
         const xcb_keycode_t last = hand.keyCode(XKB_KEY_F9);
@@ -96,7 +96,7 @@ void XcbKeyTapTest::control_a_is_heard_and_swallowed()
     QCOMPARE(key, Qt::Key_A);
     QCOMPARE(modifiers, Qt::ControlModifier);
     QCOMPARE(seenByFocused(XKB_KEY_a), 0);
-    // The key went up, too, and that is no press.
+    // The release of the key is not a press.
     QCOMPARE(presses, 1);
 }
 
@@ -176,7 +176,7 @@ void XcbKeyTapTest::a_refused_tap_leaves_nothing_taken()
         return rival->succeeded(xcb_grab_key_checked(rival->get(), 1, rival->root(), modifiers, hand.keyCode(XKB_KEY_a),
                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     };
-    // Only the one with Caps Lock is taken.
+    // Only the grab with Caps Lock is taken.
     QVERIFY(take(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
     QVERIFY(!tap->install([this](auto...) { return count(); }));
     QVERIFY(take(XCB_MOD_MASK_CONTROL));
@@ -189,7 +189,7 @@ void XcbKeyTapTest::the_tap_follows_a_change_of_layout()
     setLayout({u"fr"_s});
     QVERIFY(hand.keyCode(XKB_KEY_a) != before);
     QTRY_VERIFY_WITH_TIMEOUT((hand.typeWithControl(XKB_KEY_a), presses > 0), kPatience);
-    // What was "a" types "q" now, and is the user's again.
+    // The key that was "a" types "q" now, and is not tapped any more.
     hand.typeWithControl(XKB_KEY_q);
     QTRY_COMPARE_WITH_TIMEOUT(seenByFocused(XKB_KEY_q), 1, kPatience);
 }

@@ -51,7 +51,7 @@ void XcbScreensTest::init()
     xcb = XcbConnection::open();
     screens = std::make_unique<XcbScreens>(xcb);
     QTRY_COMPARE_WITH_TIMEOUT(visibleFrame(), frame(), kPatience);
-    // What the last test left behind is no news to this one.
+    // Remains of the last test must not be reported to this one.
     screens = std::make_unique<XcbScreens>(xcb);
     QCOMPARE(visibleFrame(), frame());
     reports = 0;
@@ -89,7 +89,7 @@ void XcbScreensTest::a_dock_reserves_space_while_it_is_there()
 
 void XcbScreensTest::a_change_that_has_been_read_is_reported_all_the_same()
 {
-    // Reads the screens after each single step in which the window manager tells of the dock.
+    // Reads the screens after each single event with which the window manager reports the dock.
     const auto reading = xcb->listen([this](const auto &) { screens->all(); });
     ForeignWindow dock(QRect(0, 0, 1280, kDepth), Qt::gray, ForeignWindow::Kind::Dock);
     dock.setStrut({0, 0, kDepth, 0, 0, 0, 0, 0, 0, 1279, 0, 0});
@@ -116,7 +116,7 @@ void XcbScreensTest::a_window_that_reserves_nothing_is_not_reported()
     ForeignWindow window(QRect(100, 100, 300, 200), Qt::green);
     window.show();
     QTRY_VERIFY_WITH_TIMEOUT(isListed(window), kPatience);
-    // The dock that comes after it is the first thing to report.
+    // The next dock is the first change to report.
     ForeignWindow dock(QRect(0, 0, 1280, kDepth), Qt::gray, ForeignWindow::Kind::Dock);
     dock.setStrut({0, 0, kDepth, 0, 0, 0, 0, 0, 0, 1279, 0, 0});
     screens->onChange = [this] {

@@ -134,7 +134,7 @@ void XcbTwoScreensTest::a_floating_panel_does_not_count()
     QVERIFY(QTest::qWaitForWindowExposed(&panel));
     hand.click({1150, 280});
     QCOMPARE(screens->main()->frame, kLeft);
-    // Not even when a window manager makes it the active one.
+    // The panel stays on its screen even when a window manager makes it the active window.
     XcbConnection &xcb = window.connection();
     const quint32 id = static_cast<quint32>(panel.winId());
     QVERIFY(xcb.succeeded(xcb_change_property_checked(xcb.get(), XCB_PROP_MODE_REPLACE, xcb.root(),

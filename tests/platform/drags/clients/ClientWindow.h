@@ -32,7 +32,7 @@ public:
             screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
     }
 
-    // Shows the window, and tells the test so once the server has done it.
+    // Shows the window, and tells the test once the server has done that.
     void show()
     {
         xcb_map_window(connection, window);
@@ -60,7 +60,7 @@ public:
         return text;
     }
 
-    // What a window's property names.
+    // The atoms in a window's property.
     std::vector<xcb_atom_t> atoms(xcb_window_t of, xcb_atom_t property)
     {
         xcb_get_property_reply_t *reply = xcb_get_property_reply(

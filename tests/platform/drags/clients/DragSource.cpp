@@ -33,13 +33,13 @@ std::string contents(const Arguments &arguments)
     return list;
 }
 
-// What a browser drags: an address and a title in UTF-16.
+// A link as a browser drags it: an address and a title in UTF-16.
 std::u16string linkTo(const std::string &url)
 {
     return std::u16string(url.begin(), url.end()) + u"\nA title";
 }
 
-// An answer under way that comes in pieces.
+// An answer in progress that is sent in pieces.
 struct Pieces {
     xcb_window_t requestor = XCB_NONE;
     xcb_atom_t property = XCB_ATOM_NONE;

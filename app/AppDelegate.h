@@ -25,10 +25,11 @@ public:
 
     ShelfPanel shelf;
     CursorShelf cursorShelf;
-    bool shelfShownByCurrentDrag = false; // the drag now in progress made the shelf visible
+    bool shelfShownByCurrentDrag = false; // the drag in progress made the shelf visible
     bool dropReceivedOnShelf = false;     // something was dropped on a shelf during the current drag
 
-    // Call once, when the main loop is about to run. Returns after the questions it asks have been answered.
+    // Call it once, when the main loop is about to run. Returns after the user has answered the questions at the
+    // launch.
     void applicationDidFinishLaunching();
 
     // Shows the shelf if it is hidden.

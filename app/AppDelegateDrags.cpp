@@ -84,7 +84,7 @@ void AppDelegate::checkSoonWhetherUnused()
     platform.mainQueue->after(kHideCheckDelay, whileAlive(this, [this] {
                                   if (dropReceivedOnShelf || !shelf.items.isEmpty())
                                       return;
-                                  // Its source takes its time to say what has been dropped.
+                                  // The source has not yet told what was dropped.
                                   if (platform.dropPasteboard->isReading())
                                       checkSoonWhetherUnused();
                                   else

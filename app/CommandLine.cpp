@@ -31,7 +31,7 @@ QString help()
                            "Without an option Parklet starts, or shows the shelf of the one that runs already.\n");
 }
 
-// An argument may be any bytes, also invalid UTF-8; print it unchanged.
+// An argument may contain any bytes, even invalid UTF-8. It is printed unchanged.
 std::string filled(const QString &text, const std::string &value)
 {
     std::string result = text.toStdString();
@@ -41,17 +41,17 @@ std::string filled(const QString &text, const std::string &value)
     return result;
 }
 
-// The name of an option as it is written without its dashes and what follows a "=".
+// The name of an option, without its dashes and without "=VALUE".
 std::string_view nameOf(std::string_view argument)
 {
     argument.remove_prefix(argument.starts_with("--") ? 2 : 1);
     return argument.substr(0, argument.find('='));
 }
 
-// How many of the arguments from `first` on are none of ours: they tell Qt, the session manager or macOS something.
+// The number of arguments from `first` on that belong to Qt, the session manager or macOS.
 std::size_t foreignArguments(const std::vector<std::string> &arguments, std::size_t first)
 {
-    // Qt's own, of all its platforms: those that a value follows, and those that stand alone.
+    // The options of Qt, of all its platforms: those with a value, and those without.
     constexpr std::array valued = {
         "platform", "platformpluginpath", "platformtheme", "plugin",       "style", "stylesheet",
         "session",  "qmljsdebugger",      "qwindowicon",   "qwindowtitle", "icon",  "qwindowgeometry",
@@ -60,7 +60,7 @@ std::size_t foreignArguments(const std::vector<std::string> &arguments, std::siz
     const std::string_view argument = arguments[first];
     if (!argument.starts_with('-'))
         return 0;
-    // A process serial number, and settings of the system for this start.
+    // macOS passes a process serial number, and system settings for this start.
     if (argument.starts_with("-psn_"))
         return 1;
     const std::string_view name = nameOf(argument);

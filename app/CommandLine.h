@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// What the program prints instead of starting, because of its command line.
+// What the program prints instead of starting, as its command line requests.
 struct CommandLineAnswer {
     std::string output; // for the standard output
     std::string error;  // for the standard error
@@ -14,13 +14,13 @@ struct CommandLineAnswer {
     bool operator==(const CommandLineAnswer &) const = default;
 };
 
-// Without a value the program starts. `arguments` are those after the program's name; what Qt, a session manager or the
-// system adds to a command line is passed over.
+// Nothing when the program should start. `arguments` has no program name. Arguments that Qt, a session manager or the
+// system adds are ignored.
 std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string> &arguments);
 
-// The answer of a program that cannot start: `reason` in the sources' language, translated in `context`, with `detail`
-// in the place of its %1.
+// The answer of a program that cannot start. `reason` is in English, is translated in `context`, and has `detail` in
+// the place of its %1.
 CommandLineAnswer cannotStart(const char *context, const char *reason, const std::string &detail);
 
-// Prints the answer, and returns the exit code: also 1 when it could not be printed.
+// Prints the answer and returns the exit code, which is also 1 when printing fails.
 int give(const CommandLineAnswer &answer);

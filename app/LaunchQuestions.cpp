@@ -12,8 +12,8 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(LaunchQuestions)
 };
 
-// Notices that the user quits the program during a question. The question then closes as if it had been dismissed, and
-// a further one would never show, because the main loop ends.
+// Notices that the user quits the program during a question. The question then closes as if it was dismissed. A further
+// question would never show, because the main loop ends.
 class QuitWatch : public QObject {
 public:
     QuitWatch() { qApp->installEventFilter(this); }

@@ -13,7 +13,7 @@ struct MainMenu {
 };
 
 // Invokes the slot `action` of the first object that has it, from the view with the focus outwards. The name may end in
-// a colon, as the Mac writes actions that take their sender.
+// a colon, as on the Mac for actions with a sender.
 void sendAction(const char *action)
 {
     QObject *responder = QApplication::focusWidget();

@@ -14,14 +14,14 @@
 
 struct Platform;
 
-// The objects that exist once in the process. Each is made on first use and kept until the process ends.
+// The objects that exist once in the process. Each is created on first use and exists until the process ends.
 class SharedInstances {
 public:
     explicit SharedInstances(Platform &platform);
 
     Platform &platform;
 
-    // Where the update checker, once it is made, fetches the version record.
+    // The address from which the update checker fetches the version record.
     QUrl versionURL;
 
     // The web page that "More from Orvane" opens.
@@ -34,11 +34,11 @@ public:
     PreferencesWindowController &preferences();
     UpdateChecker &updateChecker();
 
-    // Whether the object has been made. These do not make it.
+    // Whether the object exists. These functions do not create it.
     bool hasPreferences() const { return preferencesController != nullptr; }
     bool hasUpdateChecker() const { return checker != nullptr; }
 
-    // Whether the preferences window has been made and is on screen. Does not make it.
+    // Whether the preferences window exists and is visible. Does not create it.
     bool isPreferencesWindowVisible() const;
 
 private:

@@ -7,5 +7,5 @@
 
 class AppDelegate;
 
-// The menu of the status item: what each entry says, and which slot of the delegate it calls.
+// Makes the menu of the status item (the icon in the tray): its entries, and the slot of `delegate` that each calls.
 std::unique_ptr<QMenu> makeStatusMenu(AppDelegate &delegate, bool launchesAtLogin);

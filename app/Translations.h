@@ -5,14 +5,14 @@
 #include <QStringList>
 #include <QTranslator>
 
-// Translates the texts of the program and of Qt into the user's language while this lives. Needs the application
-// object. English texts are in the sources, so for English, and where no language fits, it loads nothing.
+// Translates the texts of the program and of Qt into the user's language while it exists. Needs the application object.
+// The texts in the sources are English, so it loads nothing for English or an unknown language.
 class Translations {
 public:
-    // Uses the first of `languages` that there is. Names are those of QLocale::uiLanguages().
+    // Uses the first of `languages` for which there is a translation. The names are those of QLocale::uiLanguages().
     explicit Translations(const QStringList &languages = languagesOfUser());
 
-    // Empty in the C locale, whatever LANGUAGE says, as with gettext: scripts set it to get English.
+    // Empty in the C locale, whatever LANGUAGE says, as in gettext. Scripts set this locale to get English.
     static QStringList languagesOfUser();
     static bool isCLocale();
 

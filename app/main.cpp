@@ -47,7 +47,7 @@ int main(int argc, char *argv[])
     const auto instance = createSessionInstance();
     const Translations translations;
     if (!instance->claim()) {
-        // The shelf of this session is already there, and has been asked to show itself.
+        // Parklet already runs in this session, and has been asked to show its shelf.
         if (!instance->isUnanswered())
             return 0;
         return give(

@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-// How a drag in another application that comes near brings the shelf.
+// How the shelf shows when a drag in another program comes near.
 class AppDelegateApproachTest : public QObject {
     Q_OBJECT
 
@@ -49,7 +49,7 @@ void AppDelegateApproachTest::an_approach_follows_the_drag_from_its_start_to_its
     QCOMPARE(f.calls.last(), u"addMonitor 64"_s);
     QVERIFY(!f.shelf.isVisible());
     QVERIFY(!f.cursorShelf.isVisible());
-    // It stays installed after the shelf has appeared.
+    // The monitor stays installed after the shelf has shown.
     f.dragTo(kNearby);
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.proximityMonitors(), 1);
@@ -68,7 +68,7 @@ void AppDelegateApproachTest::an_approach_waits_for_a_pointer_whose_place_is_kno
     Fixture f(kWhenNear);
     f.virtualPlatform.screens.pointerPosition = {};
     f.startDrag();
-    // Whoever tells of the pointer knows where it matters: in the points in which windows are placed.
+    // The service that reports the pointer gets the frame in the points in which windows are placed.
     QCOMPARE(f.monitors.nearFrame, QRectF(1160, 318, 116, 164));
     f.monitors.send(LeftMouseDragged);
     f.queue.advance(1);
@@ -99,7 +99,7 @@ void AppDelegateApproachTest::an_approach_is_measured_from_where_the_shelf_would
 
 void AppDelegateApproachTest::the_shelf_appears_within_120_points_of_its_place_data()
 {
-    // Aligned to the start, the shelf stands at x 1160 to 1276 and, from the top, at y 20 to 184.
+    // With start alignment, the shelf is at x 1160 to 1276 and, from the top, at y 20 to 184.
     QTest::addColumn<QPointF>("pointer");
     QTest::addColumn<bool>("shown");
     QTest::newRow("on it") << QPointF(1200, 100) << true;

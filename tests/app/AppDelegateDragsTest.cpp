@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-// How the begin of a drag in another application brings the shelf, and how the shelf goes again.
+// How the shelf shows when a drag in another program begins, and how it hides again.
 class AppDelegateDragsTest : public QObject {
     Q_OBJECT
 
@@ -79,7 +79,7 @@ void AppDelegateDragsTest::a_drag_shows_the_shelf_at_once_by_default()
     QCOMPARE(f.proximityMonitors(), 0);
     f.queue.advance(0.22);
     QCOMPARE(f.shelf.alpha(), 1.0);
-    // What the drag carries is of no interest.
+    // The shelf does not take what the drag carries.
     QVERIFY(f.shelf.items.isEmpty());
 }
 
@@ -161,7 +161,7 @@ void AppDelegateDragsTest::with_the_switch_off_nothing_appears_in_any_mode()
     f.release();
     QCOMPARE(f.queue.timerCount(), 0);
 
-    // The switch is read at each drag.
+    // The setting is read at each drag.
     f.values.insert(Settings::autoShowDropWindow.key, true);
     f.startDrag();
     f.dragTo(kNearby);
@@ -391,7 +391,7 @@ void AppDelegateDragsTest::the_state_of_a_drag_ends_with_it()
     f.startDrag();
     f.release();
     QVERIFY(!f.delegate->shelfShownByCurrentDrag);
-    // A drag that begins while the shelf waits to go finds it visible and does not hold it.
+    // A drag that begins while the shelf waits to hide finds it visible, and does not keep it visible.
     f.startDrag();
     QVERIFY(!f.delegate->shelfShownByCurrentDrag);
     f.queue.advance(1);
@@ -410,7 +410,7 @@ void AppDelegateDragsTest::a_delegate_that_has_gone_hides_nothing()
     f.delegate.reset();
     f.queue.advance(10);
     QCOMPARE(f.panels.ordersOut, out);
-    // Nor is it told of further drags.
+    // It does not receive further drags either.
     f.startDrag();
     f.release();
     QCOMPARE(f.panels.ordersFront, 2);
@@ -446,7 +446,7 @@ void AppDelegateDragsTest::a_drop_on_the_cursor_shelf_fills_and_keeps_the_shelf(
     QVERIFY(!f.cursorShelf.isVisible());
     QVERIFY(f.shelf.isVisible());
 
-    // The drop is noted before the files are added, and so counts when all of them are there already.
+    // The drop is recorded before the files are added, so it counts even when the shelf has all of them already.
     f.delegate->dropReceivedOnShelf = false;
     bool noted = false;
     QObject observer;

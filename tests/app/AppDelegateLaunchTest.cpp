@@ -219,7 +219,7 @@ void AppDelegateLaunchTest::an_automatic_check_is_silent_when_nothing_is_newer()
     QCOMPARE(f.server.requestLines.size(), 1);
     QVERIFY(f.alerts.shown.isEmpty());
 
-    // One that the user asks for is not.
+    // A check that the user asks for is not silent.
     f.delegate->checkForUpdates();
     f.finish();
     QCOMPARE(f.server.requestLines.size(), 2);
@@ -315,7 +315,7 @@ void AppDelegateLaunchTest::a_login_item_that_refuses_is_ignored()
         QCOMPARE(f.virtualPlatform.loginItem.calls.size(), 1);
         QCOMPARE(f.values.value(Settings::launchAtLogin.key), QVariant(wanted));
         QVERIFY(f.alerts.shown.isEmpty());
-        QVERIFY(f.shelf.onDropReceived); // the launch went on
+        QVERIFY(f.shelf.onDropReceived); // the launch continued
     }
 }
 

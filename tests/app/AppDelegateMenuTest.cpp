@@ -12,7 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
-// What the status menu and the launcher ask for: the shelf, the clipboard, the preferences, updates, the login item.
+// The commands of the status menu and of the launcher: the shelf, the clipboard, the preferences, updates, the login
+// item.
 class AppDelegateMenuTest : public QObject {
     Q_OBJECT
 
@@ -136,7 +137,7 @@ void AppDelegateMenuTest::the_preferences_item_shows_the_window_in_front()
     const auto &activated = f.virtualPlatform.activationPolicy.activated;
     QCOMPARE(activated.size(), 1);
     QCOMPARE(activated.first().data(), f.shared.preferences().window());
-    // There is one window, which comes to the front again.
+    // There is one window only, which comes to the front again.
     f.choose(u"Preferences\u2026"_s);
     QCOMPARE(activated.size(), 2);
     QCOMPARE(activated.last().data(), activated.first().data());
@@ -145,7 +146,7 @@ void AppDelegateMenuTest::the_preferences_item_shows_the_window_in_front()
 void AppDelegateMenuTest::the_updates_item_asks_for_a_check()
 {
     Fixture f;
-    // An address of this machine on which nobody answers.
+    // A local address where no server listens.
     f.shared.versionURL = QUrl(u"http://127.0.0.1:1/version.json"_s);
     QVERIFY(!f.shared.updateChecker().findChild<BoundedFetch *>());
     f.choose(u"Check for Updates\u2026"_s);
@@ -304,7 +305,7 @@ void AppDelegateMenuTest::launch_at_login_chosen_twice_leaves_everything_as_it_w
     QVERIFY(!f.virtualPlatform.loginItem.enabled);
     QVERIFY(!f.isChecked());
 
-    // Also when the second choice comes before the menu has been rebuilt.
+    // The second choice also counts before the menu has been rebuilt.
     f.choose(Fixture::kLaunchAtLogin);
     f.choose(Fixture::kLaunchAtLogin);
     f.queue.runPending();
@@ -342,12 +343,12 @@ void AppDelegateMenuTest::a_check_mark_does_not_follow_the_setting_until_the_men
     QCOMPARE(f.item()->menu.get(), menu);
     QVERIFY(!f.isChecked());
 
-    // A fresh status item tells the truth.
+    // A new status item shows the stored setting.
     f.change(Settings::showMenuBarIcon.key, false);
     f.change(Settings::showMenuBarIcon.key, true);
     QVERIFY(f.isChecked());
 
-    // So does the menu item itself, which turns the setting over and not the check mark.
+    // The menu item inverts the setting, not its own check mark.
     f.change(Settings::launchAtLogin.key, false);
     QVERIFY(f.isChecked());
     f.choose(Fixture::kLaunchAtLogin);

@@ -64,7 +64,7 @@ void AppDelegateTest::a_new_screenshot_is_added_and_shows_the_shelf()
     QCOMPARE(f.shelf.alpha(), 0.0);
     QCOMPARE(addedBefore, 1);
 
-    // A visible shelf is not shown again.
+    // A visible shelf does not show again.
     f.queue.advance(1);
     const QUrl second = f.saveScreenshot(u"two.png"_s);
     f.queue.runPending();
@@ -119,7 +119,7 @@ void AppDelegateTest::a_screenshot_while_the_setting_is_off_is_ignored_at_once()
     f.queue.runPending();
     QVERIFY(f.shelf.items.isEmpty());
     QVERIFY(!f.shelf.isVisible());
-    // The stream itself goes on until the next settings change.
+    // The stream itself continues until the next change of a setting.
     QVERIFY(f.virtualPlatform.fileEventStreams.streams.first()->isRunning());
 }
 
@@ -162,7 +162,7 @@ void AppDelegateTest::a_settings_change_places_the_shelf_anew()
     QCOMPARE(f.shelf.frame(), QRectF(1160, 318, 116, 164));
     f.change(Settings::windowEdge.key, int(WindowEdge::Left));
     QCOMPARE(f.shelf.frame(), QRectF(4, 304, 144, 192));
-    // Its visibility is not touched, either way.
+    // Its visibility does not change, in either direction.
     QVERIFY(f.shelf.isVisible());
     QCOMPARE(f.panels.ordersFront, 1);
     Fixture hidden;
@@ -218,7 +218,7 @@ void AppDelegateTest::visible_preferences_are_shown_again_in_a_later_turn()
     f.delegate->openPreferences();
     const auto &activated = f.virtualPlatform.activationPolicy.activated;
     QCOMPARE(activated.size(), 1);
-    // The desktop may take the window away as the policy changes; what counts is that it was visible before.
+    // The desktop may hide the window as the policy changes. Its visibility before that counts.
     f.virtualPlatform.log.onCall = [&](const QString &call) {
         if (call == u"setPolicy"_s)
             f.shared.preferences().window()->hide();
@@ -271,7 +271,7 @@ void AppDelegateTest::every_settings_change_starts_or_stops_the_watcher()
     QCOMPARE(streams.size(), 2);
     const QStringList ended = {u"start"_s, u"stop"_s, u"invalidate"_s};
     QCOMPARE(streams.last()->calls, ended);
-    // There is none left to stop.
+    // There is no watcher left to stop.
     f.change(Settings::tintIntensity.key, 0.8);
     QCOMPARE(streams.last()->calls, ended);
     QCOMPARE(streams.size(), 2);
@@ -319,7 +319,7 @@ void AppDelegateTest::the_appearance_pane_leaves_a_visible_shelf()
     f.queue.advance(10);
     QVERIFY(f.shelf.isVisible());
 
-    // What counts is how the shelf was at the last coming.
+    // The state of the shelf when the pane last became active counts.
     f.delegate->toggleShelf();
     f.queue.advance(1);
     f.appearancePane(Fixture::active(true));
@@ -354,7 +354,7 @@ void AppDelegateTest::an_appearance_pane_that_is_left_and_entered_at_once_keeps_
     QVERIFY(f.shelf.isVisible());
     f.appearancePane(Fixture::active(true));
     QVERIFY(f.comesBack());
-    // The pane still owes the hiding of a shelf that it brought.
+    // The pane still has to hide the shelf that it has shown.
     f.appearancePane(Fixture::active(false));
     f.queue.advance(1);
     QVERIFY(!f.shelf.isVisible());

@@ -14,8 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
-// An application delegate on the virtual platform, not yet launched, with a home folder of its own. The question of
-// the first run has been answered already.
+// An application delegate on the virtual platform, not yet launched, with its own home folder. The question of the
+// first run is already answered.
 struct AppFixture {
     AppFixture()
     {
@@ -26,7 +26,7 @@ struct AppFixture {
 
     void launch() { delegate->applicationDidFinishLaunching(); }
 
-    // Changes a setting as a preference pane does that announces it.
+    // Changes a setting and announces it, as a preference pane does.
     void change(const QString &key, const QVariant &value)
     {
         values.insert(key, value);

@@ -67,7 +67,7 @@ void CommandLineTest::what_the_toolkit_or_the_system_adds_is_passed_over()
 {
     QFETCH(std::vector<std::string>, arguments);
     QVERIFY(!answerCommandLine(arguments));
-    // What is ours is still answered, and what is nobody's still refused.
+    // Our own options are still answered, and unknown ones still refused.
     std::vector<std::string> more = arguments;
     more.insert(more.begin(), "--version");
     QCOMPARE(answerCommandLine(more), answerCommandLine({"--version"}));

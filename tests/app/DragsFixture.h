@@ -14,7 +14,7 @@ constexpr int kWhenNear = int(AutoShowTrigger::WhenNear);
 
 inline const QString kEditor = u"org.example.Editor"_s;
 
-// The delegate, launched with a trigger, and a hand that drags in another application.
+// The delegate, launched with a trigger, and a user who drags in another program.
 struct DragsFixture : AppFixture {
     explicit DragsFixture(int trigger, const QMap<QString, QVariant> &settings = {})
     {
@@ -23,7 +23,7 @@ struct DragsFixture : AppFixture {
         launch();
     }
 
-    // The user begins to drag a file in another application.
+    // The user begins to drag a file in another program.
     void startDrag()
     {
         ++virtualPlatform.dragPasteboard.count;
@@ -31,7 +31,7 @@ struct DragsFixture : AppFixture {
         monitors.send(LeftMouseDragged);
         queue.runPending();
     }
-    // Moves the pointer, in coordinates from the top left, and lets the program act on it.
+    // Moves the pointer (origin at the top left), and lets the program react.
     void dragTo(const QPointF &pointer)
     {
         moveTo(pointer);
@@ -59,12 +59,12 @@ struct DragsFixture : AppFixture {
         delegate->toggleShelf();
         queue.advance(1);
     }
-    // The monitors that follow the drag beside the one that noticed it.
+    // The number of monitors besides the one that has noticed the drag.
     qsizetype proximityMonitors() const { return monitors.count(LeftMouseDragged) - 1; }
 
     VirtualEventMonitors &monitors = virtualPlatform.eventMonitors;
 };
 
 inline const QPointF kFarAway(100, 700);
-// The default shelf stands at x 1160 to 1276 and y 318 to 482.
+// The default shelf is at x 1160 to 1276 and y 318 to 482.
 inline const QPointF kNearby(1100, 400);

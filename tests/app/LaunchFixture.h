@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-// What the log calls the services that a launch asks.
+// The names in the log of the services that a launch uses.
 inline const QString kIconCall = u"makeStatusItem"_s;
 inline const QString kTrustCall = u"isProcessTrusted"_s;
 inline const QString kDraggedCall = u"addMonitor 64"_s;
@@ -22,7 +22,7 @@ inline const QString kLoginCall = u"isLoginItemEnabled"_s;
 inline const QString kSynchronizeCall = u"synchronize"_s;
 inline const QString kAlertCall = u"alert"_s;
 
-// The delegate, not yet launched, with what it asks at its launch.
+// The delegate, not yet launched, with the questions of its launch.
 struct LaunchFixture : AppFixture {
     VirtualAlerts &alerts = virtualPlatform.alerts;
     VirtualAccessibilityTrust &trust = virtualPlatform.accessibilityTrust;
@@ -40,8 +40,8 @@ struct LaunchFixture : AppFixture {
         };
     }
 
-    // Launches in a main loop that ends when the user, while the alert of that number is shown, quits. True when it
-    // was quitting that ended the loop.
+    // Launches in a main loop, in which the user quits while the alert of that number is shown. True when quitting has
+    // ended the loop.
     bool launchAndQuitAtAlert(qsizetype number)
     {
         constexpr int kNotQuit = 1;
@@ -55,7 +55,7 @@ struct LaunchFixture : AppFixture {
     }
 };
 
-// An application whose updates are on a server of the test's own.
+// An application whose version record is on a server of the test.
 struct UpdateFixture : LaunchFixture {
     explicit UpdateFixture(const QByteArray &version)
     {
@@ -66,7 +66,7 @@ struct UpdateFixture : LaunchFixture {
         };
     }
 
-    // Waits until every request is over and lets the program act on it.
+    // Waits until every request is finished, and lets the program react.
     void finish()
     {
         [this] { QTRY_VERIFY_WITH_TIMEOUT(shared.updateChecker().findChildren<BoundedFetch *>().isEmpty(), 20'000); }();

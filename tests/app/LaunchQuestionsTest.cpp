@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-// What the program asks at its launch: for the permission, and about update checks.
+// The questions at the launch: about the permission, and about update checks.
 class LaunchQuestionsTest : public QObject {
     Q_OBJECT
 
@@ -74,7 +74,7 @@ void LaunchQuestionsTest::only_the_first_answer_opens_the_system_settings()
     f.alerts.whileShown = [&f] { QCOMPARE(f.trust.settingsOpened, 0); };
     f.launch();
     QTEST(f.trust.settingsOpened, "opened");
-    // Whatever was chosen, the permission is waited for.
+    // The program waits for the permission after either answer.
     QCOMPARE(f.queue.timerCount(), 1);
     f.trust.trusted = true;
     f.queue.advance(5);
@@ -207,7 +207,7 @@ void LaunchQuestionsTest::without_an_image_of_its_own_the_question_shows_the_app
     f.values.clear();
     f.virtualPlatform.appearance.missingSymbols = {u"AppIcon"_s};
     f.launch();
-    QVERIFY(f.alerts.shown.constFirst().icon.isNull()); // which stands for the application's own
+    QVERIFY(f.alerts.shown.constFirst().icon.isNull()); // null means the application's own icon
 }
 
 void LaunchQuestionsTest::the_answer_to_the_first_run_is_stored_data()
@@ -224,7 +224,7 @@ void LaunchQuestionsTest::the_answer_to_the_first_run_is_stored()
     QFETCH(int, button);
     QFETCH(bool, wanted);
     UpdateFixture f("0.1");
-    // Also over what an earlier version may have stored.
+    // The answer also replaces a value that an earlier version has stored.
     f.values = {{Settings::autoCheckUpdates.key, !wanted}};
     f.alerts.answers = {AlertAnswer{button, false}};
     f.launch();
@@ -247,7 +247,7 @@ void LaunchQuestionsTest::the_question_counts_as_asked_before_it_is_shown()
     };
     f.launch();
     QVERIFY(asked);
-    // Not only set: nothing that happens while the question is shown can undo it.
+    // The flag is on disk, so nothing that happens during the question can undo it.
     QVERIFY(askedOnDisk);
     QCOMPARE(f.calls.mid(f.calls.size() - 2), QStringList({kSynchronizeCall, kAlertCall}));
     QVERIFY(!answer.isValid());
@@ -264,7 +264,7 @@ void LaunchQuestionsTest::the_question_is_asked_once_ever()
     f.launch();
     QCOMPARE(f.alerts.shown.size(), 1);
 
-    // What is stored when the application is quit with the question on screen.
+    // The stored settings if the application is quit during the question.
     for (const auto &stored : {f.values, whileAsked}) {
         Fixture next;
         next.values = stored;

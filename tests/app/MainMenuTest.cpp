@@ -29,7 +29,7 @@ private:
     static void actions();
 };
 
-// A view that answers to every action of the Edit menu.
+// A view that implements all actions of the Edit menu.
 class Responder : public QWidget {
     Q_OBJECT
 
@@ -47,7 +47,7 @@ public slots:
     void selectAll() { calls.append(u"selectAll"_s); }
 };
 
-// A view that answers to one of them.
+// A view that implements one of them.
 class Copier : public QWidget {
     Q_OBJECT
 
@@ -181,7 +181,7 @@ void MainMenuTest::an_item_that_nobody_answers_to_does_nothing()
 {
     QFETCH(QString, title);
     const auto mainMenu = buildMainMenu();
-    // With no window at all, and with one that knows no such action.
+    // Without any window, and with a window that does not implement the action.
     trigger(*mainMenu, title);
     Responder elsewhere;
     QWidget window;

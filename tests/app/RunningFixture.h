@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The same delegate, launched.
+// The delegate of AppFixture, launched.
 struct RunningFixture : AppFixture {
     explicit RunningFixture(const QMap<QString, QVariant> &settings = {})
     {
@@ -47,7 +47,7 @@ struct RunningFixture : AppFixture {
         return url;
     }
 
-    // A shelf that has 0.08 seconds to go until it is off the screen.
+    // Starts a fade-out, and stops 0.08 seconds before its end.
     void fadeOut()
     {
         delegate->toggleShelf();
@@ -57,7 +57,7 @@ struct RunningFixture : AppFixture {
         QVERIFY(shelf.isVisible());
         QVERIFY(shelf.isHiding());
     }
-    // Whether the shelf is fading in, and then stays.
+    // Whether the shelf fades in again and stays.
     bool comesBack()
     {
         if (shelf.isHiding())

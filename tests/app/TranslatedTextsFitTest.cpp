@@ -19,9 +19,9 @@ namespace {
 
 constexpr QSize kSmallestWindow(600, 420);
 constexpr int kSidebarTitleWidth = 120;
-constexpr double kSmallestItem = 48; // of those that the preferences offer
+constexpr double kSmallestItem = 48; // points; the smallest size in the preferences
 
-// What of `view`'s text does not show, in words; empty when all of it does.
+// Describes which part of `view`'s text is cut off. Empty when all of it is visible.
 QString cut(const QWidget &pane, const QWidget &view)
 {
     QSize needed = view.sizeHint();
@@ -49,7 +49,7 @@ QString cut(const QWidget &pane, const QWidget &view)
 
 } // namespace
 
-// Translations are longer than the texts that the sizes were made for.
+// Translations may be longer than the English texts for which the sizes were chosen.
 class TranslatedTextsFitTest : public QObject {
     Q_OBJECT
 

@@ -3,7 +3,7 @@
 
 
 def rooms(root):
-    """Each listed folder, and the set of those that it may include."""
+    """Returns each listed folder with the set of folders that it may include."""
     allowed = {}
     for line in (root / "rooms.txt").read_text(encoding="utf-8").splitlines():
         folder, colon, included = line.partition(":")
@@ -13,5 +13,5 @@ def rooms(root):
 
 
 def top_rooms(root):
-    """The folders of the sources themselves, without the folders inside them."""
+    """Returns the top folders of the sources."""
     return [folder for folder in rooms(root) if "/" not in folder]

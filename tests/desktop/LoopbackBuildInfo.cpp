@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The build of the desktop tests: version 1.9, whose version record is wherever the test serves it.
+// The build settings of the desktop tests: version 1.9, and the address at which the test serves the version record.
 
 QString BuildInfo::builtVersion()
 {

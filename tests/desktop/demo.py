@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""The road of one drag, and a screenshot, played by hand on a virtual desktop: demo.py FOLDER_FOR_PICTURES"""
+"""Plays one drag and a screenshot on a virtual desktop, with real input: demo.py FOLDER_FOR_PICTURES"""
 import os
 import pathlib
 import sys
@@ -24,7 +24,7 @@ class Demo:
         self.hand = self.desktop.hand
 
     def done(self, what, picture, moment=None):
-        """A step has happened: a line on the terminal, a picture in the folder, of a moment that has gone or of now."""
+        """Records a step: prints a line, and writes a picture of the present or an earlier moment."""
         self.number += 1
         path = self.pictures / f"{self.number:02}-{picture}.png"
         if moment:
@@ -34,7 +34,7 @@ class Demo:
         print(f"{self.number:2}  {what:58} {os.path.relpath(path)}", flush=True)
 
     def fail(self, fault):
-        """Says what went wrong and where to look, and leaves there what every program of the desktop has printed."""
+        """Reports the failure, and copies the logs of all programs of the desktop to the folder."""
         logs = self.pictures / "logs"
         self.desktop.keep_evidence(logs)
         if not isinstance(fault, AssertionError):
@@ -154,7 +154,7 @@ class Demo:
         wait_for(self.app.hidden, "the emptied shelf hides")
 
     def pick_up(self, window, name):
-        """Drags a file until the shelf has come."""
+        """Drags a file until the shelf shows."""
         self.hand.click(*window.empty_place())
         self.hand.pick_up(*window.item(name))
 
@@ -166,7 +166,8 @@ class Demo:
         self.app.opaque(wait_for(shown, "the shelf comes while a file is dragged"))
 
     def fading(self, frame, act=lambda: None):
-        """Acts, and answers the screen in the midst of what then changes step by step in that part of it."""
+        """Calls `act`, and returns a picture taken in the middle of the fade that follows in that part of the
+        screen."""
         looks = [self.desktop.windows.look(frame)]
         act()
 
@@ -188,7 +189,7 @@ class Demo:
         self.done("A screenshot saved on the Desktop comes by itself", "screenshot")
 
     def settle(self):
-        """Waits until two looks at the screen are alike: everything has faded in."""
+        """Waits until two pictures of the screen are equal, so that all fades have ended."""
         looks = []
 
         def still():

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Loaded before the C library, it has a program meet faults that nothing but the system itself could make otherwise.
-// support/faults.py has the names of the environment.
+// Loaded before the C library, it causes faults in a program that otherwise only the system could cause.
+// support/faults.py has the names of the environment variables.
 
 #include <algorithm>
 #include <array>
@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr off_t kRoom = 32; // bytes that a file still finds on the full disk
+constexpr off_t kRoom = 32; // bytes; a file can still grow by these on the full disk
 
 bool isBelow(int file, std::string_view folder)
 {

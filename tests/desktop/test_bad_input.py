@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Odd names, odd files and odd drops: the shelf shows them, does them no harm, and goes on."""
+"""The shelf shows files with odd names and contents, does not change them, and continues to work."""
 import os
 import pathlib
 import stat
@@ -15,7 +15,7 @@ ODD_NAMES = ["two words.txt", "line\nbreak.txt", "quote's \"end\".txt", "\N{ROCK
 
 
 def png_claiming(width, height):
-    """The first bytes of a PNG that says it is that large."""
+    """Returns the first bytes of a PNG that claims this size."""
     header = b"IHDR" + struct.pack(">IIBBBBB", width, height, 8, 6, 0, 0, 0)
     return b"\x89PNG\r\n\x1a\n" + struct.pack(">I", 13) + header + struct.pack(">I", zlib.crc32(header))
 
@@ -27,7 +27,7 @@ class BadInputTest(DesktopTest):
         target = self.folder("target")
         window = Thunar(self.desktop).open(target).place(20, 60, 560, 300)
         app.hold(*paths)
-        # What is no text is shown as characters that stand for it.
+        # Bytes that are not text are shown as replacement characters.
         self.assertEqual(app.names(), [os.fsencode(name).decode(errors="replace") for name in ODD_NAMES])
         app.click("Select all")
         frame = app.tiles()[0].frame
@@ -91,7 +91,7 @@ class BadInputTest(DesktopTest):
         self.assert_takes_a_file()
 
     def drop(self, addresses, taken=True):
-        """Shows the shelf and drops these addresses onto it, once it agrees."""
+        """Shows the shelf and drops these addresses onto it, once it accepts them."""
         listing = self.desktop.folder / "addresses"
         listing.write_text("\n".join(addresses))
         self.desktop.start("drag-source", "/usr/bin/python3",
@@ -107,7 +107,7 @@ class BadInputTest(DesktopTest):
         self.assertEqual(self.app.names(), ["next.txt"])
 
     def look_at(self, path):
-        """All that could have changed of a file."""
+        """Returns everything that could have changed in a file."""
         status = os.lstat(path)
         content = path.read_bytes() if stat.S_ISREG(status.st_mode) and status.st_mode & 0o400 else None
         return status.st_mode, status.st_size, status.st_mtime_ns, status.st_ino, content

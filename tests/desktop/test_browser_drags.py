@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Drags out of a browser: a link to a file is a file, and all else is nothing to the shelf."""
+"""Drags out of a browser: the shelf takes a link to a file, and nothing else."""
 import unittest
 
 from support.browser import Chromium
@@ -13,7 +13,7 @@ class BrowserTest(ForeignDragTest):
     def test_a_link_to_a_file_brings_the_shelf_which_takes_it(self):
         app = self.parklet()
         page = self.open_page()
-        # A source may know the shelf's window already when it comes back, as one that is not on the screen.
+        # When the shelf shows again, a source may still have its window in a cache as hidden.
         for _ in range(2):
             self.grab(page.link(), page.window)
             self.shelf_comes(app)
@@ -41,7 +41,7 @@ class BrowserTest(ForeignDragTest):
         self.grab(page.selected_text(), page.window)
         self.assert_stays_hidden(app)
         self.hand.release()
-        # It was the text that brought nothing, and not the browser.
+        # The text was the reason, and not the browser.
         self.grab(page.link(), page.window)
         self.shelf_comes(app)
         self.hand.release()

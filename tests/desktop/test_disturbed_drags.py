@@ -1,14 +1,14 @@
 # SPDX-License-Identifier: MIT
-"""Whatever happens in the midst of a drag, the shelf is right afterwards and the next drag works."""
+"""Whatever happens during a drag, the shelf is in the right state afterwards and the next drag works."""
 import os
 import signal
 
 from support.foreign import ForeignDragTest
 from support.windows import Frame
 
-SLOW = 2.0  # seconds that a slow source takes to tell what it carries
+SLOW = 2.0  # seconds; a slow source takes so long to tell what it carries
 GAP = 24  # pixels from the pointer to the left edge of the drop zone
-BELOW = 16  # and to its top edge
+BELOW = 16  # pixels from the pointer to its top edge
 
 
 class DisturbedDragTest(ForeignDragTest):
@@ -54,7 +54,7 @@ class DisturbedDragTest(ForeignDragTest):
         self.pick_up(slow)
         self.hand.release()
         self.assert_stays_hidden(app)
-        # The answer comes while no drag is going on, and brings nothing either.
+        # The answer arrives while no drag is in progress, and has no effect either.
         self.assert_stays_hidden(app)
         self.assert_next_drag_works(app, self.source_window())
 
@@ -108,7 +108,7 @@ class DisturbedDragTest(ForeignDragTest):
 
 
 class TwoScreensTest(ForeignDragTest):
-    """Two monitors side by side on one screen, as a laptop and its beamer are."""
+    """Two monitors side by side on one screen, as with a laptop and a projector."""
 
     screen = {"width": 1600, "height": 800}
 

@@ -9,7 +9,7 @@ from support.waiting import stays
 
 
 class DragModeTest(DesktopTest):
-    """What a drag out of the shelf does to the file is the destination's business, by what it is offered."""
+    """The destination decides what a drag out of the shelf does to the file, among the offered operations."""
 
     def drag_out(self, **settings):
         self.words = self.file("words.txt")
@@ -57,7 +57,7 @@ class DropOverATileTest(DesktopTest):
         source = filemanagers.Thunar(self.desktop).open(self.desktop.home / "things").place(20, 60, 560, 300)
         app.show()
         self.hand.pick_up(*source.item("moved.txt"))
-        # With this key a drag out of Thunar is a move and nothing else.
+        # With this key, a drag out of Thunar offers a move only.
         with self.hand.holding("Shift_L"):
             self.hand.carry_to(*app.center(), taken=False)
             self.hand.release()
@@ -66,7 +66,7 @@ class DropOverATileTest(DesktopTest):
 
 
 class Drags:
-    """The road of a file, with each file manager at both ends of it."""
+    """A file's way onto the shelf and out of it, with each file manager at both ends."""
 
     manager_class = None
 

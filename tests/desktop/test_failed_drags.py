@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Drags out of the shelf that come to nothing: the items stay, and nothing hangs."""
+"""Drags out of the shelf that fail: the items stay, and nothing hangs."""
 import os
 import pathlib
 import signal
@@ -9,7 +9,7 @@ from support.filemanagers import Thunar
 from support.parklet import uri_of
 from support.waiting import stays
 
-COPY, MOVE, LINK = range(3)  # what the setting "dragMode" stands for
+COPY, MOVE, LINK = range(3)  # the values of the setting "dragMode"
 
 
 class FailedDragTest(DesktopTest):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Drags in other programs bring the shelf, and it goes again when it was not wanted."""
+"""Drags in other programs show the shelf, and it hides again if nothing was dropped on it."""
 import time
 import unittest
 
@@ -9,18 +9,19 @@ from support.waiting import stays
 
 
 def look_at(path):
-    """All of a file but when it was read last."""
+    """Returns everything about a file except its time of access."""
     status = path.stat()
     return status.st_ino, status.st_mode, status.st_mtime_ns, status.st_ctime_ns, path.read_bytes()
 
 
 class Sources:
-    """What every file manager's drags do."""
+    """The behaviour of drags from every file manager."""
 
     moves = True  # whether a file that is dropped in another folder leaves its own
 
     def assert_landed(self, folder, moves):
-        """The file is in the folder that it was dropped on, whole, and has left its own if it was moved."""
+        """The whole file is in the folder on which it was dropped, and not in its own folder any more if it was
+        moved."""
         landed = folder / "words.txt"
         self.wait_for(landed.exists, f"the file lands in {folder.name}")
         self.wait_for(lambda: landed.read_text() == "some words\n", "the file is whole")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The shelf's place and size on a real screen, measured from outside."""
+"""The shelf's position and size on a real screen, measured from outside."""
 from support.case import DesktopTest
 from support.waiting import stays
 from support.windows import Frame
@@ -41,7 +41,7 @@ class GeometryTest(DesktopTest):
         app = self.parklet()
         app.show()
         frame = app.frame()
-        # Beside the label, and between two buttons.
+        # The points are beside the label, and between two buttons.
         for x, y in ((frame.x + 12, frame.y + frame.height - 20), (frame.x + 38, frame.y + 20)):
             self.hand.drag((x, y), (x - 300, y - 60), linger=0, begins=False)
             stays(lambda: app.frame() == frame, "the shelf moved", 0.5)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The desktop itself: a hand that drags between two windows of each file manager, without Parklet."""
+"""Tests the desktop itself: drags between two windows of each file manager, without Parklet."""
 import os
 import pathlib
 import re
@@ -13,7 +13,7 @@ from support.processes import descendants
 from support.waiting import wait_for
 
 AS_USER = pathlib.Path(__file__).with_name("as-user")
-LONG = "98765.4321"  # seconds; a number that no other program is given
+LONG = "98765.4321"  # seconds; no other program has this argument
 
 
 def command_runs(*command):
@@ -78,7 +78,7 @@ class EndTest(unittest.TestCase):
                 self.kill_a_test(*options)
 
     def kill_a_test(self, *options):
-        # A session of its own and a parent that has gone hide a program from most that look for it.
+        # A process in its own session, whose parent has ended, is hidden from most ways to find it.
         test = subprocess.Popen([AS_USER, *options, "sh", "-c", f"(setsid sleep {LONG} &); sleep {LONG}"])
         try:
             wait_for(lambda: command_runs("sleep", LONG), "the test runs")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a hand does with the items on the shelf: select, remove, clear."""
+"""The user selects, removes and clears items on the shelf."""
 import time
 
 from support.case import DesktopTest
@@ -11,7 +11,7 @@ BORDER = 1  # pixels into a tile, on the border of a selected one
 
 class ItemsTest(DesktopTest):
     def selected(self):
-        """The names of the tiles whose border has a colour of its own."""
+        """Returns the names of the tiles whose border has its own colour."""
         return [tile.name for tile in self.app.tiles() if self.has_border(tile.frame)]
 
     def has_border(self, frame):
@@ -37,7 +37,7 @@ class ItemsTest(DesktopTest):
         self.wait_for(lambda: self.selected() == [], "no tile is selected")
 
     def tool_tip(self):
-        """The frame of the program's tool tip, if one is on screen."""
+        """Returns the frame of the program's tool tip, or None."""
         kind = self.desktop.windows.atom("_NET_WM_WINDOW_TYPE_TOOLTIP")
         return next((self.desktop.windows.frame(window) for window in self.desktop.windows.find(instance="parklet")
                      if kind in self.desktop.windows.numbers(window, "_NET_WM_WINDOW_TYPE")), None)

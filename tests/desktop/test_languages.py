@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The program in another language than English: what is on screen, and what the terminal is told."""
+"""The program in another language than English: its texts on screen and on the terminal."""
 import re
 import subprocess
 
@@ -10,9 +10,9 @@ from support.parklet import PROGRAM, Parklet, uri_of
 from support.waiting import stays
 
 ENGLISH = {"LC_ALL": "C.UTF-8"}
-# No such locale needs to be installed.
+# The locale need not be installed.
 GERMAN = {"LC_ALL": "", "LANG": "de_DE.UTF-8"}
-# Names, signs and values: those that are known beforehand, and those that are known by their look.
+# Names, signs and values that are the same in every language. Numbers and paths are recognised by their form.
 SAME = {"", " ", "Parklet", "+", "−", "org.example.Gone", "words.txt", "more words.txt"}
 SAME_LOOK = re.compile(r"^©|^#[0-9a-f]{8}$")
 
@@ -23,7 +23,7 @@ GENERAL = {"Allgemein", "Beim Anmelden starten", "Symbol in der Menüleiste anze
            "Neue Bildschirmfotos automatisch hinzufügen"}
 QUESTION = {"Alle Dateien entfernen?", "Damit werden alle 2 Dateien aus der Ablage entfernt.", "Alle entfernen",
             "Abbrechen", "Diese Meldung nicht mehr anzeigen"}
-ADD, SHOW, PREFERENCES = 1, 2, 3  # places in the menu
+ADD, SHOW, PREFERENCES = 1, 2, 3  # indexes in the menu
 
 
 class LanguagesTest(DesktopTest):
@@ -33,7 +33,7 @@ class LanguagesTest(DesktopTest):
         return self.app
 
     def texts(self):
-        """Every text that the program has on screen."""
+        """Returns every text that the program shows."""
         texts = set()
         for node in self.app.root().walk():
             try:
@@ -44,14 +44,14 @@ class LanguagesTest(DesktopTest):
         return texts
 
     def settled_texts(self, before=None):
-        """The same once they are others than before, and stay so."""
+        """Returns the texts once they have changed and are stable."""
         def look():
             texts = self.texts()
             return texts if texts != before and texts == self.texts() else None
         return self.wait_for(look, "the texts on screen change")
 
     def choose(self, place):
-        """Chooses from the tray menu by place, and answers its texts."""
+        """Chooses an item of the tray menu by its index, and returns the menu's texts."""
         items = [item for item in self.app.open_menu().children if item.name]
         texts = [item.name for item in items]
         self.hand.click(*items[place].center)
@@ -65,7 +65,7 @@ class LanguagesTest(DesktopTest):
                       "Parklet has the focus")
 
     def tour(self, language):
-        """Goes everywhere, and answers what is written there."""
+        """Visits every window and menu, and returns all texts."""
         self.start(language, excludedBundleIDs=["org.example.Gone"], hasShownUpdatePrompt=False)
         places = {}
         self.wait_for(lambda: self.app.root() and self.app.root().find(role="alert message"), "there is a question")

@@ -20,7 +20,7 @@ class LauncherTest(DesktopTest):
         self.app = Parklet(self.desktop)
 
     def install(self):
-        """What the bus needs to know in order to start the program."""
+        """Writes the service file with which the bus starts the program."""
         self.desktop.services.mkdir(parents=True)
         (self.desktop.services / "com.orvane.Parklet.service").write_text(
             f"[D-BUS Service]\nName=com.orvane.Parklet\nExec={PROGRAM}\n")
@@ -45,14 +45,14 @@ class LauncherTest(DesktopTest):
         return entry.get_string(group, key)
 
     def activate(self, *action):
-        """Calls the program itself, as a launcher with D-Bus activation does."""
+        """Calls the program over D-Bus, as a launcher with D-Bus activation does."""
         method = ("ActivateAction", *action, "[]", "{}") if action else ("Activate", "{}")
         self.desktop.run("gdbus", "call", "--session", "--dest", "com.orvane.Parklet",
                          "--object-path", "/com/orvane/Parklet",
                          "--method", f"org.freedesktop.Application.{method[0]}", *method[1:])
 
     def adopt(self):
-        """The program that the bus started becomes the one that is asked for its widgets."""
+        """Uses the widgets of the program that the bus has started."""
         wait_for(self.is_owned, "the bus has started Parklet")
         self.app.process = Started(self.owner())
 
@@ -117,7 +117,7 @@ class LauncherTest(DesktopTest):
 
 
 class Started:
-    """A process that somebody else started."""
+    """A process that another program has started."""
 
     def __init__(self, pid):
         self.pid = pid

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The preferences window, used from outside as a screen reader, a keyboard and a mouse do, down to the settings file."""
+"""The preferences window and the settings file, used with a screen reader, a keyboard and a mouse."""
 import subprocess
 
 from gi.repository import GLib
@@ -37,7 +37,7 @@ class PreferencesTest(DesktopTest):
         self.wait_for(lambda: self.app.read_settings().get(key) == value, f"{key} is stored as {value!r}")
 
     def labelled(self, name, role):
-        """The control of that role with that label."""
+        """Returns the control of that role with that label."""
         return self.wait_for(lambda: next((node for node in self.app.root().find_all(role=role)
                                            if name in node.labels), None), f"{name!r} labels a {role}")
 
@@ -175,7 +175,7 @@ class PreferencesTest(DesktopTest):
         self.wait_for(lambda: preview() not in (in_accent, in_color), "the preview loses the colour")
 
     def install_browser(self):
-        """Makes a default browser that writes down what it is asked to open, and answers where."""
+        """Installs a default browser that writes down what it is asked to open, and returns that file."""
         visited = self.desktop.home / "visited"
         applications = self.desktop.home / ".local/share/applications"
         applications.mkdir(parents=True)
@@ -196,7 +196,7 @@ class PreferencesTest(DesktopTest):
         self.wait_for(lambda: "ref=parklet" in visited.read_text(), "it gets the maker's page")
 
     def select_pane(self, title, landmark, role):
-        """Selects a row of the sidebar as a screen reader does, and answers a widget of the pane."""
+        """Selects a row of the sidebar as a screen reader does, and returns a widget of the pane."""
         self.app.find(title, "list item").do("Toggle")
         return self.wait_for(lambda: self.app.find(landmark, role), f"the pane has {landmark!r}")
 
@@ -214,7 +214,7 @@ class PreferencesTest(DesktopTest):
         self.hand.key("Down")
         self.hand.key("Return")
         self.wait_for_setting("excludeMode", 1)
-        # The press is answered while the open panel is on screen.
+        # The call returns while the open panel is visible.
         self.app.find("+", "push button").do("Press")
         self.wait_for(lambda: self.desktop.windows.find(title="Add application"), "the open panel comes up")
         self.wait_for(lambda: self.app.find("Cancel", "push button"), "it can be cancelled").do("Press")
@@ -316,11 +316,11 @@ class PreferencesTest(DesktopTest):
         self.assertEqual(self.labelled("Drag mode", "combo box").name, "Create alias")
         self.app.find("Remove items when dragged out", "check box").do("Toggle")
         self.wait_for_setting("removeItemsWhenDraggedOut", False)
-        # What was edited beside is not lost by it.
+        # An edit of the file at the same time is not lost.
         self.assertEqual(self.app.read_settings(),
                          {"showDockIcon": True, "dragMode": 2, "shelfItemSize": 5000, "hidden": "kept",
                           "excludedBundleIDs": ["org.example.Gone"], "removeItemsWhenDraggedOut": False})
-        # The size that is out of range can be ended at the end that the slider shows for it.
+        # The user can set the size from outside the range to the nearest end of the slider.
         self.show_pane("Appearance", "Shelf item size")
         slider = self.app.find("Shelf item size", "slider")
         self.assertEqual(slider.value, 120)
@@ -344,7 +344,8 @@ class PreferencesTest(DesktopTest):
 
     def test_a_list_of_5000_applications_scrolls_at_once(self):
         self.open_preferences(excludedBundleIDs=[f"org.example.App{number}" for number in range(5000)])
-        # Nothing is looked for among the rows: a screen reader that asks for every one has all of them looked up.
+        # The test does not search in the rows, because a screen reader that asks for each row makes the program look up
+        # all of them.
         self.show_pane("Behavior", "Automatically show the drop window")
         self.hand.click(*self.app.find("The Parklet window in the following applications:", "list").center)
         for key in ("End", "Tab", "Tab", "space"):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Screenshots taken into the Desktop folder come to the shelf by themselves."""
+"""Screenshots in the Desktop folder are added to the shelf automatically."""
 import os
 import shutil
 import threading
@@ -9,10 +9,10 @@ from support.case import EVIDENCE, DesktopTest
 from support.waiting import stays
 
 RED, GREEN, BACKGROUND = (200, 30, 40), (30, 160, 60), (56, 86, 122)
-BARE = (640, 700)  # a place on the screen that nothing covers
+BARE = (640, 700)  # a point on the screen that nothing covers
 SAME = 8  # levels a colour may differ by: some screenshot programs state a colour space
-SETTLED = 1.2  # seconds; more than the time within which a change of the folder is told
-OLD = 10.5  # seconds; what is that old is no new screenshot
+SETTLED = 1.2  # seconds; a change of the folder is reported within less
+OLD = 10.5  # seconds; an older file is not a new screenshot
 
 
 class ScreenshotsTest(DesktopTest):
@@ -31,7 +31,7 @@ class ScreenshotsTest(DesktopTest):
         self.wait_for(lambda: self.desktop.windows.pixel(*BARE) == color, "the compositor shows the colour")
 
     def shot_of(self, color):
-        """A screenshot of a screen in that colour, as the bytes of its file."""
+        """Returns the bytes of a screenshot of a screen in that colour."""
         self.paint(color)
         path = self.desktop.home / "shot.png"
         self.desktop.run("scrot", "--overwrite", path)
@@ -39,7 +39,7 @@ class ScreenshotsTest(DesktopTest):
         return path.read_bytes()
 
     def shows(self, name, color):
-        """Whether the tile shows a picture of that colour, and no icon."""
+        """Whether the tile shows a picture of that colour, and not an icon."""
         found = self.desktop.windows.pixel(*self.app.grip(name))
         return all(abs(one - other) <= SAME for one, other in zip(found, color))
 
@@ -83,7 +83,7 @@ class ScreenshotsTest(DesktopTest):
         made = time.time()
         app = self.parklet()
         self.wait_for(lambda: time.time() - made > OLD, "the file is old")
-        old.touch()  # its date of creation is what counts
+        old.touch()  # the date of creation counts
         for name in ("moved.png", "renamed.png"):
             old = old.rename(self.folder / name)
             stays(app.hidden, f"the shelf came up with {name}", SETTLED)
@@ -96,7 +96,7 @@ class ScreenshotsTest(DesktopTest):
         self.desktop.run("scrot", old)
         an_hour_ago = time.time() - 3600
         os.utime(old, (an_hour_ago, an_hour_ago))
-        shutil.copy2(old, self.folder / "copy.png")  # as file managers do, with its date of modification
+        shutil.copy2(old, self.folder / "copy.png")  # with the modification date of the original, as file managers copy
         stays(app.hidden, "the shelf came up", SETTLED)
         self.scrot("last.png")
         self.wait_for_names("last.png")
@@ -125,7 +125,7 @@ class ScreenshotsTest(DesktopTest):
         stays(app.hidden, "the shelf came up", SETTLED)
         self.switch(True)
         self.scrot("while on.png")
-        # The other one comes with it while it is recent.
+        # The other file is added too while it is recent.
         self.wait_for(lambda: "while on.png" in app.names(), "screenshots come again")
 
     def switch(self, wanted):
@@ -181,7 +181,7 @@ class ScreenshotsTest(DesktopTest):
         app = self.parklet()
         stays(app.hidden, "the shelf came up", SETTLED)
         self.folder.chmod(0o700)
-        # It is examined afresh then: what was made a moment before counts as new, as after any time away.
+        # The folder is examined from the start then: a file made a moment before counts as new, as after any pause.
         self.scrot("after.png")
         self.wait_for(lambda: "after.png" in app.names(), "the folder is watched")
 
@@ -207,7 +207,7 @@ class ScreenshotsTest(DesktopTest):
         app = self.parklet(skipClearAllConfirmation=True)
         for number in range(200):
             (self.folder / f"burst {number:03}.png").write_bytes(shot)
-        # The shelf holds fifty, and not one twice.
+        # The shelf holds fifty files, each once.
         self.wait_for(lambda: len(app.names()) == 50, "the shelf is full")
         names = app.names()
         self.assertEqual(len(set(names)), 50)

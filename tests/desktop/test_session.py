@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""One Parklet a session, and settings that survive whatever happens to them."""
+"""Each session has one Parklet, and its settings survive crashes and full disks."""
 import contextlib
 import fcntl
 import json
@@ -53,7 +53,7 @@ class SessionTest(DesktopTest):
             self.wait_for(writer_waits, "Parklet is about to write its settings")
             stays(lambda: not question(), "the question is shown before it is noted as asked", 1.0)
         self.wait_for(question, "the question is shown")
-        # No crash comes too early for the note.
+        # The setting is on disk before any crash.
         app.kill()
         self.assertIs(app.read_settings().get("hasShownUpdatePrompt"), True)
         app.start()
@@ -124,8 +124,8 @@ class SessionTest(DesktopTest):
 
 
 class EndTest(DesktopTest):
-    """The end comes within a second, and a start never ends without a word."""
-    MOMENT = 5  # seconds; ten times what it takes, as other tests run beside
+    """The program ends within a second, and never fails to start without a message."""
+    MOMENT = 5  # seconds; ten times the usual time, because other tests run at the same time
 
     def test_a_signal_ends_it_with_the_settings_on_disk(self):
         for sent in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
@@ -147,7 +147,7 @@ class EndTest(DesktopTest):
 
     def test_a_signal_ends_one_whose_loop_stands(self):
         app = self.parklet()
-        # What a write waits for, the first start waits for too.
+        # The first start waits for the same file system as a write.
         app.kill()
         app.write_settings({})
         with locked(app.settings_file.parent):
@@ -168,7 +168,7 @@ class EndTest(DesktopTest):
     def test_a_start_after_the_bus_died_makes_no_second_shelf(self):
         app = self.parklet()
         self.assertTrue(app.hidden())
-        # What is left of the session has no bus, or an address where nobody answers.
+        # There is no bus, or an address where no bus listens.
         nowhere = {"DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.desktop.folder / 'no-bus'}"}
         again = self.desktop.start("parklet-again", app_program(), environment=nowhere)
         self.assertEqual(again.wait(20), 0)
@@ -180,7 +180,7 @@ class EndTest(DesktopTest):
 
 @contextlib.contextmanager
 def locked(folder):
-    """Keeps every writer of settings in that folder waiting."""
+    """Blocks every writer of settings in that folder."""
     descriptor = os.open(folder, os.O_RDONLY | os.O_DIRECTORY)
     try:
         fcntl.flock(descriptor, fcntl.LOCK_EX)

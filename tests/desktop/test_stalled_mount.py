@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Files on a file system that does not answer, or answers slowly. Not run where users may not mount any."""
+"""Files on a file system that does not answer, or answers slowly. Skipped where users may not mount one."""
 import hashlib
 import os
 import signal
@@ -54,7 +54,7 @@ class StalledMountTest(DesktopTest):
         return display.get_selection_owner(self.desktop.windows.atom("XdndSelection"))
 
     def use(self, behaviour):
-        """The shelf with files of the mount, which behaves like that from now on."""
+        """Shows the shelf with files of the mount, which has this behaviour from now on."""
         app = self.start()
         app.show()
         self.control.write_text(behaviour)
@@ -62,13 +62,14 @@ class StalledMountTest(DesktopTest):
         app.hold(*(self.mount / f"{number}.jpg" for number in range(COUNT)))
         print(f"\n{behaviour}: the tiles are there after {time.monotonic() - began:.2f} s")
 
-        # Another file's picture comes.
+        # The picture of another file still arrives.
         other = self.file("other.jpg", (self.things / "0.jpg").read_bytes())
         os.utime(other, (1_600_000_000, 1_600_000_000))
         app.hold(other)
         self.wait_for(lambda: self.has_picture(other), "the picture of another file comes")
 
-        # A tile is removed, and one is dragged: it shows an icon, or there would be no drag.
+        # A tile can be removed, and another dragged. It shows an icon, because a tile without an image cannot be
+        # dragged.
         self.hand.move_to(*app.grip("0.jpg"))
         remove = app.tile("0.jpg").find("Remove", showing=False)
         began = time.monotonic()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Surroundings in which something is missing that a session has: Parklet works with what there is, or says what not."""
+"""Sessions in which a service or a folder is missing: Parklet works with what there is, or says what is missing."""
 import os
 import pathlib
 import signal
@@ -16,13 +16,13 @@ XDG = ("XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "
 
 
 def without(*names):
-    """Runs what follows without these variables."""
+    """Removes these variables in the block."""
     return ("env", *(f"--unset={name}" for name in names))
 
 
 class SurroundingsTest(DesktopTest):
     def start(self, *how, settings=None, **environment):
-        """The program, run by a command with variables of its own, once its icon is in the tray."""
+        """Starts the program with its own variables, and waits for its icon in the tray."""
         self.app = Parklet(self.desktop, settings)
         self.app.process = self.desktop.start("parklet", *how, PROGRAM, environment=environment)
         wait_for(lambda: self.app.tray_icon() or not self.app.runs(), "Parklet's icon is in the tray")
@@ -30,13 +30,13 @@ class SurroundingsTest(DesktopTest):
         return self.app
 
     def assert_works(self):
-        """The shelf takes a file and shows it, and can be told to start with the session."""
+        """The shelf takes a file and shows it, and the program can be set to start with the session."""
         self.app.choose("Launch at Login")
         self.app.hold(self.file("words.txt"))
         self.assertEqual(self.app.names(), ["words.txt"])
 
     def fails(self, **environment):
-        """What the program says when it ends at once, on the terminal."""
+        """Returns what the program prints when it ends at once."""
         variables = {**self.desktop.environment, **environment}
         result = subprocess.run([PROGRAM], env={name: value for name, value in variables.items() if value is not None},
                                 stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60)
@@ -48,7 +48,7 @@ class SurroundingsTest(DesktopTest):
                                                    "or XWayland in a Wayland session\n")
         self.assertEqual(self.fails(DISPLAY=":6543"),
                          'parklet: cannot connect to the X server ":6543" that DISPLAY names\n')
-        # The wish of a Wayland session for all of its programs changes nothing.
+        # A platform that a Wayland session sets for all of its programs changes nothing.
         self.assertIn("DISPLAY is not set", self.fails(DISPLAY=None, QT_QPA_PLATFORM="wayland;xcb"))
 
     def test_a_session_that_wishes_for_wayland_gets_the_x_server(self):
@@ -108,7 +108,7 @@ class SurroundingsTest(DesktopTest):
         return folder
 
     def assert_one_shelf(self, runtime_folder):
-        """Without a bus nothing can be found by its name, but the shelf is seen."""
+        """Without a bus, widgets cannot be found by name, but the shelf is visible."""
         how = without("DBUS_SESSION_BUS_ADDRESS")
         self.desktop.processes.environment |= {"XDG_RUNTIME_DIR": str(runtime_folder),
                                                "TMPDIR": str(self.private_folder("tmp"))}

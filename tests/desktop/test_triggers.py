@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: MIT
-"""When and where a drag brings the shelf, as the settings say."""
+"""When and where a drag shows the shelf, as the settings say."""
 import time
 import unittest
 
 from support.foreign import ForeignDragTest
 
-NEAR = 120  # pixels around the shelf from which a drag brings it in the third trigger mode
+NEAR = 120  # pixels around the shelf; within them a drag shows it in the third trigger mode
 SHELF = (1160, 318, 116, 164)  # the empty shelf on the screen of these tests
 
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The check for a newer version, against a web server of this machine."""
+"""The check for a newer version, with a web server on this machine."""
 import json
 import os
 import pathlib
@@ -12,7 +12,7 @@ from support.case import EVIDENCE, DesktopTest
 from support.parklet import Parklet
 from support.waiting import stays
 
-# The program built as version 1.9, with the address of its version record taken from the environment.
+# The program built as version 1.9, which reads the address of its version record from the environment.
 PROGRAM = os.environ.get("PARKLET_LOOPBACK_PROGRAM") or (
     pathlib.Path(__file__).parents[3] / "build/release/loopback/parklet")
 NOTES = "Folders are dragged faster.\nA <b>tile</b> no longer forgets its name."
@@ -23,19 +23,20 @@ UP_TO_DATE = "Parklet is up to date"
 
 
 def reply(body, status=200, headers=()):
-    """A whole answer; the body is bytes or what becomes JSON."""
+    """Returns a complete answer. The body is bytes, or an object that becomes JSON."""
     body = body if isinstance(body, bytes) else json.dumps(body).encode()
     lines = [f"HTTP/1.1 {status} Reason", f"Content-Length: {len(body)}", "Connection: close", *headers]
     return "\r\n".join([*lines, "", ""]).encode() + body
 
 
 class Server:
-    """Answers every request by `answer(connection)`, and counts them; the answer may also be bytes."""
+    """Answers every request with `answer(connection)`, or with `answer` itself if it is bytes, and counts the
+    requests."""
 
     def __init__(self, answer, certificate=None):
         self.answer = answer
-        self.requests = 0  # begun
-        self.ended = 0  # connections that the program or the answer has closed
+        self.requests = 0  # the number of requests that have begun
+        self.ended = 0  # the number of closed connections
         self.release = threading.Event()
         self.tls = None
         if certificate:
@@ -48,7 +49,7 @@ class Server:
                 try:
                     outer.serve(self.request)
                 except OSError:
-                    pass  # the program has had enough
+                    pass  # the program has closed the connection
                 finally:
                     outer.ended += 1
 
@@ -73,11 +74,11 @@ class Server:
             connection.sendall(self.answer)
 
     def never(self, connection, _):
-        """Says nothing until the program gives up."""
+        """Never answers."""
         connection.recv(1)
 
     def held(self, answer):
-        """Answers once the test lets it."""
+        """Answers when the test allows it."""
         def send(connection, _):
             self.release.wait(60)
             connection.sendall(answer)
@@ -94,7 +95,7 @@ class Server:
         return send
 
     def gigabytes(self, connection, _):
-        """Sends a good record and then blanks, four gigabytes of them unless the program stops that."""
+        """Sends a valid record, and then four gigabytes of blanks unless the program stops that."""
         piece = b" " * 1_000_000
         connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 4000000000\r\n\r\n" + json.dumps(NEWER).encode())
         self.sent = 0
@@ -125,7 +126,7 @@ class UpdatesTest(DesktopTest):
         return self.app
 
     def fake_browser(self):
-        """Makes a browser that writes down what it is to open."""
+        """Makes a browser that writes down what it is asked to open."""
         opened = self.desktop.home / "opened"
         applications = self.desktop.home / ".local/share/applications"
         applications.mkdir(parents=True)
@@ -138,7 +139,7 @@ class UpdatesTest(DesktopTest):
         return opened
 
     def check(self):
-        """Asks for a check, as the user does. The alert may be there before the menu has gone."""
+        """Starts a check from the menu. The alert may show before the menu has closed."""
         item = self.app.open_menu().find("Check for Updates…")
         self.hand.click(*item.center)
 
@@ -201,18 +202,18 @@ class UpdatesTest(DesktopTest):
         return self.desktop.windows.find(instance="parklet", title=title)
 
     def dismiss(self, title):
-        """Closes the alert with the focus, and waits until it has gone."""
+        """Closes the alert that has the focus, and waits until it is gone."""
         alerts = self.wait_for(lambda: self.alerts(title), f"there is an alert {title!r}")
         self.wait_for(lambda: self.desktop.windows.active() in [alert.id for alert in alerts], "the alert has the focus")
         self.hand.key("Escape")
         self.wait_for(lambda: len(self.alerts(title)) < len(alerts), "the alert goes away")
 
     def check_in_silence(self, answer):
-        """A check by the user, of which nothing is to be seen."""
+        """A check by the user has no visible result."""
         self.server.answer = answer
         before = self.server.ended
         self.check()
-        # Of a server that just hangs up it may ask again.
+        # The program may ask again when a server just closes the connection.
         self.wait_for(lambda: self.server.requests > before, "the program asks")
         self.wait_for(lambda: self.server.ended == self.server.requests, "the program has its answer or gives up")
         stays(lambda: not self.alerts(UPDATE) and not self.alerts(UP_TO_DATE), "the check spoke", 0.5)
@@ -233,7 +234,7 @@ class UpdatesTest(DesktopTest):
         }.items():
             with self.subTest(name):
                 self.check_in_silence(answer)
-        # After all that a good answer is as good as ever.
+        # A valid answer still works after all of these.
         self.server.answer = reply({**NEWER, "notes": 7})
         self.check()
         app.button("Version 2.0 is available.")
@@ -315,7 +316,7 @@ class UpdatesTest(DesktopTest):
         self.server.answer = reply(NEWER)
         self.check()
         app.button("Version 2.0 is available.")
-        # The tray menu stays closed while there is an alert; the launcher's does not.
+        # The tray menu cannot be opened during an alert, but the launcher's menu can.
         self.desktop.run("gdbus", "call", "--session", "--dest", "com.orvane.Parklet", "--object-path",
                          "/com/orvane/Parklet", "--method", "org.freedesktop.Application.ActivateAction", "quit", "[]",
                          "{}")

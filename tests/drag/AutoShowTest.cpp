@@ -87,7 +87,7 @@ void AutoShowTest::without_a_frontmost_application_nothing_is_excluded()
 
 void AutoShowTest::near_is_within_120_points_on_every_side_data()
 {
-    // Around a shelf at x 1000 to 1116 and y 300 to 464.
+    // The shelf is at x 1000 to 1116 and y 300 to 464.
     QTest::addColumn<QPointF>("pointer");
     QTest::addColumn<bool>("near");
     QTest::newRow("inside") << QPointF(1050, 400) << true;
@@ -99,7 +99,7 @@ void AutoShowTest::near_is_within_120_points_on_every_side_data()
     QTest::newRow("below, 121 away") << QPointF(1050, 179) << false;
     QTest::newRow("above, 120 away") << QPointF(1050, 584) << true;
     QTest::newRow("above, 121 away") << QPointF(1050, 585) << false;
-    // The margin is a rectangle, not a distance: its corners count.
+    // The margin is a rectangle and not a distance, so its corners count.
     QTest::newRow("corner") << QPointF(881, 181) << true;
     QTest::newRow("past the corner") << QPointF(879, 181) << false;
     QTest::newRow("far away") << QPointF(0, 0) << false;

@@ -64,7 +64,7 @@ struct Fixture {
 
     Fixture() { monitor->delegate = &delegate; }
 
-    // What a source does when it begins a drag.
+    // Does what a source does when it begins a drag.
     void write(const QList<QUrl> &urls)
     {
         ++pasteboard.count;
@@ -134,7 +134,7 @@ void DragMonitorTest::the_delegate_receives_the_files_in_pasteboard_order()
     const QList<QUrl> urls = {file("/b.txt"), file("/a.txt"), file("/c d.txt")};
     f.write(urls);
     f.monitors.send(LeftMouseDragged);
-    // What the pasteboard holds by the time of the call is another matter.
+    // The pasteboard may have changed by the time of the call.
     f.pasteboard.urls = {file("/other.txt")};
     f.queue.runPending();
     QCOMPARE(f.delegate.carried, QList<QList<QUrl>>{urls});
@@ -178,7 +178,7 @@ void DragMonitorTest::the_first_drag_is_reported_though_the_change_count_is_0()
     f.drag();
     QCOMPARE(f.delegate.calls, kStart);
 
-    // The count that no pasteboard has is the one that stands for "none yet".
+    // A count that no pasteboard has means "none yet".
     Fixture untouched;
     untouched.monitor->start();
     untouched.pasteboard.count = -1;
@@ -218,7 +218,7 @@ void DragMonitorTest::a_new_drag_is_recognised_only_after_the_change_count_moved
     f.drag();
     f.release();
     QCOMPARE(f.delegate.calls, kStartAndEnd);
-    // The files are not even read while the count stands.
+    // The files are not read while the count is unchanged.
     QCOMPARE(f.pasteboard.reads, 1);
     f.write({file("/b.txt")});
     f.drag();
@@ -262,12 +262,12 @@ void DragMonitorTest::a_drag_of_text_leaves_the_last_seen_change_count()
     f.drag();
     f.release();
 
-    // Neither the count of the text drag ...
+    // The monitor has not stored the count of the text drag ...
     f.pasteboard.count = 8;
     f.pasteboard.urls.clear();
     f.drag();
     f.release();
-    // ... is taken for seen, nor is the one before it forgotten.
+    // ... and has not forgotten the one before it.
     f.pasteboard.count = 7;
     f.pasteboard.urls = {file("/a.txt")};
     f.drag();
@@ -319,7 +319,7 @@ void DragMonitorTest::calls_for_a_delegate_that_has_gone_do_nothing()
     delegate.reset();
     f.queue.runPending();
     QVERIFY(f.monitor->delegate.isNull());
-    // Detection itself goes on.
+    // The detection itself continues.
     f.monitor->delegate = &f.delegate;
     f.write({file("/b.txt")});
     f.drag();
@@ -347,7 +347,7 @@ void DragMonitorTest::without_a_delegate_nothing_happens()
     f.write({file("/a.txt")});
     f.drag();
     f.release();
-    // The drag counts as reported all the same.
+    // The drag still counts as reported.
     f.monitor->delegate = &f.delegate;
     f.drag();
     QVERIFY(f.delegate.calls.isEmpty());

@@ -8,18 +8,20 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t size)
 {
-    static const QTemporaryDir folder(QStringLiteral("/dev/shm/parklet-XXXXXX"));
-    const QString path = folder.filePath(QStringLiteral("a.desktop"));
+    static const QTemporaryDir folder(u"/dev/shm/parklet-XXXXXX"_s);
+    const QString path = folder.filePath(u"a.desktop"_s);
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(reinterpret_cast<const char *>(bytes), qint64(size)) < 0)
         std::abort();
     file.close();
     readDesktopEntry(QFile::encodeName(path));
     const DesktopEntries entries({folder.path()});
-    if (!entries.path(QStringLiteral("a")) && entries.identifierNamed(QStringLiteral("a")))
+    if (!entries.path(u"a"_s) && entries.identifierNamed(u"a"_s))
         std::abort();
-    entries.identifierForWindowClass(QStringLiteral("A"));
+    entries.identifierForWindowClass(u"A"_s);
     return 0;
 }

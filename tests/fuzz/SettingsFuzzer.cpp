@@ -8,11 +8,13 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t size)
 {
-    // Not on a disk, which would be waited for.
-    static const QTemporaryDir folder(QStringLiteral("/dev/shm/parklet-XXXXXX"));
-    const QString path = folder.filePath(QStringLiteral("settings.json"));
+    // In memory, because each write waits for a disk.
+    static const QTemporaryDir folder(u"/dev/shm/parklet-XXXXXX"_s);
+    const QString path = folder.filePath(u"settings.json"_s);
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(reinterpret_cast<const char *>(bytes), qint64(size)) < 0)
         std::abort();
@@ -25,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t size)
         defaults.data(name);
         defaults.stringArray(name);
     }
-    const QString key = QStringLiteral("windowEdge");
+    const QString key = u"windowEdge"_s;
     if (!defaults.set(key, 2.0) || JsonUserDefaults(path).number(key) != 2.0)
         std::abort();
     return 0;

@@ -20,7 +20,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// What the kernel refuses to a process that has confined itself, tried in a child.
+// Tries in a child process what the kernel must refuse to a confined process.
 class ConfinementTest : public QObject {
     Q_OBJECT
 
@@ -43,7 +43,7 @@ namespace {
 
 constexpr std::uint64_t kMemory = 64 << 20;
 
-// Ends the child with a message when it is not true.
+// Ends the child with a message unless `isTrue`.
 void require(bool isTrue, const char *what)
 {
     if (isTrue)

@@ -12,11 +12,13 @@
 #include <algorithm>
 #include <csignal>
 
-// The services that hold the helpers, on virtual time: what takes too long does so when the test says so.
+using namespace Qt::StringLiterals;
+
+// The services that own the helpers, on virtual time, so that the test decides when something takes too long.
 struct HelperFixture {
     static constexpr int kPatience = 120'000; // milliseconds
 
-    // Requests a picture; its answer's place in `answers`.
+    // Requests a picture. Returns the index of its answer in `answers`.
     size_t request(const QByteArray &path)
     {
         const size_t place = answers.size();
@@ -38,23 +40,23 @@ struct HelperFixture {
 
     bool hasPicture(size_t place) { return waitFor(place) && !answers[place].image.isNull(); }
 
-    // Lets time go on until there is an answer; the seconds that it took, negative when it never came.
+    // Advances the time until there is an answer. Returns the seconds that this took, negative if no answer came.
     double secondsUntil(size_t place, double most)
     {
         for (double seconds = 0; seconds <= most; seconds += 0.5) {
             if (answers[place].isThere)
                 return seconds;
-            // What is under way comes first.
+            // Messages that are in transit are handled first.
             QTest::qWait(1);
             queue.advance(0.5);
         }
         return -1;
     }
 
-    // Whether the only maker of pictures has begun with something, as far as its state tells.
+    // Whether the only helper for pictures has begun to work, as its process state shows.
     static qint64 memoryPeak(pid_t process)
     {
-        QFile file(QStringLiteral("/proc/%1/status").arg(process));
+        QFile file(u"/proc/%1/status"_s.arg(process));
         if (!file.open(QIODevice::ReadOnly))
             return -1;
         for (const QByteArray &line : file.readAll().split('\n')) {

@@ -13,7 +13,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Helpers that are killed, stopped or kept by a file system.
+using namespace Qt::StringLiterals;
+
+// Helpers that are killed, stopped or blocked by a file system.
 class HelpersTest : public QObject {
     Q_OBJECT
 
@@ -45,13 +47,13 @@ QByteArray photo()
     return SampleFiles::picture("jpeg", {300, 200}); // too small for the cache
 }
 
-// Waits until the helper has read what it was sent, and stands still at it.
+// Waits until the helper has read its messages, and stops it.
 void stop(pid_t process)
 {
     QCOMPARE(::kill(process, SIGSTOP), 0);
     QTRY_VERIFY_WITH_TIMEOUT(
         [process] {
-            QFile stat(QStringLiteral("/proc/%1/stat").arg(process));
+            QFile stat(u"/proc/%1/stat"_s.arg(process));
             return stat.open(QIODevice::ReadOnly) && stat.readAll().contains(") T ");
         }(),
         HelperFixture::kPatience);
@@ -85,17 +87,17 @@ void HelpersTest::a_helper_that_is_killed_at_a_picture_leaves_it_without_and_the
     const pid_t process = f.generator.processes().front();
     stop(process);
     const size_t lost = f.request(f.samples.file("b.jpg", photo()));
-    // It has been handed over when a second one has to be handed to another helper.
+    // The first picture has been sent when a second one needs another helper.
     const size_t other = f.request(f.samples.file("c.jpg", photo()));
     QVERIFY(f.hasPicture(other));
     ::kill(process, SIGKILL);
-    // It had not begun, so it is not to blame.
+    // The helper had not begun with it, so the file is not to blame.
     QVERIFY(f.hasPicture(lost));
 }
 
 namespace {
 
-// Pictures without what is around them, and with a clock of the helpers' that the test sets.
+// The helpers of pictures alone, whose processor time the test sets.
 struct PicturesFixture {
     struct Request {
         bool isBegun = false;
@@ -114,7 +116,7 @@ struct PicturesFixture {
         return one;
     }
 
-    // A request that its helper has received and does nothing for, as the process is stopped.
+    // A request whose helper has received it and is stopped.
     Request &standing()
     {
         Request &first = request(samples.file("first.jpg", photo()));
@@ -131,10 +133,10 @@ struct PicturesFixture {
         return one;
     }
 
-    // Whether the helper is one of those that make pictures.
+    // Whether the helper still makes pictures.
     bool isKept() const { return std::ranges::count(pictures.processes(), process) == 1; }
 
-    // Lets helpers compute that part of the time.
+    // Advances the time by `seconds`, of which the helpers compute `part`.
     void advance(double seconds, double part)
     {
         for (double end = queue.now() + seconds; queue.now() < end - 1e-9;) {
@@ -152,7 +154,7 @@ struct PicturesFixture {
     PictureHelpers pictures{queue, files, [this](pid_t) { return computed; }};
 };
 
-// A drawing that takes for ever, as Qt looks through all rules for each of its elements.
+// A drawing that takes practically for ever, because Qt searches all rules for each of its elements.
 QByteArray endlessDrawing()
 {
     QByteArray rules;
@@ -165,7 +167,7 @@ QByteArray endlessDrawing()
            "</svg>";
 }
 
-// Whether a helper begins with the drawing and is given up after its time, not before.
+// Whether a helper begins with the drawing, and the request fails after its time and not before.
 bool isGivenUp(PicturesFixture &f, const QByteArray &path)
 {
     const auto &drawing = f.request(path, PictureTask::Drawing);
@@ -312,7 +314,7 @@ void HelpersTest::a_folder_that_does_not_answer_keeps_no_other_one()
     HelperFixture f;
     QVERIFY(QDir().mkpath(QFile::decodeName(f.samples.path("slow"))));
     QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
-    // Stands for a file system that does not answer: the helper that asks it cannot do anything else either.
+    // A stopped helper behaves like one that a file system blocks.
     const pid_t kept = f.files->processes().front();
     stop(kept);
     std::vector<size_t> slow;
@@ -343,7 +345,7 @@ void HelpersTest::an_icon_comes_by_name_while_a_folder_does_not_answer()
     QCOMPARE(late, 0);
     f.queue.advance(FileHelpers::kLate);
     QCOMPARE(late, 1);
-    // The next one need not wait to be told.
+    // The next question to the same folder is late at once.
     look(f.samples.file("b.txt", "b"));
     QCOMPARE(late, 2);
     for (const pid_t process : f.files->processes())
@@ -372,14 +374,14 @@ void HelpersTest::folders_that_do_not_answer_are_given_up_when_there_are_too_man
 void HelpersTest::a_helper_holds_none_of_the_shelfs_descriptors()
 {
     HelperFixture f;
-    // Without the flag that closes it in what is started.
+    // This descriptor has no close-on-exec flag.
     QFile open(QFile::decodeName(f.samples.file("open", "")));
     QVERIFY(open.open(QIODevice::ReadOnly));
     const int leaking = ::dup(open.handle());
     QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
     for (const auto &processes : {f.generator.processes(), f.files->processes()}) {
         for (const pid_t process : processes) {
-            const QDir held(QStringLiteral("/proc/%1/fd").arg(process));
+            const QDir held(u"/proc/%1/fd"_s.arg(process));
             for (const QFileInfo &entry : held.entryInfoList(QDir::System | QDir::Files | QDir::NoDotAndDotDot))
                 QVERIFY(!entry.symLinkTarget().endsWith(QLatin1String("/open")));
         }
@@ -393,7 +395,7 @@ void HelpersTest::every_helper_is_confined()
     QVERIFY(f.hasPicture(f.request(f.samples.file("a.jpg", photo()))));
     for (const auto &processes : {f.generator.processes(), f.files->processes()}) {
         for (const pid_t process : processes) {
-            QFile file(QStringLiteral("/proc/%1/status").arg(process));
+            QFile file(u"/proc/%1/status"_s.arg(process));
             QVERIFY(file.open(QIODevice::ReadOnly));
             const QByteArray status = file.readAll();
             if (!status.contains("Seccomp:\t2"))

@@ -10,7 +10,7 @@
 
 #include <random>
 
-// Pictures made to bring down whoever looks at them.
+// Pictures that are made to crash the program that opens them.
 class HostilePicturesTest : public QObject {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ private slots:
 
 namespace {
 
-constexpr qint64 kMostMemory = 96 << 20; // bytes of a helper
+constexpr qint64 kMostMemory = 96 << 20; // bytes; of a helper
 constexpr auto kCountVariable = "PARKLET_MUTATIONS";
 
 const QByteArray kGif("GIF89a\1\0\1\0\x80\0\0\0\0\0\xff\xff\xff,\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 35);
@@ -45,7 +45,7 @@ QByteArray repeated(int count, const std::function<QByteArray(int)> &part)
     return all;
 }
 
-// No helper has come near what it may take, unless this build does not bound them.
+// Whether no helper has come near its memory limit. Always true in a build without the limit.
 bool staysBelowBound(const HelperFixture &f)
 {
 #ifdef __SANITIZE_ADDRESS__
@@ -98,7 +98,7 @@ void HostilePicturesTest::four_gigabytes_cost_no_helper_its_memory()
     time.start();
     QVERIFY(f.hasPicture(f.request(path)));
     QVERIFY(staysBelowBound(f));
-    // Reading them takes longer on any machine.
+    // Reading the whole files would take longer on any machine.
     QVERIFY2(time.elapsed() < 60'000, QByteArray::number(time.elapsed()).constData());
 }
 
@@ -123,11 +123,11 @@ void HostilePicturesTest::a_drawing_without_an_end_is_given_up()
 {
     QFETCH(QByteArray, contents);
     HelperFixture f;
-    // More of them than there are helpers for drawings.
+    // There are more drawings than helpers for drawings.
     std::vector<size_t> drawings;
     for (int i = 0; i < 3; ++i)
         drawings.push_back(f.request(f.samples.file("a" + QByteArray::number(i) + ".svg", contents)));
-    // A photo does not wait for them, nor does time have to pass.
+    // A photo does not wait for the drawings, and no time needs to pass.
     QVERIFY(f.hasPicture(f.request(f.samples.file("b.jpg", SampleFiles::picture("jpeg", {800, 400})))));
     for (const size_t place : drawings)
         QVERIFY(f.secondsUntil(place, 6'000) >= 0);
@@ -179,7 +179,7 @@ void HostilePicturesTest::a_picture_of_any_size_leaves_a_helper_below_its_bound(
     qInfo("%s, %lld MB", f.answers[place].image.isNull() ? "no picture" : "a picture",
           f.generator.processes().empty() ? 0LL : HelperFixture::memoryPeak(f.generator.processes().front()) >> 20);
     QVERIFY(staysBelowBound(f));
-    // The next one comes, whatever became of it.
+    // The next picture is made, whatever the result of this one was.
     QVERIFY(f.hasPicture(f.request(f.samples.file("b.jpg", SampleFiles::picture("jpeg", {800, 400})))));
 }
 
@@ -201,7 +201,7 @@ void HostilePicturesTest::mutated_pictures_are_all_answered()
         {"svg", drawing("<defs><g id='a'><path d='M0 0L9 9Z'/></g></defs><use href='#a'/><text y='9'>a</text>"
                         "<style>.b{fill:red}</style><rect class='b' width='9' height='9' opacity='.5'/>")},
     };
-    // The same ones at each run.
+    // The seed is fixed, so each run has the same pictures.
     std::mt19937 random(20'261'122);
     const auto number = [&random](size_t below) {
         return static_cast<qsizetype>(random() % std::max<size_t>(below, 1));

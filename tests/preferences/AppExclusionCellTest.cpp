@@ -11,7 +11,7 @@
 
 using namespace Qt::StringLiterals;
 
-// How a row of the list looks.
+// The look of a row of the list.
 class AppExclusionCellTest : public QObject {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private slots:
 
 namespace {
 
-// How a row is drawn, apart from its state.
+// How a row is drawn, besides its state.
 struct Look {
     Qt::LayoutDirection direction = Qt::LeftToRight;
     int width = 300;
@@ -35,7 +35,7 @@ struct Look {
     QColor highlightedText = Qt::white;
 };
 
-// What is drawn for the first row.
+// The drawn first row.
 QImage drawnRow(const AppExclusionListView &view, QStyle::State state, const Look &look = {})
 {
     QImage image(look.width, 26, QImage::Format_ARGB32_Premultiplied);
@@ -55,7 +55,7 @@ QImage drawnRow(const AppExclusionListView &view, QStyle::State state, const Loo
     return image;
 }
 
-// The rectangles of what is red and of what else is drawn above the line at the bottom.
+// The rectangle of the red pixels, and that of all other drawn pixels above the line at the bottom.
 std::pair<QRect, QRect> inkOf(const QImage &image)
 {
     QRect icon;
@@ -110,7 +110,7 @@ void AppExclusionCellTest::a_long_name_ends_4_points_before_the_row_does()
     f.virtualPlatform.workspace.applications.insert(
         kFirst, Application{kFirst, u"An application with a very long name"_s, square(Qt::red)});
     const AppExclusionListView &view = f.load({kFirst});
-    // Where the text is cut varies with the width; over a few points it comes close to its limit.
+    // The place where the text is cut varies with the width. Within a few points it comes close to its limit.
     int nearest = 0;
     int nearestMirrored = 0;
     for (int width = 120; width <= 160; ++width) {
@@ -146,7 +146,7 @@ void AppExclusionCellTest::the_line_below_a_row_is_in_the_lists_separator_colour
 void AppExclusionCellTest::a_name_is_in_the_lists_text_colour_and_on_the_selection_in_its_own()
 {
     ListFixture f;
-    // A letter that fills its place.
+    // This letter fills its whole rectangle.
     f.virtualPlatform.workspace.applications.insert(kFirst,
                                                     Application{kFirst, QString(QChar(0x2588)), square(Qt::red)});
     const Look look{.text = Qt::blue, .windowText = Qt::darkGreen, .highlightedText = Qt::magenta};
@@ -164,7 +164,7 @@ void AppExclusionCellTest::the_row_that_the_keyboard_acts_on_is_marked()
     for (const QStyle::State row :
          {QStyle::State(QStyle::State_Enabled), QStyle::State_Enabled | QStyle::State_Selected}) {
         const QImage plain = drawnRow(view, row);
-        // A click gives the focus too, and needs no mark.
+        // A click gives the focus too, but needs no focus ring.
         QCOMPARE(drawnRow(view, row | QStyle::State_HasFocus), plain);
         QCOMPARE(drawnRow(view, row | QStyle::State_KeyboardFocusChange), plain);
         QVERIFY(drawnRow(view, row | QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange) != plain);

@@ -172,7 +172,7 @@ void AppExclusionListViewTest::the_callback_comes_before_the_list_shows_the_chan
 {
     ListFixture f;
     f.load({kFirst});
-    QList<std::pair<int, int>> seen; // rows in the list, and how many it is to have
+    QList<std::pair<int, int>> seen; // the rows in the list, and the announced number of rows
     f.view->onChange = [&](const QStringList &) {
         seen.append({f.view->tableView->model()->rowCount(), static_cast<int>(f.view->ids.size())});
     };
@@ -288,7 +288,7 @@ void AppExclusionListViewTest::after_the_last_row_is_removed_none_is_selected()
     f.view->removeBtn->click();
     QCOMPARE(f.view->ids, QStringList({kFirst, kSecond}));
     QCOMPARE(f.changes.size(), 1);
-    // The keyboard goes on from there.
+    // The arrow keys continue from this row.
     QTest::keyClick(f.view->tableView, Qt::Key_Up);
     QCOMPARE(f.selectedRows(), QList<int>{0});
 }

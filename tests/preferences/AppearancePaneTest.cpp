@@ -57,7 +57,7 @@ struct PaneFixture : Fixture {
     }
 
     ColorWell &well() { return *pane->findChild<ColorWell *>(); }
-    // What the well does when its panel reports a colour.
+    // Does what the well does when its panel reports a colour.
     void choose(const QColor &color)
     {
         well().setColor(color);
@@ -170,7 +170,7 @@ void AppearancePaneTest::a_pane_that_is_too_low_scrolls()
     PaneFixture f;
     f.load(QSize(399, 300));
     QVERIFY(f.scroll().verticalScrollBar()->maximum() > 0);
-    // The scroller stands beside the stack, not on it.
+    // The scroll bar is beside the stack and does not cover it.
     QVERIFY(f.scroll().viewport()->width() >= f.scroll().widget()->width());
     f.load(QSize(399, 900));
     QCOMPARE(f.scroll().verticalScrollBar()->maximum(), 0);
@@ -366,7 +366,7 @@ void AppearancePaneTest::a_stored_size_between_two_places_can_be_ended_at_the_sh
     QTest::mouseClick(&size, Qt::LeftButton, {}, knob(size));
     QCOMPARE(f.stored(Settings::shelfItemSize.key), QVariant(90.0));
     QCOMPARE(f.settingsChangedPosts(), 1);
-    // A knob that stands at what is stored has nothing to say.
+    // A knob at the stored value reports nothing.
     f.load();
     QTest::mouseClick(&f.slider(Settings::shelfItemSize.key), Qt::LeftButton, {},
                       knob(f.slider(Settings::shelfItemSize.key)));
@@ -515,7 +515,7 @@ void AppearancePaneTest::focus_goes_from_top_to_bottom()
     for (int i = 0; i < 7; ++i) {
         QWidget *focused = f.window->focusWidget();
         visited.append(focused);
-        // It scrolls into sight.
+        // The pane scrolls to the focused view.
         QVERIFY(!focused->visibleRegion().isEmpty());
         QTest::keyClick(focused, Qt::Key_Tab);
     }

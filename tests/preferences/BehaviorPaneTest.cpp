@@ -124,7 +124,7 @@ void BehaviorPaneTest::the_views_keep_the_stated_distances()
             QCOMPARE(separator->x(), 24);
             QCOMPARE(separator->size(), QSize(size.width() - 48, 1));
         }
-        // Nothing overlaps anything else.
+        // No two views overlap.
         QList<QWidget *> views = pane.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
         views.removeIf([](const QWidget *view) { return view->isHidden(); });
         QCOMPARE(views.size(), 11);
@@ -392,7 +392,7 @@ void BehaviorPaneTest::every_control_has_a_label()
     const QWidget &pane = f.load();
     QCOMPARE(f.autoShow().accessibleName(), kAutoShow);
     QCOMPARE(labelWith(pane, kAutoShow)->buddy(), &f.autoShow());
-    // The trigger has none on screen, and a screen reader would take the check box's for both.
+    // The trigger has no visible label, and a screen reader would use the check box's label for both.
     const QLabel *trigger = labelWith(pane, u"When to show the drop window"_s);
     QVERIFY(trigger->isHidden());
     QCOMPARE(trigger->buddy(), &f.popUp(Settings::autoShowTrigger.key));

@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The colour panel is a window of a fixed size, which needs a real desktop.
+// The colour panel is a window of a fixed size, so its test needs a real desktop.
 class ColorPanelTest : public QObject {
     Q_OBJECT
 
@@ -32,7 +32,8 @@ private slots:
 
 namespace {
 
-// Makes Qt's dialog what it is while the desktop shows a panel of its own in its place; being hidden would end that.
+// Puts Qt's dialog into the state that it has while the desktop shows its own panel instead. Hiding the dialog would
+// end that state.
 class DesktopPanel : public QObject {
 public:
     explicit DesktopPanel(QColorDialog &dialog)
@@ -62,7 +63,7 @@ void ColorPanelTest::a_colour_well_opens_one_panel_with_alpha_and_without_button
     QVERIFY(!panel->isModal());
     QVERIFY(panel->testOption(QColorDialog::ShowAlphaChannel));
     QVERIFY(panel->testOption(QColorDialog::NoButtons));
-    // Where the desktop has a colour panel of its own, that is the one.
+    // If the desktop has its own colour panel, Qt uses that one.
     QVERIFY(!panel->testOption(QColorDialog::DontUseNativeDialog));
     QCOMPARE(panel->windowTitle(), u"Tint colour"_s);
     f.well.click();
@@ -167,7 +168,7 @@ void ColorPanelTest::a_panel_of_the_desktop_that_is_cancelled_gives_the_colour_b
     QCOMPARE(f.well.color(), givesBack ? QColor(20, 40, 60) : QColor(4, 5, 6));
     QCOMPARE(f.chosen.size(), givesBack ? 3 : 2);
 
-    // One in which nothing was chosen has nothing to give back.
+    // If no colour was chosen in the panel, it restores none.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     f.chosen.clear();
     f.well.click();

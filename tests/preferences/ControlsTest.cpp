@@ -76,7 +76,7 @@ double luminance(const QColor &color)
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-// What a translucent colour looks like on an opaque background.
+// How a translucent colour looks on an opaque background.
 QColor drawnOn(const QColor &background, const QColor &color)
 {
     QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
@@ -87,7 +87,7 @@ QColor drawnOn(const QColor &background, const QColor &color)
     return image.pixelColor(0, 0);
 }
 
-// The ratio that the accessibility guidelines for the web define.
+// The contrast ratio as WCAG, the accessibility guidelines for the web, defines it.
 double contrast(const QColor &text, const QColor &background)
 {
     const double one = luminance(drawnOn(background, text)) + 0.05;
@@ -95,7 +95,7 @@ double contrast(const QColor &text, const QColor &background)
     return std::max(one, other) / std::min(one, other);
 }
 
-// A slider from 48 to 120 on the screen, and how often it has reported.
+// A visible slider from 48 to 120, and its reports.
 struct ShownSlider {
     ShownSlider()
     {
@@ -208,14 +208,14 @@ void ControlsTest::a_secondary_label_can_be_read_on_light_and_on_dark()
     QFETCH(const QColor, background);
     QWidget window;
     const QLabel *label = secondaryLabel(u"text"_s, &window);
-    // As a desktop sets it that cares for nothing more: its placeholders stay black.
+    // A palette as a simple desktop sets it: the placeholder colour stays black.
     QPalette palette;
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Window, background);
     window.setPalette(palette);
     const QColor color = label->palette().color(label->foregroundRole());
     QCOMPARE(color, secondaryLabelColor(palette));
-    // 4.5 is what text of this size needs; the text itself keeps ahead of it.
+    // Text of this size needs a ratio of 4.5, and must differ more than the placeholder.
     QVERIFY2(contrast(color, background) > 4.5, qPrintable(QString::number(contrast(color, background))));
     QVERIFY(contrast(color, background) < contrast(text, background) / 1.5);
 }
@@ -300,7 +300,7 @@ void ControlsTest::a_slider_maps_its_places_to_doubles()
         slider.setDoubleValue(value);
         QCOMPARE(slider.doubleValue(), value);
     }
-    // Between two places it goes to the nearer one.
+    // A value between two positions is rounded to the nearer one.
     slider.setDoubleValue(72.04);
     QCOMPARE(slider.doubleValue(), 72.0);
     slider.setDoubleValue(72.06);
@@ -346,7 +346,7 @@ void ControlsTest::a_slider_reports_the_end_that_it_showed_for_a_value_outside()
     QCOMPARE(reported(), 1);
     QCOMPARE(slider.doubleValue(), 120.0);
 
-    // One step is one report, wherever it begins.
+    // One step gives one report, wherever it begins.
     putOutside();
     QTest::keyClick(&slider, Qt::Key_Left);
     QCOMPARE(reported(), 1);
@@ -368,7 +368,7 @@ void ControlsTest::a_slider_reports_the_place_that_it_showed_for_a_value_between
     QCOMPARE(slider.doubleValue(), 120.0);
     QCOMPARE(pressedAtEnd(), 1);
     QCOMPARE(pressedAtEnd(), 0);
-    // A value that has its place is what is shown, whatever rounding makes of it.
+    // A value at a position is shown there, whatever the rounding error.
     for (const double value : {120.0, 120.0 + 1e-12, 120.0 - 1e-12}) {
         slider.setDoubleValue(value);
         QCOMPARE(pressedAtEnd(), 0);
@@ -438,7 +438,7 @@ void ControlsTest::a_screen_reader_sets_a_slider_to_its_end_with_a_value_outside
     value.setCurrentValue(500.0);
     QCOMPARE(reported(), 1);
     QCOMPARE(slider.doubleValue(), 120.0);
-    // The end was reported, and is not news.
+    // The end has already been reported.
     QTest::keyClick(&slider, Qt::Key_End);
     QCOMPARE(reported(), 0);
 

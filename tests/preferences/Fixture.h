@@ -13,12 +13,12 @@
 
 #include <memory>
 
-// What the preferences stand on, with every notification written down.
+// The services that the preferences need, with a record of every notification.
 struct Fixture {
     struct Posted {
         QString name;
         QVariantMap userInfo;
-        QMap<QString, QVariant> values; // what was stored at that moment
+        QMap<QString, QVariant> values; // the stored values at that moment
     };
 
     Fixture()
@@ -29,7 +29,7 @@ struct Fixture {
                          });
     }
 
-    // How often settingsChanged was posted; nothing else may have been.
+    // The number of posted settingsChanged notifications. Fails if any other was posted.
     int settingsChangedPosts() const
     {
         for (const Posted &post : posts) {
@@ -39,7 +39,7 @@ struct Fixture {
         return static_cast<int>(posts.size());
     }
 
-    // What an observer of the last notification could read.
+    // The value that an observer of the last notification could read.
     QVariant storedAtLastPost(const QString &key) const
     {
         return posts.isEmpty() ? QVariant() : posts.last().values.value(key);
@@ -47,7 +47,7 @@ struct Fixture {
 
     QVariant stored(const QString &key) const { return virtualPlatform.userDefaults.values.value(key); }
 
-    // Shows `newPane`, freshly built, in place of the one before.
+    // Shows the new pane `newPane` in place of the previous one.
     template<typename Pane>
     Pane &show(std::unique_ptr<Pane> newPane, const QSize &size = QSize(520, 500))
     {
@@ -69,13 +69,13 @@ struct Fixture {
     std::unique_ptr<QWidget> window;
 };
 
-// Where `view` is inside `pane`.
+// The frame of `view` in `pane`.
 inline QRect frameIn(const QWidget &pane, const QWidget &view)
 {
     return {view.mapTo(&pane, QPoint(0, 0)), view.size()};
 }
 
-// The label with that text; null when there is none.
+// The label with this text, or null.
 inline QLabel *labelWith(const QWidget &pane, const QString &text)
 {
     for (QLabel *label : pane.findChildren<QLabel *>()) {

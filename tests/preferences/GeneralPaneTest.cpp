@@ -262,7 +262,7 @@ void GeneralPaneTest::choosing_the_drag_mode_shown_stores_it()
 void GeneralPaneTest::a_drag_mode_without_a_title_shows_none_and_stays_stored()
 {
     PaneFixture f;
-    // What is no number that an index could be counts as 0 for whoever reads it.
+    // A value that cannot be an index counts as 0 for all readers.
     for (const auto &[value, index] : {std::pair(5.0, -1), {-1.0, -1}, {1e300, 0}}) {
         f.values.insert(Settings::dragMode.key, value);
         f.load();
@@ -296,7 +296,7 @@ void GeneralPaneTest::a_store_that_cannot_be_written_keeps_its_values()
         f.box(key)->click();
     QTest::keyClick(f.dragMode(), Qt::Key_Down);
     QVERIFY(f.values.isEmpty());
-    // What is applied is what is stored, not what the box shows.
+    // The stored value is applied, not the state of the check box.
     QCOMPARE(f.virtualPlatform.loginItem.calls, QStringList{u"disable"_s});
 
     f.load();

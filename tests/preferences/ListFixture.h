@@ -25,7 +25,7 @@ struct ListFixture : Fixture {
         return *view;
     }
 
-    // The user picks the application with that identifier.
+    // The user picks the application with this identifier.
     void pick(const QString &id)
     {
         const QUrl file = QUrl::fromLocalFile(u"/Applications/"_s + id);

@@ -69,7 +69,7 @@ struct WindowFixture : Fixture {
     QSplitter &splitter() { return *controller.window()->findChild<QSplitter *>(); }
     int selectedRow() { return list().selectionModel()->selectedRows().value(0).row(); }
 
-    // The announcements of the Appearance pane so far; anything else posted shows as "?".
+    // The announcements of the Appearance pane so far. Any other notification appears as "?".
     QString announcements() const
     {
         QString text;
@@ -183,7 +183,7 @@ void PreferencesWindowControllerTest::a_maximised_window_comes_back_from_its_ico
 
 void PreferencesWindowControllerTest::opening_again_leaves_the_focus_with_a_panel_of_the_window()
 {
-    // A change made in the colour panel has the application bring the preferences forward.
+    // After a change in the colour panel, the application brings the preferences forward.
     WindowFixture f;
     f.controller.showWindow();
     QWidget panel(f.controller.pane(), Qt::Dialog);
@@ -206,7 +206,7 @@ void PreferencesWindowControllerTest::a_change_of_the_settings_leaves_the_focus_
     WindowFixture f;
     const auto &activated = f.virtualPlatform.activationPolicy.activated;
     f.controller.showWindow();
-    // Qt keeps a dialog of its own for it, which does not come on screen, and the focus is in no widget.
+    // Qt then has a hidden dialog of its own, and no widget has the focus.
     QDialog panel(f.controller.pane());
     panel.setAttribute(Qt::WA_DontShowOnScreen);
     panel.show();
@@ -219,11 +219,11 @@ void PreferencesWindowControllerTest::a_change_of_the_settings_leaves_the_focus_
     QCOMPARE(activated.size(), 1);
     QVERIFY(f.controller.isWindowVisible());
 
-    // Whoever asks for the window gets it.
+    // An explicit request brings the window forward.
     f.controller.showWindow();
     QCOMPARE(activated.size(), 2);
 
-    // What took the focus away is not always a panel.
+    // Other windows than a panel may take the focus.
     panel.hide();
     f.controller.showWindowAgain();
     QCOMPARE(activated.size(), 3);
@@ -305,7 +305,7 @@ void PreferencesWindowControllerTest::the_sidebar_is_160_to_200_points_wide_and_
     }
     dragDivider(f.splitter(), -15);
     QVERIFY(f.controller.sidebar()->width() > 160 && f.controller.sidebar()->width() < 200);
-    // The room that the window gains or loses goes to the pane.
+    // The pane gets the space that the window gains, and loses what the window loses.
     f.splitter().setSizes({180, 520});
     f.controller.window()->resize(1000, 600);
     QCOMPARE(f.controller.sidebar()->width(), 180);
@@ -387,7 +387,7 @@ void PreferencesWindowControllerTest::showing_a_pane_reads_the_sidebar_again()
 void PreferencesWindowControllerTest::showing_a_pane_selects_its_row_without_showing_it_twice()
 {
     WindowFixture f;
-    // What a user's choice of a row would call, and showing a pane must not.
+    // Showing a pane must not call what the user's choice of a row calls.
     int choices = 0;
     f.controller.sidebar()->onSelect = [&choices](PrefPane) { ++choices; };
     int row = 0;
@@ -408,7 +408,7 @@ void PreferencesWindowControllerTest::a_click_in_the_sidebar_shows_the_pane()
     QTest::mouseClick(f.list().viewport(), Qt::LeftButton, {}, row.center());
     QVERIFY(qobject_cast<BehaviorPane *>(f.controller.pane()));
     QCOMPARE(f.selectedRow(), 2);
-    // A click beside the rows ends the selection, and the pane stays.
+    // A click beside the rows clears the selection, and the pane stays.
     const BasePane *pane = f.controller.pane();
     QTest::mouseClick(f.list().viewport(), Qt::LeftButton, {}, QPoint(80, 400));
     QCOMPARE(f.controller.pane(), pane);

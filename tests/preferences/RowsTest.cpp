@@ -20,7 +20,7 @@ private slots:
 
 namespace {
 
-// Wants a size, and half its area where its width is given.
+// A view that wants a given size. At a given width it wants the height that keeps half of its area.
 class View : public QWidget {
 public:
     View(QWidget &pane, const QSize &wanted)

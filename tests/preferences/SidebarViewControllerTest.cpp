@@ -61,7 +61,7 @@ struct Fixture {
     QList<PrefPane> selected;
 };
 
-// How a row is drawn, apart from its state.
+// How a row is drawn, besides its state.
 struct Look {
     Qt::LayoutDirection direction = Qt::LeftToRight;
     QColor windowText = Qt::black;
@@ -69,7 +69,7 @@ struct Look {
     QColor highlightedText = Qt::black;
 };
 
-// What the cell draws for row 1 without any selection, 180 points wide.
+// Row 1 as the cell draws it without a selection, 180 points wide.
 QImage drawnRow(const Fixture &f, QStyle::State state, const Look &look = {})
 {
     QImage image(180, 38, QImage::Format_ARGB32_Premultiplied);
@@ -224,10 +224,10 @@ void SidebarViewControllerTest::a_row_is_38_points_high_with_its_symbol_and_titl
         QCOMPARE(rect.height(), 38);
         QCOMPARE(rect.y(), 38 * i);
     }
-    // A virtual symbol is one square of colour; x 10, y 9 above the bottom, 18 by 18.
+    // A virtual symbol is a square of one colour, 18 by 18 at x 10 and 9 above the bottom.
     const QImage image = drawnRow(f, QStyle::State_Enabled);
     QCOMPARE(inkBetween(image, 0, 34), QRect(10, 11, 18, 18));
-    // The title is within x 34, y 10 above the bottom, 120 by 17.
+    // The title is in a rectangle of 120 by 17 at x 34 and 10 above the bottom.
     const QRect title = inkBetween(image, 34, 180);
     QVERIFY(!title.isEmpty());
     QVERIFY2(QRect(34, 11, 120, 17).contains(title), qPrintable(u"%1 %2"_s.arg(title.y()).arg(title.height())));
@@ -276,7 +276,7 @@ void SidebarViewControllerTest::a_title_is_in_the_windows_text_colour_and_on_the
 {
     Fixture f;
     QAbstractItemModel &model = *f.sidebar.tableView->model();
-    // A letter that fills its place.
+    // This letter fills its whole rectangle.
     QVERIFY(model.setData(model.index(1, 0), QString(QChar(0x2588))));
     const Look look{.windowText = Qt::blue, .text = Qt::darkGreen, .highlightedText = Qt::magenta};
     const QPoint letter(37, 19);
@@ -284,7 +284,7 @@ void SidebarViewControllerTest::a_title_is_in_the_windows_text_colour_and_on_the
     QCOMPARE(plain.pixelColor(letter), QColor(Qt::blue));
     const QImage selected = drawnRow(f, QStyle::State_Enabled | QStyle::State_Selected, look);
     QCOMPARE(selected.pixelColor(letter), QColor(Qt::magenta));
-    // The symbols come in the colours of the palette that the list has.
+    // The symbols have the colours of the list's palette.
     const QPoint symbol(19, 20);
     QCOMPARE(selected.pixelColor(symbol), f.sidebar.palette().color(QPalette::HighlightedText));
     QVERIFY(plain.pixelColor(symbol) != selected.pixelColor(symbol));
@@ -296,7 +296,7 @@ void SidebarViewControllerTest::the_row_that_the_keyboard_acts_on_is_marked()
     for (const QStyle::State row :
          {QStyle::State(QStyle::State_Enabled), QStyle::State_Enabled | QStyle::State_Selected}) {
         const QImage plain = drawnRow(f, row);
-        // A click gives the focus too, and needs no mark.
+        // A click gives the focus too, but needs no focus ring.
         QCOMPARE(drawnRow(f, row | QStyle::State_HasFocus), plain);
         QCOMPARE(drawnRow(f, row | QStyle::State_KeyboardFocusChange), plain);
         QVERIFY(drawnRow(f, row | QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange) != plain);
@@ -382,7 +382,7 @@ void SidebarViewControllerTest::the_sidebar_is_a_shade_apart_from_the_panes()
     palette.setColor(QPalette::Window, background);
     f.window.setPalette(palette);
     const int shade = f.sidebar.grab().toImage().pixelColor(90, 400).lightness();
-    // Towards the text, and no more than a shade.
+    // The colour is slightly closer to that of the text.
     const int distance =
         text.lightness() < background.lightness() ? background.lightness() - shade : shade - background.lightness();
     QVERIFY2(distance >= 4 && distance <= 30, qPrintable(QString::number(distance)));

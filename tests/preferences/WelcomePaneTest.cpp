@@ -42,7 +42,7 @@ const QWidget &stack(const WelcomePane &pane)
     return *pane.findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-// How many lines a label shows.
+// The number of lines that a label shows.
 int lines(const QLabel &label)
 {
     const QFontMetrics metrics(label.font());
@@ -97,7 +97,7 @@ void WelcomePaneTest::the_icon_is_128_points_wide_and_high()
     QCOMPARE(icon->size(), QSize(128, 128));
     QVERIFY(f.virtualPlatform.appearance.symbolRequests.contains(
         std::pair(u"AppIcon"_s, f.virtualPlatform.appearance.accent)));
-    // A small picture is scaled up to fill it.
+    // A small picture is scaled up to the size of the view.
     const QImage drawn = icon->grab().toImage();
     QCOMPARE(drawn.pixelColor(2, 2), f.virtualPlatform.appearance.accent);
     QCOMPARE(drawn.pixelColor(125, 125), f.virtualPlatform.appearance.accent);
@@ -125,7 +125,7 @@ void WelcomePaneTest::the_description_breaks_into_three_lines_and_never_more_tha
     QVERIFY(description->wordWrap());
     QCOMPARE(lines(*description), 3);
     QVERIFY(description->height() >= 3 * line - 1 && description->height() < 4 * line);
-    // A line of the text is one of the label.
+    // Each line of the text fits one line of the label.
     for (const QString &part : kDescription.split(QLatin1Char('\n')))
         QVERIFY(description->fontMetrics().horizontalAdvance(part) <= description->width());
     QCOMPARE(description->maximumHeight(), 4 * line);
@@ -133,7 +133,7 @@ void WelcomePaneTest::the_description_breaks_into_three_lines_and_never_more_tha
 
 void WelcomePaneTest::the_stack_is_at_most_380_points_wide()
 {
-    // Letters so wide that every text would be wider by itself.
+    // With letters this wide, every text would be wider than its view.
     const QFont before = QApplication::font();
     QFont wide = before;
     wide.setLetterSpacing(QFont::AbsoluteSpacing, 6);

@@ -69,7 +69,7 @@ void NewScreenshotsTest::a_listing_is_shallow_and_holds_hidden_names()
     create(folder, ".hidden.png");
     create(folder, "b.PNG");
     create(folder, "c.jpg");
-    // Of whatever kind an entry is.
+    // The kind of an entry does not matter.
     QVERIFY(QDir(folder.path()).mkdir(u"inner.png"_s));
     create(folder, "inner.png/d.png");
     QVERIFY(QFile::link(u"nowhere"_s, folder.filePath(u"link.png"_s)));
@@ -135,7 +135,7 @@ void NewScreenshotsTest::new_names_are_those_not_known()
     QVERIFY(refreshNames(known, path).isEmpty());
     QCOMPARE(known, (QSet<QByteArray>{"a.png", "b.png"}));
 
-    // As many as before, and yet others.
+    // The number is as before, but the files are others.
     QVERIFY(QFile::remove(folder.filePath(u"a.png"_s)));
     create(folder, "c.png");
     QCOMPARE(refreshNames(known, path), QList<QByteArray>{"c.png"});
@@ -145,7 +145,7 @@ void NewScreenshotsTest::new_names_are_those_not_known()
     QVERIFY(refreshNames(known, path).isEmpty());
     QCOMPARE(known, QSet<QByteArray>{"c.png"});
 
-    // One that went and came back between two looks is new again only if a look missed it.
+    // A file that was removed and created again between two checks is new only if a check missed it.
     create(folder, "b.png");
     QCOMPARE(refreshNames(known, path), QList<QByteArray>{"b.png"});
 }

@@ -16,7 +16,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Starting and stopping the watcher, and what its streams tell meanwhile.
+// Starting and stopping the watcher, and the reports of its streams meanwhile.
 class ScreenshotWatcherStreamsTest : public QObject {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ void ScreenshotWatcherStreamsTest::a_second_start_adds_a_second_stream_and_repor
     f.change();
     QCOMPARE(f.takeReported(), QStringList{kShot});
 
-    // The two need not call in the same turn.
+    // The two streams need not report in the same turn.
     f.create(u"next.png"_s);
     f.streams.streams.last()->handler();
     f.queue.runPending();
@@ -149,20 +149,20 @@ void ScreenshotWatcherStreamsTest::a_call_within_a_look_reports_nothing_twice()
 void ScreenshotWatcherStreamsTest::a_folder_that_stays_as_it_is_is_looked_at_once_a_turn()
 {
     Fixture f;
-    f.queue.startDate = QDateTime::currentDateTime().addSecs(60); // the folder's last change is long past
+    f.queue.startDate = QDateTime::currentDateTime().addSecs(60); // the folder's last change is long ago
     f.watcher->start();
     f.watcher->start();
     f.create(kShot);
     f.streams.streams.first()->handler();
     {
-        // A second look would see an empty folder now, and the next one the file coming back.
+        // A second check would see an empty folder now, and the next one all files as new.
         const NoDescriptors noDescriptors;
         f.streams.streams.last()->handler();
     }
     f.change();
     QCOMPARE(f.takeReported(), QStringList{kShot});
 
-    // The next turn looks again, as not every file system dates each change.
+    // The next turn checks again, because not every file system dates each change.
     {
         const NoDescriptors noDescriptors;
         f.change();
@@ -192,7 +192,7 @@ void ScreenshotWatcherStreamsTest::a_stop_without_a_stream_does_nothing()
     f.watcher->stop();
     f.watcher->stop();
     QCOMPARE(f.streams.streams.first()->calls, kStopped);
-    // Stopped, it holds the stream no longer.
+    // A stopped watcher does not own the stream any more.
     QCOMPARE(f.streams.streams.first().use_count(), 1);
 }
 

@@ -191,7 +191,7 @@ void ScreenshotWatcherTest::the_age_limit_is_ten_seconds_at_the_moment_of_the_lo
     f.create(u"future.png"_s, -3600);
     f.queue.advance(9.999);
     f.streams.send();
-    f.queue.advance(60); // how long the report itself waits does not matter
+    f.queue.advance(60); // the time until the report is handled does not matter
     f.reported.sort();
     QCOMPARE(f.reported, (QStringList{u"future.png"_s, u"under.png"_s}));
 }

@@ -16,7 +16,7 @@
 
 using namespace Qt::StringLiterals;
 
-// A watcher of a Desktop folder of its own, on a virtual platform.
+// A watcher on a virtual platform, with its own Desktop folder.
 struct WatcherFixture {
     WatcherFixture()
         : desktop(root.path() + u"/Desktop"_s)
@@ -40,7 +40,7 @@ struct WatcherFixture {
         streams.creationDates[url(name)] = queue.currentDate().addMSecs(-qRound64(age * 1000));
     }
 
-    // One change of the folder, told by every running stream, and what the program does about it.
+    // Lets every running stream report a change of the folder, and lets the program react.
     void change()
     {
         streams.send();
@@ -49,7 +49,7 @@ struct WatcherFixture {
 
     void remove(const QString &name) const { QVERIFY(QFile::remove(url(name).toLocalFile())); }
 
-    // Waits until the next change of the folder bears a date of its own.
+    // Waits until the next change of the folder gets a new date.
     void awaitClockTick() const
     {
         const QString probe = root.filePath(u"probe"_s);

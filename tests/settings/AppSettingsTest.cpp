@@ -132,7 +132,7 @@ void AppSettingsTest::a_number_reads_as_its_truth_value()
     QCOMPARE(f.settings.get(Settings::showMenuBarIcon), true);
     f.values.insert(Settings::windowEdge.key, true);
     QCOMPARE(f.settings.get(Settings::windowEdge), WindowEdge::Right);
-    // A number no int can hold is no number of an edge.
+    // A number that does not fit an int is not an edge.
     f.values.insert(Settings::windowEdge.key, 1e300);
     QCOMPARE(f.settings.get(Settings::windowEdge), WindowEdge::Right);
 }
@@ -144,7 +144,7 @@ void AppSettingsTest::a_number_of_any_type_is_a_number()
     for (const QVariant &number : numbers) {
         f.values.insert(Settings::shelfItemSize.key, number);
         QCOMPARE(f.settings.get(Settings::shelfItemSize), 50.0);
-        // Through the property and directly, the store means the same by a number.
+        // Typed and direct access to the store interpret a number in the same way.
         QCOMPARE(f.settings.defaults.number(Settings::shelfItemSize.key), 50.0);
     }
 }
@@ -191,7 +191,7 @@ void AppSettingsTest::a_written_property_is_stored_under_its_own_key()
                                               {u"windowAlignment"_s, 2},
                                               {u"autoHideTimeout"_s, 3.0}};
     QCOMPARE(f.values, expected);
-    // Equal values may still be of different types.
+    // Equal values may have different types.
     for (auto value = expected.begin(); value != expected.end(); ++value)
         QVERIFY2(f.values.value(value.key()).typeId() == value->typeId(), qPrintable(value.key()));
 
@@ -216,7 +216,7 @@ void AppSettingsTest::keys_without_a_property_read_as_the_stores_zero()
         QCOMPARE(f.settings.get(choice), Choice(0));
         f.values.insert(choice.key, u"2"_s);
         QCOMPARE(f.settings.get(choice), Choice(0));
-        // A number that no choice has is told as it is, even one that no int holds.
+        // A number without a choice is returned unchanged, even one that does not fit an int.
         for (const double number : {2.0, 5.0, -1.0, 4294967296.0}) {
             f.values.insert(choice.key, number);
             QCOMPARE(f.settings.get(choice), Choice(qint64(number)));
@@ -252,7 +252,7 @@ void AppSettingsTest::data_that_is_no_colour_reads_as_the_accent_colour()
     Fixture f;
     f.values.insert(Settings::tintColorData.key, QByteArray("not a colour"));
     QCOMPARE(f.settings.tintColor(), f.virtualPlatform.appearance.accent);
-    // The accent colour is asked for afresh: the user may have changed it.
+    // The accent colour is read each time, because the user may have changed it.
     f.virtualPlatform.appearance.accent = Qt::red;
     QCOMPARE(f.settings.tintColor(), QColor(Qt::red));
 }

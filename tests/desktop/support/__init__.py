@@ -1,2 +1,2 @@
 # SPDX-License-Identifier: MIT
-"""A desktop that a test has to itself, and a hand to use it with."""
+"""A virtual desktop for one test, and the means to use it as a user does."""

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a screen reader finds: the widgets of all programs, by name, asked afresh each time."""
+"""Finds the widgets of all programs by name, as a screen reader does. Nothing is cached."""
 import gi
 
 gi.require_version("Gio", "2.0")
@@ -13,10 +13,10 @@ ACTION = "org.a11y.atspi.Action"
 COMPONENT = "org.a11y.atspi.Component"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 VALUE = "org.a11y.atspi.Value"
-LABELLED_BY = 2  # number of the protocol's list of relations
+LABELLED_BY = 2  # a number in the protocol's list of relations
 SCREEN = 0  # a coordinate type
-PATIENCE = 5000  # milliseconds that a program has for an answer
-# Numbers of the protocol's list of states.
+PATIENCE = 5000  # milliseconds; a program must answer within them
+# Numbers in the protocol's list of states.
 STATES = {"checked": 4, "enabled": 8, "sensitive": 24, "showing": 25, "visible": 30, "selected": 23}
 
 
@@ -76,11 +76,11 @@ class Node:
 
     @property
     def actions(self):
-        """The names of what can be done with it."""
+        """The names of the widget's actions."""
         return [name for name, _, _ in self.ask(ACTION, "GetActions")[0]]
 
     def do(self, action):
-        """Has the widget do it, as a screen reader does for a user without a pointer; it answers when it is done."""
+        """Performs the action, as a screen reader does for a user without a pointer. Returns when it is done."""
         if not self.ask(ACTION, "DoAction", GLib.Variant("(i)", (self.actions.index(action),)))[0]:
             raise AssertionError(f"{self} does not {action}")
 
@@ -94,12 +94,12 @@ class Node:
 
     @property
     def labels(self):
-        """The names of what labels it."""
+        """The names of the widgets that label this one."""
         return [Node(self.bus, *target).name for kind, targets in self.ask(ACCESSIBLE, "GetRelationSet")[0]
                 if kind == LABELLED_BY for target in targets]
 
     def walk(self):
-        """This node and all below it; what goes away while we look is left out."""
+        """Yields this node and all nodes below it, without those that disappear meanwhile."""
         yield self
         try:
             children = self.children
@@ -112,7 +112,7 @@ class Node:
         return [node for node in self.walk() if node.matches(name, role, showing)]
 
     def find(self, name=None, role=None, showing=True):
-        """The first widget of that name and role that is on screen, or None."""
+        """Returns the first visible widget of that name and role, or None."""
         return next((node for node in self.walk() if node.matches(name, role, showing)), None)
 
     def matches(self, name, role, showing):
@@ -149,7 +149,7 @@ class Accessibility:
             self.last_focused = Node(self.bus, owner, path)
 
     def focused(self):
-        """What a program said last that it has the focus."""
+        """Returns the widget that last reported the focus."""
         while GLib.MainContext.default().iteration(False):
             pass
         return self.last_focused
@@ -159,7 +159,8 @@ class Accessibility:
         self.last_focused = None
 
     def menu(self, hand):
-        """The menu that has just been opened, found by a step into it: no program lists its open menus."""
+        """Returns the menu that has just been opened. A key press selects an item of it, because no program lists
+        its open menus."""
         self.forget_focus()
         hand.key("Down")
         item = wait_for(self.focused_item, "a menu has opened")
@@ -173,7 +174,7 @@ class Accessibility:
             return None
 
     def application(self, pid):
-        """The root of a program's widgets, or None while it has none."""
+        """Returns the root of a program's widgets, or None while there is none."""
         for node in self.applications():
             try:
                 if self.pid(node.owner) == pid:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A real browser that shows a page with a link to a file and with a text that is selected."""
+"""A real browser with a page that has a link to a file and a selected text."""
 from .waiting import wait_for
 
 TITLE = "A page to drag from"
@@ -26,7 +26,7 @@ class Chromium:
         self.desktop = desktop
         page = desktop.home / "page.html"
         page.write_text(PAGE.format(title=TITLE, address=address, link=LINK_COLOR, selection=SELECTION_COLOR))
-        # With --test-type there is no bar that warns of --no-sandbox, which a test in a container needs.
+        # --test-type hides the bar that warns of --no-sandbox, which a test in a container needs.
         desktop.start("chromium", "chromium", "--no-sandbox", "--test-type", "--disable-gpu", "--disable-quic",
                       "--no-first-run", "--no-default-browser-check", "--disable-background-networking",
                       "--disable-component-update", "--disable-sync", "--password-store=basic",
@@ -48,6 +48,6 @@ class Chromium:
         return self.painted(SELECTION_COLOR)
 
     def painted(self, color):
-        """The middle of what the page paints with that colour."""
+        """Returns the middle of the area that the page paints in that colour."""
         area = wait_for(lambda: self.desktop.windows.painted(self.frame(), color), "Chromium has painted its page")
         return area.x + area.width // 2, area.y + area.height // 2

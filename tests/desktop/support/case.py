@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A test with a desktop to itself."""
+"""A test with its own desktop."""
 import os
 import pathlib
 import unittest
@@ -17,7 +17,7 @@ def faults(result):
 
 
 class DesktopTest(unittest.TestCase):
-    screen = {}  # what Desktop() takes
+    screen = {}  # the arguments of Desktop()
 
     desktop = None
 
@@ -26,7 +26,7 @@ class DesktopTest(unittest.TestCase):
         self.hand = self.desktop.hand
 
     def run(self, result=None):
-        """Runs the test, and then ends its desktop; what a failed one looked like is kept."""
+        """Runs the test and then ends its desktop. Keeps logs and a picture if the test has failed."""
         result = result or self.defaultTestResult()
         before = faults(result)
         try:
@@ -41,12 +41,12 @@ class DesktopTest(unittest.TestCase):
         return result
 
     def parklet(self, **settings):
-        """The program, running with these settings."""
+        """Starts the program with these settings."""
         self.app = Parklet(self.desktop, settings).start()
         return self.app
 
     def file(self, name, content="some words\n"):
-        """A file in the folder "things"; the name may be bytes."""
+        """Makes a file in the folder "things". The name may be bytes."""
         folder = os.fsencode(self.desktop.home / "things")
         os.makedirs(folder, exist_ok=True)
         path = pathlib.Path(os.fsdecode(os.path.join(folder, os.fsencode(name))))

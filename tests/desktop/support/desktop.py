@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A virtual desktop: X server, window manager, compositor, panel with a tray, session bus, folders of its own."""
+"""A virtual desktop: X server, window manager, compositor, panel with a tray, session bus, and its own folders."""
 import os
 import pathlib
 import shutil
@@ -17,11 +17,11 @@ from .processes import Processes
 from .waiting import wait_for
 from .windows import Windows
 
-# What a desktop takes over from the environment it is started in.
+# The environment variables that a desktop inherits.
 INHERITED = ("PATH", "TMPDIR", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS")
 
-# What programs of a test desktop may call over the bus, by the files that say so: no other service that is installed
-# changes what a test sees.
+# The services that programs of a test desktop may start over the bus, with the files that define them. Other installed
+# services must not affect a test.
 SERVICES = {"org.a11y.Bus": "org.a11y.Bus", "org.xfce.Xfconf": "org.xfce.Xfconf",
             "org.xfce.Tumbler.Cache1": "org.freedesktop.thumbnails.Cache1",
             "org.xfce.Tumbler.Manager1": "org.freedesktop.thumbnails.Manager1",
@@ -50,7 +50,7 @@ gtk-font-name=Inter 10
 gtk-enable-animations=0
 gtk-recent-files-enabled=0
 """
-# Whatever asks for a sans serif gets the same letters.
+# All programs that ask for a sans serif font get the same one.
 FONTS = """<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
 <fontconfig>
@@ -92,17 +92,17 @@ taskbar_padding = 4 0 4
 
 
 def listens(path):
-    """Whether somebody takes connections there; a socket's file comes a moment earlier."""
+    """Whether a server accepts connections there. The file of a socket exists a moment earlier."""
     with sockets.socket(sockets.AF_UNIX) as attempt:
         return attempt.connect_ex(os.fspath(path)) == 0
 
 
 class Desktop:
-    """`Desktop(...)` starts everything and answers when it is there; close() ends everything.
+    """`Desktop(...)` starts everything and waits until it is ready; close() ends everything.
 
-    panel: "tray" is a small panel in the top left corner that reserves no space; "bar" is a bar along the bottom with
-    a clock, that does; None is no panel at all. decorate: called with this desktop before it shows anything, and answers
-    the picture to paint it with.
+    panel: "tray" is a small panel in the top left corner that reserves no space; "bar" is a bar with a clock along the
+    bottom, which reserves its space; None is no panel. decorate: a function that is called with this desktop before it
+    shows anything, and returns the picture of its wallpaper.
     """
 
     def __init__(self, width=1280, height=800, depth=24, dpi=96, window_manager=True, compositor=True, panel="tray",
@@ -131,7 +131,7 @@ class Desktop:
         self.logs = self.folder / "logs"
         self.logs.mkdir()
         self.home = self.folder / "home"
-        self.services = self.home / ".local/share/dbus-1/services"  # where a test adds what it brings to the bus
+        self.services = self.home / ".local/share/dbus-1/services"  # a test adds its own services here
         self.environment = self.make_environment()
         self.processes = Processes(self.environment, self.logs)
         self.x = self.hand = None
@@ -163,7 +163,7 @@ class Desktop:
         return self.processes.start(name, *map(os.fspath, command), **options)
 
     def run(self, *command):
-        """Runs a program to its end, in this desktop's environment, and answers what it printed."""
+        """Runs a program in this desktop's environment until its end, and returns its output."""
         return subprocess.run(list(map(os.fspath, command)), env=self.environment, cwd=self.home, check=True, text=True,
                               stdin=subprocess.DEVNULL, capture_output=True).stdout
 
@@ -227,7 +227,7 @@ class Desktop:
         self.run("hsetroot", *how)
 
     def resize(self, width, height):
-        """Gives the screen another size, as a user does who turns it or unplugs a part of it."""
+        """Changes the size of the screen, as when a user turns it or unplugs a monitor."""
         mode = f"{width} by {height}"
         self.run("xrandr", "--newmode", mode, "0", *[str(width)] * 4, *[str(height)] * 4)
         self.run("xrandr", "--addmode", "screen", mode)
@@ -235,12 +235,12 @@ class Desktop:
         self.width, self.height = width, height
 
     def split(self, x):
-        """Makes two monitors of the one, side by side with the border at x."""
+        """Splits the screen into two monitors side by side, with the border at x."""
         for name, left, width, output in (("left", 0, x, "screen"), ("right", x, self.width - x, "none")):
             self.run("xrandr", "--setmonitor", name, f"{width}/150x{self.height}/200+{left}+0", output)
 
     def join(self):
-        """Takes the monitors of split() away again."""
+        """Undoes split()."""
         for name in ("left", "right"):
             self.run("xrandr", "--delmonitor", name)
 
@@ -251,7 +251,7 @@ class Desktop:
         self.draw_cursor(cursor, path)
 
     def moment(self):
-        """What the screen shows right now, to be written at leisure by write_moment()."""
+        """Records the screen now. write_moment() can write it as a picture later."""
         return self.windows.look((0, 0, self.width, self.height)), self.windows.cursor()
 
     def write_moment(self, moment, path):
@@ -268,7 +268,7 @@ class Desktop:
                  "-geometry", f"{cursor.x:+}{cursor.y:+}", "-composite", path)
 
     def keep_evidence(self, folder):
-        """Copies the logs and a picture of the screen to a folder, for whoever looks at a failed test."""
+        """Copies the logs and a picture of the screen to a folder, to examine a failed test."""
         folder.mkdir(parents=True, exist_ok=True)
         shutil.copytree(self.logs, folder, dirs_exist_ok=True)
         try:

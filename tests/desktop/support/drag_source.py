@@ -1,8 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""A window from which the addresses in a file are dragged, one a line, and which takes its time to tell them:
-drag_source.py FILE [SECONDS]
-"""
+"""A window from which the addresses in a file are dragged, one a line. It answers after a delay: drag_source.py FILE
+[SECONDS]"""
 import pathlib
 import sys
 import time

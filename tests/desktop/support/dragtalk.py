@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Overhears what the two sides of a drag tell each other, so that a hand can wait for them as an eye does."""
+"""Records the messages between source and target of a drag, so that a test can wait for them."""
 import struct
 import threading
 
@@ -7,7 +7,7 @@ from Xlib import X, error
 from Xlib import display as xdisplay
 from Xlib.ext import record
 
-SET_SELECTION_OWNER, SEND_EVENT = 22, 25  # numbers of the core protocol's list of requests
+SET_SELECTION_OWNER, SEND_EVENT = 22, 25  # numbers in the core protocol's list of requests
 NOTHING = (0, 0)
 NEAR = 2  # pixels
 FROM_CLIENT = 1
@@ -20,14 +20,14 @@ class DragTalk:
         self.aware, self.selection = atom("XdndAware"), atom("XdndSelection")
         self.heard_by = {atom("XdndPosition"): self.hear_position, atom("XdndStatus"): self.hear_status,
                          atom("XdndLeave"): self.hear_leave}
-        self.begun = 0  # drags that sources have announced
-        self.position = None  # target, x and y of what a source told its target last
-        self.status = None  # whether the target agrees to it, and for which part of the screen; None: no answer yet
+        self.begun = 0  # the number of drags that sources have announced
+        self.position = None  # target, x and y of the last position message
+        self.status = None  # whether the target accepts, and for which part of the screen; None: no answer yet
         self.context = self.recording.record_create_context(0, [record.AllClients], [{
             "core_requests": (SET_SELECTION_OWNER, SEND_EVENT), "core_replies": NOTHING, "ext_requests": NOTHING * 2,
             "ext_replies": NOTHING * 2, "delivered_events": NOTHING, "device_events": NOTHING, "errors": NOTHING,
             "client_started": False, "client_died": False}])
-        # It is there once the server has answered a later request.
+        # The recording has begun once the server has answered a later request.
         self.recording.sync()
         self.started = threading.Event()
         self.thread = threading.Thread(target=self.listen, daemon=True)
@@ -70,7 +70,7 @@ class DragTalk:
         self.position = self.status = None
 
     def answered(self, x, y, agreed):
-        """Whether the target has answered for this place, and agreed to a drop there if it has to."""
+        """Whether the target has answered for this position, and has accepted a drop if `agreed` is set."""
         position, status = self.position, self.status
         if not position or not status or agreed and not status[0]:
             return False
@@ -79,8 +79,8 @@ class DragTalk:
                 or abs(position[1] - x) <= NEAR and abs(position[2] - y) <= NEAR)
 
     def is_between_programs(self):
-        """Whether there is a program under the pointer that takes drags, other than the one that the drag comes from:
-        within one program nothing is told that could be overheard."""
+        """Whether the pointer is over a drop target of another program than the source's. Within one program there
+        are no messages to record."""
         owner = self.display.get_selection_owner(self.selection)
         root = self.display.screen().root
         pointer = root.query_pointer()
@@ -91,17 +91,17 @@ class DragTalk:
         return self.program_of(window.id)
 
     def program_of(self, number):
-        """What the numbers of all windows of one program have in common."""
+        """Returns the common bits in the numbers of all windows of one program."""
         return number & ~self.display.display.info.resource_id_mask
 
     def source_program(self):
-        """The program that a drag comes from, or None."""
+        """Returns the program from which the drag comes, or None."""
         owner = self.display.get_selection_owner(self.selection)
         return self.program(owner) if owner else None
 
     def target(self, parent, x, y, owner=None):
-        """The outermost window at a place of its parent that takes drags, or None. The pointer drags a picture along,
-        which is a window of the owner's program without a frame."""
+        """Returns the outermost window at a position of its parent that takes drags, or None. Skips the window with
+        the drag's picture, a window of the owner's program without a frame below the pointer."""
         for window in reversed(parent.query_tree().children):
             try:
                 frame = window.get_geometry()
@@ -111,7 +111,7 @@ class DragTalk:
                     takes = window.get_full_property(self.aware, X.AnyPropertyType)
                     return window if takes else self.target(window, x - frame.x, y - frame.y)
             except (error.BadWindow, error.BadDrawable):
-                pass  # it has gone meanwhile
+                pass  # the window is gone
         return None
 
     def close(self):

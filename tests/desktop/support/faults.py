@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Faults of the system that a program meets and nobody else, made without any rights."""
+"""Faults of the system for one program only, made without any privileges."""
 import os
 import pathlib
 
@@ -7,7 +7,7 @@ LIBRARY = os.environ.get("PARKLET_FAULTS") or pathlib.Path(__file__).parents[3] 
 
 
 class FullDisk:
-    """A folder that lies on a disk of its own, which fill() leaves no room on."""
+    """A folder on its own disk, which fill() fills up."""
 
     def __init__(self, folder):
         self.environment = {"LD_PRELOAD": str(LIBRARY), "PARKLET_FULL_DISK": str(folder)}
@@ -21,12 +21,12 @@ class FullDisk:
 
 
 def home_in_user_database(home):
-    """The environment of a program that finds this home where the system keeps its users."""
+    """Returns the environment in which a program finds this home in the system's database of users."""
     return {"LD_PRELOAD": str(LIBRARY), "PARKLET_HOME_OF_USER": str(home)}
 
 
 def make_read_only(folder):
-    """Takes from everything in a folder that it may be written, and answers what gives it back."""
+    """Makes everything in a folder read-only, and returns a function that undoes it."""
     modes = [(path, path.stat().st_mode) for path in (folder, *folder.rglob("*")) if not path.is_symlink()]
     for path, mode in modes:
         path.chmod(mode & ~0o222)

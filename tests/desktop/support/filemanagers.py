@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Three real file managers: how each is set up and started, and where it shows a file."""
+"""Three real file managers: how to set up and start each one, and where it shows a file."""
 from .waiting import wait_for
 from .windows import Frame
 
-BUTTON_OF_FILE = 12  # pixels from the left of a name that are surely on it
+BUTTON_OF_FILE = 12  # pixels from the left of a name; this point is on the button for certain
 
 
 class FolderWindow:
@@ -22,29 +22,29 @@ class FolderWindow:
         return self.desktop.windows.frame(self.window)
 
     def root(self):
-        """The window's widgets; a file manager may show several windows, told apart by their titles."""
+        """Returns the window's widgets. A file manager may have several windows, told apart by their titles."""
         title = self.desktop.windows.title(self.window)
         application = self.desktop.accessibility.application(self.pid())
         return application and next((node for node in application.children if node.name == title), None)
 
     def pid(self):
-        """The program that shows the window; it need not be the one that was started for it."""
+        """Returns the process that owns the window, which may be another one than the started process."""
         return self.desktop.windows.numbers(self.window, "_NET_WM_PID")[0]
 
     def view(self):
         return wait_for(lambda: (root := self.root()) and self.manager.view_in(root), "the folder is shown")
 
     def item(self, name):
-        """The place of a file's icon or name."""
+        """Returns the position of a file's icon or name."""
         return wait_for(lambda: self.manager.place_of(self, name), f"{self.manager.instance} shows {name!r}")
 
     def empty_place(self):
-        """A place in the view without a file: what is dropped there lands in the folder."""
+        """Returns a position in the view without a file. A file that is dropped there goes into the folder."""
         frame = self.view().frame
         return frame.x + frame.width - 40, frame.y + frame.height - 30
 
     def middle(self):
-        """The middle of the view; empty as long as the folder is."""
+        """Returns the middle of the view, where no file is while the folder is empty."""
         frame = self.view().frame
         return frame.x + frame.width // 2, frame.y + frame.height // 2
 
@@ -79,7 +79,7 @@ class FileManager:
         return self.desktop.windows.find(instance=self.instance, title=folder.name)
 
     def agree(self):
-        """Answers what the file manager may ask after a drop."""
+        """Answers the question that the file manager may ask after a drop."""
 
     def view_in(self, root):
         raise NotImplementedError
@@ -94,7 +94,7 @@ def write(path, text):
 
 
 class Thunar(FileManager):
-    """GTK 3. Its icon view tells a screen reader nothing, so tests use the list; `icons` is for pictures."""
+    """Thunar uses GTK 3. Its icon view is not accessible, so tests use the list; `icons` is for pictures."""
 
     instance = "thunar"
     command = ("thunar",)
@@ -131,7 +131,7 @@ class Thunar(FileManager):
         return cell and (cell.frame.x + BUTTON_OF_FILE, cell.center[1])
 
     def place_of_icon(self, window, name):
-        """Selects the file by typing its name, and looks for the colour of the selection."""
+        """Selects the file by typing its name, and searches for the colour of the selection."""
         desktop = self.desktop
         desktop.hand.click(*window.empty_place())
         frame = window.view().frame
@@ -144,7 +144,7 @@ class Thunar(FileManager):
 
 
 class PCManFM(FileManager):
-    """GTK 2. Its icons have no names for a screen reader, but an order: folders first, then by name."""
+    """PCManFM uses GTK 2. Its icons have no accessible names, but a fixed order: folders first, then by name."""
 
     instance = "pcmanfm"
     command = ("pcmanfm", "--new-win")

@@ -1,14 +1,14 @@
 # SPDX-License-Identifier: MIT
-"""Follows where the focus goes, event by event: nothing that happens between two looks is missed."""
+"""Records every change of the focus by its event, so that none is missed."""
 from Xlib import X
 from Xlib import display as xdisplay
 
-# The focus does not go away for these: a keyboard grab, as a drag's source takes one, and a window within.
+# These events are no change of the focus: a drag's source grabs the keyboard, and an inner window gets the focus.
 GRABS = (X.NotifyGrab, X.NotifyUngrab)
 
 
 class FocusWatch:
-    """Watches the window that is the active one now, and which window the manager calls so."""
+    """Watches the window that is active now, and which window the window manager calls active."""
 
     def __init__(self, desktop):
         self.display = xdisplay.Display(desktop.environment["DISPLAY"])
@@ -16,7 +16,7 @@ class FocusWatch:
         self.property = self.display.intern_atom("_NET_ACTIVE_WINDOW")
         self.active = self.active_window()
         self.root.change_attributes(event_mask=X.PropertyChangeMask)
-        # Programs move the focus between this window and one within.
+        # Programs move the focus between this window and an inner one.
         self.display.create_resource_object("window", self.active).change_attributes(event_mask=X.FocusChangeMask)
         self.display.sync()
         self.found = []
@@ -26,7 +26,7 @@ class FocusWatch:
         return value.value[0] if value else X.NONE
 
     def losses(self):
-        """A line for each time that the focus went away or another window became the active one."""
+        """Returns a line for each time that the window lost the focus or another window became active."""
         self.display.sync()
         while self.display.pending_events():
             event = self.display.next_event()

@@ -7,7 +7,7 @@ from . import filemanagers
 from .case import DesktopTest
 from .focus import FocusWatch
 
-ATTEMPTS = 4  # at a drag that does not begin
+ATTEMPTS = 4  # to begin a drag
 SOURCE = pathlib.Path(__file__).with_name("drag_source.py")
 
 
@@ -25,7 +25,7 @@ class ForeignDragTest(DesktopTest):
         return self.manager.open(self.desktop.home / "things").place(20, 60, 560, 300)
 
     def scripted_source(self, *addresses, delay=0, x=40, y=420):
-        """A window from which these addresses are dragged; it takes `delay` seconds to tell them."""
+        """Starts a window from which these addresses are dragged. It takes `delay` seconds to tell them."""
         listing = self.desktop.folder / f"addresses at {x}"
         listing.write_text("\n".join(addresses))
         before = {window.id for window in self.desktop.windows.find(title="drag source")}
@@ -40,7 +40,7 @@ class ForeignDragTest(DesktopTest):
         self.grab(source.item(name), source.window)
 
     def grab(self, place, window):
-        """Begins a drag in the active window, whose focus is followed from then on."""
+        """Begins a drag in the active window, and records changes of the focus from then on."""
         self.desktop.windows.activate(window)
         self.wait_for(lambda: self.desktop.windows.active() == window.id, "the source is the active window")
         if self.focus:
@@ -49,12 +49,12 @@ class ForeignDragTest(DesktopTest):
         for _ in range(ATTEMPTS):
             if self.hand.pick_up(*place):
                 return
-            # A program that is still busy with the drag before has not seen this one.
+            # A program that is busy with the previous drag has not noticed this one.
             self.hand.release()
         self.fail("no drag begins")
 
     def dragging(self, condition, message):
-        """Waits for something while the hand goes on moving a little, as a hand does."""
+        """Waits for a condition while the pointer moves a little, as a user's hand does."""
         def met():
             self.hand.nudge(4, 2)
             self.hand.nudge(-4, -2)
@@ -63,14 +63,14 @@ class ForeignDragTest(DesktopTest):
         return self.wait_for(met, message)
 
     def shelf_comes(self, app):
-        """The shelf comes in the midst of the drag, and the focus stays where it is."""
+        """The shelf shows during the drag, and the focus does not change."""
         window = self.dragging(app.window, "the shelf comes up while the file is dragged")
         self.assertTrue(self.hand.holds())
         self.assert_focus_kept()
         return window
 
     def assert_stays_hidden(self, app, role="shelf"):
-        """Nothing comes within a time in which the shelf has always come long ago."""
+        """The shelf does not show within a time that is always long enough for it."""
         end = time.monotonic() + 1.5
         while time.monotonic() < end:
             self.assertIsNone(app.window(role))
@@ -86,7 +86,7 @@ class ForeignDragTest(DesktopTest):
         self.hand.release()
 
     def assert_next_drag_works(self, app, source, name="words.txt"):
-        """A whole drag to the shelf, as if nothing had happened before."""
+        """A complete drag to the shelf works, whatever happened before."""
         self.wait_for(app.hidden, "the unused shelf goes")
         self.pick_up(source, name)
         self.shelf_comes(app)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A hand on the mouse and the keyboard: what it does comes from the X server's test devices, as from real ones."""
+"""Controls the mouse and the keyboard through the X server's test devices, like real input."""
 import contextlib
 import time
 
@@ -8,10 +8,10 @@ from Xlib.ext import xtest
 
 from .dragtalk import DragTalk
 
-STRIDE = 14  # pixels the pointer goes at once
+STRIDE = 14  # pixels; the pointer moves so far in one step
 TICK = 0.008  # seconds between two such steps
-DRAG_START = 16  # pixels after which every toolkit has noticed a drag
-LINGER = 0.5  # seconds over the target, for what is told within one program
+DRAG_START = 16  # pixels; every toolkit begins a drag after this distance
+LINGER = 0.5  # seconds over the target, in case source and target are one program
 PATIENCE = 20.0  # seconds for other programs
 
 
@@ -24,7 +24,7 @@ class Hand:
         self.root = display.screen().root
 
     def listen(self):
-        """What the programs tell each other of drags, or None for a hand that does not reach a server for it."""
+        """Returns a recorder of the messages of drags, or None for a hand that must not use one."""
         if self.display and not self.heard:
             self.heard = DragTalk(self.display.get_display_name())
         return self.heard
@@ -46,7 +46,7 @@ class Hand:
         self.display.sync()
 
     def move_to(self, x, y, tick=TICK):
-        """Moves the pointer there in small steps, as a hand does."""
+        """Moves the pointer there in small steps."""
         while True:
             here_x, here_y = self.position()
             dx, dy = round(x) - here_x, round(y) - here_y
@@ -74,7 +74,7 @@ class Hand:
             time.sleep(TICK * 4)
 
     def pick_up(self, x, y, begins=True):
-        """Presses the button and moves until a drag has begun, and answers whether it has."""
+        """Presses the button and moves until a drag has begun. Returns whether one has."""
         talk = self.listen()
         before = talk and talk.begun
         self.move_to(x, y)
@@ -87,7 +87,7 @@ class Hand:
         return not begins or not talk or self.linger_until(lambda: talk.begun > before)
 
     def carry_to(self, x, y, linger=LINGER, taken=True):
-        """Moves a drag there and stays until the target has answered, with a yes if it is to take the drag."""
+        """Moves a drag there and waits until the target has answered, and has accepted if `taken` is set."""
         self.move_to(x, y, tick=TICK * 2)
         talk = self.listen()
         if talk and talk.is_between_programs():
@@ -99,7 +99,7 @@ class Hand:
         time.sleep(TICK * 8)
 
     def linger(self):
-        """Moves a little, and back: a pointer at rest tells the programs nothing new."""
+        """Moves a little back and forth, because programs receive nothing from a pointer that does not move."""
         for step in 2, -2:
             self.nudge(step, 0)
             time.sleep(TICK * 4)
@@ -113,14 +113,14 @@ class Hand:
         return True
 
     def drag(self, start, target, linger=LINGER, begins=True, taken=True):
-        """Drags from one place to another and lets go."""
+        """Drags from one position to another, and releases the button."""
         self.pick_up(*start, begins=begins)
         self.carry_to(*target, linger=linger, taken=taken)
         self.release()
 
     @contextlib.contextmanager
     def holding(self, name):
-        """Keeps a key down meanwhile."""
+        """Holds a key down in the block."""
         code = self.display.keysym_to_keycode(XK.string_to_keysym(name))
         xtest.fake_input(self.display, X.KeyPress, code)
         self.display.sync()

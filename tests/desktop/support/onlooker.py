@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A window that has the focus and notes which keys it is given: the program that the user works in."""
+"""A window that has the focus and records the keys that it receives. It plays the program in which the user works."""
 from Xlib import X, XK
 from Xlib import display as xdisplay
 
@@ -27,7 +27,7 @@ class Onlooker:
                 and self.display.get_input_focus().focus == self.window)
 
     def seen(self):
-        """The names of all keys it was given so far."""
+        """Returns the names of all received keys."""
         self.display.sync()
         while self.display.pending_events():
             event = self.display.next_event()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Parklet on a desktop: started with given settings, and used through what a user sees of it."""
+"""Starts Parklet on a desktop with given settings, and uses it as a user does."""
 import json
 import os
 import pathlib
@@ -9,8 +9,8 @@ from gi.repository import GLib
 from .waiting import wait_for
 
 PROGRAM = os.environ.get("PARKLET_PROGRAM") or pathlib.Path(__file__).parents[3] / "build/release/parklet"
-TRAY_ICON_SIZE = 48  # pixels; what is larger is no icon in a tray
-# The question of the first start would be in the way of every test that is not about it.
+TRAY_ICON_SIZE = 48  # pixels; a larger window is not a tray icon
+# Without this, the question of the first start would appear in every test.
 SETTLED = {"hasShownUpdatePrompt": True}
 
 
@@ -41,7 +41,7 @@ class Parklet:
         return self
 
     def start_again(self):
-        """Starts a second one, and answers its exit code."""
+        """Starts a second instance, and returns its exit code."""
         return self.desktop.start("parklet-again", PROGRAM).wait(30)
 
     def runs(self):
@@ -62,14 +62,14 @@ class Parklet:
         return None
 
     def open_menu(self):
-        """Opens the tray menu and answers it."""
+        """Opens the tray menu and returns it."""
         icon = wait_for(self.tray_icon, "Parklet's icon is in the tray")
         self.desktop.hand.click(icon.x + icon.width // 2, icon.y + icon.height // 2)
         wait_for(self.menu_window, "the tray menu opens")
         return self.desktop.accessibility.menu(self.desktop.hand)
 
     def menu_window(self):
-        """A visible window of the program without a role, and larger than its icon."""
+        """Returns a visible window of the program without a role, larger than its icon."""
         return next((window for window in self.desktop.windows.find(instance="parklet")
                      if not self.desktop.windows.text(window, "WM_WINDOW_ROLE")
                      and self.desktop.windows.frame(window).height > TRAY_ICON_SIZE), None)
@@ -119,7 +119,7 @@ class Parklet:
         return frame.x + frame.width // 2, frame.y + frame.height // 2
 
     def tiles(self):
-        """The tiles in order: every widget that holds a remove button."""
+        """Returns the tiles in order: every widget that has a remove button."""
         root = self.root()
         return [node for node in root.walk() if self.is_tile(node)] if root else []
 
@@ -130,7 +130,7 @@ class Parklet:
             return False
 
     def names(self):
-        """The names of the tiles; asked again when a tile goes away in the middle of the question."""
+        """Returns the names of the tiles. Reads them again when a tile disappears meanwhile."""
         while True:
             try:
                 return [tile.name for tile in self.tiles()]
@@ -143,12 +143,12 @@ class Parklet:
                         f"the shelf has a tile {name!r}")
 
     def grip(self, name):
-        """A place on a tile where it can be clicked and dragged."""
+        """Returns a position on a tile where it can be clicked and dragged."""
         frame = self.tile(name).frame
         return frame.x + frame.width // 2, frame.y + frame.height // 3
 
     def hold(self, *paths):
-        """Puts files onto the shelf by way of the clipboard, and waits for their tiles."""
+        """Adds files to the shelf from the clipboard, and waits for their tiles."""
         self.copy(map(uri_of, paths))
         before = len(self.tiles())
         self.choose("Add From Clipboard")

@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: MIT
-"""Where files are for whoever started the tests: not where another user finds their copies."""
+"""Translates paths of the test user's copies to those of the user who has started the tests."""
 import os
 import pathlib
 
 
 def for_the_caller(path):
-    """The path that the caller knows, from the one that a command run by as-user has."""
+    """Returns the caller's path for the path that a command under as-user has."""
     root = os.environ.get("AS_USER_ROOT")
     return pathlib.Path("/") / os.path.relpath(path, root) if root else pathlib.Path(path)

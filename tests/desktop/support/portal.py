@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""A settings portal that tells what a file holds, the scheme and the accent colour as four numbers: portal.py FILE
+"""A settings portal with the values in a file, the colour scheme and the accent colour as four numbers: portal.py
+FILE
 
-On SIGUSR1 it reads the file again and tells of the change.
+On SIGUSR1 it reads the file again and reports the change.
 """
 import pathlib
 import signal

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The processes of one desktop: started with its environment, all of them ended with it."""
+"""The processes of one desktop. They have its environment and end with it."""
 import ctypes
 import os
 import pathlib
@@ -8,11 +8,11 @@ import subprocess
 import time
 
 PR_SET_CHILD_SUBREAPER = 36
-GRACE = 2.0  # seconds between the polite and the other signal
+GRACE = 2.0  # seconds between SIGTERM and SIGKILL
 
 
 def adopt_orphans():
-    """What a child leaves behind becomes a child of ours, so that we know of it when we end."""
+    """Makes orphaned descendants children of this process, so that it can end them."""
     ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
 
 
@@ -37,7 +37,7 @@ def descendants(ancestor):
 
 
 def has_children():
-    """Collects the children that have ended, and answers whether there are others."""
+    """Collects the ended children. Returns whether there are others."""
     try:
         while os.waitpid(-1, os.WNOHANG)[0]:
             pass
@@ -47,9 +47,10 @@ def has_children():
 
 
 def end_descendants(grace=0.0):
-    """Ends all descendants of a process that has adopted the orphans among them, politely within the time of grace."""
+    """Ends all descendants of a process that adopts orphans: first with SIGTERM, and after the time of grace with
+    SIGKILL."""
     end = time.monotonic() + grace
-    # A list of processes may miss one that moves in the tree meanwhile; whoever has no child left has missed none.
+    # A list of processes may miss one that changes its parent meanwhile. Without any child left, none was missed.
     while has_children():
         for pid in descendants(os.getpid()):
             try:
@@ -67,7 +68,7 @@ class Processes:
         adopt_orphans()
 
     def start(self, name, *command, pass_fds=(), environment=None):
-        """Starts a program; what it prints goes to a log of that name."""
+        """Starts a program. Its output goes to a log of that name."""
         with open(self.logs / f"{name}.log", "ab") as log:
             process = subprocess.Popen(command, env={**self.environment, **(environment or {})}, pass_fds=pass_fds,
                                        cwd=self.environment["HOME"], stdin=subprocess.DEVNULL, stdout=log, stderr=log)
@@ -75,7 +76,7 @@ class Processes:
         return process
 
     def end(self, process):
-        """Ends one program, politely at first."""
+        """Ends one program, first with SIGTERM."""
         if process.poll() is None:
             process.terminate()
             try:
@@ -85,7 +86,7 @@ class Processes:
         process.wait()
 
     def end_all(self):
-        """Ends all programs, the last one started first, and whatever they have left behind."""
+        """Ends all programs, the last one first, and all their descendants."""
         for process in reversed(self.own):
             self.end(process)
         self.own.clear()

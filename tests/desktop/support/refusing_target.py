@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""A window that agrees to every drag over it and refuses what is dropped. It prints a line for each drop."""
+"""A window that accepts every drag over it but refuses each drop. It prints a line for each drop."""
 import gi
 
 gi.require_version("Gdk", "3.0")

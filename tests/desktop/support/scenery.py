@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What makes the demo's desktop pleasant to look at: a wallpaper, window frames, and files worth dragging."""
+"""The look of the demo's desktop: a wallpaper, window frames, and files to drag."""
 import pathlib
 import subprocess
 
@@ -32,7 +32,7 @@ window.label.text.justify: center
 
 
 def decorate(desktop):
-    """Gives a desktop its wallpaper and its window frames, before its window manager starts."""
+    """Sets a desktop's wallpaper and window frames before its window manager starts."""
     frames = desktop.home / ".local/share/themes/Parklet/openbox-3/themerc"
     frames.parent.mkdir(parents=True)
     frames.write_text(FRAMES)
@@ -60,7 +60,7 @@ def fill(home):
 
 
 def paint_mountains(path):
-    """A landscape in five polygons."""
+    """Paints a landscape of five polygons."""
     subprocess.run(["convert", "-size", "1600x1200", "gradient:#f7c59f-#9fd3f0", "-flip",
                     "-fill", "#fff3d6", "-draw", "circle 1150,360 1150,470",
                     "-fill", "#7d93b8", "-draw", "polygon 0,820 380,380 700,760 980,470 1600,900 1600,1200 0,1200",

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Waiting for a condition, never for a time."""
+"""Waits for conditions, never for a fixed time."""
 import time
 
 from gi.repository import GLib
@@ -7,7 +7,7 @@ from Xlib import error
 
 PATIENCE = 20.0  # seconds, for a busy machine
 PAUSE = 0.02
-# What is answered about a window or a widget that goes away in the midst of the question.
+# The errors when a window or a widget disappears during a request.
 GONE = (error.BadWindow, error.BadDrawable, GLib.Error)
 
 
@@ -16,8 +16,8 @@ class TimedOut(AssertionError):
 
 
 def wait_for(condition, message, patience=None, pause=PAUSE):
-    """Answers the first true value of condition(); fails with the message when none comes. The condition is asked again
-    when something that it looks at goes away."""
+    """Returns the first true value of condition(), and fails with the message when none comes. Tries again when a
+    widget disappears during the condition."""
     patience = patience or PATIENCE
     end = time.monotonic() + patience
     while True:
@@ -34,7 +34,7 @@ def wait_for(condition, message, patience=None, pause=PAUSE):
 
 
 def stays(condition, message, seconds):
-    """Fails as soon as condition() is false within that time; for what must not happen."""
+    """Fails as soon as condition() is false within that time. Use it for what must not happen."""
     end = time.monotonic() + seconds
     while time.monotonic() < end:
         if not condition():

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The windows of a display, as a program beside them sees them."""
+"""The windows of a display, as another program sees them."""
 from collections import namedtuple
 
 from Xlib import X, Xatom, error
@@ -22,7 +22,8 @@ class Windows:
         if check is None:
             return False
         try:
-            # One that has ended leaves its mark on the root window, but not the window that it names.
+            # A window manager that has ended leaves its property on the root window, but not the window that the
+            # property names.
             self.display.create_resource_object("window", check.value[0]).get_attributes()
             return True
         except (error.BadWindow, error.BadDrawable):
@@ -35,7 +36,7 @@ class Windows:
         return self.display.get_selection_owner(self.atom("_NET_SYSTEM_TRAY_S0")) != X.NONE
 
     def all(self, parent=None):
-        """Every window under the root, at any depth, parents first."""
+        """Returns every window under the root, at any depth, parents first."""
         try:
             children = (parent or self.root).query_tree().children
         except error.BadWindow:
@@ -45,7 +46,7 @@ class Windows:
             yield from self.all(child)
 
     def find(self, role=None, instance=None, title=None, visible=True):
-        """The windows of that WM_WINDOW_ROLE, WM_CLASS instance and part of a title."""
+        """Returns the windows with that WM_WINDOW_ROLE, WM_CLASS instance and part of a title."""
         return [window for window in self.all() if self.matches(window, role, instance, title, visible)]
 
     def matches(self, window, role, instance, title, visible):
@@ -77,7 +78,7 @@ class Windows:
         return {self.display.get_atom_name(state) for state in self.numbers(window, "_NET_WM_STATE")}
 
     def frame(self, window):
-        """Where the window is on the screen, without the borders that a window manager adds."""
+        """Returns the window's frame on the screen, without the borders of the window manager."""
         geometry = window.get_geometry()
         corner = self.root.translate_coords(window, 0, 0)
         return Frame(corner.x, corner.y, geometry.width, geometry.height)
@@ -89,7 +90,7 @@ class Windows:
             return False
 
     def alpha(self, window):
-        """The opacity that the compositor is told, from 0 to 1."""
+        """Returns the opacity that the compositor is told, from 0 to 1."""
         found = self.numbers(window, "_NET_WM_WINDOW_OPACITY")
         return found[0] / 0xFFFFFFFF if found else 1.0
 
@@ -117,32 +118,32 @@ class Windows:
         self.ask(window, "_NET_MOVERESIZE_WINDOW", static | all_four | from_pager, x, y, width, height)
 
     def pixel(self, x, y):
-        """Red, green and blue of what is seen at a place of the screen."""
+        """Returns red, green and blue of a screen pixel."""
         image = self.root.get_image(x, y, 1, 1, X.ZPixmap, 0xFFFFFFFF)
         return image.data[2], image.data[1], image.data[0]
 
     def cursor(self):
-        """The pointer's picture, four bytes a pixel in the order red, green, blue, alpha, and where it is drawn."""
+        """Returns the pointer's picture, four bytes a pixel in the order red, green, blue, alpha, and its position."""
         self.display.xfixes_query_version()
         image = self.display.xfixes_get_cursor_image(self.root)
         pixels = bytearray()
         for pixel in image.cursor_image:
             alpha, red, green, blue = (pixel >> shift & 0xFF for shift in (24, 16, 8, 0))
-            # The server gives colours multiplied with their alpha.
+            # The server returns colours multiplied by their alpha.
             pixels += bytes(min(255, color * 255 // alpha) if alpha else 0 for color in (red, green, blue))
             pixels.append(alpha)
         return Cursor(image.x - image.xhot, image.y - image.yhot, image.width, image.height, bytes(pixels))
 
     def look(self, frame):
-        """The pixels of a part of the screen, four bytes each, row by row."""
+        """Returns the pixels of a part of the screen, four bytes each, row by row."""
         return self.root.get_image(*frame, X.ZPixmap, 0xFFFFFFFF).data
 
     def painted(self, frame, color):
-        """The smallest frame around all pixels of a colour, or None."""
+        """Returns the smallest frame around all pixels of a colour, or None."""
         return self.turned(frame, b"", color)
 
     def turned(self, frame, before, color):
-        """The smallest frame around all pixels that have taken on a colour since that look, or None."""
+        """Returns the smallest frame around all pixels that have taken on a colour since the picture `before`, or None."""
         now = self.look(frame)
         pattern = bytes(reversed(color))
         rows, columns = [], []

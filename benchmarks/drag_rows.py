@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Rows about drags in other programs, beside a bare xcb client that reads what they carry and maps an empty window."""
+"""Measures drags in other programs, compared with a bare xcb client that reads what they carry and maps an empty
+window."""
 import os
 import pathlib
 import re
@@ -16,15 +17,15 @@ from support.parklet import Parklet
 DRAGS = 100
 MANY = 1000
 WARM_UP = 50
-SETTLE = 3.0  # seconds after which a program has nothing left to do
+SETTLE = 3.0  # seconds; a started program is idle after them
 SHELF = (1160, 318, 116, 164)  # the empty shelf on the screen of a desktop
 WATCHED = (1218, 400)  # its middle
-MOVES = 1000  # of a pointer in a drag of a text
-HIDES = 10  # among so many drags one is waited for until the shelf has gone
+MOVES = 1000  # motions of the pointer during a drag of a text
+HIDES = 10  # after so many drags, the benchmark waits until the shelf is hidden
 
 
 class Source:
-    """The hand and the window that it drags from."""
+    """Moves the pointer, and owns the window from which it drags."""
 
     def __init__(self, desktop, folder):
         self.process = subprocess.Popen([folder / "drag-source", *map(str, WATCHED)], env=desktop.environment, text=True,
@@ -44,12 +45,12 @@ class Source:
 
 
 def main_thread_time(pid):
-    """The nanoseconds that the main thread has run."""
+    """The processor time of the main thread, in nanoseconds."""
     return int(pathlib.Path(f"/proc/{pid}/task/{pid}/schedstat").read_text().split()[0])
 
 
 def resources(display, pid):
-    """How many things the X server keeps for a program, over all its connections."""
+    """The number of resources that the X server has for a program, over all its connections."""
     total = 0
     for client in display.res_query_client_ids([{"client": 0, "mask": res.LocalClientPIDMask}]).ids:
         if client.value and client.value[0] == pid:
@@ -58,12 +59,12 @@ def resources(display, pid):
 
 
 def own_memory(pid):
-    """The memory that a process has for itself, in kB: programs that start and end beside it do not change it."""
+    """The private memory of a process, in kB. Other programs that start and end do not change it."""
     return int(re.search(r"^Pss_Anon:\s+(\d+)", pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(), re.M)[1])
 
 
 def latencies(source):
-    """The milliseconds of each drag until something is painted."""
+    """For each drag, the milliseconds until something is painted."""
     found = []
     for _ in range(DRAGS):
         found.append(source.do("drag") / 1000)
@@ -74,7 +75,7 @@ def latencies(source):
 
 
 def latency_rows(parklet, folder):
-    # Without a compositor a panel is opaque from its first moment, so a pixel tells when it is painted.
+    # Without a compositor a panel is opaque from the beginning, so a pixel shows when it is painted.
     desktop = Desktop(compositor=False)
     try:
         source = Source(desktop, folder)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The preferences window: opening it, switching its panes, and a drag of the size slider with a full shelf.
+// Measures the preferences window: opening it, switching its panes, and dragging the size slider with a full shelf.
 
 #include "app/AppDelegate.h"
 #include "app/SharedInstances.h"
@@ -31,7 +31,7 @@ constexpr int kItems = 50;
 constexpr QSize kPhoto(1200, 900);
 constexpr int kSliderSteps = 200;
 
-// Runs `work` and everything it queues, down to the pixels; milliseconds of the main thread.
+// Runs `work` and everything that it queues, including painting. Returns milliseconds of the main thread.
 template<typename Work>
 double milliseconds(const Work &work)
 {
@@ -66,7 +66,7 @@ void row(const char *name, double value, const char *unit, double floor, const c
         std::printf("%s\t%g\t%s\t\t\t%s\n", name, value, unit, bound);
 }
 
-// A window of the same size with an empty list beside an empty pane, as bare Qt shows it.
+// Measures a bare Qt window of the same size, with an empty list beside an empty pane.
 double bareWindow()
 {
     std::unique_ptr<QSplitter> window;
@@ -81,7 +81,7 @@ double bareWindow()
     return time;
 }
 
-// Fills the shelf, half with pictures and half with files that have none.
+// Fills the shelf: half of the files have pictures.
 bool fillShelf(ShelfPanel &shelf)
 {
     QImage photo(kPhoto, QImage::Format_RGB32);
@@ -98,7 +98,7 @@ bool fillShelf(ShelfPanel &shelf)
     return true;
 }
 
-// One step after another, each with all that follows from it in the program.
+// Moves the slider step by step, and measures everything that each step causes in the program.
 void dragSlider(PreferencesWindowController &preferences, const QString &key, const QString &name)
 {
     auto *slider = preferences.pane()->findChild<DoubleSlider *>(key);
@@ -115,21 +115,21 @@ void dragSlider(PreferencesWindowController &preferences, const QString &key, co
 
 int main(int argc, char *argv[])
 {
-    // A display that shows nothing says so at every step.
+    // The display plugin without a screen prints a warning at every step.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     const auto platform = createPlatform();
     SharedInstances shared(*platform);
     AppDelegate delegate(shared);
-    // As at a launch; the rest of that has nothing to do with the preferences.
+    // These are the parts of a launch that matter for the preferences.
     NotificationCenter &notifications = shared.notifications();
     notifications.observe(Notifications::settingsChanged, &delegate,
                           [&delegate](const QVariantMap &) { delegate.handleSettingsChanged(); });
     notifications.observe(Notifications::appearancePaneActive, &delegate,
                           [&delegate](const QVariantMap &userInfo) { delegate.handleAppearancePaneActive(userInfo); });
 
-    // The first window of all also pays for fonts and style, whosever it is; that is no part of either figure.
+    // The first window also loads fonts and the style. Neither figure contains that.
     bareWindow();
     const double bare = bareWindow();
 

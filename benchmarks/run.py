@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Runs every row program of a build, adds the rows about the whole program, prints one table: run.py BUILD_FOLDER
+"""Runs every benchmark program of a build, measures the whole program, and prints one table: run.py BUILD_FOLDER
 
-A row program prints lines of name, value, unit, floor, ratio and bound, with tabs between them; what has no floor leaves
-that field and the ratio empty.
+A benchmark program prints lines of name, value, unit, floor, ratio and bound, separated by tabs. A row without a floor
+has an empty floor and ratio.
 """
 import os
 import pathlib
@@ -15,7 +15,7 @@ TITLES = ("row", "value", "floor", "ratio", "bound")
 
 
 def program_rows(program):
-    """What a row program measured, with folders of its own and no display."""
+    """Runs a benchmark program with its own folders and without a display, and returns its rows."""
     with tempfile.TemporaryDirectory(prefix="parklet-bench.") as folder:
         environment = dict(os.environ, HOME=folder, QT_QPA_PLATFORM="offscreen", LC_ALL="C.UTF-8",
                            XDG_CACHE_HOME=f"{folder}/.cache", XDG_CONFIG_HOME=f"{folder}/.config",

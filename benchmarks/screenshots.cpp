@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A screenshot on its way to the shelf: from the moment its file is closed to its tile on the screen, what the main
-// thread does meanwhile, what a crowded Desktop costs, and whether watching it wakes the program up.
+// Measures the way of a screenshot to the shelf: the time from closing its file until its tile is painted, the work of
+// the main thread, the cost of a Desktop with many files, and wake-ups while nothing happens.
 
 #include "platform/common/QtMainQueue.h"
 #include "platform/linux/files/LinuxFileEventStreams.h"
@@ -38,7 +38,7 @@ constexpr int kFiles = 1'000;
 constexpr int kCrowd = 20'000;
 constexpr int kListings = 21;
 constexpr int kIdleTime = 10'000;  // milliseconds
-constexpr int kSettleTime = 1'500; // milliseconds; the last thumbnail is there
+constexpr int kSettleTime = 1'500; // milliseconds; the last thumbnail has arrived after them
 
 double median(std::vector<double> values)
 {
@@ -46,7 +46,7 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-// Milliseconds that the calling thread has worked.
+// The processor time of the calling thread, in milliseconds.
 double workTime()
 {
     timespec time = {};
@@ -79,7 +79,7 @@ void turnLoopFor(int milliseconds)
     loop.exec();
 }
 
-// How often the main loop wakes up while nothing happens.
+// The number of wake-ups of the main loop while nothing happens.
 int wakeUps()
 {
     turnLoopFor(kSettleTime);
@@ -91,7 +91,7 @@ int wakeUps()
     return count;
 }
 
-// Notes when a widget has been painted.
+// Calls back when a widget was painted.
 class PaintWatch : public QObject {
 public:
     std::function<void()> onPaint;
@@ -100,14 +100,14 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         const bool handled = QObject::eventFilter(watched, event);
-        // The filter runs before the widget paints; the next turn of the loop comes after it.
+        // The filter runs before the widget paints, and the next turn of the loop after it.
         if (event->type() == QEvent::Paint && onPaint)
             QTimer::singleShot(0, this, std::exchange(onPaint, nullptr));
         return handled;
     }
 };
 
-// The real road of a screenshot, from the folder to a shelf that draws into memory.
+// The real objects from the folder to a shelf that paints into memory.
 struct Road {
     explicit Road(const QString &desktop)
     {
@@ -201,7 +201,7 @@ void measureIdle()
     const QTemporaryDir root;
     const QString desktop = root.filePath(QStringLiteral("Desktop"));
     QDir().mkpath(desktop);
-    const int bare = wakeUps(); // for the end of that time
+    const int bare = wakeUps(); // the wake-up that ends the time
     Road road(desktop);
     road.watcher->start();
     row("idle 10 s with the Desktop watched: wake-ups", wakeUps() - bare, "", "0");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Fifty photos dropped at once: how long their thumbnails take beside a plain libjpeg-turbo decode at the same scale in
-// as many processes of the same priority, their start included; how long the main loop stands still meanwhile, what the
-// pictures weigh, and how soon the first one of a session is there.
+// Measures fifty photos dropped at once: the time until all have thumbnails, compared with a plain libjpeg-turbo decode
+// at the same scale in as many processes of the same priority, including their start; the longest stop of the main
+// loop; the memory of the pictures; and the time until the first thumbnail of a session.
 
 #include "platform/common/QtMainQueue.h"
 #include "platform/linux/thumbnails/LinuxThumbnailGenerator.h"
@@ -36,12 +36,12 @@ constexpr QSize kPhotoSize{6000, 4000};
 constexpr double kEdge = 72;
 constexpr QSize kThumbnailSize{72, 48};
 constexpr int kRuns = 5;
-// As the generator has them.
+// The same limits as in the generator.
 constexpr int kMostProcesses = 4;
 constexpr int kNiceness = 10;
 constexpr auto kFloorArgument = "--floor";
 
-// Gradients with some noise: a photo of ordinary size, whose blocks are not empty.
+// A photo of ordinary size: gradients with noise, so that no block is empty.
 QByteArray photo(quint32 seed)
 {
     QImage image(kPhotoSize, QImage::Format_RGB32);
@@ -61,7 +61,7 @@ QByteArray photo(quint32 seed)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Files of different contents, last changed long enough ago for the cache.
+// Makes different files, last changed long enough ago for the cache.
 QStringList makePhotos(const QDir &folder)
 {
     QStringList paths;
@@ -81,7 +81,7 @@ QStringList makePhotos(const QDir &folder)
     return paths;
 }
 
-// What a program would do that has nothing but the library: decode at the scale nearest above the size asked for.
+// Decodes as a program would that has only the library: at the nearest larger scale.
 void decodePlainly(const QString &path, QImage &rows)
 {
     FILE *file = std::fopen(QFile::encodeName(path).constData(), "rb");
@@ -112,7 +112,7 @@ struct Run {
     double longestGap = 0; // milliseconds between two turns of the main loop
 };
 
-// Lets the main loop turn every millisecond until `start`'s work has said `count` times that one more is done.
+// Runs the main loop, with a timer every millisecond, until `start`'s work has reported `count` times.
 Run measure(qsizetype count, const std::function<void(std::function<void()> oneDone)> &start)
 {
     Run run;
@@ -166,7 +166,7 @@ int processes()
     return std::clamp(QThread::idealThreadCount(), 1, kMostProcesses);
 }
 
-// One of the floor's processes: decodes the photos whose numbers it is told, one at a time, and says when one is done.
+// One process of the comparison. It reads numbers of photos, decodes them one at a time, and reports each.
 int serveFloor()
 {
     ::setpriority(PRIO_PROCESS, 0, kNiceness);
@@ -208,7 +208,7 @@ Run measurePlainDecode(const QString &program, const QStringList &paths)
     return run;
 }
 
-// The memory that is this process's share, in kB.
+// The proportional memory (PSS) of this process, in kB.
 double proportionalMemory()
 {
     QFile file(QStringLiteral("/proc/self/smaps_rollup"));
@@ -221,7 +221,7 @@ double proportionalMemory()
     return 0;
 }
 
-// The cache is filled after the last picture has come, and what that took is given back a moment later.
+// Waits until the cache is filled, which happens after the last picture, and its memory is freed.
 void waitForEntries(const QDir &cache, qsizetype count)
 {
     constexpr int kMoment = 500; // milliseconds
@@ -243,7 +243,7 @@ double median(QList<double> values)
     return values.at(values.size() / 2);
 }
 
-// The most memory that any of the helpers has held, in kB.
+// The highest memory that any helper has used, in kB.
 double helpersPeak(const LinuxThumbnailGenerator &generator)
 {
     double most = 0;
@@ -276,7 +276,7 @@ int main(int argc, char **argv)
                                                          QFile::encodeName(folder.filePath(cache)));
     };
 
-    // With the first picture comes what is loaded once; the others are what is added.
+    // The first picture also loads libraries. The others show the memory for each picture.
     QList<QPixmap> pictures;
     const auto generator = newGenerator(QStringLiteral("cache"));
     const QDir cache(folder.filePath(QStringLiteral("cache/normal")));

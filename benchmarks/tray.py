@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""A system tray that docks nothing: it notes when a program asks for its place and when its event loop answers."""
+"""A system tray that docks nothing. It notes when a program asks for a place in it, and when the program's event
+loop answers."""
 import select
 import time
 
@@ -8,7 +9,7 @@ from Xlib import display as xdisplay
 from Xlib.protocol import event
 
 REQUEST_DOCK = 0
-PATIENCE = 30.0  # seconds for a program to start
+PATIENCE = 30.0  # seconds; a program must start within them
 
 
 class Tray:
@@ -16,7 +17,7 @@ class Tray:
         self.display = xdisplay.Display(address)
         self.root = self.display.screen().root
         self.window = self.root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
-        # Qt sends its answer to those who listen for the root window itself.
+        # Qt sends its answer to the clients that select StructureNotify on the root window.
         self.root.change_attributes(event_mask=X.StructureNotifyMask)
         self.opcode, self.protocols, self.ping = map(
             self.display.intern_atom, ("_NET_SYSTEM_TRAY_OPCODE", "WM_PROTOCOLS", "_NET_WM_PING"))
@@ -24,7 +25,8 @@ class Tray:
         self.display.sync()
 
     def wait_for_event_loop(self):
-        """Answers the moment at which a program that opens a tray icon has answered a ping, so turns its event loop."""
+        """Returns the time at which a program that opens a tray icon has answered a ping, which shows that its event
+        loop is running."""
         end = time.monotonic() + PATIENCE
         while True:
             message = self.next_message(end)

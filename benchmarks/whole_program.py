@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Rows about the whole program on a virtual desktop, beside a bare Qt Widgets program with one tray icon."""
+"""Measures the whole program on a virtual desktop, compared with a bare Qt Widgets program with one tray icon."""
 import pathlib
 import re
 import statistics
@@ -11,24 +11,25 @@ from tray import Tray
 
 STARTS = 20
 IDLE = 30.0  # seconds
-SETTLE = 3.0  # seconds after which a started program has nothing left to do
+SETTLE = 3.0  # seconds; a started program is idle after them
 ITEMS = 50
 PICTURE = "2000x1500"
 
 
 def wake_ups(pid):
-    """How often the main thread has gone to sleep by itself, which is how often it was woken."""
+    """How often the main thread has gone to sleep, which is how often it was woken."""
     status = pathlib.Path(f"/proc/{pid}/task/{pid}/status").read_text()
     return int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status, re.M)[1])
 
 
 def pss(pid):
-    """The process's share of memory, in kB."""
+    """The proportional memory (PSS) of the process, in kB."""
     return int(re.search(r"^Pss:\s+(\d+)", pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(), re.M)[1])
 
 
 def start_rows(parklet, bare):
-    """From the start of the process until its event loop turns with the icon asked for, median of interleaved starts."""
+    """Measures from the start of the process until its event loop runs and the icon is requested: the median of
+    interleaved starts."""
     desktop = Desktop(panel=None)
     try:
         app = Parklet(desktop)
@@ -53,7 +54,7 @@ def idle_rows(parklet):
     desktop = Desktop()
     try:
         app = Parklet(desktop).start()
-        # The first motion makes the server tell every Qt program which device moves the pointer.
+        # At the first motion, the server tells every Qt program which device moves the pointer.
         desktop.hand.move_to(200, 600)
         time.sleep(SETTLE)
         before = wake_ups(app.process.pid)
@@ -87,7 +88,7 @@ def memory_rows(parklet, bare):
         pictures = [desktop.home / f"{number:02}.jpg" for number in range(ITEMS)]
         desktop.run("convert", "-size", PICTURE, "plasma:orange-teal", pictures[0])
         for number, picture in enumerate(pictures[1:], 1):
-            # Each of them another file to the program, and none a copy that a cache would know.
+            # Each file is different, so that no cache knows it.
             picture.write_bytes(pictures[0].read_bytes() + bytes([number]))
         app.hold(*pictures)
         cache = desktop.home / ".cache/thumbnails"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Part of the build: RenderIcon PICTURE.svg SIZE OUT.png draws the picture at that many pixels.
+// A tool of the build: RenderIcon PICTURE.svg SIZE OUT.png draws the picture at that size in pixels.
 #include <QCoreApplication>
 #include <QImage>
 #include <QPainter>

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The least that a Qt Widgets program with an icon in the tray can be: what Parklet's start and memory are compared
-// with.
+// The smallest Qt Widgets program with an icon in the tray. Parklet's start and memory are compared with it.
 #include <QApplication>
 #include <QIcon>
 #include <QPixmap>

@@ -14,10 +14,10 @@ struct Free {
 template<typename T>
 using Reply = std::unique_ptr<T, Free>;
 
-// A connection to the X server and the one window of a program that measures.
+// A connection to the X server, and the one window of a measuring program.
 class Client {
 public:
-    // Without a say of the window manager, or as any other window.
+    // Whether the window is override-redirect, so that the window manager ignores it.
     enum class Kind : uint8_t { Managed, Override };
 
     Client(Kind kind, int16_t x, int16_t y, uint16_t width, uint16_t height, uint32_t events)
@@ -40,7 +40,7 @@ public:
         return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     }
 
-    // Everything sent so far has happened afterwards.
+    // Waits until the server has handled all earlier requests.
     void roundTrip() const
     {
         const Reply<xcb_get_input_focus_reply_t> reply(

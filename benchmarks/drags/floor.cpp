@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The least that can answer a drag in another program: reads the URLs that it carries, and maps an empty window where
-// Parklet's shelf would be until the drag is over. The window is one as any other, or the window manager has no say
-// about it: drag-floor managed|override X Y WIDTH HEIGHT
+// The smallest program that reads a drag of another program. It reads the URLs and maps an empty window at the place of
+// Parklet's shelf until the drag is over. The window is managed, or override-redirect: drag-floor managed|override X Y
+// WIDTH HEIGHT
 #include "Client.h"
 
 #include <xcb/xfixes.h>
@@ -23,7 +23,7 @@ int main(int argc, char **argv)
     const xcb_atom_t answer = client.atom("_DRAG_FLOOR");
     xcb_xfixes_select_selection_input(connection, client.screen->root, selection,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
-    // The size hints by which the user has chosen the place.
+    // The size hints say that the user has chosen the place.
     const uint32_t hints[18] = {1};
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, client.window, XCB_ATOM_WM_NORMAL_HINTS,
                         XCB_ATOM_WM_SIZE_HINTS, 32, 18, hints);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A window with a hand of its own that drags from it, told on the standard input what to do, a line each:
+// A window that drags from itself with test input. It reads commands from the standard input, one a line:
 //   drag         begins a drag of one file, and prints the microseconds until the watched pixel has changed
-//   text COUNT   begins a drag of a text, moves COUNT times, and ends it
+//   text COUNT   begins a drag of a text, moves the pointer COUNT times, and ends it
 //   end          ends the drag
-//   gone         waits until the watched pixel is what it was at the start
-// Each is answered with a line. drag-source X Y, the pixel to watch.
+//   gone         waits until the watched pixel has its first colour again
+// It answers each command with a line. X and Y are the watched pixel: drag-source X Y
 #include "Client.h"
 
 #include <xcb/xtest.h>
@@ -20,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
 constexpr auto kPatience = 10s;
-constexpr auto kTick = 8ms; // between two movements of a mouse
+constexpr auto kTick = 8ms; // between two motions of a mouse
 constexpr int16_t kOnWindow = 50;
 constexpr int16_t kOrigin = 10;
 constexpr uint16_t kSize = 100;
@@ -43,7 +43,7 @@ public:
         background = pixel();
     }
 
-    // The microseconds until the pixel has changed, or -1 when it does not.
+    // Returns the microseconds until the pixel has changed, or -1 when it does not change.
     long drag()
     {
         const Clock::time_point begin = announce(true);
@@ -94,7 +94,7 @@ private:
         xcb_flush(client.connection);
     }
 
-    // Presses the button and takes the selection, as a source does when it notices that its window is dragged from.
+    // Presses the button and becomes the selection owner, as a source does at the beginning of a drag.
     Clock::time_point announce(bool files)
     {
         carriesFiles = files;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What one more item costs the shelf, by how many it holds already.
+// Measures the cost of one more item, by the number of items that the shelf holds.
 #include "settings/AppSettings.h"
 #include "settings/Notifications.h"
 #include "shelf/ShelfPanel.h"

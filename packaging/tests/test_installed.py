@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The installed program, out of a system that holds nothing but what the package depends on."""
+"""Tests the installed program in a system that contains only the package and its dependencies."""
 import os
 import time
 

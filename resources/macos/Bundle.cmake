@@ -1,10 +1,10 @@
-# The program as an application bundle: its property list, its icon, Qt deployed into it, and a disk image of that.
+# Makes the application bundle: its property list, its icon, Qt, and a disk image of it.
 set(folder ${PROJECT_SOURCE_DIR}/resources/macos)
 set(drawing ${PROJECT_SOURCE_DIR}/resources/icons/com.orvane.Parklet.svg)
 set(iconSet ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.iconset)
 set(icon ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.icns)
 
-# The same drawing as on Linux, at every size that the system asks for.
+# The icon is the same drawing as on Linux, at every size that macOS asks for.
 add_executable(render-icon ${PROJECT_SOURCE_DIR}/resources/RenderIcon.cpp)
 target_link_libraries(render-icon PRIVATE Qt6::Svg)
 set(renderings "")
@@ -21,7 +21,7 @@ add_custom_command(OUTPUT ${icon}
   DEPENDS render-icon ${drawing}
   VERBATIM)
 
-# A Qt that was built for a newer system than the program needs at least that.
+# If Qt was built for a newer system, the program needs that system too.
 set(PARKLET_MINIMUM_SYSTEM ${CMAKE_OSX_DEPLOYMENT_TARGET})
 get_target_property(qtCore Qt6::Core LOCATION)
 execute_process(COMMAND ${CMAKE_OTOOL} -l ${qtCore} OUTPUT_VARIABLE loadCommands COMMAND_ERROR_IS_FATAL ANY)
@@ -31,7 +31,7 @@ endif()
 
 target_sources(parklet PRIVATE ${icon})
 set_source_files_properties(${icon} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
-# The texts of the property list in other languages; those of the program itself are in its resources.
+# The translated texts of the property list. The program's other texts are in its resources.
 file(GLOB localizations CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.lproj/InfoPlist.strings)
 foreach(localization ${localizations})
   get_filename_component(language ${localization} DIRECTORY)
@@ -43,7 +43,7 @@ set_target_properties(parklet PROPERTIES
   MACOSX_BUNDLE_INFO_PLIST ${folder}/Info.plist.in
   OUTPUT_NAME Parklet)
 
-# Qt's tool copies the frameworks and plugins into the bundle and signs it for this machine.
+# Qt's tool macdeployqt copies frameworks and plugins into the bundle and signs it for this machine.
 get_target_property(qmake Qt6::qmake IMPORTED_LOCATION)
 get_filename_component(qtTools "${qmake}" DIRECTORY)
 find_program(MACDEPLOYQT macdeployqt HINTS ${qtTools})

@@ -1,41 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/thumbnails/LinuxThumbnailGenerator.h"
-
 #include "platform/linux/files/RegularFile.h"
-#include "tests/platform/thumbnails/DiskCache.h"
-#include "tests/support/SampleFiles.h"
+#include "tests/platform/thumbnails/GeneratorFixture.h"
 #include "tests/support/TestProgram.h"
-#include "tests/support/VirtualPlatform.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QScopedValueRollback>
-#include <QSet>
-#include <QTest>
 
-#include <cerrno>
-#include <sys/inotify.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-bool grantsWatches = true;
-
-} // namespace
-
-// Replaces the system's function, which fails only after all programs of the user together have reached their limit.
-extern "C" int inotify_init1(int flags) noexcept
-{
-    if (grantsWatches)
-        return static_cast<int>(::syscall(SYS_inotify_init1, flags));
-    errno = EMFILE;
-    return -1;
-}
 
 class LinuxThumbnailGeneratorTest : public QObject {
     Q_OBJECT
@@ -56,97 +31,10 @@ private slots:
     void a_file_just_changed_is_neither_looked_up_nor_kept();
     void a_broken_file_is_decoded_once_only();
     void a_file_of_the_cache_itself_is_decoded_but_not_kept();
-    void a_png_still_being_written_comes_when_its_writer_closes_it();
-    void a_jpeg_still_being_written_is_shown_in_part_and_then_whole();
-    void an_empty_file_named_like_an_image_comes_when_it_is_written();
-    void a_file_still_being_written_comes_when_another_takes_its_place();
-    void a_link_to_a_file_still_being_written_comes_when_that_is_closed();
-    void a_file_that_was_finished_before_the_watch_comes_too_data();
-    void a_file_that_was_finished_before_the_watch_comes_too();
-    void a_writer_may_rest_for_a_minute_data();
-    void a_writer_may_rest_for_a_minute();
-    void a_file_that_goes_while_it_is_waited_for_is_not_answered_again();
-    void a_file_that_is_closed_again_and_again_and_never_whole_is_given_up();
-    void an_empty_file_of_another_kind_is_not_waited_for();
     void requests_for_the_same_pixels_that_wait_are_served_together();
     void requests_for_other_pixels_are_served_apart();
     void every_completion_is_called_once_when_the_generator_goes();
 };
-
-namespace {
-
-// The results of the completions.
-class Answers {
-public:
-    ThumbnailGenerator::Completion next()
-    {
-        return [this](std::optional<Thumbnail> thumbnail) {
-            images.append(thumbnail ? std::optional(thumbnail->image) : std::nullopt);
-            points.append(thumbnail ? thumbnail->size : QSizeF());
-        };
-    }
-
-    qsizetype count() const { return images.size(); }
-
-    std::optional<QImage> last() const { return images.isEmpty() ? std::nullopt : images.last(); }
-
-    // The number of different pictures among them.
-    qsizetype different() const
-    {
-        QSet<qint64> keys;
-        for (const auto &image : images)
-            keys.insert(image ? image->cacheKey() : 0);
-        return keys.size();
-    }
-
-    QList<QSize> sizes() const
-    {
-        QList<QSize> list;
-        for (const auto &image : images)
-            list.append(image.value_or(QImage()).size());
-        return list;
-    }
-
-    QList<QSizeF> points;
-
-private:
-    QList<std::optional<QImage>> images;
-};
-
-constexpr int kPatience = 20'000; // milliseconds
-
-struct Fixture {
-    SampleFiles samples;
-    VirtualMainQueue queue;
-    Answers answers;
-    QByteArray cacheFolder = samples.path("cache/thumbnails");
-    DiskCache cache{cacheFolder};
-    LinuxThumbnailGenerator generator{queue, std::make_shared<FileHelpers>(queue), cacheFolder};
-
-    void request(const QByteArray &path, double edge = 72, double scale = 1)
-    {
-        generator.generate(SampleFiles::url(path), edge, scale, answers.next());
-    }
-
-    // Waits until there are `count` answers, one of them for an unreadable file whose writer is then waited for.
-    void waitForWriter(qsizetype count)
-    {
-        QTRY_COMPARE_WITH_TIMEOUT(queue.pendingCount(), 1, kPatience);
-        QCOMPARE(answers.count(), count);
-        queue.runPending();
-        QTRY_COMPARE_WITH_TIMEOUT(generator.awaitedWriters(), 1, kPatience);
-    }
-
-    // Sets a file's modification time to a moment before the queue's time.
-    void changeNow(const QByteArray &path) const
-    {
-        SampleFiles::setModified(path, queue.currentDate().toSecsSinceEpoch() - 1, 900'000'000);
-    }
-};
-
-#define VERIFY_ANSWERS(f, number) QTRY_COMPARE_WITH_TIMEOUT((f).answers.count(), qsizetype(number), kPatience)
-
-} // namespace
 
 void LinuxThumbnailGeneratorTest::a_picture_fits_the_points_at_their_scale_data()
 {
@@ -168,7 +56,7 @@ void LinuxThumbnailGeneratorTest::a_picture_fits_the_points_at_their_scale()
     QFETCH(QSize, original);
     QFETCH(double, edge);
     QFETCH(double, scale);
-    Fixture f;
+    GeneratorFixture f;
     f.request(f.samples.file("a.png", SampleFiles::picture("png", original)), edge, scale);
     VERIFY_ANSWERS(f, 1);
     QVERIFY(f.answers.last());
@@ -179,7 +67,7 @@ void LinuxThumbnailGeneratorTest::a_picture_fits_the_points_at_their_scale()
 
 void LinuxThumbnailGeneratorTest::the_points_are_those_of_the_picture_as_it_is_stored()
 {
-    Fixture f;
+    GeneratorFixture f;
     f.request(f.samples.file("caf\xe9.jpg", SampleFiles::turnedJpeg({70, 40}, 6)));
     VERIFY_ANSWERS(f, 1);
     // The picture is rotated, and the size in points is not.
@@ -189,7 +77,7 @@ void LinuxThumbnailGeneratorTest::the_points_are_those_of_the_picture_as_it_is_s
 
 void LinuxThumbnailGeneratorTest::a_completion_is_called_later()
 {
-    Fixture f;
+    GeneratorFixture f;
     f.request(f.samples.file("a.png", SampleFiles::picture("png", {80, 40})));
     QCOMPARE(f.answers.count(), 0);
     VERIFY_ANSWERS(f, 1);
@@ -197,7 +85,7 @@ void LinuxThumbnailGeneratorTest::a_completion_is_called_later()
 
 void LinuxThumbnailGeneratorTest::who_waits_longer_than_a_blink_is_told()
 {
-    Fixture f;
+    GeneratorFixture f;
     int delayed = 0;
     const QByteArray path = f.samples.file("a.png", SampleFiles::picture("png", {80, 40}));
     f.generator.generate(SampleFiles::url(path), 72, 1, f.answers.next(), [&delayed] { ++delayed; });
@@ -237,7 +125,7 @@ void LinuxThumbnailGeneratorTest::bad_input_is_answered_with_nothing()
 {
     QFETCH(QByteArray, name);
     QFETCH(QByteArray, contents);
-    Fixture f;
+    GeneratorFixture f;
     QByteArray path = f.samples.path(name);
     if (name.isEmpty())
         path = f.samples.path("missing.png");
@@ -260,7 +148,7 @@ void LinuxThumbnailGeneratorTest::bad_input_is_answered_with_nothing()
 
 void LinuxThumbnailGeneratorTest::names_of_any_bytes_are_served()
 {
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray picture = SampleFiles::picture("jpeg", {800, 400});
     qsizetype count = 0;
     for (const QByteArray &name :
@@ -275,7 +163,7 @@ void LinuxThumbnailGeneratorTest::names_of_any_bytes_are_served()
 
 void LinuxThumbnailGeneratorTest::a_drawing_is_rendered()
 {
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 20 10'>"
                                "<rect width='20' height='10' fill='red'/></svg>";
     f.request(f.samples.file("a.svg", drawing), 72, 2);
@@ -287,7 +175,7 @@ void LinuxThumbnailGeneratorTest::a_drawing_is_rendered()
 
 void LinuxThumbnailGeneratorTest::an_entry_of_the_cache_is_used()
 {
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray path = f.samples.file("a.jpg", SampleFiles::picture("jpeg", {800, 400}));
     QImage entry(128, 64, QImage::Format_RGB32);
     entry.fill(Qt::green);
@@ -304,7 +192,7 @@ void LinuxThumbnailGeneratorTest::an_entry_of_the_cache_is_used()
 
 void LinuxThumbnailGeneratorTest::a_decoded_photo_is_kept_in_the_cache()
 {
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray path = f.samples.file("a.jpg", SampleFiles::picture("jpeg", {1000, 500}));
     const FileState state = RegularFile::open(path)->state();
     f.request(path);
@@ -319,7 +207,7 @@ void LinuxThumbnailGeneratorTest::a_decoded_photo_is_kept_in_the_cache()
 
 void LinuxThumbnailGeneratorTest::a_small_picture_is_not_kept()
 {
-    Fixture f;
+    GeneratorFixture f;
     f.request(f.samples.file("a.jpg", SampleFiles::picture("jpeg", {300, 300})));
     VERIFY_ANSWERS(f, 1);
     f.request(f.samples.file("b.jpg", SampleFiles::picture("jpeg", {1000, 500})));
@@ -330,7 +218,7 @@ void LinuxThumbnailGeneratorTest::a_small_picture_is_not_kept()
 
 void LinuxThumbnailGeneratorTest::a_file_just_changed_is_neither_looked_up_nor_kept()
 {
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray path = f.samples.file("a.jpg", SampleFiles::picture("jpeg", {1000, 500}));
     f.changeNow(path);
     const FileState state = RegularFile::open(path)->state();
@@ -349,7 +237,7 @@ void LinuxThumbnailGeneratorTest::a_file_just_changed_is_neither_looked_up_nor_k
 
 void LinuxThumbnailGeneratorTest::a_broken_file_is_decoded_once_only()
 {
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray png = SampleFiles::picture("png", {800, 400});
     const QByteArray path = f.samples.file("a.png", png.left(png.size() / 2) + QByteArray(png.size() / 2, 'x'));
     f.request(path);
@@ -368,7 +256,7 @@ void LinuxThumbnailGeneratorTest::a_broken_file_is_decoded_once_only()
 
 void LinuxThumbnailGeneratorTest::a_file_of_the_cache_itself_is_decoded_but_not_kept()
 {
-    Fixture f;
+    GeneratorFixture f;
     QVERIFY(QDir().mkpath(QFile::decodeName(f.cacheFolder + "/xx-large")));
     f.request(f.samples.file("cache/thumbnails/xx-large/a.png", SampleFiles::picture("png", {1024, 512})));
     VERIFY_ANSWERS(f, 1);
@@ -376,189 +264,10 @@ void LinuxThumbnailGeneratorTest::a_file_of_the_cache_itself_is_decoded_but_not_
     QVERIFY(!QFile::exists(QFile::decodeName(f.cacheFolder + "/normal")));
 }
 
-void LinuxThumbnailGeneratorTest::a_png_still_being_written_comes_when_its_writer_closes_it()
-{
-    Fixture f;
-    const QByteArray png = SampleFiles::picture("png", {800, 400});
-    const QByteArray path = f.samples.path("a.png");
-    QFile writer(QFile::decodeName(path));
-    QVERIFY(writer.open(QFile::WriteOnly | QFile::Unbuffered));
-    writer.write(png.left(png.size() / 2));
-    f.changeNow(path);
-    f.request(path);
-    f.waitForWriter(1);
-    QVERIFY(!f.answers.last()); // the shelf shows an icon meanwhile
-
-    writer.write(png.mid(png.size() / 2));
-    f.queue.advance(3600);
-    QCoreApplication::processEvents();
-    QCOMPARE(f.answers.count(), 1);
-    QCOMPARE(f.queue.timerCount(), 0);
-    writer.close();
-    VERIFY_ANSWERS(f, 2);
-    QVERIFY(f.answers.last());
-    QCOMPARE(f.answers.last()->size(), QSize(72, 36));
-}
-
-void LinuxThumbnailGeneratorTest::a_jpeg_still_being_written_is_shown_in_part_and_then_whole()
-{
-    Fixture f;
-    const QByteArray jpeg = SampleFiles::picture("jpeg", {800, 400});
-    const QByteArray path = f.samples.file("a.jpg", jpeg.left(jpeg.size() / 2));
-    f.changeNow(path);
-    f.request(path);
-    f.waitForWriter(1);
-    QVERIFY(f.answers.last());
-    const QImage part = *f.answers.last();
-    f.samples.file("a.jpg", jpeg);
-    VERIFY_ANSWERS(f, 2);
-    QVERIFY(f.answers.last());
-    QCOMPARE(f.answers.last()->size(), part.size());
-    QVERIFY(*f.answers.last() != part);
-}
-
-void LinuxThumbnailGeneratorTest::an_empty_file_named_like_an_image_comes_when_it_is_written()
-{
-    Fixture f;
-    for (const QByteArray &name : {QByteArray("a.png"), QByteArray("a.jpg")}) {
-        const QByteArray path = f.samples.file(name, "");
-        f.changeNow(path);
-        const qsizetype before = f.answers.count();
-        f.request(path);
-        f.waitForWriter(before + 1);
-        f.samples.file(name, SampleFiles::picture("png", {80, 40}));
-        VERIFY_ANSWERS(f, before + 2);
-        QVERIFY(f.answers.last());
-    }
-}
-
-void LinuxThumbnailGeneratorTest::a_file_still_being_written_comes_when_another_takes_its_place()
-{
-    Fixture f;
-    const QByteArray path = f.samples.file("a.png", "");
-    const QByteArray other = f.samples.file("other", SampleFiles::picture("png", {80, 40}));
-    f.changeNow(path);
-    f.request(path);
-    f.waitForWriter(1);
-    QCOMPARE(::rename(other.constData(), path.constData()), 0);
-    VERIFY_ANSWERS(f, 2);
-    QVERIFY(f.answers.last());
-}
-
-void LinuxThumbnailGeneratorTest::a_link_to_a_file_still_being_written_comes_when_that_is_closed()
-{
-    Fixture f;
-    const QByteArray target = f.samples.file("target", "");
-    const QByteArray path = f.samples.path("a.png");
-    QCOMPARE(::symlink(target.constData(), path.constData()), 0);
-    f.changeNow(target);
-    f.request(path);
-    f.waitForWriter(1);
-    f.samples.file("target", SampleFiles::picture("png", {80, 40}));
-    VERIFY_ANSWERS(f, 2);
-    QVERIFY(f.answers.last());
-}
-
-void LinuxThumbnailGeneratorTest::a_file_that_was_finished_before_the_watch_comes_too_data()
-{
-    QTest::addColumn<bool>("isGranted");
-    QTest::newRow("with a watch") << true;
-    QTest::newRow("without one") << false;
-}
-
-void LinuxThumbnailGeneratorTest::a_file_that_was_finished_before_the_watch_comes_too()
-{
-    QFETCH(const bool, isGranted);
-    Fixture f;
-    const QScopedValueRollback watches(grantsWatches, isGranted);
-    const QByteArray path = f.samples.file("a.png", "");
-    f.changeNow(path);
-    f.request(path);
-    QTRY_COMPARE_WITH_TIMEOUT(f.queue.pendingCount(), 1, kPatience);
-    f.samples.file("a.png", SampleFiles::picture("png", {80, 40}));
-    f.queue.runPending();
-    VERIFY_ANSWERS(f, 2);
-    QVERIFY(f.answers.last());
-}
-
-void LinuxThumbnailGeneratorTest::a_writer_may_rest_for_a_minute_data()
-{
-    QTest::addColumn<qint64>("rest");
-    QTest::addColumn<bool>("isWaitedFor");
-    QTest::newRow("59 s") << qint64(59) << true;
-    QTest::newRow("60 s") << qint64(60) << false;
-}
-
-void LinuxThumbnailGeneratorTest::a_writer_may_rest_for_a_minute()
-{
-    QFETCH(const qint64, rest);
-    QFETCH(const bool, isWaitedFor);
-    Fixture f;
-    const QByteArray path = f.samples.file("a.png", SampleFiles::picture("png", {80, 40}).left(60));
-    SampleFiles::setModified(path, f.queue.currentDate().toSecsSinceEpoch() - rest);
-    const FileState state = RegularFile::open(path)->state();
-    f.request(path);
-    if (isWaitedFor)
-        f.waitForWriter(1);
-    VERIFY_ANSWERS(f, 1);
-    QCOMPARE(f.queue.pendingCount(), 0);
-    f.samples.file("a.png", SampleFiles::picture("png", {80, 40}));
-    f.request(path);
-    VERIFY_ANSWERS(f, isWaitedFor ? 3 : 2);
-    QCOMPARE(f.cache.hasFailure(path, state), !isWaitedFor);
-}
-
-void LinuxThumbnailGeneratorTest::a_file_that_goes_while_it_is_waited_for_is_not_answered_again()
-{
-    Fixture f;
-    const QByteArray path = f.samples.file("a.png", "");
-    f.changeNow(path);
-    f.request(path);
-    f.waitForWriter(1);
-    QCOMPARE(::unlink(path.constData()), 0);
-    QCoreApplication::processEvents();
-    // This request is served after the first.
-    f.request(f.samples.file("b.png", SampleFiles::picture("png", {80, 40})));
-    VERIFY_ANSWERS(f, 2);
-    QVERIFY(f.answers.last());
-    QCOMPARE(f.queue.pendingCount(), 0);
-}
-
-void LinuxThumbnailGeneratorTest::a_file_that_is_closed_again_and_again_and_never_whole_is_given_up()
-{
-    Fixture f;
-    const QByteArray path = f.samples.file("a.png", "");
-    f.changeNow(path);
-    // The completion is deleted with its request.
-    auto request = std::make_shared<int>(0);
-    const std::weak_ptr<int> open = request;
-    f.generator.generate(SampleFiles::url(path), 72, 1,
-                         [answer = f.answers.next(), keep = std::move(request)](auto image) { answer(image); });
-    for (int i = 0; i < 100; ++i) {
-        f.waitForWriter(1);
-        QVERIFY(!open.expired());
-        f.changeNow(path); // causes an event, as a writer does that closes the file
-    }
-    QTRY_VERIFY_WITH_TIMEOUT(open.expired(), kPatience);
-    QCOMPARE(f.answers.count(), 1);
-    QCOMPARE(f.queue.pendingCount(), 0);
-}
-
-void LinuxThumbnailGeneratorTest::an_empty_file_of_another_kind_is_not_waited_for()
-{
-    Fixture f;
-    const QByteArray path = f.samples.file("a.txt", "");
-    f.changeNow(path);
-    f.request(path);
-    VERIFY_ANSWERS(f, 1);
-    QVERIFY(!f.answers.last());
-    QCOMPARE(f.queue.pendingCount(), 0);
-}
-
 void LinuxThumbnailGeneratorTest::requests_for_the_same_pixels_that_wait_are_served_together()
 {
     constexpr int kRequests = 200;
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray photo = f.samples.file("a.png", SampleFiles::picture("png", {1920, 1080}));
     for (int i = 0; i < kRequests; ++i)
         f.request(photo, 72 + i % 10 * 0.09, 1);
@@ -570,7 +279,7 @@ void LinuxThumbnailGeneratorTest::requests_for_the_same_pixels_that_wait_are_ser
 
 void LinuxThumbnailGeneratorTest::requests_for_other_pixels_are_served_apart()
 {
-    Fixture f;
+    GeneratorFixture f;
     const QByteArray first = f.samples.file("a.png", SampleFiles::picture("png", {1600, 1600}));
     const QByteArray second = f.samples.file("b.png", SampleFiles::picture("png", {1600, 800}));
     for (int i = 0; i < 10; ++i) {

@@ -13,8 +13,8 @@ enum EventMask : quint32 {
     LeftMouseDragged = 1u << 6,
 };
 
-// Global monitors of the mouse: they see the events of other applications, and change nothing. They do not see a drag
-// that starts in one of our own windows.
+// Global monitors of the mouse. They receive the events of other applications without changing them, but not those of a
+// drag that starts in a window of this program.
 class EventMonitors {
 public:
     using Token = quint64;
@@ -24,9 +24,9 @@ public:
     // Calls `handler` on the main thread for each event of `mask`. Nothing when the platform refuses.
     virtual std::optional<Token> add(quint32 mask, std::function<void()> handler) = 0;
 
-    // The same for LeftMouseDragged and a handler that asks how near the pointer is to `frame`, in the points in which
-    // Qt places windows. Where the desktop does not tell of the pointer during a drag, it is called at least when the
-    // pointer reaches the edge of the screen beside the frame, and is told where.
+    // The same for LeftMouseDragged and a handler that checks whether the pointer is near `frame`, in points of Qt
+    // (origin at the top left). If the desktop does not report the pointer during a drag, the handler is called at
+    // least when the pointer reaches the edge of the screen beside the frame, and its position is known then.
     virtual std::optional<Token> addNear(const QRectF &, std::function<void()> handler)
     {
         return add(LeftMouseDragged, std::move(handler));

@@ -7,16 +7,16 @@
 
 class QMimeData;
 
-// How much of a list of addresses is read: far more than a shelf can hold, and little enough that nobody waits for it.
-// A longer list counts as what its first so many whole lines and addresses say.
+// At most so much of a list of addresses is read: far more than a shelf can hold, and still read quickly. Of a longer
+// list, the complete lines up to this size and number count.
 constexpr qsizetype kLongestAddressList = qsizetype(640) * 1024; // bytes; fifty of the longest addresses
 constexpr qsizetype kMostAddresses = 2'000;
-// How much of a link is read, in bytes.
+// At most so many bytes of a link are read.
 constexpr qsizetype kLongestLink = qsizetype(64) * 1024;
 
-// Every file URL that `data` carries, in its order; empty when it carries none, or anything that is not a file on
-// this machine (there is no partial list). What is longer than a path or a name can be is no file. A URL's path may
-// hold bytes that are no UTF-8; they stay percent-encoded.
+// All file URLs in `data`, in their order. Empty when it has none, or when it has anything that is not a file on this
+// machine (there is no partial list). An address that is longer than a path or name can be is not a file. The path of a
+// URL may have bytes that are not UTF-8, which stay percent-encoded.
 QList<QUrl> fileURLs(const QMimeData *data);
 
 // The same for the text of a text/uri-list: one URL in each line; comments ("#") and empty lines are skipped.
@@ -26,11 +26,10 @@ QList<QUrl> fileURLs(const QByteArray &uriList);
 // link uses that address only.
 QList<QUrl> linkedFileURLs(const QByteArray &link);
 
-// The path of a file URL as the bytes that the file system has, even if they are no UTF-8.
+// The path of a file URL in the bytes of the file system, which may be invalid UTF-8.
 QByteArray fileSystemPath(const QUrl &fileURL);
 
-// The file URL of a path, given as those bytes. Equal paths have equal URLs, and the functions above return the same
-// ones.
+// The file URL of a path in these bytes. Equal paths have equal URLs, and the functions above return the same ones.
 QUrl fileURL(const QByteArray &path);
 
 // The name to show for a file URL: its last path component, without a trailing slash.

@@ -5,8 +5,8 @@
 
 #include <functional>
 
-// Sees, and may swallow, key presses that go to any application; the Mac calls that a tap. A platform that can only tap
-// named keys taps Command-A, which is Ctrl+A on Linux.
+// Receives, and may swallow, key presses in every application; the Mac calls that a tap. A platform that can only tap
+// given keys taps Command-A, which is Ctrl+A on Linux.
 class KeyTap {
 public:
     // Returns whether the key press is swallowed. Command is Qt::ControlModifier, Option Qt::AltModifier and Control

@@ -5,12 +5,12 @@
 
 #include <optional>
 
-// How the process ends. SIGTERM, SIGINT and SIGHUP quit the application as its menu does, so that what was set is
-// saved; then the process dies of the signal, as the one who sent it expects. A second one ends it at once. From the
-// signal or startDeadline() on, it ends within a second, whatever it waits for.
+// Ends the process properly. SIGTERM, SIGINT and SIGHUP quit the application as its menu does, so that the settings are
+// saved; then the process dies of the signal, as its sender expects. A second signal ends it at once. After a signal or
+// startDeadline(), the process ends within a second, even if something blocks.
 class ProcessEnd {
 public:
-    // Make one, after the application and before what is to be ended. A signal that is ignored stays so.
+    // Make one after the application object, and before the objects that it must end. An ignored signal stays ignored.
     ProcessEnd();
     ~ProcessEnd();
     ProcessEnd(const ProcessEnd &) = delete;

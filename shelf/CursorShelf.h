@@ -40,8 +40,8 @@ public:
 
     CursorDropZone *dropZone;
 
-    // Places the panel beside the pointer and fades it in over 0.15 s, also when it is already visible. Does nothing
-    // while nobody knows where the pointer is.
+    // Places the panel beside the pointer and fades it in over 0.15 s, even if it is already visible. Does nothing
+    // while the position of the pointer is unknown.
     void showNearCursor();
 
     // Fades the panel out over 0.12 s, if it is visible.
@@ -55,5 +55,5 @@ protected:
 private:
     Platform &platform;
     Fader fader;
-    bool hiding = false; // a fade-out is under way
+    bool hiding = false; // a fade-out is in progress
 };

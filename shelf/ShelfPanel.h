@@ -43,8 +43,8 @@ public:
     // The panel is created hidden.
     ShelfPanel(Platform &platform, AppSettings &settings, NotificationCenter &notifications);
 
-    // Sets the frame for the current settings and number of items, whether the panel is visible or not. Without a main
-    // screen the frame stays.
+    // Sets the frame for the current settings and number of items, even if the panel is hidden. Without a main screen
+    // the frame does not change.
     void updateFrame();
 
     // The frame now, in points with the origin at the bottom left of the primary screen, as updateFrame() set it.
@@ -92,7 +92,7 @@ public:
 
     QList<QUrl> items;
 
-    // Called once for every drop of files on the panel, before they are added.
+    // Called once for each drop of files on the panel, before they are added.
     std::function<void()> onDropReceived;
 
     // Appends a file unless it is on the shelf already or the shelf holds 50. Does not show the panel.

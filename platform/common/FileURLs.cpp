@@ -18,13 +18,13 @@ const QString kUriListType = QStringLiteral("text/uri-list");
 // The characters, beside letters, digits and "-._~", that QUrl does not percent-encode in a path.
 const QByteArray kPlainInPath = QByteArrayLiteral("/!$&'()*+,:;=@[]");
 
-// No address of a file is longer than that of the longest path with each of its bytes percent-encoded, after the
-// scheme and the longest name of a machine.
+// The longest address of a file: the scheme, the longest name of a machine, and the longest path with every byte
+// percent-encoded.
 constexpr qsizetype kEncodedByte = 3;
 constexpr qsizetype kLongestAddress = kEncodedByte * PATH_MAX + 7 + 255;
 
-// Whether a file can have this path. File systems count a name in bytes or, such as those of memory sticks, in
-// characters, which are never more.
+// Whether a file can have this path. File systems limit a name in bytes, or in characters as those of memory sticks do.
+// A name never has more characters than bytes.
 bool canBePath(const QByteArray &path)
 {
     if (path.size() >= PATH_MAX || path.contains('\0'))
@@ -40,8 +40,8 @@ bool canBePath(const QByteArray &path)
     return true;
 }
 
-// The path that `address` names, when it is spelled as nearly everybody does: no machine, and nothing that would
-// have to be mended or told from the path.
+// The path in `address` if it has the usual spelling: no machine name, and nothing that must be corrected or is not
+// part of the path.
 std::optional<QByteArray> plainlySpelledPath(QByteArrayView address)
 {
     constexpr QByteArrayView withoutMachine("file:///");
@@ -78,7 +78,8 @@ std::optional<QByteArray> plainlySpelledPath(QByteArrayView address)
     return path;
 }
 
-// The path of a file on this machine, however its sender spelled it; nothing for a file elsewhere or no file at all.
+// The path of a file on this machine, in any spelling of its URL. Nothing for a file elsewhere, and for anything that
+// is no file.
 std::optional<QByteArray> localPath(QByteArrayView address)
 {
     if (address.size() > kLongestAddress)
@@ -102,7 +103,7 @@ QList<QUrl> fileURLs(const QByteArray &uriList)
     QByteArrayView rest(uriList);
     if (rest.size() > kLongestAddressList) {
         rest = rest.first(kLongestAddressList);
-        // Of a line that is cut off nobody knows what it would be, unless it is too long already.
+        // A line that is cut off is ignored, unless it is too long already.
         const QByteArrayView cutOff = rest.sliced(rest.lastIndexOf('\n') + 1);
         if (cutOff.size() > kLongestAddress && cutOff.front() != '#')
             return {};
@@ -118,7 +119,7 @@ QList<QUrl> fileURLs(const QByteArray &uriList)
         const auto path = localPath(line);
         if (!path || !canBePath(*path))
             return {};
-        // Some encode a parenthesis or a semicolon and some do not. Two spellings of one path are one file.
+        // Some programs encode a parenthesis or a semicolon and others do not. Both spellings must give one URL.
         urls.append(fileURL(*path));
     }
     return urls;

@@ -21,7 +21,7 @@ constexpr char kTooLate[] = "parklet: ended before everything was done; the last
 std::array<int, 2> wakeUp = {-1, -1};
 volatile std::sig_atomic_t received = 0;
 
-// What handlers do is all that they may do.
+// Signal handlers may call async-signal-safe functions only.
 void handleDeadline(int)
 {
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, kTooLate, sizeof kTooLate - 1);

@@ -3,7 +3,7 @@
 
 #include "platform/DropPasteboard.h"
 
-// Drops as Qt delivers them, where the desktop has what they carry at hand.
+// Drops as Qt delivers them, for desktops on which their contents are available at once.
 class QtDropPasteboard : public DropPasteboard {
 public:
     QList<QUrl> fileURLs(const QMimeData *data) const override;

@@ -7,7 +7,7 @@
 
 class World;
 
-// One suite a service. Each states what its header promises, for every platform alike.
+// One suite for each service. It states what the service's header promises, on every platform.
 std::unique_ptr<QObject> accessibilityTrustContract(World &world);
 std::unique_ptr<QObject> activationPolicyContract(World &world);
 std::unique_ptr<QObject> alertsContract(World &world);
@@ -31,13 +31,13 @@ std::unique_ptr<QObject> thumbnailGeneratorContract(World &world);
 std::unique_ptr<QObject> userDefaultsContract(World &world);
 std::unique_ptr<QObject> workspaceContract(World &world);
 
-// The one suite that is no part of runContracts(): a session is the desktop's, and other processes claim it too. The
-// program that runs it does so itself when it is started with this argument, and exits with what comes of it.
+// This suite is not part of runContracts(), because other processes must claim the session too. Its program starts
+// itself with this argument; then it claims the session and exits with the result.
 std::unique_ptr<QObject> sessionInstanceContract(World &world);
 constexpr char kClaimArgument[] = "--claim-session";
-// Neither is what a program answers that could not start.
+// Exit codes that a program does not have when it cannot start.
 constexpr int kClaimed = 40;
 constexpr int kRefused = 41;
 
-// Runs every other suite; the number of faults.
+// Runs all other suites, and returns the number of failures.
 int runContracts(World &world, int argc, char *argv[]);

@@ -3,8 +3,8 @@
 
 class QString;
 
-// What a user does to the dialog that is on the screen. False when there is none, or no such button yet.
+// Presses a button of the visible dialog. False when there is no dialog, or not yet such a button.
 bool pressButton(const QString &title);
 
-// The same; also false while the dialog has not gone yet, so that it is cancelled until it has.
+// Cancels the visible dialog. False until it has closed, so that the caller tries again.
 bool cancelDialog();

@@ -29,7 +29,7 @@ private slots:
     void files_beside_a_web_address_are_none_to_a_drag_and_none_to_a_drop();
 
 private:
-    // Has another program drag these, and returns the files that are found once it is known what it drags.
+    // Lets another program drag these files, and returns the files on the pasteboard once they are known.
     QList<QUrl> filesOf(const QList<QUrl> &dragged)
     {
         QList<QUrl> files;
@@ -71,7 +71,7 @@ void DragPasteboardContract::files_beside_a_web_address_are_none_to_a_drag_and_n
     const QUrl address(u"https://orvane.example/"_s);
     for (const QList<QUrl> &mixed : {kFiles + QList<QUrl>{address}, QList<QUrl>{address} + kFiles}) {
         QCOMPARE(filesOf(mixed), QList<QUrl>());
-        // A drop reads what it is given as a copy does.
+        // A drop reads its contents in the same way as the clipboard.
         world.copy(kFiles);
         QVERIFY(world.waitFor([&] { return world.platform().generalPasteboard->fileURLs() == kFiles; }));
         world.copy(mixed);

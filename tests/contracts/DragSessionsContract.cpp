@@ -23,7 +23,7 @@ private slots:
 private:
     DragSessions &dragSessions() const { return *world.platform().dragSessions; }
 
-    // Begins a drag and says whether it has ended a moment later.
+    // Begins a drag, and returns whether it ends at once.
     bool ends(const QList<DraggingItem> &items, DragOperation offered)
     {
         QWidget source;

@@ -9,9 +9,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double kLatency = 0.2; // seconds
-constexpr double kBusy = 15.0;   // that a busy machine may add, and a world waits for
+constexpr double kBusy = 15.0;   // seconds; a busy machine may take so much longer, and a world waits for it
 
-// A stream that counts its calls, and ends with the test.
+// A stream that counts its calls and ends with the test.
 class Listener {
     Q_DISABLE_COPY_MOVE(Listener)
 
@@ -57,7 +57,7 @@ private:
     FileEventStreams &fileEventStreams() const { return *world.platform().fileEventStreams; }
     void change(const char *name) const { world.addFile(world.folder.path(), QString::fromLatin1(name)); }
 
-    // Lets more time pass than a stream takes to report.
+    // Waits longer than a stream takes to report.
     void settle() const
     {
         const auto isOver = std::make_shared<bool>(false);
@@ -82,7 +82,7 @@ void FileEventStreamsContract::a_change_is_reported_once_the_stream_is_started()
 
 void FileEventStreamsContract::a_burst_of_changes_is_reported_once()
 {
-    // What the tests before have changed is over.
+    // Wait until the changes of earlier tests have been reported.
     settle();
     Listener listener(fileEventStreams(), world.folder.path(), kLatency);
     listener.stream->start();
@@ -128,7 +128,7 @@ void FileEventStreamsContract::a_stopped_stream_is_silent()
 void FileEventStreamsContract::an_invalidated_stream_is_silent_for_good()
 {
     Listener silent(fileEventStreams(), world.folder.path(), kLatency);
-    // Reports after the other would have.
+    // This stream reports later than the other one would.
     Listener clock(fileEventStreams(), world.folder.path(), 2 * kLatency);
     clock.stream->start();
     silent.stream->start();
@@ -179,7 +179,7 @@ void FileEventStreamsContract::a_stream_may_be_ended_from_its_own_handler()
 
 void FileEventStreamsContract::a_new_file_was_created_just_now()
 {
-    constexpr qint64 kMoment = 60; // seconds; more than two clocks may be apart
+    constexpr qint64 kMoment = 60; // seconds; two clocks never differ by more
     change("new");
     const QUrl file = QUrl::fromLocalFile(world.folder.filePath(u"new"_s));
     const auto date = fileEventStreams().creationDate(file);

@@ -9,13 +9,13 @@
 class QWidget;
 struct Platform;
 
-// A drag of another program, of these addresses, for as long as this lives.
+// A drag of these addresses in another program. It ends with this object.
 class ForeignDragUnderWay {
 public:
     virtual ~ForeignDragUnderWay() = default;
 };
 
-// Begins one that `platform` sees; what it carries may become known only a while later. Null when none could begin.
+// Begins a drag that `platform` can see. Its contents may become known a while later. Null when no drag could begin.
 std::unique_ptr<ForeignDragUnderWay> dragInAnotherProgram(Platform &platform, const QList<QUrl> &urls);
 
 // Has another program drop these on a window of this one, as the desktop does it. It is delivered then or later.

@@ -42,7 +42,7 @@ void PasteboardContract::copied_words_are_no_files()
 
 void PasteboardContract::a_copied_file_is_the_one_that_its_folder_lists()
 {
-    // As a Mac names a screenshot: the accents are letters of their own.
+    // The name of a screenshot on a Mac: its accents are separate characters.
     const QByteArray path = "/tmp/Capture d\xe2\x80\x99"
                             "e\xcc\x81"
                             "cran.png";

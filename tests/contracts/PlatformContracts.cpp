@@ -16,9 +16,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
-constexpr int kGlance = 20;       // milliseconds between two looks for a dialog
+constexpr int kGlance = 20;       // milliseconds between two searches for a dialog
 
-// The desktop that this is run on.
+// The real desktop.
 class RealWorld : public World {
 public:
     Platform &platform() override { return *services; }
@@ -56,12 +56,12 @@ public:
     void cancelOpenPanel() override { once(cancelDialog); }
 
 private:
-    // Tries until it has succeeded, or something else is to be done.
+    // Tries again until `act` returns true, or until the next action.
     void once(std::function<bool()> act)
     {
         hand = std::make_unique<QTimer>();
         QObject::connect(hand.get(), &QTimer::timeout, hand.get(), [timer = hand.get(), act = std::move(act)] {
-            // What it does turns the main loop.
+            // The action runs the main loop.
             timer->stop();
             if (!act())
                 timer->start(kGlance);

@@ -21,8 +21,8 @@ private slots:
     void the_session_is_free_again_when_the_first_has_gone();
 
 private:
-    // What another process answers that claims the session; -1 when it comes to none. This one goes on answering it
-    // meanwhile.
+    // Lets another process claim the session, and returns its result; -1 if it has none. This process continues to
+    // answer it meanwhile.
     int claimElsewhere()
     {
         QProcess other;

@@ -17,7 +17,7 @@ namespace {
 constexpr double kPatience = 20; // virtual seconds
 constexpr double kStep = 0.01;
 
-// The platform that the unit tests run on.
+// The platform of the unit tests.
 class VirtualWorld : public World {
 public:
     VirtualWorld()
@@ -75,7 +75,7 @@ public:
 
 private:
     VirtualPlatform virtualPlatform;
-    QSet<const FileEventStream *> changed; // since their last call
+    QSet<const FileEventStream *> changed; // changed since their last call
 };
 
 } // namespace

@@ -13,7 +13,7 @@ namespace {
 constexpr QPoint kOnSource(60, 60);
 constexpr QPoint kAway(200, 200);
 
-// A program with a window at the top left, and a hand that drags out of it.
+// A program with a window at the top left, and test input that drags out of it.
 class DragOfAClient : public ForeignDragUnderWay {
 public:
     explicit DragOfAClient(const QByteArray &list)

@@ -3,6 +3,6 @@
 
 #include <QByteArray>
 
-// A path with each letter that can be composed in one piece (NFC), as Qt spells what a Mac copies or drops. What is no
-// UTF-8 stays as it is.
+// Returns the path with composed letters (NFC), as Qt spells the paths that are copied or dropped on a Mac. Bytes that
+// are not UTF-8 stay unchanged.
 QByteArray composedSpelling(const QByteArray &path);

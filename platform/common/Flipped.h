@@ -4,7 +4,8 @@
 #include <QPointF>
 #include <QRectF>
 
-// A place that is measured from the bottom left of something, as Qt measures it from its top left, and back.
+// Converts a point between the origin at the bottom left and the one at the top left, for an area of this height in
+// points.
 inline QPointF flippedIn(double height, const QPointF &point)
 {
     return {point.x(), height - point.y()};

@@ -34,8 +34,8 @@ HoverEvents::HoverEvents(QWidget &hovered)
 {
 }
 
-// The window's own handling of these finds the view under the pointer, sends it and the one before what they need to
-// know, and wakes tool tips.
+// When the window handles these events, it finds the view under the pointer, sends enter and leave events, and wakes
+// tool tips.
 void HoverEvents::move()
 {
     const QPointer<QWidget> hovered = window;
@@ -45,7 +45,7 @@ void HoverEvents::move()
         isInside = true;
         sendEnter(*hovered);
     }
-    // Whoever heard of the first event may have let go of the window.
+    // The handler of the first event may have deleted the window.
     if (hovered && hovered->windowHandle())
         sendMove(*hovered);
 }

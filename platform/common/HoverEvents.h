@@ -4,18 +4,18 @@
 #include <QPointer>
 #include <QWidget>
 
-// Tells a window of the pointer over it where Qt does not by itself. A handler may delete the window, and this with it.
+// Tells a window about the pointer over it when Qt does not. A handler may delete the window, and this object with it.
 class HoverEvents {
 public:
     explicit HoverEvents(QWidget &hovered);
 
-    // The pointer is over the window, wherever it is now.
+    // The pointer is over the window, at its current position.
     void move();
 
-    // The pointer is not over the window any more. Says nothing unless the window has been told that it was.
+    // The pointer has left the window. Does nothing unless the window was told that the pointer is over it.
     void leave();
 
-    // Qt has told the window something of its own.
+    // Call this when Qt itself has sent the window such an event.
     void forget() { isInside = false; }
 
 private:

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-// A completion is called without the lock, as it may ask for the next thumbnail.
+// A completion is called without the lock, because it may request the next thumbnail.
 
 quint64 OpenThumbnails::add(Completion completion)
 {

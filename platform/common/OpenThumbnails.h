@@ -6,8 +6,7 @@
 #include <map>
 #include <mutex>
 
-// The requests that have not been answered, so that each is answered exactly once, whichever thread its answer comes
-// on.
+// The open requests, so that each is answered exactly once, on any thread.
 class OpenThumbnails {
 public:
     using Completion = ThumbnailGenerator::Completion;
@@ -17,10 +16,10 @@ public:
 
     bool isOpen(quint64 request);
 
-    // Answers a request that is open.
+    // Answers a request if it is open.
     void answer(quint64 request, std::optional<Thumbnail> image);
 
-    // Answers whatever is open with nothing.
+    // Answers all open requests with nothing.
     void answerAll();
 
 private:

@@ -4,7 +4,7 @@
 SessionLock::SessionLock(const QString &path)
     : file(path)
 {
-    // However long the first one has been running.
+    // The lock never becomes stale by its age.
     file.setStaleLockTime(0);
 }
 
@@ -12,7 +12,7 @@ bool SessionLock::take()
 {
     if (file.tryLock(0))
         return true;
-    // A lock file that names no process, as a full disk leaves it, would be somebody's for ever.
+    // A lock file without a process number, as a full disk leaves it, would block every start.
     qint64 process = 0;
     QString host;
     QString application;
@@ -21,6 +21,6 @@ bool SessionLock::take()
         if (file.tryLock(0))
             return true;
     }
-    // Where nothing can be locked there is nobody to hand over to: better a second shelf than none.
+    // If locking is impossible, there is no other instance to notify, and a second shelf is better than none.
     return file.error() != QLockFile::LockFailedError;
 }

@@ -3,12 +3,12 @@
 
 #include <QLockFile>
 
-// A file that the first program of a session locks for as long as it runs.
+// A file that the first program of a session locks while it runs.
 class SessionLock {
 public:
     explicit SessionLock(const QString &path);
 
-    // Whether this program may run: it has the lock, or nothing can be locked there at all.
+    // Whether this program may run: it has the lock, or locking is impossible there.
     bool take();
 
 private:

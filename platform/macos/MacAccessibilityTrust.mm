@@ -22,7 +22,7 @@ void MacAccessibilityTrust::openAccessibilitySettings()
     NSURL *page = [NSURL URLWithString:kSettingsPage];
     if (!page)
         qFatal("The address of the accessibility settings is malformed");
-    // Puts Parklet into the list there, so that it only has to be turned on.
+    // Adds Parklet to the list there, so that the user only has to turn it on.
     AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)
                                       @{(__bridge NSString *)kAXTrustedCheckOptionPrompt : @YES});
     [NSWorkspace.sharedWorkspace openURL:page];

@@ -3,7 +3,7 @@
 
 #include "platform/Alerts.h"
 
-// AppKit's own alerts. Qt's message boxes become alerts of AppKit's too, but not all of one does.
+// Alerts of AppKit (NSAlert). Qt turns its message boxes into NSAlerts too, but loses parts of them.
 class MacAlerts : public Alerts {
 public:
     AlertAnswer runModal(const Alert &alert) override;

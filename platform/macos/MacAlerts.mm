@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int kIconSize = 64;                           // points
-constexpr double kIconScale = 2;                        // pixels a point, of the sharpest screens
+constexpr double kIconScale = 2;                        // pixels a point, on the sharpest screens
 constexpr NSRect kLongTextFrame = {{0, 0}, {320, 200}}; // points
 
 NSView *scrollingText(const QString &text)
@@ -22,7 +22,7 @@ NSView *scrollingText(const QString &text)
     view.editable = NO;
     view.drawsBackground = NO;
     view.string = toNSString(text);
-    // Black otherwise, on whatever the alert has for a ground.
+    // Otherwise the text is black on any background.
     view.textColor = NSColor.labelColor;
     return area;
 }
@@ -50,8 +50,8 @@ AlertAnswer MacAlerts::runModal(const Alert &question)
     [alert layout];
     if (question.dark)
         alert.window.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
-    // To become the active application is a request that the system may refuse, and an alert that stays behind other
-    // windows would leave the program waiting for an answer to what nobody sees.
+    // The system may refuse to activate the application. An alert behind other windows would then wait for an answer
+    // that the user cannot give.
     alert.window.level = NSModalPanelWindowLevel;
     alert.window.collectionBehavior =
         NSWindowCollectionBehaviorMoveToActiveSpace | NSWindowCollectionBehaviorFullScreenAuxiliary;

@@ -11,7 +11,7 @@ namespace {
 constexpr CGFloat kRemovePointSize = 8;
 constexpr CGFloat kDropZonePointSize = 26;
 
-// How the symbols are drawn that are not to look as they come; nil for all others.
+// The configuration of symbols that are not drawn as they are; nil for all others.
 NSImageSymbolConfiguration *configurationOf(const QString &name)
 {
     if (name == QLatin1String("xmark"))

@@ -18,9 +18,9 @@ Q_FORWARD_DECLARE_OBJC_CLASS(NSImage);
 Q_FORWARD_DECLARE_OBJC_CLASS(NSString);
 Q_FORWARD_DECLARE_OBJC_CLASS(NSURL);
 
-// Values of Qt as values of Cocoa and back, for the services of this folder.
+// Converts values between Qt and Cocoa, for the services of this folder.
 
-// Owns what a Core Foundation function named "Create" or "Copy" answered: CFRef<CFDataRef>.
+// Owns the result of a Core Foundation function named "Create" or "Copy": CFRef<CFDataRef>.
 struct CFReleaser {
     void operator()(const void *object) const;
 };
@@ -29,27 +29,27 @@ using CFRef = std::unique_ptr<std::remove_pointer_t<Ref>, CFReleaser>;
 
 NSString *toNSString(const QString &text);
 
-// An empty string for nil.
+// Returns an empty string for nil.
 QString fromNSString(NSString *text);
 
 NSURL *toNSURL(const QUrl &url);
 
-// The URL of a file on this machine, equal to what the same file has when Qt hands it over; nothing for any other.
+// The URL of a file on this machine, equal to the URL that Qt delivers for the same file. Nothing for any other URL.
 std::optional<QUrl> fromNSURL(NSURL *url);
 
-// In the sRGB colour space; also for components outside the ordinary range.
+// In the sRGB colour space. Components may be outside the range from 0 to 1.
 NSColor *toNSColor(const QColor &color);
 
-// Nothing for what has no components, such as a pattern.
+// Nothing for a colour without components, such as a pattern.
 std::optional<QColor> fromNSColor(NSColor *color);
 
-// `image`, made smaller where it is larger than `bound` pixels. Null when there is none.
+// Converts `image`, and reduces it if it is larger than `bound` pixels. Null without an image.
 QImage fromCGImage(CGImageRef image, const QSize &bound);
 
-// `image` drawn as large as fits into the middle of `size` pixels.
+// Draws `image` as large as fits into the middle of `size` pixels.
 QImage fromNSImage(NSImage *image, const QSize &size);
 
-// `image` at a size of `size` points. Nil for one without pixels.
+// Converts `image` to an image of `size` points. Nil for an image without pixels.
 NSImage *toNSImage(const QImage &image, const QSizeF &size);
 
 // `icon` of at most `size` points, at `scale` pixels a point.

@@ -9,7 +9,7 @@ namespace {
 
 constexpr size_t kBitsPerComponent = 8;
 
-// The memory of `canvas` as something to draw on with Core Graphics; its first row is the topmost on both sides.
+// A Core Graphics context on the memory of `canvas`. In both, the first row is the topmost.
 CFRef<CGContextRef> contextOn(QImage &canvas)
 {
     const CFRef<CGColorSpaceRef> space(CGColorSpaceCreateWithName(kCGColorSpaceSRGB));
@@ -51,7 +51,7 @@ NSURL *toNSURL(const QUrl &url)
 
 std::optional<QUrl> fromNSURL(NSURL *url)
 {
-    // A file manager may name a file by its place on the disk instead of its path.
+    // A file manager may identify a file by its number on the disk (a file reference URL) instead of its path.
     NSURL *path = url.fileURL ? url.filePathURL : nil;
     if (!path)
         return {};
@@ -75,7 +75,7 @@ std::optional<QColor> fromNSColor(NSColor *color)
     NSColor *extended = [color colorUsingColorSpace:NSColorSpace.extendedSRGBColorSpace];
     if (!extended)
         return {};
-    // Components outside the ordinary range make it an extended colour.
+    // With components outside the range from 0 to 1, this is an extended colour.
     return QColor::fromRgbF(static_cast<float>(extended.redComponent), static_cast<float>(extended.greenComponent),
                             static_cast<float>(extended.blueComponent), static_cast<float>(extended.alphaComponent));
 }

@@ -3,8 +3,8 @@
 
 #include "platform/DragPasteboard.h"
 
-// The system's drag pasteboard. What a drag has put there stays after the drag, and a drag of our own goes there too;
-// neither is a drag of another application that is in progress.
+// The system's drag pasteboard. It keeps the contents of a drag after its end, and has those of our own drags too.
+// Neither counts as a drag in progress in another application.
 class MacDragPasteboard : public DragPasteboard {
 public:
     MacDragPasteboard();
@@ -12,10 +12,10 @@ public:
     qint64 changeCount() const override;
     QList<QUrl> fileURLs() const override;
 
-    // Leaves out what is there now.
+    // Ignores the present contents.
     void ignoreContents();
 
 private:
-    qint64 ignored = 0;       // the change count whose contents are left out
-    mutable qint64 known = 0; // the last one that is not
+    qint64 ignored = 0;       // the change count of the ignored contents
+    mutable qint64 known = 0; // the last change count that is not ignored
 };

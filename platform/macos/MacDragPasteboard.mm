@@ -37,7 +37,7 @@ QList<QUrl> MacDragPasteboard::fileURLs() const
     NSPasteboard *pasteboard = dragPasteboard();
     if (pasteboard.changeCount == ignored)
         return {};
-    // Web addresses are read too: a drop takes files beside them no more than it takes them.
+    // Web addresses are read too, because a drop that has one takes no files.
     QList<QUrl> urls;
     for (id object in [pasteboard readObjectsForClasses:@[ [NSURL class] ] options:nil]) {
         const auto url = [object isKindOfClass:[NSURL class]] ? fromNSURL(object) : std::nullopt;

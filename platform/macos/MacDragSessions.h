@@ -7,11 +7,11 @@
 
 class MacDragPasteboard;
 
-// Drags out as AppKit's own sessions, of one item a file. Qt's drags are none: a single file would go by a call that is
-// deprecated and raises an exception when items and pictures differ in number.
+// Drags out as dragging sessions of AppKit, with one item for each file. Qt's drags cannot be used: for a single file
+// Qt calls a deprecated method, which raises an exception when the numbers of items and pictures differ.
 class MacDragSessions : public DragSessions {
 public:
-    // `pasteboard` is told that what a drag of ours has put on it is ours.
+    // `pasteboard` must ignore the contents of our own drags.
     explicit MacDragSessions(MacDragPasteboard &pasteboard);
     ~MacDragSessions() override;
 
@@ -22,5 +22,5 @@ private:
     struct Session;
 
     MacDragPasteboard &dragPasteboard;
-    std::unique_ptr<Session> session; // the latest one
+    std::unique_ptr<Session> session; // the last session
 };

@@ -15,7 +15,7 @@
 
 using SessionEnded = std::function<void(NSPoint point, NSDragOperation operation)>;
 
-// Offers one operation, inside this application and outside, and tells how its session has ended.
+// Offers one operation, inside and outside this application, and reports how its session has ended.
 @interface ParkletDragSource : NSObject <NSDraggingSource>
 - (instancetype)initWithOperation:(NSDragOperation)operation ended:(SessionEnded)ended;
 - (BOOL)isRunning;
@@ -24,7 +24,8 @@ using SessionEnded = std::function<void(NSPoint point, NSDragOperation operation
 
 namespace {
 
-// There is one pointer, and so one drag. It is being dropped before its session has ended.
+// The source of the last drag. There is one pointer and so one drag, but a drop is handled before its session has
+// ended.
 __weak ParkletDragSource *latest = nil;
 
 } // namespace
@@ -60,7 +61,7 @@ __weak ParkletDragSource *latest = nil;
     return offered;
 }
 
-// Otherwise they would leave nothing of the one operation.
+// Otherwise a modifier key would remove the only offered operation.
 - (BOOL)ignoreModifierKeysForDraggingSession:(NSDraggingSession *)__unused session
 {
     return YES;
@@ -103,7 +104,7 @@ DragOperation performedOperation(NSDragOperation operation)
     return (operation & NSDragOperationLink) != 0 ? DragOperation::Link : DragOperation::Copy;
 }
 
-// `frame` in `source`, as a rectangle of the view of its window.
+// Converts `frame` in `source` to the view of its window.
 NSRect frameInView(const QRectF &frame, const QWidget &source, NSView *view)
 {
     const QRectF placed(source.mapTo(source.window(), frame.topLeft()), frame.size());
@@ -138,7 +139,7 @@ NSEvent *mouseEvent(NSEventType type, NSWindow *window, NSPoint location)
                               pressure:0];
 }
 
-// The event that a session begins with. Qt hands its own on later, so the current one may be any other.
+// The mouse event with which a session begins. Qt delivers its events later, so the current event may be any other.
 NSEvent *draggedEvent(NSWindow *window)
 {
     NSEvent *current = NSApplication.sharedApplication.currentEvent;
@@ -147,7 +148,7 @@ NSEvent *draggedEvent(NSWindow *window)
     return mouseEvent(NSEventTypeLeftMouseDragged, window, window.mouseLocationOutsideOfEventStream);
 }
 
-// The session has swallowed the release that ends it, so Qt would take the button for pressed.
+// The session has received the release that ends it, so Qt would consider the button still down.
 void releaseButton(NSView *view, NSPoint point)
 {
     NSWindow *window = view.window;
@@ -183,7 +184,7 @@ bool MacDragSessions::isRunning() const
     return session && [session->source isRunning];
 }
 
-// Qt has begun no drag, and takes it for another program's.
+// Qt has not begun the drag, and considers it another program's.
 bool isOwnDrag(const QDropEvent &)
 {
     return [latest isRunning];

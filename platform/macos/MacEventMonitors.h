@@ -6,7 +6,8 @@
 #include <map>
 #include <memory>
 
-// AppKit's global monitors. They see what goes to other applications only, and only in a trusted process.
+// AppKit's global monitors. They receive events of other applications only, and only in a trusted process (one with the
+// accessibility permission).
 class MacEventMonitors : public EventMonitors {
 public:
     MacEventMonitors();

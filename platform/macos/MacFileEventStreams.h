@@ -5,8 +5,8 @@
 
 #include <set>
 
-// File-system event streams on the main run loop, in its default mode: changes wait while the user drags in one of our
-// own windows.
+// File-system event streams (FSEvents) on the main run loop in its default mode, so changes wait while the user drags
+// in a window of this program.
 class MacFileEventStreams : public FileEventStreams {
 public:
     MacFileEventStreams();
@@ -20,6 +20,6 @@ private:
     class Stream;
     using Running = std::set<std::shared_ptr<Stream>>;
 
-    // The started streams, which run on when nobody else holds them.
+    // The started streams. They keep running even if nobody else has a reference to them.
     std::shared_ptr<Running> running;
 };

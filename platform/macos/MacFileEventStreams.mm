@@ -14,7 +14,7 @@ namespace {
 constexpr FSEventStreamCreateFlags kFlags = kFSEventStreamCreateFlagUseCFTypes | kFSEventStreamCreateFlagFileEvents;
 static_assert(kFlags == 0x11);
 
-// A dispatch queue, which the system has instead, knows no modes.
+// A dispatch queue, which replaces this deprecated function, does not have run-loop modes.
 void scheduleInDefaultMode(FSEventStreamRef stream)
 {
 #pragma clang diagnostic push
@@ -55,7 +55,7 @@ public:
     void stop() override
     {
         const auto owner = running.lock();
-        // The set may hold the last reference.
+        // The set may have the last reference.
         const auto self = shared_from_this();
         if (owner && owner->erase(self) != 0)
             FSEventStreamStop(stream);
@@ -73,7 +73,7 @@ private:
     {
         if (!info)
             return;
-        // The handler may stop the stream, and let go of it.
+        // The handler may stop and release the stream.
         const auto self = static_cast<Stream *>(info)->shared_from_this();
         self->handler();
     }

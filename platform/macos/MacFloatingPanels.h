@@ -8,7 +8,7 @@
 
 class MacPanel;
 
-// Nonactivating panels on the system's own translucent material.
+// Nonactivating panels (they take clicks without activating the application) with the system's translucent material.
 class MacFloatingPanels : public FloatingPanels {
 public:
     MacFloatingPanels();
@@ -21,7 +21,7 @@ public:
     bool drawsBackground() const override { return true; }
 
 private:
-    // Null for a window that is none.
+    // Null for a window that is no panel.
     MacPanel *panelOf(const QWidget &window) const;
 
     std::vector<std::unique_ptr<MacPanel>> panels;

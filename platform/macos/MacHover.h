@@ -7,20 +7,20 @@
 
 Q_FORWARD_DECLARE_OBJC_CLASS(NSView);
 
-// Hands the pointer over a window to Qt while another application is active. Qt's own view follows it all the time, but
-// keeps to itself what it sees then, and a panel is made to be used just then.
+// Tells Qt about the pointer over a window while another application is active. Qt's view receives the pointer then
+// too, but ignores it, although a panel is mostly used at that time.
 class MacHover {
 public:
     explicit MacHover(QWidget &hovered);
     ~MacHover();
 
-    // Follows the pointer over `view`, the window's, and over no other any more.
+    // Follows the pointer over the window's `view`, and no other view.
     void follow(NSView *view);
 
-    // Tells the window that the pointer is not over it any more, if that is what it has been told.
+    // Tells the window that the pointer has left, if it was told that the pointer is over it.
     void leave() { events.leave(); }
 
-    // Qt has told the window something of its own.
+    // Call this when Qt itself has sent the window such an event.
     void forget() { events.forget(); }
 
 private:

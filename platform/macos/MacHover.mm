@@ -7,7 +7,7 @@
 
 namespace {
 
-// A copy is called: the panel may go meanwhile, and its follower with it.
+// Calls a copy, because the handler may delete the panel and its follower.
 void callWhileInactive(std::function<void()> handler)
 {
     if (handler && !NSApplication.sharedApplication.active)
@@ -16,7 +16,7 @@ void callWhileInactive(std::function<void()> handler)
 
 } // namespace
 
-// Receives what a tracking area sees, while this application is not the active one.
+// Receives the events of a tracking area while this application is not active.
 @interface ParkletPointerFollower : NSObject
 - (instancetype)initWithMoved:(std::function<void()>)moved left:(std::function<void()>)left;
 - (void)stop;
@@ -61,7 +61,7 @@ void callWhileInactive(std::function<void()> handler)
 
 namespace {
 
-// The last of these keeps the area as large as its view.
+// The last option keeps the area as large as its view.
 constexpr NSTrackingAreaOptions kOptions =
     NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved | NSTrackingActiveAlways | NSTrackingInVisibleRect;
 static_assert(kOptions == 0x283);
@@ -80,12 +80,12 @@ struct MacHover::Area {
     ~Area()
     {
         [view removeTrackingArea:area];
-        // Somebody else may still hold it.
+        // Another object may still have a reference.
         [follower stop];
     }
 
     __weak NSView *view;
-    ParkletPointerFollower *follower; // which the area does not retain
+    ParkletPointerFollower *follower; // the area does not retain it
     NSTrackingArea *area;
 };
 

@@ -6,5 +6,5 @@
 
 Q_FORWARD_DECLARE_OBJC_CLASS(NSImage);
 
-// An icon that draws `image` anew at every size; in one colour where `tint` is valid. Null when `image` is nil.
+// An icon that draws `image` at every size, in one colour if `tint` is valid. Null when `image` is nil.
 QIcon macIcon(NSImage *image, const QColor &tint = QColor());

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-// A filtering event tap of the session. It names the key with the code of A; every other key is Qt::Key_unknown. When
-// the system disables it, it stays so.
+// A filtering event tap (CGEventTap) of the session. It reports the key with the code of A, and every other key as
+// Qt::Key_unknown. When the system disables the tap, it stays disabled.
 class MacKeyTap : public KeyTap {
 public:
     MacKeyTap();

@@ -7,7 +7,7 @@
 
 namespace {
 
-// The code is that of a place on the keyboard: the third row's first letter, whatever the layout types there.
+// The code belongs to a place on the keyboard, the first letter of the third row, whatever the layout types there.
 constexpr int64_t kCodeOfA = 0;
 
 Qt::KeyboardModifiers modifiersOf(CGEventFlags flags)
@@ -25,7 +25,8 @@ CGEventRef tapCallback(CGEventTapProxy, CGEventType type, CGEventRef event, void
     if (type != kCGEventKeyDown)
         return event;
     const int64_t code = CGEventGetIntegerValueField(event, kCGKeyboardEventKeycode);
-    const KeyTap::Handler handler = *static_cast<const KeyTap::Handler *>(userInfo); // it may remove the tap
+    const KeyTap::Handler handler =
+        *static_cast<const KeyTap::Handler *>(userInfo); // a copy, because it may remove the tap
     const bool swallowed = handler(code == kCodeOfA ? Qt::Key_A : Qt::Key_unknown, modifiersOf(CGEventGetFlags(event)));
     return swallowed ? nullptr : event;
 }

@@ -15,7 +15,7 @@ bool MacLoginItem::enable()
     return isEnabled();
 }
 
-// What waits for the user's approval is registered too.
+// A registration that waits for the user's approval also counts.
 bool MacLoginItem::disable()
 {
     switch (SMAppService.mainAppService.status) {

@@ -9,9 +9,8 @@
 
 namespace {
 
-// Sends the items to the first responder that answers to the action they are named for. Qt's view answers to those that
-// have a role in Qt as it does to its own items, and views of AppKit's, such as the fields of an open panel, do as
-// ever.
+// Sends each item to the first responder with the action in its name. Qt's view implements the actions that have a role
+// in Qt, and AppKit's views, such as the text fields of an open panel, implement theirs.
 void sendToFirstResponder(const QMenu &menu, NSMenu *native)
 {
     for (const QAction *action : menu.actions()) {
@@ -23,7 +22,7 @@ void sendToFirstResponder(const QMenu &menu, NSMenu *native)
     }
 }
 
-// AppKit appends items of its own to an Edit menu, for dictation and for symbols, unless these say that it should not.
+// AppKit adds items for dictation and symbols to an Edit menu, unless these defaults forbid it.
 void keepOutForeignItems()
 {
     [NSUserDefaults.standardUserDefaults registerDefaults:@{
@@ -32,7 +31,7 @@ void keepOutForeignItems()
     }];
 }
 
-// Qt gives an item its submenu only as the menu around it opens, which a menu bar never does.
+// Qt gives an item its submenu only when the menu around it opens, and a menu bar never opens.
 NSMenuItem *titleItem(QMenu &menu)
 {
     NSMenu *submenu = menu.toNSMenu();
@@ -47,7 +46,7 @@ NSMenuItem *titleItem(QMenu &menu)
 
 void MacMenuBar::setMainMenu(std::unique_ptr<QMenu> menu)
 {
-    // Qt's own menu bar would put an application menu first.
+    // Qt's own menu bar would have an application menu first.
     NSMenu *bar = [[NSMenu alloc] initWithTitle:@""];
     const QList<QAction *> titles = menu ? menu->actions() : QList<QAction *>();
     for (const QAction *title : titles) {

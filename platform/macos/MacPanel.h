@@ -9,9 +9,9 @@
 
 #include <memory>
 
-// The panel behind one window of Qt's. Qt gives its tool windows properties of its own, some of them anew whenever the
-// application becomes active or stops being so; this puts back what a floating panel has. And it tells the window of
-// the pointer while another application is active, as is the rule with a panel.
+// The NSPanel of one window of Qt. Qt sets properties of its own on tool windows, some of them each time the
+// application becomes active or inactive; this class restores those of a floating panel. It also tells the window about
+// the pointer while another application is active.
 class MacPanel : public QObject {
 public:
     MacPanel(QWidget &panelWindow, const PanelStyle &panelStyle);

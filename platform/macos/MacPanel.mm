@@ -8,7 +8,7 @@
 #import <QuartzCore/QuartzCore.h>
 #import <objc/runtime.h>
 
-// The material of a panel. The pointer is Qt's.
+// The background of a panel. It leaves the pointer to Qt.
 @interface ParkletBackground : NSVisualEffectView
 @end
 
@@ -30,7 +30,7 @@ constexpr NSWindowCollectionBehavior kCollectionBehavior = NSWindowCollectionBeh
                                                            NSWindowCollectionBehaviorFullScreenAuxiliary;
 static_assert(kCollectionBehavior == 0x111);
 
-// While this lives, a method of all panels does what `block` does, which takes the panel and the method's arguments.
+// While it exists, a method of all panels does what `block` does. The block gets the panel and the method's arguments.
 class ReplacedMethod {
 public:
     ReplacedMethod(SEL selector, id (^blockFor)(IMP original))
@@ -53,9 +53,9 @@ private:
     const IMP replacement;
 };
 
-// While this lives, every panel is made with our style mask and keeps it, whatever mask Qt sets. The window server
-// learns from a panel's initialiser alone whether a click on it activates the application, Qt has no window flag for
-// that, and a mask that changes later may cost the panel its frame.
+// While it exists, every new panel has our style mask and keeps it, whatever mask Qt sets. The window server reads only
+// from a panel's initialiser whether a click activates the application. Qt has no window flag for that, and changing
+// the mask later may change the panel's frame.
 class PanelCreation {
     using Initializer = id (*)(id, SEL, NSRect, NSWindowStyleMask, NSBackingStoreType, BOOL, NSScreen *);
     using Setter = void (*)(id, SEL, NSWindowStyleMask);
@@ -82,18 +82,18 @@ class PanelCreation {
     };
 };
 
-// Qt gives a panel a mask of its own again when its window flags change.
+// Qt sets a mask of its own again when the window flags change.
 void restoreStyleMask(NSPanel *panel)
 {
     if (!panel || panel.styleMask == kStyleMask)
         return;
     const NSRect frame = panel.frame;
     panel.styleMask = kStyleMask;
-    // AppKit may have made the panel a new frame view, as large as it likes.
+    // AppKit may have given the panel a new frame view of another size.
     [panel setFrame:frame display:NO];
 }
 
-// Black where a panel is, stretched between its corners.
+// A mask image that is black inside the panel, and is stretched between its corners.
 NSImage *cornerMask(double radius)
 {
     const CGFloat side = 2 * radius + 1;
@@ -109,8 +109,8 @@ NSImage *cornerMask(double radius)
     return mask;
 }
 
-// Puts `background` under what Qt draws. Recent versions of Qt draw into a layer inside their view's, which the
-// background can lie under; older ones draw into the layer of the view itself, and would be covered.
+// Puts `background` under Qt's drawing. Recent versions of Qt draw into a layer of their view, and the background can
+// be below it. Older versions draw into the view's own layer, which the background would cover.
 void putUnder(NSView *contents, NSView *background)
 {
     background.wantsLayer = YES;
@@ -125,7 +125,7 @@ void putUnder(NSView *contents, NSView *background)
     }
 }
 
-// A block holds what is passed by value.
+// By value, because the block keeps a copy.
 id observe(NSNotificationName name, std::function<void()> changed)
 {
     return [NSNotificationCenter.defaultCenter addObserverForName:name
@@ -139,7 +139,7 @@ id observe(NSNotificationName name, std::function<void()> changed)
 Qt::WindowFlags flagsOf(const PanelStyle &style)
 {
     Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint;
-    // The shelf answers keys once it has been clicked, which leaves the active application as it is.
+    // The shelf receives keys after a click on it, without activating the application.
     flags.setFlag(Qt::WindowDoesNotAcceptFocus, style.role != QLatin1String("shelf"));
     return flags;
 }
@@ -161,7 +161,7 @@ struct MacPanel::Native {
 
     id resigned;
     id activated;
-    QWindow nobody; // never shown
+    QWindow nobody; // never visible
     __weak NSPanel *panel = nil;
     __weak NSVisualEffectView *background = nil;
 };
@@ -171,7 +171,7 @@ MacPanel::MacPanel(QWidget &panelWindow, const PanelStyle &panelStyle)
     , style(panelStyle)
     , hover(panelWindow)
     , native(std::make_unique<Native>([this] {
-        // Qt says that the pointer has come or gone when the application becomes active or stops being so.
+        // Qt sends enter and leave events when the application becomes active or inactive.
         hover.forget();
         applyProperties();
     }))
@@ -197,7 +197,7 @@ void MacPanel::orderFront()
 
 void MacPanel::orderOut()
 {
-    // Whoever hears that the pointer has left may let go of the panel.
+    // The handler of the leave event may delete the panel.
     const QPointer<QWidget> hidden = window;
     if (!hidden)
         return;
@@ -236,7 +236,7 @@ void MacPanel::adopt()
     if (![contents.window isKindOfClass:[NSPanel class]])
         return;
     native->panel = static_cast<NSPanel *>(contents.window);
-    // Qt lets a window become the main one unless it has a transient parent. Any will do.
+    // In Qt, a window can become the main one unless it has a transient parent. Any parent will do.
     window->windowHandle()->setTransientParent(&native->nobody);
     applyProperties();
     hover.follow(contents);
@@ -261,7 +261,7 @@ void MacPanel::applyProperties()
     panel.movableByWindowBackground = NO;
     panel.hidesOnDeactivate = NO;
     panel.backgroundColor = NSColor.clearColor;
-    // Its symbols are white, whatever the system looks like.
+    // The symbols of the shelf are white, in light mode too.
     panel.appearance = [NSAppearance appearanceNamed:NSAppearanceNameDarkAqua];
     panel.hasShadow = YES;
     panel.animationBehavior = NSWindowAnimationBehaviorNone;

@@ -2,8 +2,8 @@
 #include "platform/PathSpelling.h"
 #include "platform/common/ComposedSpelling.h"
 
-// The file system takes a composed letter and its parts for the same, and so a file has two names. Qt composes what is
-// copied or dropped; a folder lists names as they were given.
+// For the file system, a composed letter and its parts are equal, so a file has two names. Qt composes the letters of
+// copied and dropped names, and a folder lists the names as they were given.
 QByteArray canonicalSpelling(const QByteArray &path)
 {
     return composedSpelling(path);

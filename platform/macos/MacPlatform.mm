@@ -25,9 +25,9 @@
 
 std::optional<Obstacle> preparePlatform()
 {
-    // Otherwise Qt gives the program a place in the Dock and the focus, as soon as it starts.
+    // Otherwise Qt gives the program a place in the Dock and the focus when it starts.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
-    // Otherwise Qt makes Parklet the active application whenever it raises one of its windows, also a panel.
+    // Otherwise Qt activates Parklet whenever it raises a window, even a panel.
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
     return {};
 }

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-// AppKit's screens. The main one is that of the window with the keyboard, in whatever application it is.
+// AppKit's screens. The main one has the window with the keyboard focus, of any application.
 class MacScreens : public Screens {
 public:
     MacScreens();

@@ -24,7 +24,7 @@ Screen screenOf(NSScreen *screen)
 } // namespace
 
 struct MacScreens::Observer {
-    // A block holds what is passed by value.
+    // By value, because the block keeps a copy.
     explicit Observer(std::function<void()> changed)
         : token([NSNotificationCenter.defaultCenter
               addObserverForName:NSApplicationDidChangeScreenParametersNotification

@@ -6,8 +6,8 @@
 
 #include <memory>
 
-// The first one to lock a file is the session's. Later starts tell it by a distributed notification; opening the
-// running application once more, as from the Dock, comes as an Apple event.
+// The first process that locks a file owns the session. Later starts notify it by a distributed notification. When the
+// user opens the running application again, as from the Dock, it receives an Apple event.
 class MacSessionInstance : public SessionInstance {
 public:
     MacSessionInstance();

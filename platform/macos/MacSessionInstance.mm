@@ -7,7 +7,7 @@
 #import <AppKit/AppKit.h>
 #import <CoreServices/CoreServices.h>
 
-// Receives the Apple event that opens an application which runs already.
+// Receives the Apple event that the system sends when the user opens the running application again.
 @interface ParkletReopenHandler : NSObject
 - (instancetype)initWithHandler:(std::function<void()>)reopened;
 - (void)handleReopenEvent:(NSAppleEventDescriptor *)event withReplyEvent:(NSAppleEventDescriptor *)reply;
@@ -36,7 +36,7 @@ namespace {
 
 NSString *const kShowYourself = @"com.orvane.Parklet.showYourself";
 
-// A block holds what is passed by value.
+// By value, because the block keeps a copy.
 id observe(NSNotificationCenter *center, NSNotificationName name, std::function<void()> notified)
 {
     return [center addObserverForName:name
@@ -47,7 +47,7 @@ id observe(NSNotificationCenter *center, NSNotificationName name, std::function<
                            }];
 }
 
-// Not among the temporary files, which the system clears of what has not been touched for days.
+// The lock is not in the folder for temporary files, because the system deletes files there that were unused for days.
 QString lockPath()
 {
     const QString folder =
@@ -71,7 +71,7 @@ struct MacSessionInstance::Listener {
         : reopenHandler([[ParkletReopenHandler alloc] initWithHandler:activated])
         , distributed(observe(NSDistributedNotificationCenter.defaultCenter, kShowYourself, activated))
     {
-        // AppKit installs its own handler of this event until then.
+        // Install it later, because AppKit installs its own handler of this event until then.
         ParkletReopenHandler *handler = reopenHandler;
         launched = observe(NSNotificationCenter.defaultCenter, NSApplicationDidFinishLaunchingNotification,
                            [handler] { install(handler); });

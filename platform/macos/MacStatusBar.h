@@ -3,7 +3,7 @@
 
 #include "platform/StatusBar.h"
 
-// The system's status bar, right in the menu bar.
+// The system's status bar, at the right of the menu bar.
 class MacStatusBar : public StatusBar {
 public:
     std::unique_ptr<StatusItem> createItem() override;

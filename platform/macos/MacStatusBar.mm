@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    // It may be on its way out by an action of its own.
+    // An action of the menu may cause its own deletion.
     static void release(std::unique_ptr<QMenu> old)
     {
         if (old)

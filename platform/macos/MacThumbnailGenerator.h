@@ -9,14 +9,15 @@
 
 #include <memory>
 
-// Quick Look's thumbnails; no icons and no previews of lower quality. Completions come on a thread of Quick Look.
+// Thumbnails from Quick Look, without icons and without previews of lower quality. Completions are called on a thread
+// of Quick Look.
 class MacThumbnailGenerator : public ThumbnailGenerator {
 public:
     MacThumbnailGenerator();
     ~MacThumbnailGenerator() override;
 
-    // The pixel size that an image file's header states, its orientation not applied; nothing for what is no image.
-    // Waits for the file's file system, so it is asked on threads of its own.
+    // The pixel size in an image file's header, before the orientation is applied. Nothing for a file that is no image.
+    // Blocks on the file system, so it is called on other threads.
     static std::optional<QSize> imagePixelSize(const QUrl &file);
 
     void generate(const QUrl &file, double edge, double scale, Completion completion,
@@ -24,5 +25,5 @@ public:
 
 private:
     std::shared_ptr<OpenThumbnails> open;
-    QObject receiver; // of what comes after a blink
+    QObject receiver; // the context of the calls after a delay
 };

@@ -25,7 +25,7 @@ bool isRegularFile(const QUrl &file)
     return ::stat(fileSystemPath(file).constData(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// A number of an image's properties.
+// A number from an image's properties.
 std::optional<int> numberIn(NSDictionary *properties, CFStringRef key)
 {
     id number = properties[(__bridge NSString *)key];

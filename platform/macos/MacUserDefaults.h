@@ -3,8 +3,8 @@
 
 #include "platform/UserDefaults.h"
 
-// The standard user defaults, which `defaults write` reaches too. Their own typed reads also take a number or a truth
-// value out of a string.
+// The standard user defaults, which the command `defaults write` also changes. Their typed reads also convert a string
+// to a number or a Boolean.
 class MacUserDefaults : public UserDefaults {
 public:
     QVariant object(const QString &key) const override;

@@ -17,7 +17,7 @@ bool isTruthValue(NSNumber *number)
     return CFGetTypeID((__bridge CFTypeRef)number) == CFBooleanGetTypeID();
 }
 
-// Invalid for what the program never stores, such as a date.
+// An invalid value for types that the program never stores, such as a date.
 QVariant fromPropertyList(id value)
 {
     if ([value isKindOfClass:[NSNumber class]])
@@ -34,7 +34,7 @@ QVariant fromPropertyList(id value)
     return list;
 }
 
-// Nil for what no property list holds.
+// Nil for types that a property list cannot have.
 id toPropertyList(const QVariant &value)
 {
     switch (value.typeId()) {
@@ -119,7 +119,7 @@ QByteArray MacUserDefaults::data(const QString &key) const
 QStringList MacUserDefaults::stringArray(const QString &key) const
 {
     QStringList strings;
-    // A list of numbers is answered too, as strings, but is no list of strings.
+    // The store also returns a list of numbers, as strings, but that is not a list of strings.
     for (id entry in [store() arrayForKey:toNSString(key)]) {
         if (![entry isKindOfClass:[NSString class]])
             return {};

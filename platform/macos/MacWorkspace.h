@@ -16,5 +16,5 @@ public:
     QList<QUrl> applicationsFolders() const override;
 
 private:
-    QObject receiver; // of what is found on other threads
+    QObject receiver; // receives the results of other threads
 };

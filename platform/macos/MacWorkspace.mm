@@ -44,7 +44,8 @@ void MacWorkspace::icon(const QUrl &file, IconFound found)
         if (!*isFound)
             found(QFileIconProvider().icon(QFileIconProvider::File));
     });
-    // Asking for a file's icon waits for its file system. The application ends after the last of these threads.
+    // The system's search for a file's icon blocks on its file system. The application ends after the last of these
+    // threads.
     QThreadPool::globalInstance()->start(
         [application = QCoreApplication::instance(), target = QPointer<QObject>(&receiver), file, found, isFound] {
             @autoreleasepool {

@@ -94,9 +94,9 @@ private:
         bool hasBegunAny = false;
         double processorSeconds = 0;
         std::shared_ptr<Timer> limit;
-        // Since it has begun with what it is at:
-        double atBegin = 0; // its processor time then
-        double atMove = 0;  // and when it last got on
+        // Since the helper began its picture:
+        double atBegin = 0; // its processor time at the beginning
+        double atMove = 0;  // its processor time at the last progress
         double seconds = 0;
         double stillSeconds = 0;
     };

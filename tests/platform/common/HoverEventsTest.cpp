@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Notes what it is told of the pointer.
@@ -24,15 +26,15 @@ protected:
     {
         switch (event->type()) {
         case QEvent::Enter:
-            told.append(QStringLiteral("enter"));
+            told.append(u"enter"_s);
             if (onEnter)
                 onEnter();
             return true;
         case QEvent::Leave:
-            told.append(QStringLiteral("leave"));
+            told.append(u"leave"_s);
             return true;
         case QEvent::MouseMove:
-            told.append(QStringLiteral("move"));
+            told.append(u"move"_s);
             return true;
         default:
             return QWidget::event(event);
@@ -80,8 +82,8 @@ void HoverEventsTest::the_view_under_the_pointer_is_entered_once_and_told_of_eac
     QCursor::setPos(150, 150);
     desk.hover->move();
     desk.hover->move();
-    QCOMPARE(desk.left->told.count(QStringLiteral("enter")), 1);
-    QCOMPARE(desk.left->told.count(QStringLiteral("move")), 2);
+    QCOMPARE(desk.left->told.count(u"enter"_s), 1);
+    QCOMPARE(desk.left->told.count(u"move"_s), 2);
     QCOMPARE(desk.right->told, QStringList());
 }
 
@@ -92,8 +94,8 @@ void HoverEventsTest::the_pointer_leaves_one_view_for_the_next()
     desk.hover->move();
     QCursor::setPos(250, 150);
     desk.hover->move();
-    QCOMPARE(desk.left->told.last(), QStringLiteral("leave"));
-    QCOMPARE(desk.right->told, (QStringList{QStringLiteral("enter"), QStringLiteral("move")}));
+    QCOMPARE(desk.left->told.last(), u"leave"_s);
+    QCOMPARE(desk.right->told, (QStringList{u"enter"_s, u"move"_s}));
 }
 
 void HoverEventsTest::a_pointer_that_leaves_the_window_leaves_its_view_once()
@@ -105,7 +107,7 @@ void HoverEventsTest::a_pointer_that_leaves_the_window_leaves_its_view_once()
     desk.hover->move();
     desk.hover->leave();
     desk.hover->leave();
-    QCOMPARE(desk.left->told.count(QStringLiteral("leave")), 1);
+    QCOMPARE(desk.left->told.count(u"leave"_s), 1);
 }
 
 void HoverEventsTest::what_was_forgotten_is_not_left_and_is_entered_anew()
@@ -115,11 +117,11 @@ void HoverEventsTest::what_was_forgotten_is_not_left_and_is_entered_anew()
     desk.hover->move();
     desk.hover->forget();
     desk.hover->leave();
-    QCOMPARE(desk.left->told.count(QStringLiteral("leave")), 0);
+    QCOMPARE(desk.left->told.count(u"leave"_s), 0);
     desk.hover->move();
-    QCOMPARE(desk.left->told.last(), QStringLiteral("move"));
+    QCOMPARE(desk.left->told.last(), u"move"_s);
     desk.hover->leave();
-    QCOMPARE(desk.left->told.count(QStringLiteral("leave")), 1);
+    QCOMPARE(desk.left->told.count(u"leave"_s), 1);
 }
 
 void HoverEventsTest::a_window_may_go_while_it_is_told()

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 class SessionLockTest : public QObject {
     Q_OBJECT
 
@@ -20,7 +22,7 @@ private slots:
     void where_nothing_can_be_locked_everybody_may_run();
 
 private:
-    QString path() const { return folder.filePath(QStringLiteral("session.lock")); }
+    QString path() const { return folder.filePath(u"session.lock"_s); }
 
     const QTemporaryDir folder;
 };
@@ -73,7 +75,7 @@ void SessionLockTest::the_file_of_a_process_that_has_gone_locks_nobody_out()
 
 void SessionLockTest::where_nothing_can_be_locked_everybody_may_run()
 {
-    const QString nowhere = folder.filePath(QStringLiteral("no folder/session.lock"));
+    const QString nowhere = folder.filePath(u"no folder/session.lock"_s);
     SessionLock first(nowhere);
     QVERIFY(first.take());
     QVERIFY(SessionLock(nowhere).take());

@@ -89,7 +89,8 @@ def qts_names(needed):
 def spellings(names):
     """The declarations of these names, in which the C++ library's own are the same for all C++ libraries."""
     run = subprocess.run(["llvm-cxxfilt"], input="\n".join(names), capture_output=True, text=True, check=True)
-    return [re.sub(r"\bstd::(__1|__cxx11)::", "std::", line) for line in run.stdout.splitlines()]
+    return [re.sub(r"\bstd::(__1|__cxx11)::", "std::", line).replace("[abi:cxx11]", "")
+            for line in run.stdout.splitlines()]
 
 
 def defined(libraries):

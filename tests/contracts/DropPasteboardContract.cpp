@@ -64,7 +64,7 @@ private slots:
 private:
     DropPasteboard &dropPasteboard() const { return *world.platform().dropPasteboard; }
 
-    // The files of a drop within this program, which needs nobody else.
+    // The files of a drop within this program, which needs no other program.
     QList<QUrl> filesOf(const QList<QUrl> &dropped) const
     {
         QMimeData data;

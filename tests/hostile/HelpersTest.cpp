@@ -190,7 +190,7 @@ void HelpersTest::a_helper_that_stands_still_is_given_up_after_its_time()
     QVERIFY(f.isKept());
     f.advance(0.4, 0);
     QVERIFY(!f.isKept());
-    // Nobody knows whether the picture was the reason, as it never began with it.
+    // The helper never began with the picture, so the picture may not be the reason.
     QTRY_VERIFY_WITH_TIMEOUT(late.answer.has_value(), HelperFixture::kPatience);
     QVERIFY(!late.answer->shown.isNull());
     QTRY_VERIFY_WITH_TIMEOUT(!isThere(f.process), HelperFixture::kPatience);
@@ -212,7 +212,7 @@ void HelpersTest::a_picture_may_be_computed_for_ten_seconds()
 {
     PicturesFixture f;
     f.standing();
-    // Half of a processor.
+    // The helper gets half of a processor.
     f.advance(2 * PictureHelpers::kLongestPicture - 0.4, 0.5);
     QVERIFY(f.isKept());
     f.advance(2.8, 0.5);
@@ -242,7 +242,7 @@ void HelpersTest::what_a_process_has_computed_is_counted()
     while (std::clock() - begin < CLOCKS_PER_SEC / 20) {
     }
     QVERIFY(processorSeconds(::getpid()) - before >= 0.05);
-    // Only that process's time, not that of others.
+    // The clock counts the time of this process only.
     QVERIFY(processorSeconds(::getpid()) - before < 5);
     const pid_t ended = ::fork();
     if (ended == 0)

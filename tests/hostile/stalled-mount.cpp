@@ -39,7 +39,7 @@ std::string behaviour()
     return word;
 }
 
-// The kernel names the thread that asks.
+// The kernel reports the number of the thread that asks.
 void note(const char *operation, const char *path)
 {
     const std::string thread = "/proc/" + std::to_string(command) + "/task/" + std::to_string(fuse_get_context()->pid);
@@ -101,7 +101,7 @@ int releaseFile(const char *, fuse_file_info *info)
 
 void *begin(fuse_conn_info *, fuse_config *config)
 {
-    // Everything is asked for each time.
+    // The kernel must not cache anything.
     config->attr_timeout = 0;
     config->entry_timeout = 0;
     config->negative_timeout = 0;
@@ -115,7 +115,7 @@ bool write(const char *path, const std::string &text)
     return static_cast<bool>(file.flush());
 }
 
-// Mounts of our own, which a user may make where the system lets users have namespaces.
+// Makes a mount namespace, which a user may do if the system allows user namespaces.
 bool ownMounts()
 {
     const std::string user = std::to_string(::getuid());

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Notes what it is told of the pointer.
+// Records the pointer events that it receives.
 class View : public QWidget {
 public:
     using QWidget::QWidget;
@@ -51,7 +51,7 @@ struct Desk {
         right->setGeometry(100, 0, 100, 100);
         left->setMouseTracking(true);
         right->setMouseTracking(true);
-        // Otherwise the window itself is told, while it is made, of a pointer that is over it.
+        // Otherwise the window would receive events of a pointer that is over it while it is made.
         QCursor::setPos(700, 500);
         window->show();
     }

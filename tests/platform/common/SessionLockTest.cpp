@@ -65,7 +65,7 @@ void SessionLockTest::a_file_that_names_no_process_locks_nobody_out()
 
 void SessionLockTest::the_file_of_a_process_that_has_gone_locks_nobody_out()
 {
-    // No process has the highest number there is.
+    // No process has the highest possible number.
     QFile file(path());
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("2147483647\nparklet\n" + QSysInfo::machineHostName().toUtf8() + '\n');

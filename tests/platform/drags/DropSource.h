@@ -6,7 +6,7 @@
 #include <QTest>
 #include <QWidget>
 
-// Another program that drags onto a window, with a connection of its own. It answers when it is told to.
+// Another program that drags onto a window, with its own connection. It answers when the test lets it.
 class DropSource {
 public:
     static constexpr int kPatience = 20'000; // milliseconds
@@ -61,7 +61,7 @@ public:
                             quint32(data.size()), data.constData());
         xcb->flush();
     }
-    // Each piece goes when the one before has been read away.
+    // Each piece is sent after the previous one has been deleted.
     void putNext(const QByteArray &data)
     {
         const int before = taken;

@@ -275,7 +275,7 @@ void BackgroundUserDefaultsTest::nobody_waits_for_a_lock_longer_than_half_a_seco
     QElapsedTimer clock;
     clock.start();
     defaults.synchronize();
-    // The write itself goes on for ten seconds.
+    // The write itself continues for ten seconds.
     QVERIFY2(clock.elapsed() >= 450 && clock.elapsed() < 5'000, QByteArray::number(clock.elapsed()).constData());
     QCOMPARE(contents(), before);
     QCOMPARE(defaults.integer(kKey), 2);

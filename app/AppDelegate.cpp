@@ -157,12 +157,13 @@ void AppDelegate::toggleShelf()
 
 void AppDelegate::addFromClipboard()
 {
-    const QList<QUrl> urls = platform.generalPasteboard->fileURLs();
-    if (urls.isEmpty())
-        return;
-    for (const QUrl &url : urls)
-        shelf.addItem(url);
-    showShelf();
+    platform.generalPasteboard->readFileURLs(whileAlive(this, [this](const QList<QUrl> &urls) {
+        if (urls.isEmpty())
+            return;
+        for (const QUrl &url : urls)
+            shelf.addItem(url);
+        showShelf();
+    }));
 }
 
 void AppDelegate::openPreferences()

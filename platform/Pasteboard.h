@@ -4,11 +4,16 @@
 #include <QList>
 #include <QUrl>
 
+#include <functional>
+
 // The clipboard: what the user last copied.
 class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 
-    // All its file URLs, in their order. Empty when it holds anything else or cannot be read.
-    virtual QList<QUrl> fileURLs() const = 0;
+    using Done = std::function<void(const QList<QUrl> &files)>;
+
+    // Answers all its file URLs, in their order; none when it holds anything else, cannot be read, or is in the hands
+    // of a program that does not answer. Calls `done` once, at once or later, unless the pasteboard has gone by then.
+    virtual void readFileURLs(Done done) = 0;
 };

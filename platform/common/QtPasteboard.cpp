@@ -6,7 +6,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-QList<QUrl> QtPasteboard::fileURLs() const
+void QtPasteboard::readFileURLs(Done done)
 {
-    return ::fileURLs(QGuiApplication::clipboard()->mimeData());
+    done(fileURLs(QGuiApplication::clipboard()->mimeData()));
 }

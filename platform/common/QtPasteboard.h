@@ -6,5 +6,5 @@
 // The general pasteboard as Qt's clipboard.
 class QtPasteboard : public Pasteboard {
 public:
-    QList<QUrl> fileURLs() const override;
+    void readFileURLs(Done done) override;
 };

@@ -4,7 +4,6 @@
 #include "platform/common/QtDropPasteboard.h"
 #include "platform/common/QtMainQueue.h"
 #include "platform/common/QtOpenPanels.h"
-#include "platform/common/QtPasteboard.h"
 #include "platform/linux/NativeWayland.h"
 #include "platform/linux/desktop/AutostartLoginItem.h"
 #include "platform/linux/desktop/FrontmostApplication.h"
@@ -27,6 +26,7 @@
 #include "platform/linux/x11/XcbConnection.h"
 #include "platform/linux/x11/XcbFloatingPanels.h"
 #include "platform/linux/x11/XcbKeyTap.h"
+#include "platform/linux/x11/XcbPasteboard.h"
 #include "platform/linux/x11/XcbScreens.h"
 
 #include <QCursor>
@@ -76,7 +76,7 @@ void addX11(Platform &platform, const std::shared_ptr<FileHelpers> &files)
     // others.
     const auto drags = XcbConnection::open();
     const auto foreignDrags = std::make_shared<ForeignDragWatcher>(drags);
-    platform.generalPasteboard = std::make_unique<QtPasteboard>();
+    platform.generalPasteboard = std::make_unique<XcbPasteboard>(xcb);
     platform.accessibilityTrust = std::make_unique<XInputTrust>(xcb);
     platform.workspace = std::make_unique<LinuxWorkspace>(
         [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; }, files);

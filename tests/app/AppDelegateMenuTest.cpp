@@ -37,6 +37,8 @@ private slots:
     void a_visible_shelf_is_not_shown_again_for_the_clipboard();
     void the_clipboard_brings_back_a_shelf_that_fades_out();
     void a_clipboard_without_files_does_nothing();
+    void the_files_of_a_clipboard_that_answers_late_are_added_then();
+    void a_delegate_that_is_gone_adds_nothing();
 
     void launch_at_login_changes_the_setting_the_item_and_the_check_mark();
     void launch_at_login_chosen_twice_leaves_everything_as_it_was();
@@ -266,6 +268,29 @@ void AppDelegateMenuTest::the_clipboard_brings_back_a_shelf_that_fades_out()
     f.virtualPlatform.generalPasteboard.urls = {file("/a.txt")};
     f.choose(u"Add From Clipboard"_s);
     QVERIFY(f.comesBack());
+}
+
+void AppDelegateMenuTest::the_files_of_a_clipboard_that_answers_late_are_added_then()
+{
+    Fixture f;
+    f.virtualPlatform.generalPasteboard.isMute = true;
+    f.choose(u"Add From Clipboard"_s);
+    QCOMPARE(f.virtualPlatform.generalPasteboard.asked.size(), 1);
+    QVERIFY(!f.shelf.isVisible());
+    f.virtualPlatform.generalPasteboard.asked.constFirst()({file("/a.txt")});
+    QCOMPARE(f.shelf.items, QList{file("/a.txt")});
+    QVERIFY(f.shelf.isVisible());
+}
+
+void AppDelegateMenuTest::a_delegate_that_is_gone_adds_nothing()
+{
+    Fixture f;
+    f.virtualPlatform.generalPasteboard.isMute = true;
+    f.delegate->addFromClipboard();
+    const int before = f.panels.ordersFront;
+    f.delegate.reset();
+    f.virtualPlatform.generalPasteboard.asked.constFirst()({file("/a.txt")});
+    QCOMPARE(f.panels.ordersFront, before);
 }
 
 void AppDelegateMenuTest::a_clipboard_without_files_does_nothing()

@@ -73,9 +73,9 @@ void DragPasteboardContract::files_beside_a_web_address_are_none_to_a_drag_and_n
         QCOMPARE(filesOf(mixed), QList<QUrl>());
         // A drop reads its contents in the same way as the clipboard.
         world.copy(kFiles);
-        QVERIFY(world.waitFor([&] { return world.platform().generalPasteboard->fileURLs() == kFiles; }));
+        QVERIFY(world.waitForCopied(kFiles));
         world.copy(mixed);
-        QVERIFY(world.waitFor([&] { return world.platform().generalPasteboard->fileURLs().isEmpty(); }));
+        QVERIFY(world.waitForCopied({}));
     }
 }
 

@@ -22,8 +22,6 @@ private slots:
     void a_copied_file_is_the_one_that_its_folder_lists();
 
 private:
-    Pasteboard &generalPasteboard() const { return *world.platform().generalPasteboard; }
-
     World &world;
 };
 
@@ -31,13 +29,13 @@ void PasteboardContract::copied_files_are_read_in_their_order()
 {
     const QList<QUrl> files = {QUrl::fromLocalFile(u"/tmp/second b.txt"_s), QUrl::fromLocalFile(u"/tmp/first.txt"_s)};
     world.copy(files);
-    QVERIFY(world.waitFor([&] { return generalPasteboard().fileURLs() == files; }));
+    QVERIFY(world.waitForCopied(files));
 }
 
 void PasteboardContract::copied_words_are_no_files()
 {
     world.copy(u"/tmp/first.txt"_s);
-    QVERIFY(world.waitFor([&] { return generalPasteboard().fileURLs().isEmpty(); }));
+    QVERIFY(world.waitForCopied({}));
 }
 
 void PasteboardContract::a_copied_file_is_the_one_that_its_folder_lists()
@@ -47,7 +45,7 @@ void PasteboardContract::a_copied_file_is_the_one_that_its_folder_lists()
                             "e\xcc\x81"
                             "cran.png";
     world.copy({QUrl::fromLocalFile(QString::fromUtf8(path))});
-    QVERIFY(world.waitFor([&] { return generalPasteboard().fileURLs() == QList<QUrl>{fileURL(path)}; }));
+    QVERIFY(world.waitForCopied({fileURL(path)}));
 }
 
 std::unique_ptr<QObject> pasteboardContract(World &world)

@@ -28,6 +28,9 @@ public:
     virtual void copy(const QList<QUrl> &files) = 0;
     virtual void copy(const QString &words) = 0;
 
+    // Waits until these are the files that the clipboard is said to hold.
+    bool waitForCopied(const QList<QUrl> &files);
+
     // Makes a file in a folder that is watched.
     virtual void addFile(const QString &folder, const QString &name) = 0;
 

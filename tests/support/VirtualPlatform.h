@@ -103,9 +103,17 @@ public:
 
 class VirtualPasteboard : public Pasteboard {
 public:
-    QList<QUrl> fileURLs() const override { return urls; }
+    void readFileURLs(Done done) override
+    {
+        if (isMute)
+            asked.append(std::move(done));
+        else
+            done(urls);
+    }
 
     QList<QUrl> urls;
+    bool isMute = false; // nobody answers until the test calls those that have asked
+    QList<Done> asked;
 };
 
 class VirtualDropPasteboard : public DropPasteboard {

@@ -12,10 +12,7 @@
 namespace {
 
 constexpr quint8 kSentByClient = 0x80;
-constexpr quint8 kBytes = 8;
 constexpr quint8 kLongs = 32;
-// At most so much of a property is read, in the protocol's units of four bytes: one unit more than the longest list.
-constexpr quint32 kLongestProperty = kLongestAddressList / 4 + 1;
 constexpr qint64 kWayBack = 1000; // milliseconds; a message to this program itself arrives within them
 constexpr quint32 kMostTypes = 1024;
 
@@ -36,6 +33,7 @@ bool isSame(const xcb_client_message_event_t &a, const xcb_client_message_event_
 
 XcbDropPasteboard::XcbDropPasteboard(std::shared_ptr<XcbConnection> xcb, std::chrono::milliseconds patience)
     : connection(std::move(xcb))
+    , reader(connection, patience)
 {
     if (!connection || !connection->isAlive())
         return;
@@ -47,25 +45,7 @@ XcbDropPasteboard::XcbDropPasteboard(std::shared_ptr<XcbConnection> xcb, std::ch
     selection = connection->atom("XdndSelection");
     uriList = connection->atom("text/uri-list");
     link = connection->atom("text/x-moz-url");
-    pieceWise = connection->atom("INCR");
-    for (std::size_t i = 0; i < properties.size(); ++i)
-        properties[i] = connection->atom("_PARKLET_DROP_" + QByteArray::number(int(i)));
-    requestor = xcb_generate_id(connection->get());
-    constexpr quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(connection->get(), 0, requestor, connection->root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
-                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
-    connection->flush();
-    subscription = connection->listen([this](const xcb_generic_event_t &event) { handle(event); });
-    silence.setSingleShot(true);
-    silence.setInterval(patience);
-    QObject::connect(&silence, &QTimer::timeout, &silence, [this] { giveUp(); });
     QCoreApplication::instance()->installNativeEventFilter(this);
-}
-
-XcbDropPasteboard::~XcbDropPasteboard()
-{
-    if (requestor != XCB_NONE)
-        xcb_destroy_window(connection->get(), requestor);
 }
 
 QList<QUrl> XcbDropPasteboard::fileURLs(const QMimeData *data) const
@@ -101,15 +81,15 @@ bool XcbDropPasteboard::takes(const Message &message)
     if (isBack) {
         resent.pop_front();
         isDelivering = message.type == drop && std::exchange(isKnown, false);
-        if (resent.empty() && !held.empty() && !silence.isActive())
+        if (resent.empty() && !held.empty() && !reader.isReading())
             sendHeld();
     }
     if (isDelivering)
         return false;
-    if (silence.isActive() || (!isBack && !resent.empty())) {
+    if (reader.isReading() || (!isBack && !resent.empty())) {
         held.push_back(message);
         // A new drag has begun, so no user waits for the drop any more.
-        if (message.type == enter && silence.isActive())
+        if (message.type == enter && reader.isReading())
             giveUp();
         return true;
     }
@@ -143,94 +123,15 @@ std::vector<xcb_atom_t> XcbDropPasteboard::offeredTypes() const
 
 void XcbDropPasteboard::read(const Message &message)
 {
-    ++reads;
-    inPieces = false;
-    pieces.clear();
     files.clear();
-    xcb_convert_selection(connection->get(), requestor, selection, target, properties[reads % properties.size()],
-                          message.data.data32[kDropTime]);
-    connection->flush();
-    silence.start();
-}
-
-void XcbDropPasteboard::handle(const xcb_generic_event_t &event)
-{
-    const quint8 type = event.response_type & static_cast<quint8>(~kSentByClient);
-    if (type == XCB_SELECTION_NOTIFY)
-        answered(reinterpret_cast<const xcb_selection_notify_event_t &>(event));
-    else if (type == XCB_PROPERTY_NOTIFY)
-        pieceArrived(reinterpret_cast<const xcb_property_notify_event_t &>(event));
-}
-
-void XcbDropPasteboard::answered(const xcb_selection_notify_event_t &event)
-{
-    if (event.requestor != requestor)
-        return;
-    const xcb_atom_t expected = properties[reads % properties.size()];
-    const bool isAwaited = silence.isActive() && !inPieces && event.selection == selection && event.target == target;
-    if (!isAwaited || (event.property != expected && event.property != XCB_ATOM_NONE)) {
-        if (event.property != XCB_ATOM_NONE && !(silence.isActive() && event.property == expected)) {
-            xcb_delete_property(connection->get(), requestor, event.property);
-            connection->flush();
-        }
-        return;
-    }
-    if (event.property == XCB_ATOM_NONE) {
-        deliver();
-        return;
-    }
-    const auto answer = takeProperty();
-    if (answer && answer->type == pieceWise) {
-        // The source sends the next piece after its first property has been deleted.
-        inPieces = true;
-        return;
-    }
-    if (answer && answer->type == target && answer->format == kBytes)
-        pieces = QByteArray(static_cast<const char *>(xcb_get_property_value(answer.get())),
-                            xcb_get_property_value_length(answer.get()));
-    deliver();
-}
-
-void XcbDropPasteboard::pieceArrived(const xcb_property_notify_event_t &event)
-{
-    if (event.window != requestor || event.state != XCB_PROPERTY_NEW_VALUE)
-        return;
-    const bool isAwaited = silence.isActive() && event.atom == properties[reads % properties.size()];
-    if (isAwaited && !inPieces)
-        return; // the notification of the answer arrives later
-    if (!isAwaited) {
-        // Delete each late piece, so that its source can finish and the server keeps nothing.
-        xcb_delete_property(connection->get(), requestor, event.atom);
-        connection->flush();
-        return;
-    }
-    const auto piece = takeProperty();
-    if (!piece || piece->type == XCB_ATOM_NONE)
-        return;
-    const int length = xcb_get_property_value_length(piece.get());
-    if (piece->format == kBytes)
-        pieces.append(static_cast<const char *>(xcb_get_property_value(piece.get())), length);
-    if (length == 0 || pieces.size() > kLongestAddressList)
-        deliver();
-}
-
-// Reads the current answer and deletes it from the server.
-XcbReply<xcb_get_property_reply_t> XcbDropPasteboard::takeProperty()
-{
-    const xcb_atom_t property = properties[reads % properties.size()];
-    auto answer = connection->reply(xcb_get_property_reply, xcb_get_property(connection->get(), 1, requestor, property,
-                                                                             XCB_ATOM_ANY, 0, kLongestProperty));
-    if (answer && answer->bytes_after > 0)
-        xcb_delete_property(connection->get(), requestor, property);
-    connection->flush();
-    return answer;
+    reader.read(
+        selection, target, message.data.data32[kDropTime], [this](const QByteArray &answer) { deliver(answer); },
+        [this] { giveUp(); });
 }
 
 // The source has answered, so Qt may handle the drop.
-void XcbDropPasteboard::deliver()
+void XcbDropPasteboard::deliver(const QByteArray &answer)
 {
-    silence.stop();
-    const QByteArray answer = std::exchange(pieces, {});
     files = target == uriList ? ::fileURLs(answer) : linkedFileURLs(answer);
     isKnown = true;
     sendHeld();
@@ -238,8 +139,7 @@ void XcbDropPasteboard::deliver()
 
 void XcbDropPasteboard::giveUp()
 {
-    silence.stop();
-    pieces.clear();
+    reader.cancel();
     Message &dropped = held.front();
     Message answer{};
     answer.response_type = XCB_CLIENT_MESSAGE;

@@ -94,11 +94,17 @@ WaylandPasteboard::~WaylandPasteboard()
     zwlr_data_control_device_v1_destroy(device);
 }
 
-QList<QUrl> WaylandPasteboard::fileURLs() const
+void WaylandPasteboard::readFileURLs(Done done)
 {
     // Qt would have to send its own data while this call waits for it.
     if (QGuiApplication::clipboard()->ownsClipboard())
-        return ownPasteboard->fileURLs();
+        ownPasteboard->readFileURLs(std::move(done));
+    else
+        done(read());
+}
+
+QList<QUrl> WaylandPasteboard::read() const
+{
     // After this, the newest contents of the clipboard are known.
     wayland->roundtrip();
     if (!copied || !copied->hasURIs)
@@ -111,5 +117,5 @@ QList<QUrl> WaylandPasteboard::fileURLs() const
     wl_display_flush(wayland->display());
     const QByteArray list = readAll(ends[0]);
     ::close(ends[0]);
-    return ::fileURLs(list);
+    return fileURLs(list);
 }

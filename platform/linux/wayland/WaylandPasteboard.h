@@ -19,10 +19,12 @@ public:
     WaylandPasteboard(std::shared_ptr<WaylandConnection> connection, std::unique_ptr<Pasteboard> own);
     ~WaylandPasteboard() override;
 
-    QList<QUrl> fileURLs() const override;
+    void readFileURLs(Done done) override;
 
 private:
     struct Offer;
+
+    QList<QUrl> read() const;
 
     std::shared_ptr<WaylandConnection> wayland;
     std::unique_ptr<Pasteboard> ownPasteboard;

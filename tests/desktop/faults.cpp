@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -52,6 +53,20 @@ ssize_t write(int file, const void *data, size_t size)
     }
     errno = before;
     return real(file, data, size);
+}
+
+int fsync(int file)
+{
+    static const auto real = reinterpret_cast<decltype(&fsync)>(::dlsym(RTLD_NEXT, "fsync"));
+    const int before = errno;
+    if (const char *folder = std::getenv("PARKLET_SLOW_DISK"); folder && isBelow(file, folder)) {
+        const std::string name(folder);
+        ::close(::creat((name + ".waited").c_str(), 0600));
+        while (::access((name + ".slow").c_str(), F_OK) == 0)
+            ::usleep(10'000);
+    }
+    errno = before;
+    return real(file);
 }
 
 passwd *getpwuid(uid_t user)

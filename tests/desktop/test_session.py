@@ -8,7 +8,7 @@ import pathlib
 import signal
 
 from support.case import DesktopTest
-from support.faults import FullDisk
+from support.faults import FullDisk, SlowDisk
 from support.parklet import Parklet
 from support.waiting import stays
 
@@ -39,19 +39,15 @@ class SessionTest(DesktopTest):
     def test_the_first_start_asks_about_updates_once(self):
         app = Parklet(self.desktop)
         app.write_settings({})
-        folder = app.settings_file.parent
 
         def question():
             return self.desktop.windows.find(instance="parklet", title="Check for updates automatically?")
 
-        def writer_waits():
-            return any(os.path.realpath(entry) == str(folder)
-                       for entry in pathlib.Path(f"/proc/{app.process.pid}/fd").iterdir())
-
-        with locked(folder):
-            app.process = self.desktop.start("parklet", app_program())
-            self.wait_for(writer_waits, "Parklet is about to write its settings")
-            stays(lambda: not question(), "the question is shown before it is noted as asked", 1.0)
+        disk = SlowDisk(app.settings_file.parent)
+        app.process = self.desktop.start("parklet", app_program(), environment=disk.environment)
+        self.wait_for(disk.is_waited_for, "Parklet is writing its settings")
+        stays(lambda: not question(), "the question is shown before it is noted as asked", 1.0)
+        disk.release()
         self.wait_for(question, "the question is shown")
         # The setting is on disk before any crash.
         app.kill()

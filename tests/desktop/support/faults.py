@@ -20,6 +20,22 @@ class FullDisk:
         self.mark.unlink()
 
 
+class SlowDisk:
+    """A folder whose files take until release() to be on the disk."""
+
+    def __init__(self, folder):
+        self.environment = {"LD_PRELOAD": str(LIBRARY), "PARKLET_SLOW_DISK": str(folder)}
+        self.mark = folder.with_name(folder.name + ".slow")
+        self.mark.touch()
+        self.waited = folder.with_name(folder.name + ".waited")
+
+    def is_waited_for(self):
+        return self.waited.exists()
+
+    def release(self):
+        self.mark.unlink()
+
+
 def home_in_user_database(home):
     """Returns the environment in which a program finds this home in the system's database of users."""
     return {"LD_PRELOAD": str(LIBRARY), "PARKLET_HOME_OF_USER": str(home)}

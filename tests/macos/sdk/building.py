@@ -58,6 +58,8 @@ class Build:
         command = ["cmake", "--preset", "macos", "-B", str(self.folder), "-Wno-dev",
                    f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/tests/macos/toolchain.cmake",
                    f"-DCMAKE_OSX_ARCHITECTURES={self.processor}", "-DCMAKE_BUILD_TYPE=None",
+                   # A cache of compilations does not see a header that is new before another of its name.
+                   "-DCMAKE_CXX_COMPILER_LAUNCHER=", "-DCMAKE_OBJCXX_COMPILER_LAUNCHER=",
                    f"-DCMAKE_CXX_FLAGS={flags}", f"-DCMAKE_OBJCXX_FLAGS={flags}",
                    "-DPARKLET_TESTS=ON", "-DPARKLET_WERROR=ON"]
         run = subprocess.run(command, cwd=ROOT, env=self.environment, capture_output=True, text=True)

@@ -5,7 +5,6 @@
 #include "shelf/Fader.h"
 
 #include <QList>
-#include <QSet>
 #include <QUrl>
 #include <QWidget>
 
@@ -141,9 +140,7 @@ private:
     void setHighlighted(bool on);
     std::optional<QList<DraggingItem>> dragItems(ShelfItemView *tile);
     void didDragOut(const QUrl &url);
-    void didDragOutSelection(const QList<QUrl> &selection, const QList<QUrl> &carried);
-    bool cameBack(const QUrl &url) const;
-    void forgetDrop();
+    void didDragOutSelection();
 
     void setSelected(ShelfItemView *tile, bool selected);
     void clearSelection();
@@ -157,6 +154,5 @@ private:
     bool hiding = false;
     bool hidesOnlyEmpty = false; // the current fade-out is to end only while the shelf is empty
     std::shared_ptr<Timer> autoHideTimer;
-    QSet<QUrl> droppedURLs; // files dropped on the panel while droppedBackOnSelf is true
     bool isTapInstalled = false;
 };

@@ -14,8 +14,7 @@
 
 #include <QLabel>
 
-#include <algorithm>
-#include <iterator>
+#include <utility>
 
 using namespace ShelfMetrics;
 
@@ -30,8 +29,9 @@ void ShelfPanel::addItem(const QUrl &url)
     tile->onDragOut = whileAlive(this, [this, url] { didDragOut(url); });
     tile->onSelect = whileAlive(this, whileAlive(tile, [this, tile] { select(tile); }));
     tile->onSelectAll = whileAlive(this, [this] { selectAll(); });
-    tile->onDragStarted = whileAlive(this, [this] { forgetDrop(); });
+    tile->onDragStarted = whileAlive(this, [this] { droppedBackOnSelf = false; });
     tile->getDragItems = whileAlive(this, whileAlive(tile, [this, tile] { return dragItems(tile); }));
+    tile->onMultiDragOut = whileAlive(this, [this] { didDragOutSelection(); });
     stackView->addArrangedSubview(
         tile, tileSize(settings.get(Settings::shelfItemSize), settings.get(Settings::fileNameDisplay)));
 
@@ -44,7 +44,6 @@ void ShelfPanel::addItem(const QUrl &url)
 void ShelfPanel::handleDrop(const QList<QUrl> &urls)
 {
     droppedBackOnSelf = true;
-    droppedURLs.unite(QSet<QUrl>(urls.begin(), urls.end()));
     if (onDropReceived)
         onDropReceived();
     for (const QUrl &url : urls)
@@ -62,52 +61,34 @@ std::optional<QList<DraggingItem>> ShelfPanel::dragItems(ShelfItemView *tile)
         return {};
     const double itemSize = settings.get(Settings::shelfItemSize);
     QList<DraggingItem> dragged;
-    QList<QUrl> selection;
-    QList<QUrl> carried;
     for (const ShelfItemView *selected : selectedViews) {
-        selection.append(selected->fileURL);
-        if (!selected->imageView->hasImage())
-            continue;
-        carried.append(selected->fileURL);
-        dragged.append(DraggingItem{selected->fileURL, tile->draggingFrame(), selected->imageView->image(itemSize)});
+        if (selected->imageView->hasImage())
+            dragged.append(
+                DraggingItem{selected->fileURL, tile->draggingFrame(), selected->imageView->image(itemSize)});
     }
-    // Capture the selection: by the end of this drag it may differ, and the tile may be deleted.
-    tile->onMultiDragOut = whileAlive(this, [this, selection, carried] { didDragOutSelection(selection, carried); });
     return dragged;
-}
-
-bool ShelfPanel::cameBack(const QUrl &url) const
-{
-    return droppedBackOnSelf && droppedURLs.contains(url);
-}
-
-void ShelfPanel::forgetDrop()
-{
-    droppedBackOnSelf = false;
-    droppedURLs.clear();
 }
 
 void ShelfPanel::didDragOut(const QUrl &url)
 {
-    // Other files may have been dropped before the destination finished.
-    if (!cameBack(url))
+    if (!droppedBackOnSelf)
         removeItem(url);
-    forgetDrop();
+    droppedBackOnSelf = false;
 }
 
-void ShelfPanel::didDragOutSelection(const QList<QUrl> &selection, const QList<QUrl> &carried)
+void ShelfPanel::didDragOutSelection()
 {
-    QList<QUrl> gone;
-    // If all dragged files were dropped back, keep also the selected ones that the drag could not carry.
-    if (!droppedBackOnSelf || !std::ranges::all_of(carried, [this](const QUrl &url) { return cameBack(url); }))
-        std::ranges::copy_if(selection, std::back_inserter(gone), [this](const QUrl &url) { return !cameBack(url); });
-    forgetDrop();
-    if (gone.isEmpty())
+    if (droppedBackOnSelf) {
+        droppedBackOnSelf = false;
         return;
+    }
+    QList<QUrl> gone;
+    for (const ShelfItemView *tile : std::as_const(selectedViews))
+        gone.append(tile->fileURL);
     // The tiles keep their selection border while they fade out.
-    selectedViews.removeIf([&gone](const ShelfItemView *tile) { return gone.contains(tile->fileURL); });
-    if (selectedViews.isEmpty())
-        removeCmdATap();
-    for (const QUrl &url : gone)
+    selectedViews.clear();
+    removeCmdATap();
+    for (const QUrl &url : std::as_const(gone))
         removeItem(url);
+    droppedBackOnSelf = false;
 }

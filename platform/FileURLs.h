@@ -32,5 +32,5 @@ QByteArray fileSystemPath(const QUrl &fileURL);
 // The file URL of a path in these bytes. Equal paths have equal URLs, and the functions above return the same ones.
 QUrl fileURL(const QByteArray &path);
 
-// The name to show for a file URL: its last path component, without a trailing slash.
+// The name to show for a file URL: its last path component, without a trailing slash. That of the root is "/".
 QString lastPathComponent(const QUrl &fileURL);

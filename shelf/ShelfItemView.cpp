@@ -206,15 +206,39 @@ void ShelfItemView::applyHoverAppearance(double removeButtonAlpha, double backgr
     hoverFader.fade(backgroundAlpha, kHoverFade, FadeCurve::Standard);
 }
 
+void ShelfItemView::setUnderPointer(bool under)
+{
+    if (isUnderPointer == under)
+        return;
+    if (under) {
+        mouseEntered();
+    } else {
+        mouseExited();
+        updateTrackingAreas();
+    }
+}
+
 void ShelfItemView::enterEvent(QEnterEvent *)
 {
+    mouseEntered();
+}
+
+void ShelfItemView::leaveEvent(QEvent *)
+{
+    mouseExited();
+}
+
+void ShelfItemView::mouseEntered()
+{
+    isUnderPointer = true;
     applyHoverAppearance(1.0, kHoverAlpha);
     if (settings.get(Settings::fileNameDisplay) == FileNameDisplay::OnHover)
         nameLabel->show();
 }
 
-void ShelfItemView::leaveEvent(QEvent *)
+void ShelfItemView::mouseExited()
 {
+    isUnderPointer = false;
     applyHoverAppearance(0.0, 0.0);
     if (settings.get(Settings::fileNameDisplay) == FileNameDisplay::OnHover)
         nameLabel->hide();

@@ -76,6 +76,9 @@ public:
     // Sets the label's text and visibility from the settings.
     void updateNameLabel();
 
+    // Whether the pointer is over the tile is known from enter and leave events, except when the list scrolls.
+    void setUnderPointer(bool under);
+
     // Lays out the tile's views. Call it after a change of fileNameDisplay; a change of size does it by itself.
     void layoutTile();
 
@@ -102,6 +105,8 @@ private:
     void updateTrackingAreas();
     void showThumbnail(const std::optional<Thumbnail> &thumbnail);
     void showIcon();
+    void mouseEntered();
+    void mouseExited();
     void applyHoverAppearance(double removeButtonAlpha, double backgroundAlpha);
     void mouseDragged();
     bool continuesDoubleClick(const QMouseEvent &event) const;
@@ -122,6 +127,7 @@ private:
     ulong lastMultiClick = 0;  // timestamp of the last press of a double or triple click, milliseconds; 0 for none
     quint64 pictureNumber = 0; // of the last thumbnail or icon requested for the image view
     bool fadesOut = false;
+    bool isUnderPointer = false;
     bool isPressed = false;
     bool wasSelectedOnMouseDown = false;
     bool isDraggingMultiple = false;

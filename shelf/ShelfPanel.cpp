@@ -17,6 +17,7 @@
 
 #include <QEvent>
 #include <QLabel>
+#include <QScrollBar>
 
 using namespace ShelfMetrics;
 
@@ -93,6 +94,8 @@ void ShelfPanel::buildInterface()
     stackView->setAccessibleName(tr("Files"));
     installShelfAccessibility();
     scrollView->setWidget(stackView);
+    for (const QScrollBar *bar : {scrollView->verticalScrollBar(), scrollView->horizontalScrollBar()})
+        connect(bar, &QScrollBar::valueChanged, this, &ShelfPanel::tilesDidScroll);
 }
 
 void ShelfPanel::resizeEvent(QResizeEvent *)
@@ -191,6 +194,20 @@ void ShelfPanel::updateHeader()
 {
     dropLabel->setVisible(items.isEmpty());
     selectAllBtn->setVisible(items.size() >= 2);
+}
+
+// Qt tells a tile that moves under a resting pointer nothing before the pointer moves.
+void ShelfPanel::tilesDidScroll()
+{
+    const std::optional<QPointF> pointer = platform.screens->pointer();
+    if (!pointer)
+        return;
+    const auto isOver = [&pointer](const QWidget *view) {
+        return QRectF(view->rect()).contains(view->mapFromGlobal(*pointer));
+    };
+    const bool isOverList = isOver(scrollView->viewport());
+    for (ShelfItemView *tile : stackView->arrangedSubviews())
+        tile->setUnderPointer(isOverList && isOver(tile));
 }
 
 void ShelfPanel::openPrefs()

@@ -128,6 +128,7 @@ private:
     void settingsDidChange();
     void refreshTiles();
     void updateHeader();
+    void tilesDidScroll();
 
     void tileDidFadeOut(ShelfItemView *tile);
     void removeAllItems();

@@ -150,5 +150,6 @@ QUrl fileURL(const QByteArray &path)
 
 QString lastPathComponent(const QUrl &fileURL)
 {
-    return fileURL.adjusted(QUrl::StripTrailingSlash).fileName(QUrl::FullyDecoded);
+    const QString name = fileURL.adjusted(QUrl::StripTrailingSlash).fileName(QUrl::FullyDecoded);
+    return name.isEmpty() ? QStringLiteral("/") : name;
 }

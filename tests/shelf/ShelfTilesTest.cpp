@@ -3,15 +3,18 @@
 #include "settings/Notifications.h"
 #include "shelf/DropViews.h"
 #include "shelf/ShelfItemView.h"
+#include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfPanel.h"
 #include "shelf/ShelfStackView.h"
 #include "shelf/ShelfViews.h"
+#include "shelf/TileViews.h"
 #include "tests/support/DragEvents.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/VirtualPlatform.h"
 
 #include <QApplication>
 #include <QLabel>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +33,7 @@ private slots:
     void a_tile_added_while_names_are_hidden_has_no_room_for_one();
     void the_selection_is_dragged_at_todays_size();
     void each_dragged_file_has_its_own_picture();
+    void the_look_under_the_pointer_follows_the_tiles_that_scroll();
 };
 
 namespace {
@@ -233,6 +237,41 @@ void ShelfTilesTest::each_dragged_file_has_its_own_picture()
         QCOMPARE(dragged->at(i).fileURL, file(static_cast<int>(i)));
         QCOMPARE(dragged->at(i).contents.toImage().pixelColor(36, 36), colors.at(i));
     }
+}
+
+void ShelfTilesTest::the_look_under_the_pointer_follows_the_tiles_that_scroll()
+{
+    Fixture f(12);
+    f.set(Settings::fileNameDisplay.key, 2);
+    f.panel->applySettings();
+    QScrollBar *const bar = f.panel->scrollView->verticalScrollBar();
+    QVERIFY(bar->maximum() > 216);
+    const QPoint place = f.tile(1)->mapToGlobal(QPoint(40, 40));
+    f.virtualPlatform.screens.pointerPosition = place;
+    QEnterEvent enter(QPointF(40, 40), QPointF(40, 40), place);
+    QApplication::sendEvent(f.tile(1), &enter);
+    f.advance(0.15);
+    QCOMPARE(f.tile(1)->removeBtn->alpha(), 1.0);
+    // As long as it is still under the pointer it keeps its look.
+    bar->setValue(20);
+    QCOMPARE(f.tile(1)->removeBtn->alpha(), 1.0);
+    QVERIFY(!f.tile(1)->nameLabel->isHidden());
+
+    bar->setValue(108);
+    QVERIFY(f.tile(2)->rect().contains(f.tile(2)->mapFromGlobal(place)));
+    QCOMPARE(f.tile(1)->removeBtn->alpha(), 0.0);
+    QCOMPARE(f.tile(1)->hoverBackgroundAlpha(), 0.0);
+    QVERIFY(f.tile(1)->nameLabel->isHidden());
+    f.advance(0.15);
+    QCOMPARE(f.tile(2)->removeBtn->alpha(), 1.0);
+    QCOMPARE(f.tile(2)->hoverBackgroundAlpha(), ShelfMetrics::kHoverAlpha);
+    QVERIFY(!f.tile(2)->nameLabel->isHidden());
+    // A tile that scrolls out of the list is not under the pointer that rests above the list.
+    f.virtualPlatform.screens.pointerPosition = f.panel->headerBar->mapToGlobal(QPoint(40, 4));
+    bar->setValue(200);
+    f.advance(0.15);
+    for (int i = 0; i < 12; ++i)
+        QCOMPARE(f.tile(i)->hoverBackgroundAlpha(), 0.0);
 }
 
 PARKLET_TEST(ShelfTilesTest)

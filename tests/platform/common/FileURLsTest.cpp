@@ -93,6 +93,7 @@ void FileURLsTest::the_name_of_a_file_is_its_last_component_data()
     QTest::newRow("hash") << QByteArray("/home/#1.txt") << u"#1.txt"_s;
     QTest::newRow("question mark") << QByteArray("/home/?x=1.txt") << u"?x=1.txt"_s;
     QTest::newRow("no text") << QByteArray("/home/\xff\xfe.txt") << u"\ufffd\ufffd.txt"_s;
+    QTest::newRow("root") << QByteArray("/") << u"/"_s;
     QTest::newRow("folder") << QByteArray("/home/a#b/") << u"a#b"_s;
 }
 

@@ -82,10 +82,12 @@ void addX11(Platform &platform, const std::shared_ptr<FileHelpers> &files)
         [xcb]() -> std::optional<WindowIdentity> { return xcb ? frontmostWindow(*xcb) : std::nullopt; }, files);
     platform.dragPasteboard = std::make_unique<XcbDragPasteboard>(foreignDrags);
     auto drops = std::make_unique<XcbDropPasteboard>(drags);
+    auto monitors = std::make_unique<XcbEventMonitors>(foreignDrags, [&platform] { return platform.screens->all(); });
     drops->onWithoutFiles = [foreignDrags] { return foreignDrags->drag().isWithoutFiles(); };
+    drops->onArrived = [listener = monitors.get()] { listener->dropArrived(); };
+    monitors->onExpectsDrop = [pasteboard = drops.get()] { return pasteboard->isExpecting(); };
     platform.dropPasteboard = std::move(drops);
-    platform.eventMonitors =
-        std::make_unique<XcbEventMonitors>(foreignDrags, [&platform] { return platform.screens->all(); });
+    platform.eventMonitors = std::move(monitors);
     platform.dragSessions = std::make_unique<XcbDragSessions>(
         drags, [appearance = platform.appearance.get()] { return appearance->accentColor(); });
     platform.statusBar = std::make_unique<LinuxStatusBar>(xcb, *platform.appearance);

@@ -66,7 +66,10 @@ bool XcbDropPasteboard::nativeEventFilter(const QByteArray &eventType, void *mes
     if (client.format != kLongs ||
         (client.type != enter && client.type != position && client.type != leave && client.type != drop))
         return false;
-    return takes(client);
+    const bool isTaken = takes(client);
+    if (client.type == leave || client.type == drop)
+        tellArrived();
+    return isTaken;
 }
 
 // Whether the message must not reach Qt now.
@@ -78,6 +81,8 @@ bool XcbDropPasteboard::takes(const Message &message)
         held.clear();
     }
     const bool isBack = !resent.empty() && isSame(message, resent.front());
+    if (!isBack)
+        follow(message);
     if (isBack) {
         resent.pop_front();
         isDelivering = message.type == drop && std::exchange(isKnown, false);
@@ -108,6 +113,40 @@ bool XcbDropPasteboard::takes(const Message &message)
     held.push_front(message);
     read(message);
     return true;
+}
+
+// Follows whether a drag is over a window of ours. What is sent back has been followed before.
+void XcbDropPasteboard::follow(const Message &message)
+{
+    const xcb_window_t source = message.data.data32[kSource];
+    if (message.type == enter)
+        over = connection->isOwn(source) ? xcb_window_t{XCB_NONE} : source;
+    else if (message.type != position && source == over)
+        over = XCB_NONE;
+}
+
+bool XcbDropPasteboard::isExpecting()
+{
+    if (isReading())
+        return true;
+    if (over == XCB_NONE)
+        return false;
+    // A source that has gone says nothing any more.
+    if (!connection->reply(xcb_get_window_attributes_reply, xcb_get_window_attributes(connection->get(), over)))
+        over = XCB_NONE;
+    return over != XCB_NONE;
+}
+
+// Later: the message has not been handled yet.
+void XcbDropPasteboard::tellArrived()
+{
+    QMetaObject::invokeMethod(
+        &context,
+        [this] {
+            if (onArrived)
+                onArrived();
+        },
+        Qt::QueuedConnection);
 }
 
 std::vector<xcb_atom_t> XcbDropPasteboard::offeredTypes() const

@@ -8,6 +8,7 @@
 #include <QAbstractNativeEventFilter>
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QObject>
 
 #include <chrono>
 #include <deque>
@@ -29,12 +30,19 @@ public:
     bool isDragWithoutFiles() const override { return onWithoutFiles && onWithoutFiles(); }
     bool isReading() const override { return !held.empty() || !resent.empty(); }
 
+    // Whether a drag is over a window of ours, or was dropped there and is still to be delivered.
+    bool isExpecting();
+    // isExpecting() may have become false.
+    std::function<void()> onArrived;
+
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
     using Message = xcb_client_message_event_t;
 
     bool takes(const Message &message);
+    void follow(const Message &message);
+    void tellArrived();
     std::vector<xcb_atom_t> offeredTypes() const;
     void read(const Message &drop);
     void deliver(const QByteArray &answer);
@@ -43,6 +51,7 @@ private:
 
     std::shared_ptr<XcbConnection> connection;
     SelectionReader reader;
+    QObject context; // of calls that come later
     xcb_atom_t enter = XCB_ATOM_NONE;
     xcb_atom_t position = XCB_ATOM_NONE;
     xcb_atom_t leave = XCB_ATOM_NONE;
@@ -53,6 +62,7 @@ private:
     xcb_atom_t link = XCB_ATOM_NONE;
 
     Message entered{};                 // the XdndEnter of the last drag
+    xcb_window_t over = XCB_NONE;      // the source of the drag that is over a window of ours
     std::deque<Message> held;          // a drop that is being read, and the messages after it
     std::deque<Message> resent;        // sent again and not yet received
     QElapsedTimer sent;                // since the last message was sent again

@@ -11,8 +11,13 @@ XcbEventMonitors::XcbEventMonitors(std::shared_ptr<ForeignDragWatcher> dragWatch
     : watcher(std::move(dragWatcher))
     , screens(std::move(allScreens))
 {
-    watcher->onDragged = [this] { monitors.send(LeftMouseDragged); };
-    watcher->onEnded = [this] { monitors.send(LeftMouseUp); };
+    watcher->onDragged = [this] {
+        tellEnd(); // of the drag before
+        monitors.send(LeftMouseDragged);
+    };
+    watcher->onEnded = [this] { ended(); };
+    patience.setSingleShot(true);
+    QObject::connect(&patience, &QTimer::timeout, &patience, [this] { monitors.send(LeftMouseUp); });
 }
 
 XcbEventMonitors::~XcbEventMonitors()
@@ -58,4 +63,27 @@ XcbEventMonitors::EdgeStrips XcbEventMonitors::stripsBeside(const QRectF &frame)
         break;
     }
     return strips;
+}
+
+// A source may take its time between the release and its drop, which would find the window hidden.
+void XcbEventMonitors::ended()
+{
+    if (onExpectsDrop && onExpectsDrop())
+        patience.start(dropPatience);
+    else
+        monitors.send(LeftMouseUp);
+}
+
+void XcbEventMonitors::dropArrived()
+{
+    if (patience.isActive() && !onExpectsDrop())
+        tellEnd();
+}
+
+void XcbEventMonitors::tellEnd()
+{
+    if (!patience.isActive())
+        return;
+    patience.stop();
+    monitors.send(LeftMouseUp);
 }

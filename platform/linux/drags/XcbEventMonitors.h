@@ -5,6 +5,10 @@
 #include "platform/Screens.h"
 #include "platform/common/MonitorList.h"
 
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -23,12 +27,21 @@ public:
     std::optional<Token> addNear(const QRectF &frame, std::function<void()> handler) override;
     void remove(Token token) override;
 
+    // Whether a drop onto a window of ours may still arrive. While it may, the end of the drag is not told.
+    std::function<bool()> onExpectsDrop;
+    void dropArrived();
+    // How long that may be.
+    std::chrono::milliseconds dropPatience{5000};
+
 private:
     using EdgeStrips = std::vector<std::unique_ptr<EdgeStrip>>;
 
     EdgeStrips stripsBeside(const QRectF &frame);
+    void ended();
+    void tellEnd();
 
     std::shared_ptr<ForeignDragWatcher> watcher;
     std::function<QList<Screen>()> screens;
     MonitorList monitors;
+    QTimer patience; // runs from the release until the drop has arrived
 };

@@ -32,6 +32,7 @@ public:
     {
         send(target, "XdndPosition", 0, 50u << 16 | 50u, XCB_CURRENT_TIME, xcb->atom("XdndActionCopy"));
     }
+    void leave(const QWidget &target) { send(target, "XdndLeave", 0, 0, 0, 0); }
     void drop(const QWidget &target) { send(target, "XdndDrop", 0, XCB_CURRENT_TIME, 0, 0); }
     void drag(const QWidget &target)
     {

@@ -399,6 +399,51 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(up, 1, kPatience);
     }
 
+    void the_end_is_told_once_an_expected_drop_has_arrived()
+    {
+        bool isExpected = true;
+        monitors->onExpectsDrop = [&isExpected] { return isExpected; };
+        startSource({});
+        hand.moveTo(kOnSource).press().moveTo(kOnSource + QPoint(8, 8));
+        QTRY_COMPARE_WITH_TIMEOUT(happened, Reports{urls(1)}, kPatience);
+        hand.release();
+        QTRY_VERIFY_WITH_TIMEOUT(!watcher->drag().isInProgress(), kPatience);
+        monitors->dropArrived();
+        QCOMPARE(up, 0);
+        isExpected = false;
+        monitors->dropArrived();
+        QCOMPARE(up, 1);
+        monitors->dropArrived();
+        QCOMPARE(up, 1);
+    }
+
+    void the_end_is_told_though_an_expected_drop_never_arrives()
+    {
+        monitors->onExpectsDrop = [] { return true; };
+        monitors->dropPatience = std::chrono::milliseconds(50);
+        startSource({});
+        hand.moveTo(kOnSource).press().moveTo(kOnSource + QPoint(8, 8));
+        QTRY_COMPARE_WITH_TIMEOUT(happened, Reports{urls(1)}, kPatience);
+        hand.release();
+        QTRY_COMPARE_WITH_TIMEOUT(up, 1, kPatience);
+    }
+
+    void a_new_drag_comes_after_the_end_of_one_whose_drop_is_expected()
+    {
+        monitors->onExpectsDrop = [] { return true; };
+        startSource({});
+        hand.moveTo(kOnSource).press().moveTo(kOnSource + QPoint(8, 8));
+        QTRY_COMPARE_WITH_TIMEOUT(happened, Reports{urls(1)}, kPatience);
+        hand.release();
+        QTRY_VERIFY_WITH_TIMEOUT(!watcher->drag().isInProgress(), kPatience);
+        QCOMPARE(up, 0);
+        ClientProcess next(QStringLiteral("DragSource"), kSecondPlace + words("--urls 7"));
+        QTRY_VERIFY_WITH_TIMEOUT(next.said("ready") && hand.isIdle(), kPatience);
+        hand.moveTo(kOnSecondSource).press().moveTo(kOnSecondSource + QPoint(30, 30));
+        QTRY_COMPARE_WITH_TIMEOUT(happened, (Reports{urls(1), kEnd, urls(7)}), kPatience);
+        hand.release();
+    }
+
     void without_a_server_there_are_no_monitors()
     {
         XcbEventMonitors none(std::make_shared<ForeignDragWatcher>(nullptr));

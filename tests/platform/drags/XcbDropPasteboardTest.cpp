@@ -27,6 +27,9 @@ private slots:
     void what_comes_too_late_belongs_to_nothing();
     void a_new_drag_does_not_wait_for_an_old_drop();
     void a_drop_of_text_goes_its_own_way();
+    void a_drag_over_a_window_may_be_dropped_until_it_leaves();
+    void a_drop_is_expected_until_it_is_delivered();
+    void nothing_is_expected_of_a_source_that_has_gone();
 };
 
 namespace {
@@ -219,6 +222,51 @@ void XcbDropPasteboardTest::a_drop_of_text_goes_its_own_way()
     QTRY_COMPARE_WITH_TIMEOUT(source.finished, QList<bool>{false}, kPatience);
     QCOMPARE(source.asks, 0);
     QCOMPARE(f.target.drops.size(), 1);
+}
+
+void XcbDropPasteboardTest::a_drag_over_a_window_may_be_dropped_until_it_leaves()
+{
+    Fixture f;
+    int arrivals = 0;
+    f.pasteboard.onArrived = [&arrivals] { ++arrivals; };
+    QVERIFY(!f.pasteboard.isExpecting());
+    DropSource source;
+    source.enter(f.target);
+    source.move(f.target);
+    QTRY_VERIFY_WITH_TIMEOUT(f.pasteboard.isExpecting(), kPatience);
+    QVERIFY(!f.pasteboard.isReading());
+    QCOMPARE(arrivals, 0);
+    source.leave(f.target);
+    QTRY_COMPARE_WITH_TIMEOUT(arrivals, 1, kPatience);
+    QVERIFY(!f.pasteboard.isExpecting());
+}
+
+void XcbDropPasteboardTest::a_drop_is_expected_until_it_is_delivered()
+{
+    Fixture f;
+    qsizetype dropsAtArrival = -1;
+    f.pasteboard.onArrived = [&] {
+        if (!f.pasteboard.isExpecting())
+            dropsAtArrival = f.target.drops.size();
+    };
+    DropSource source;
+    source.drag(f.target);
+    QTRY_VERIFY_WITH_TIMEOUT(source.isAsked(), kPatience);
+    QVERIFY(f.pasteboard.isExpecting());
+    QCOMPARE(dropsAtArrival, -1);
+    source.answer(kList);
+    QTRY_COMPARE_WITH_TIMEOUT(dropsAtArrival, 1, kPatience);
+}
+
+void XcbDropPasteboardTest::nothing_is_expected_of_a_source_that_has_gone()
+{
+    Fixture f;
+    {
+        DropSource source;
+        source.enter(f.target);
+        QTRY_VERIFY_WITH_TIMEOUT(f.pasteboard.isExpecting(), kPatience);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(!f.pasteboard.isExpecting(), kPatience);
 }
 
 PARKLET_TEST(XcbDropPasteboardTest)

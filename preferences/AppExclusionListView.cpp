@@ -49,6 +49,7 @@ AppExclusionListView::AppExclusionListView(const QStringList &initialIds, OnChan
     // Otherwise the view would ask every row for its size, and so look up every application.
     tableView->setUniformItemSizes(true);
     tableView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    tableView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     tableView->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     tableView->setFont(systemFont(kLabelSize));
 

@@ -46,7 +46,8 @@ void ColorWell::openColorPanel()
     if (!panel) {
         panel = new QColorDialog(shownColor, this);
         panel->setAttribute(Qt::WA_DeleteOnClose);
-        panel->setOptions(QColorDialog::ShowAlphaChannel | QColorDialog::NoButtons);
+        // The tint has an intensity in place of an alpha.
+        panel->setOptions(QColorDialog::NoButtons);
         panel->setWindowTitle(accessibleName());
         connect(panel, &QColorDialog::currentColorChanged, this, &ColorWell::choose);
         connect(panel, &QColorDialog::rejected, this, [this, before = shownColor] {

@@ -19,6 +19,7 @@
 #include <QShortcut>
 #include <QSplitterHandle>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -88,7 +89,10 @@ void PreferencesWindowController::showWindow()
 {
     // Show a maximised window maximised again.
     preferencesWindow->setWindowState(preferencesWindow->windowState() & ~Qt::WindowMinimized);
+    const bool isFirst = !preferencesWindow->windowHandle();
     preferencesWindow->show();
+    if (isFirst)
+        preferencesWindow->windowHandle()->installEventFilter(this);
     platform.activationPolicy->activate(keyWindow());
 }
 
@@ -150,12 +154,24 @@ void PreferencesWindowController::setUpSplitView()
     showPane(PrefPane::welcome);
 }
 
+// The desktop frames the window when it is shown for the first time.
+bool PreferencesWindowController::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::Expose) {
+        object->removeEventFilter(this);
+        centerWindow();
+    }
+    return QObject::eventFilter(object, event);
+}
+
 void PreferencesWindowController::centerWindow()
 {
     const auto screen = platform.screens->main();
-    if (!screen)
+    if (!screen || preferencesWindow->isMaximized())
         return;
-    QRectF frame(QPointF(), QSizeF(preferencesWindow->size()));
+    const QWindow *handle = preferencesWindow->windowHandle();
+    const QMargins margins = handle ? handle->frameMargins() : QMargins();
+    QRectF frame(QPointF(), QSizeF(preferencesWindow->size().grownBy(margins)));
     frame.moveCenter(screen->visibleFrame.center());
     preferencesWindow->move(frame.topLeft().toPoint());
 }

@@ -45,6 +45,8 @@ public:
     BasePane *pane() const { return detailVC; }
     SidebarViewController *sidebar() const { return sidebarVC; }
 
+    bool eventFilter(QObject *object, QEvent *event) override;
+
 private:
     BasePane *makePane(PrefPane pane) const;
     // The window, or the panel opened from it that the user is working in.
@@ -53,6 +55,7 @@ private:
     bool hasPanelOfTheDesktop() const;
     void setUpWindow();
     void setUpSplitView();
+    // Centres the window with its frame, as far as the desktop has told how wide that is.
     void centerWindow();
 
     Platform &platform;

@@ -28,6 +28,7 @@ class PreferencesWindowControllerTest : public QObject {
 private slots:
     void the_window_is_700_by_500_points_in_the_middle_of_the_screen();
     void the_window_goes_to_the_middle_of_what_docks_leave_of_the_screen();
+    void the_frame_that_the_desktop_adds_is_centred_with_the_window();
     void without_a_screen_the_window_is_made_all_the_same();
     void the_window_opens_on_the_welcome_pane();
     void opening_brings_the_one_window_to_the_front_with_its_last_pane();
@@ -124,6 +125,24 @@ void PreferencesWindowControllerTest::the_window_goes_to_the_middle_of_what_dock
     f.virtualPlatform.screens.screens = {Screen{QRectF(100, 0, 1900, 1000), QRectF(100, 40, 1800, 900), 1.0}};
     PreferencesWindowController controller{f.virtualPlatform.platform, f.settings, f.notifications};
     QCOMPARE(controller.window()->geometry(), QRect(650, 240, 700, 500));
+}
+
+void PreferencesWindowControllerTest::the_frame_that_the_desktop_adds_is_centred_with_the_window()
+{
+    WindowFixture f;
+    QWidget *window = f.controller.window();
+    f.controller.showWindow();
+    QVERIFY(QTest::qWaitForWindowExposed(window));
+    const QMargins margins = window->windowHandle()->frameMargins();
+    QVERIFY(!margins.isNull());
+    QCOMPARE(window->size(), QSize(700, 500));
+    QCOMPARE(window->pos(), QPoint(640, 400) - QPoint(350 + margins.left(), 250 + margins.top()));
+    // Where the user puts it, it stays.
+    window->move(10, 20);
+    window->hide();
+    f.controller.showWindow();
+    QVERIFY(QTest::qWaitForWindowExposed(window));
+    QCOMPARE(window->pos(), QPoint(10, 20));
 }
 
 void PreferencesWindowControllerTest::without_a_screen_the_window_is_made_all_the_same()

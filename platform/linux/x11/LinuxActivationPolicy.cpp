@@ -83,8 +83,14 @@ xcb_atom_t LinuxActivationPolicy::atom(const char *name)
     return reply ? *atoms.insert(name, reply->atom) : xcb_atom_t{XCB_ATOM_NONE};
 }
 
-void LinuxActivationPolicy::writeHints(xcb_connection_t *xcb, xcb_window_t window)
+bool LinuxActivationPolicy::isLeftOut(const QWidget &window) const
 {
+    return current == Policy::Accessory && !window.isMinimized();
+}
+
+void LinuxActivationPolicy::writeHints(xcb_connection_t *xcb, const QWidget &widget)
+{
+    const auto window = static_cast<xcb_window_t>(widget.winId());
     const xcb_atom_t property = atom(kState);
     const auto reply =
         await(xcb, xcb_get_property_reply, xcb_get_property(xcb, 0, window, property, XCB_ATOM_ATOM, 0, kLongestState));
@@ -92,18 +98,18 @@ void LinuxActivationPolicy::writeHints(xcb_connection_t *xcb, xcb_window_t windo
     for (const char *hint : kHints) {
         const xcb_atom_t value = atom(hint);
         std::erase(state, value);
-        if (current == Policy::Accessory)
+        if (isLeftOut(widget))
             state.push_back(value);
     }
     xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_ATOM, 32,
                         static_cast<quint32>(state.size()), state.data());
 }
 
-void LinuxActivationPolicy::askForHints(xcb_connection_t *xcb, xcb_window_t window)
+void LinuxActivationPolicy::askForHints(xcb_connection_t *xcb, const QWidget &widget)
 {
     tellWindowManager(
-        xcb, window, atom(kState),
-        {current == Policy::Accessory ? kAddState : kRemoveState, atom(kHints[0]), atom(kHints[1]), kFromApplication});
+        xcb, static_cast<xcb_window_t>(widget.winId()), atom(kState),
+        {isLeftOut(widget) ? kAddState : kRemoveState, atom(kHints[0]), atom(kHints[1]), kFromApplication});
 }
 
 void LinuxActivationPolicy::set(Policy policy)
@@ -118,7 +124,7 @@ void LinuxActivationPolicy::set(Policy policy)
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows) {
         if (window->isVisible() && isNormalWindow(*window))
-            askForHints(xcb, static_cast<xcb_window_t>(window->winId()));
+            askForHints(xcb, *window);
     }
 }
 
@@ -142,16 +148,24 @@ bool LinuxActivationPolicy::eventFilter(QObject *object, QEvent *event)
         xcb_connection_t *xcb = widget->isWindow() ? windowConnection() : nullptr;
         // The window is about to be mapped. The window manager forgot its state when it was hidden.
         if (xcb && isNormalWindow(*widget)) {
-            writeHints(xcb, static_cast<xcb_window_t>(widget->winId()));
+            writeHints(xcb, *widget);
             // A window manager that is late forgets it only now, before it maps the window, so ask again afterwards.
             QMetaObject::invokeMethod(
                 this,
                 [this, xcb, shown = QPointer(widget)] {
                     if (current == Policy::Accessory && shown && shown->isVisible())
-                        askForHints(xcb, static_cast<xcb_window_t>(shown->winId()));
+                        askForHints(xcb, *shown);
                 },
                 Qt::QueuedConnection);
         }
+    }
+    if (event->type() == QEvent::WindowStateChange && object->isWidgetType()) {
+        const auto *widget = static_cast<const QWidget *>(object);
+        const bool wasMinimized = static_cast<QWindowStateChangeEvent *>(event)->oldState() & Qt::WindowMinimized;
+        xcb_connection_t *xcb =
+            widget->isVisible() && wasMinimized != widget->isMinimized() ? windowConnection() : nullptr;
+        if (xcb && current == Policy::Accessory && isNormalWindow(*widget))
+            askForHints(xcb, *widget);
     }
     return QObject::eventFilter(object, event);
 }

@@ -24,10 +24,12 @@ public:
 private:
     // The atom of that name, interned at most once.
     xcb_atom_t atom(const char *name);
+    // Whether the window is to be left out. A minimised one stays in the lists: it comes back from there.
+    bool isLeftOut(const QWidget &window) const;
     // Before a window is shown, the program writes its state itself; Qt keeps what it finds.
-    void writeHints(xcb_connection_t *xcb, xcb_window_t window);
+    void writeHints(xcb_connection_t *xcb, const QWidget &window);
     // Afterwards it asks the window manager.
-    void askForHints(xcb_connection_t *xcb, xcb_window_t window);
+    void askForHints(xcb_connection_t *xcb, const QWidget &window);
 
     QHash<QByteArray, xcb_atom_t> atoms;
     Policy current = Policy::Accessory;

@@ -33,6 +33,7 @@ private slots:
     void dialogs_follow_and_panels_do_not();
     void a_window_is_activated_over_another_programs();
     void a_minimised_window_comes_back();
+    void a_minimised_window_of_an_accessory_is_in_the_task_list();
     void a_hidden_window_is_shown_and_activated();
 
 private:
@@ -245,6 +246,22 @@ void LinuxActivationPolicyTest::a_minimised_window_comes_back()
     policy->activate(window);
     QTRY_COMPARE_WITH_TIMEOUT(active(), id(window), kPatience);
     QTRY_VERIFY_WITH_TIMEOUT(!state(window).contains(connection->atom("_NET_WM_STATE_HIDDEN")), kPatience);
+}
+
+void LinuxActivationPolicyTest::a_minimised_window_of_an_accessory_is_in_the_task_list()
+{
+    QWidget window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window, kPatience));
+    QTRY_VERIFY_WITH_TIMEOUT(isSkipped(window), kPatience);
+    for (int i = 0; i < 2; ++i) {
+        window.showMinimized();
+        QTRY_VERIFY_WITH_TIMEOUT(state(window).contains(connection->atom("_NET_WM_STATE_HIDDEN")), kPatience);
+        QTRY_VERIFY_WITH_TIMEOUT(!isSkipped(window), kPatience);
+        policy->activate(window);
+        QTRY_VERIFY_WITH_TIMEOUT(!state(window).contains(connection->atom("_NET_WM_STATE_HIDDEN")), kPatience);
+        QTRY_VERIFY_WITH_TIMEOUT(isSkipped(window), kPatience);
+    }
 }
 
 void LinuxActivationPolicyTest::a_hidden_window_is_shown_and_activated()

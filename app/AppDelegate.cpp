@@ -56,6 +56,7 @@ void AppDelegate::applicationDidFinishLaunching()
 
     synchronizeLoginItem();
 
+    shelf.onContextMenu = whileAlive(this, [this](const QPoint &place) { openShelfMenu(place); });
     shelf.onDropReceived = whileAlive(this, [this] { dropReceivedOnShelf = true; });
     // The cursor shelf never shows without the shelf.
     cursorShelf.onDrop = whileAlive(this, [this](const QList<QUrl> &urls) {
@@ -136,7 +137,7 @@ void AppDelegate::showShelf()
 void AppDelegate::performAction(const QString &name)
 {
     if (name == QLatin1String("show-shelf"))
-        showShelf();
+        toggleShelf();
     else if (name == QLatin1String("add-from-clipboard"))
         addFromClipboard();
     else if (name == QLatin1String("preferences"))
@@ -153,6 +154,12 @@ void AppDelegate::toggleShelf()
         shelf.hide(Animated::Yes);
     else
         shelf.show(Animated::Yes);
+}
+
+void AppDelegate::openShelfMenu(const QPoint &place)
+{
+    shelfMenu = makeShelfMenu(*this);
+    shelfMenu->popup(place);
 }
 
 void AppDelegate::addFromClipboard()

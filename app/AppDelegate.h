@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+class QMenu;
 class SharedInstances;
 class StatusItem;
 class Timer;
@@ -54,6 +55,7 @@ public slots:
 private:
     void setUpStatusItem();
     bool isShelfShown() const;
+    void openShelfMenu(const QPoint &place);
     void startDragMonitor();
     bool requestAccessibilityPermission();
     bool askAboutUpdateChecks();
@@ -66,6 +68,7 @@ private:
     Platform &platform;
     std::optional<EventMonitors::Token> proximityMonitor;
     std::unique_ptr<StatusItem> statusItem;
+    std::unique_ptr<QMenu> shelfMenu; // the last one that was opened
     std::shared_ptr<Timer> accessibilityTimer;
     bool shelfWasVisibleBeforeAppearancePane = false;
 };

@@ -36,3 +36,14 @@ std::unique_ptr<QMenu> makeStatusMenu(AppDelegate &delegate, bool launchesAtLogi
     menu->addAction(StatusMenu::tr("Quit Parklet"), qApp, &QCoreApplication::quit)->setShortcut(Qt::CTRL | Qt::Key_Q);
     return menu;
 }
+
+std::unique_ptr<QMenu> makeShelfMenu(AppDelegate &delegate)
+{
+    auto menu = std::make_unique<QMenu>();
+    menu->addAction(StatusMenu::tr("Hide Shelf"), &delegate, &AppDelegate::toggleShelf);
+    menu->addSeparator();
+    menu->addAction(StatusMenu::tr("Preferences…"), &delegate, &AppDelegate::openPreferences);
+    menu->addSeparator();
+    menu->addAction(StatusMenu::tr("Quit Parklet"), qApp, &QCoreApplication::quit);
+    return menu;
+}

@@ -47,6 +47,12 @@ void ShelfScrollView::setHorizontal(bool horizontal)
     placeOverlay();
 }
 
+void ShelfScrollView::setOffScreen(double atEnd)
+{
+    offScreen = qRound(atEnd);
+    placeOverlay();
+}
+
 void ShelfScrollView::resizeEvent(QResizeEvent *event)
 {
     QScrollArea::resizeEvent(event);
@@ -56,11 +62,11 @@ void ShelfScrollView::resizeEvent(QResizeEvent *event)
 void ShelfScrollView::placeOverlay()
 {
     const QScrollBar *bar = verticalScrollBar();
-    overlay->setPageStep(bar->pageStep());
+    overlay->setPageStep(bar->pageStep() - offScreen);
     overlay->setSingleStep(bar->singleStep());
     overlay->setRange(bar->minimum(), bar->maximum());
     overlay->setValue(bar->value());
-    overlay->setGeometry(width() - kOverlayScrollerWidth, 0, kOverlayScrollerWidth, height());
+    overlay->setGeometry(width() - kOverlayScrollerWidth, 0, kOverlayScrollerWidth, height() - offScreen);
     overlay->setVisible(!isRow && bar->maximum() > bar->minimum());
     overlay->raise();
 }

@@ -33,6 +33,9 @@ public:
 
     void setHorizontal(bool horizontal);
 
+    // How much of the view's end is off the screen, in points. The scroller of a column ends before it.
+    void setOffScreen(double atEnd);
+
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override { draggingEntered(event); }
     void dragMoveEvent(QDragMoveEvent *event) override { draggingUpdated(event); }
@@ -46,4 +49,5 @@ private:
 
     ShelfScroller *overlay;
     bool isRow = false;
+    int offScreen = 0;
 };

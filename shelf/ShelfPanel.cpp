@@ -15,9 +15,11 @@
 #include "shelf/ShelfViews.h"
 #include "shelf/TileViews.h"
 
-#include <QEvent>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QScrollBar>
+
+#include <algorithm>
 
 using namespace ShelfMetrics;
 
@@ -111,6 +113,12 @@ void ShelfPanel::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
+void ShelfPanel::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (onContextMenu)
+        onContextMenu(event->globalPos());
+}
+
 void ShelfPanel::layoutViews()
 {
     const ShelfLayout layout = shelfLayout(size(), stackView->isHorizontal() ? Qt::Horizontal : Qt::Vertical);
@@ -141,6 +149,19 @@ void ShelfPanel::updateFrame()
                               settings.get(Settings::shelfItemSize), reserve, items.size(),
                               platform.appearance->legacyScrollerWidth());
     setGeometry(wholePoints(flipped(currentFrame, flip)));
+    scrollIntoView(screen->visibleFrame);
+}
+
+// A clamped panel reaches beyond the visible frame, where its tiles would be out of reach.
+void ShelfPanel::scrollIntoView(const QRectF &visibleFrame)
+{
+    const bool isRow = stackView->isHorizontal();
+    const QRectF list =
+        shelfLayout(size(), isRow ? Qt::Horizontal : Qt::Vertical).scrollView.translated(geometry().topLeft());
+    const double atStart = isRow ? visibleFrame.left() - list.left() : visibleFrame.top() - list.top();
+    const double atEnd = isRow ? list.right() - visibleFrame.right() : list.bottom() - visibleFrame.bottom();
+    stackView->setOffScreen(std::max(0.0, atStart), std::max(0.0, atEnd));
+    scrollView->setOffScreen(std::max(0.0, atEnd));
 }
 
 void ShelfPanel::setHorizontal(bool horizontal)

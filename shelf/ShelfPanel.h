@@ -65,6 +65,9 @@ public:
     ShelfScrollView *scrollView;
     ShelfStackView *stackView;
 
+    // Asked for a menu at this place of the screen, by a right click anywhere on the panel.
+    std::function<void(const QPoint &place)> onContextMenu;
+
     // Visibility
 
     // Puts the panel in its place and shows it above all other windows; animated, it fades in over 0.22 s, also when
@@ -118,12 +121,14 @@ public slots:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
     HeaderButton *makeHeaderButton(const QString &symbol, const QString &label);
     void buildInterface();
     void layoutViews();
     void setHorizontal(bool horizontal);
+    void scrollIntoView(const QRectF &visibleFrame);
     void applyTint();
     void settingsDidChange();
     void refreshTiles();

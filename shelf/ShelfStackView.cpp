@@ -49,6 +49,15 @@ void ShelfStackView::setHorizontal(bool value)
     arrange();
 }
 
+void ShelfStackView::setOffScreen(double atStart, double atEnd)
+{
+    if (atStart == offScreenAtStart && atEnd == offScreenAtEnd)
+        return;
+    offScreenAtStart = atStart;
+    offScreenAtEnd = atEnd;
+    arrange();
+}
+
 void ShelfStackView::resizeEvent(QResizeEvent *)
 {
     arrange();
@@ -56,7 +65,7 @@ void ShelfStackView::resizeEvent(QResizeEvent *)
 
 void ShelfStackView::arrange()
 {
-    double along = kStackInset;
+    double along = offScreenAtStart + kStackInset;
     for (ShelfItemView *tile : tiles) {
         const QSizeF size = sizes.value(tile);
         const QRectF frame = horizontal ? QRectF(QPointF(along, (height() - size.height()) / 2), size)
@@ -64,8 +73,8 @@ void ShelfStackView::arrange()
         tile->setGeometry(wholePoints(frame));
         along += (horizontal ? size.width() : size.height()) + kTileSpacing;
     }
-    const int length =
-        wholePoints(QRectF(0, 0, tiles.isEmpty() ? 2 * kStackInset : along - kTileSpacing + kStackInset, 0)).width();
+    const double end = tiles.isEmpty() ? 2 * kStackInset : along - kTileSpacing + kStackInset;
+    const int length = wholePoints(QRectF(0, 0, end + offScreenAtEnd, 0)).width();
     // The scroll view stretches the stack across its direction; along it, the stack is as long as its tiles.
     setMinimumSize(horizontal ? length : 0, horizontal ? 0 : length);
 }

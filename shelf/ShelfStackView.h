@@ -30,6 +30,10 @@ public:
     bool isHorizontal() const { return horizontal; }
     void setHorizontal(bool value);
 
+    // How much of the list is off the screen at its start and at its end, in points. There the tiles have so much room
+    // more, so that each can be scrolled to where it is seen.
+    void setOffScreen(double atStart, double atEnd);
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
@@ -39,4 +43,6 @@ private:
     QList<ShelfItemView *> tiles;
     QHash<ShelfItemView *, QSizeF> sizes;
     bool horizontal = false;
+    double offScreenAtStart = 0;
+    double offScreenAtEnd = 0;
 };

@@ -435,6 +435,10 @@ Ohne Option startet Parklet oder zeigt die Ablage des bereits laufenden Parklet 
     </message>
 </context>
 <context>
+    <message>
+        <source>Hide Shelf</source>
+        <translation>Ablage ausblenden</translation>
+    </message>
     <name>TileRemoveButton</name>
     <message>
         <source>Remove</source>

@@ -1,5 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "app/StatusMenu.h"
 #include "settings/BuildInfo.h"
+#include "shelf/DropViews.h"
+#include "shelf/ShelfItemView.h"
+#include "shelf/ShelfStackView.h"
+#include "shelf/ShelfViews.h"
 #include "tests/app/AppFixture.h"
 #include "tests/app/RunningFixture.h"
 #include "tests/support/InChild.h"
@@ -7,6 +12,8 @@
 #include "updates/BoundedFetch.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QTest>
 #include <QTimer>
 
@@ -32,6 +39,8 @@ private slots:
     void the_quit_item_ends_the_application();
     void the_launchers_actions_do_what_their_names_say();
     void the_launcher_can_quit();
+    void a_right_click_anywhere_on_the_shelf_asks_for_its_menu();
+    void the_shelfs_menu_hides_it_and_opens_the_preferences();
 
     void the_clipboards_files_are_added_in_order_and_the_shelf_shows();
     void a_visible_shelf_is_not_shown_again_for_the_clipboard();
@@ -212,6 +221,12 @@ void AppDelegateMenuTest::the_launchers_actions_do_what_their_names_say()
     f.delegate->performAction(u"show-shelf"_s);
     QVERIFY(f.shelf.isVisible());
     f.delegate->performAction(u"show-shelf"_s);
+    f.queue.advance(1);
+    QVERIFY(!f.shelf.isVisible());
+    // A second start shows it and never hides it.
+    f.delegate->showShelf();
+    f.delegate->showShelf();
+    f.queue.advance(1);
     QVERIFY(f.shelf.isVisible());
     f.virtualPlatform.generalPasteboard.urls = {file("/a.txt")};
     QVERIFY(f.shelf.items.isEmpty());
@@ -223,6 +238,49 @@ void AppDelegateMenuTest::the_launchers_actions_do_what_their_names_say()
     QVERIFY(!f.shared.updateChecker().findChild<BoundedFetch *>());
     f.delegate->performAction(u"check-for-updates"_s);
     QVERIFY(f.shared.updateChecker().findChild<BoundedFetch *>());
+}
+
+void AppDelegateMenuTest::a_right_click_anywhere_on_the_shelf_asks_for_its_menu()
+{
+    Fixture f({{Settings::showMenuBarIcon.key, false}});
+    f.shelf.addItem(file("/a.txt"));
+    f.delegate->showShelf();
+    QVERIFY(f.shelf.onContextMenu != nullptr);
+    QList<QPoint> places;
+    f.shelf.onContextMenu = [&places](const QPoint &place) { places.append(place); };
+    ShelfItemView *tile = f.shelf.stackView->arrangedSubviews().first();
+    for (QWidget *view : {static_cast<QWidget *>(f.shelf.container), f.shelf.scrollView->viewport(),
+                          static_cast<QWidget *>(tile), static_cast<QWidget *>(f.shelf.trashBtn)}) {
+        const QPoint place = view->mapToGlobal(QPoint(2, 2));
+        QContextMenuEvent click(QContextMenuEvent::Mouse, QPoint(2, 2), place);
+        QApplication::sendEvent(view, &click);
+        QCOMPARE(places, QList<QPoint>{place});
+        places.clear();
+    }
+    // It does nothing to the files.
+    QCOMPARE(f.shelf.items.size(), 1);
+    QVERIFY(f.shelf.selectedViews.isEmpty());
+}
+
+void AppDelegateMenuTest::the_shelfs_menu_hides_it_and_opens_the_preferences()
+{
+    Fixture f({{Settings::showMenuBarIcon.key, false}});
+    f.delegate->showShelf();
+    const auto menu = makeShelfMenu(*f.delegate);
+    QMap<QString, QAction *> items;
+    QStringList titles;
+    for (QAction *action : menu->actions()) {
+        if (action->isSeparator())
+            continue;
+        titles.append(action->text());
+        items.insert(action->text(), action);
+    }
+    QCOMPARE(titles, (QStringList{u"Hide Shelf"_s, u"Preferences…"_s, u"Quit Parklet"_s}));
+    items[u"Preferences…"_s]->trigger();
+    QVERIFY(f.shared.isPreferencesWindowVisible());
+    items[u"Hide Shelf"_s]->trigger();
+    f.queue.advance(1);
+    QVERIFY(!f.shelf.isVisible());
 }
 
 void AppDelegateMenuTest::the_launcher_can_quit()

@@ -29,6 +29,12 @@ private slots:
     void a_rows_scroller_takes_room_whatever_the_user_prefers();
     void reserved_space_is_respected_and_y_is_turned_over();
     void without_a_main_screen_the_frame_stays_and_tiles_are_refreshed();
+    void every_tile_can_be_scrolled_onto_the_screen_data();
+    void every_tile_can_be_scrolled_onto_the_screen();
+    void a_shelf_that_is_on_the_screen_scrolls_no_further();
+    void a_row_ends_6_points_after_its_last_tile();
+    void a_clamped_column_keeps_the_lower_end_of_the_longer_one();
+    void the_label_of_an_empty_row_stands_10_points_below_its_middle();
     void the_header_turns_with_the_edge();
     void tiles_stand_six_points_apart_and_centred();
     void an_eleventh_tile_scrolls();
@@ -152,6 +158,74 @@ void ShelfPanelFrameTest::reserved_space_is_respected_and_y_is_turned_over()
 }
 
 void ShelfPanelFrameTest::without_a_main_screen_the_frame_stays_and_tiles_are_refreshed()
+void ShelfPanelFrameTest::every_tile_can_be_scrolled_onto_the_screen_data()
+{
+    QTest::addColumn<WindowEdge>("edge");
+    QTest::addColumn<WindowAlignment>("alignment");
+    QTest::addColumn<int>("count");
+    QTest::newRow("column") << WindowEdge::Right << WindowAlignment::Center << 7;
+    QTest::newRow("longest column") << WindowEdge::Left << WindowAlignment::Center << 50;
+    QTest::newRow("column from the top") << WindowEdge::Right << WindowAlignment::Start << 7;
+    QTest::newRow("column from the bottom") << WindowEdge::Right << WindowAlignment::End << 9;
+    QTest::newRow("row") << WindowEdge::Bottom << WindowAlignment::Center << 16;
+    QTest::newRow("row from the left") << WindowEdge::Top << WindowAlignment::Start << 16;
+    QTest::newRow("row from the right") << WindowEdge::Bottom << WindowAlignment::End << 16;
+}
+
+void ShelfPanelFrameTest::every_tile_can_be_scrolled_onto_the_screen()
+{
+    QFETCH(WindowEdge, edge);
+    QFETCH(WindowAlignment, alignment);
+    QFETCH(int, count);
+    const QRectF visible(0, 28, 1366, 740);
+    const bool isRow = edge == WindowEdge::Top || edge == WindowEdge::Bottom;
+    PanelFixture f;
+    f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1366, 768), visible, 1.0}};
+    f.set(Settings::windowEdge.key, double(edge));
+    f.set(Settings::windowAlignment.key, double(alignment));
+    if (isRow)
+        f.set(Settings::shelfItemSize.key, 120.0);
+    f.add(count);
+    f.panel->show(Animated::No);
+    QScrollBar *bar = isRow ? f.panel->scrollView->horizontalScrollBar() : f.panel->scrollView->verticalScrollBar();
+    const QWidget *list = f.panel->scrollView->viewport();
+    for (int i = 0; i < count; ++i) {
+        const ShelfItemView *tile = f.tile(i);
+        bool isSeen = false;
+        for (int value = 0; value <= bar->maximum() && !isSeen; ++value) {
+            bar->setValue(value);
+            const QRectF place(tile->mapToGlobal(QPoint()), tile->size());
+            const QRectF room = QRectF(list->mapToGlobal(QPoint()), list->size()) & visible;
+            isSeen = isRow ? place.left() >= room.left() && place.right() <= room.right()
+                           : place.top() >= room.top() && place.bottom() <= room.bottom();
+        }
+        QVERIFY2(isSeen, qPrintable(QString::number(i)));
+    }
+    // There is no more room than that.
+    bar->setValue(bar->maximum());
+    const QRectF last(f.tile(count - 1)->mapToGlobal(QPoint()), f.tile(count - 1)->size());
+    const QRectF room = QRectF(list->mapToGlobal(QPoint()), list->size()) & visible;
+    QCOMPARE(isRow ? room.right() - last.right() : room.bottom() - last.bottom(), 6.0);
+    bar->setValue(0);
+    const QRectF first(f.tile(0)->mapToGlobal(QPoint()), f.tile(0)->size());
+    QCOMPARE(isRow ? first.left() - room.left() : first.top() - room.top(), 6.0);
+}
+
+void ShelfPanelFrameTest::a_shelf_that_is_on_the_screen_scrolls_no_further()
+{
+    PanelFixture f;
+    f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1366, 768), QRectF(0, 0, 1366, 768), 1.0}};
+    f.add(6);
+    QCOMPARE(f.panel->stackView->minimumHeight(), 6 * 108 - 6 + 12);
+    f.add(1);
+    // The panel is 22 points below the screen and the list ends 8 above the panel's end.
+    QCOMPARE(f.panel->frame().top(), -22.0);
+    QCOMPARE(f.panel->stackView->minimumHeight(), 7 * 108 - 6 + 12 + 14);
+    f.virtualPlatform.screens.screens = {Screen{QRectF(0, 0, 1280, 2000), QRectF(0, 0, 1280, 2000), 1.0}};
+    f.panel->updateFrame();
+    QCOMPARE(f.panel->stackView->minimumHeight(), 7 * 108 - 6 + 12);
+}
+
 {
     PanelFixture f;
     f.add(2);
@@ -256,7 +330,9 @@ void ShelfPanelFrameTest::the_scroller_and_the_tiles_move_each_other()
     QScrollBar *bar = f.panel->scrollView->verticalScrollBar();
     QVERIFY(bar->maximum() > 100);
     QCOMPARE(scroller->maximum(), bar->maximum());
-    QCOMPARE(scroller->pageStep(), bar->pageStep());
+    // Its 792 points end 168 below the screen, and the list 8 above their end.
+    QCOMPARE(scroller->pageStep(), bar->pageStep() - 160);
+    QCOMPARE(scroller->height(), f.panel->scrollView->height() - 160);
     scroller->setValue(70);
     QCOMPARE(bar->value(), 70);
     QCOMPARE(f.panel->stackView->y(), -70);

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kFailure = 1;
 constexpr int kUsageError = 2;
+constexpr std::string_view kShow = "--show";
 
 struct CommandLine {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
@@ -27,6 +28,7 @@ QString help()
                            "\n"
                            "  --help     print this help and exit\n"
                            "  --version  print the version and exit\n"
+                           "  --show     show the shelf, also when Parklet starts\n"
                            "\n"
                            "Without an option Parklet starts, or shows the shelf of the one that runs already.\n");
 }
@@ -95,6 +97,8 @@ std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string
         }
         const std::string &argument = arguments[i];
         CommandLineAnswer asked;
+        if (argument == kShow)
+            continue;
         if (argument == "--help")
             asked.output = help().toStdString();
         else if (argument == "--version")
@@ -107,6 +111,17 @@ std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string
             answer = asked;
     }
     return answer;
+}
+
+bool asksForShelf(const std::vector<std::string> &arguments)
+{
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (const std::size_t foreign = foreignArguments(arguments, i); foreign > 0)
+            i += foreign - 1;
+        else if (arguments[i] == kShow)
+            return true;
+    }
+    return false;
 }
 
 CommandLineAnswer cannotStart(const char *context, const char *reason, const std::string &detail)

@@ -18,6 +18,9 @@ struct CommandLineAnswer {
 // system adds are ignored.
 std::optional<CommandLineAnswer> answerCommandLine(const std::vector<std::string> &arguments);
 
+// Whether the shelf is to be shown once the program has started.
+bool asksForShelf(const std::vector<std::string> &arguments);
+
 // The answer of a program that cannot start. `reason` is in English, is translated in `context`, and has `detail` in
 // the place of its %1.
 CommandLineAnswer cannotStart(const char *context, const char *reason, const std::string &detail);

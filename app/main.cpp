@@ -62,7 +62,11 @@ int main(int argc, char *argv[])
     AppDelegate delegate(shared);
     instance->onActivate = [&delegate] { delegate.showShelf(); };
     instance->onAction = [&delegate](const QString &name) { delegate.performAction(name); };
-    platform->mainQueue->async([&delegate] { delegate.applicationDidFinishLaunching(); });
+    platform->mainQueue->async([&delegate, showsShelf = asksForShelf(arguments)] {
+        delegate.applicationDidFinishLaunching();
+        if (showsShelf)
+            delegate.showShelf();
+    });
     const int exitCode = QApplication::exec();
     ProcessEnd::startDeadline();
     return exitCode;

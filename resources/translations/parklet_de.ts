@@ -158,6 +158,7 @@ A floating shelf for files: drag files onto it, and out of it again where you ne
 
   --help     print this help and exit
   --version  print the version and exit
+  --show     show the shelf, also when Parklet starts
 
 Without an option Parklet starts, or shows the shelf of the one that runs already.
 </source>
@@ -167,6 +168,7 @@ Eine schwebende Ablage für Dateien: Dateien daraufziehen und dort wieder heraus
 
   --help     diese Hilfe ausgeben und beenden
   --version  die Version ausgeben und beenden
+  --show     die Ablage anzeigen, auch wenn Parklet erst startet
 
 Ohne Option startet Parklet oder zeigt die Ablage des bereits laufenden Parklet an.
 </translation>
@@ -433,12 +435,12 @@ Ohne Option startet Parklet oder zeigt die Ablage des bereits laufenden Parklet 
         <source>Quit Parklet</source>
         <translation>Parklet beenden</translation>
     </message>
-</context>
-<context>
     <message>
         <source>Hide Shelf</source>
         <translation>Ablage ausblenden</translation>
     </message>
+</context>
+<context>
     <name>TileRemoveButton</name>
     <message>
         <source>Remove</source>

@@ -14,6 +14,7 @@ private slots:
     void the_version_is_that_of_the_build();
     void the_help_names_every_option();
     void the_first_question_is_answered();
+    void the_shelf_is_asked_for_by_its_option();
     void what_the_toolkit_or_the_system_adds_is_passed_over_data();
     void what_the_toolkit_or_the_system_adds_is_passed_over();
     void everything_else_is_an_error_data();
@@ -37,7 +38,7 @@ void CommandLineTest::the_help_names_every_option()
     QVERIFY(answer);
     QCOMPARE(answer->exitCode, 0);
     QVERIFY(answer->error.empty());
-    for (const char *option : {"--help", "--version"})
+    for (const char *option : {"--help", "--version", "--show"})
         QVERIFY2(answer->output.find(option) != std::string::npos, option);
 }
 
@@ -45,6 +46,16 @@ void CommandLineTest::the_first_question_is_answered()
 {
     QCOMPARE(answerCommandLine({"--version", "--help"}), answerCommandLine({"--version"}));
     QCOMPARE(answerCommandLine({"--help", "--version"}), answerCommandLine({"--help"}));
+}
+
+void CommandLineTest::the_shelf_is_asked_for_by_its_option()
+{
+    QVERIFY(!answerCommandLine({"--show"}));
+    QVERIFY(asksForShelf({"-platform", "xcb", "--show"}));
+    QVERIFY(!asksForShelf({}));
+    QVERIFY(!asksForShelf({"-title", "--show"}));
+    QCOMPARE(answerCommandLine({"--show", "--version"}), answerCommandLine({"--version"}));
+    QCOMPARE(answerCommandLine({"--show", "--hide"})->exitCode, 2);
 }
 
 void CommandLineTest::what_the_toolkit_or_the_system_adds_is_passed_over_data()

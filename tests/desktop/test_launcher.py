@@ -87,6 +87,25 @@ class LauncherTest(DesktopTest):
         self.perform("quit")
         self.assertEqual(self.app.process.wait(20), 0)
 
+    def test_a_right_click_puts_the_shelf_away(self):
+        self.start()
+        self.perform("show-shelf")
+        self.app.opaque(wait_for(self.app.window, "the shelf comes up"))
+        self.hand.click(*self.app.center(), button=3)
+        wait_for(self.app.menu_window, "its menu opens")
+        self.hand.click(*self.desktop.accessibility.menu(self.hand).find("Hide Shelf").center)
+        wait_for(self.app.hidden, "the shelf is put away")
+        self.perform("show-shelf")
+        wait_for(self.app.window, "the shelf comes up again")
+        self.perform("show-shelf")
+        wait_for(self.app.hidden, "the launcher puts it away too")
+
+    def test_a_start_from_the_menu_shows_the_shelf(self):
+        command = self.read("Desktop Entry", "Exec").split()
+        self.assertEqual(command, ["parklet", "--show"])
+        self.app.process = self.desktop.start("parklet", PROGRAM, *command[1:])
+        wait_for(self.app.window, "the shelf comes up")
+
     def test_the_bus_starts_it_and_the_shelf_shows(self):
         self.install()
         self.activate()

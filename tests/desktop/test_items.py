@@ -53,6 +53,22 @@ class ItemsTest(DesktopTest):
         self.rest_hand()
         self.wait_for(lambda: not self.tool_tip(), "the tool tip goes")
 
+    def test_a_whole_run_prints_nothing(self):
+        app = self.parklet()
+        app.hold(*self.files(3))
+        first = app.names()[0]
+        self.hand.move_to(*app.grip(first))
+        self.hand.click(*app.tile(first).find("Remove", showing=False).center)
+        self.wait_for(lambda: len(app.names()) == 2, "one item has left the shelf")
+        app.click("Preferences")
+        self.wait_for(lambda: app.window("preferences"), "the preferences open")
+        for pane in ("General", "Behavior", "Appearance", "About", "Welcome"):
+            self.hand.click(*app.find(pane, "list item").center)
+            self.wait_for(lambda shown=pane: app.find(shown, "list item").has_state("selected"), f"{pane} is shown")
+        app.choose("Quit Parklet")
+        self.assertEqual(app.process.wait(20), 0)
+        self.assertEqual((self.desktop.logs / "parklet.log").read_bytes(), b"")
+
     def test_the_remove_button_removes_its_item(self):
         app = self.parklet()
         paths = self.files(2)

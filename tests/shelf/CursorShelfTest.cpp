@@ -37,6 +37,7 @@ private slots:
     void hiding_again_does_not_put_the_end_off();
     void a_panel_shown_while_it_fades_out_stays();
     void hiding_a_hidden_panel_does_nothing();
+    void the_zone_is_drawn_to_the_pixel();
     void a_background_that_the_desktop_draws_is_not_drawn_again();
     void entering_and_leaving_turns_the_accent_border_on_and_off();
     void dropping_two_files_hands_both_over_at_once_and_in_order();
@@ -518,6 +519,43 @@ void CursorShelfTest::a_drop_for_a_panel_that_has_gone_does_nothing()
     f.panel.reset();
     drop({file("/b.txt")});
     QCOMPARE(f.drops.size(), 1);
+}
+
+void CursorShelfTest::the_zone_is_drawn_to_the_pixel()
+{
+    Fixture f;
+    f.showFully();
+    const auto picture = [&f] {
+        QImage canvas(f.zone.size(), QImage::Format_ARGB32_Premultiplied);
+        canvas.fill(Qt::transparent);
+        f.zone.render(&canvas, QPoint(), QRegion(), QWidget::DrawChildren);
+        return canvas;
+    };
+    const QImage plain = picture();
+    QColor background = ShelfMetrics::kBackground;
+    background.setAlphaF(ShelfMetrics::kBackgroundAlpha);
+    // Premultiplied, a channel may be one off.
+    const auto isLike = [](const QColor &a, const QColor &b) {
+        return std::abs(a.red() - b.red()) <= 1 && std::abs(a.green() - b.green()) <= 1 &&
+               std::abs(a.blue() - b.blue()) <= 1 && std::abs(a.alpha() - b.alpha()) <= 1;
+    };
+    QVERIFY(isLike(plain.pixelColor(10, 44), background));
+    QVERIFY(isLike(plain.pixelColor(26, 44), background));
+    for (const QPoint corner : {QPoint(0, 0), QPoint(87, 0), QPoint(0, 87), QPoint(87, 87)})
+        QCOMPARE(plain.pixelColor(corner).alpha(), 0);
+    // The symbol is white at 0.65, 34 points wide and high in the middle.
+    const QColor symbol = plain.pixelColor(44, 44);
+    QVERIFY2(symbol.red() > background.red() + 100, qPrintable(symbol.name(QColor::HexArgb)));
+    QCOMPARE(plain.pixelColor(36, 44), symbol);
+    // The border takes the outermost two points, and no more.
+    f.zone.onHighlight(true);
+    const QImage lit = picture();
+    for (const int x : {0, 1, 86, 87})
+        QCOMPARE(lit.pixelColor(x, 44), f.virtualPlatform.appearance.accent);
+    for (const int x : {2, 10, 44, 85})
+        QCOMPARE(lit.pixelColor(x, 44), plain.pixelColor(x, 44));
+    f.zone.onHighlight(false);
+    QCOMPARE(picture(), plain);
 }
 
 PARKLET_TEST(CursorShelfTest)

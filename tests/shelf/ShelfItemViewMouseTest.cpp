@@ -25,6 +25,7 @@ private slots:
     void a_double_click_selects_all_unless_it_opens();
     void the_second_click_of_a_double_click_does_not_select_on_release();
     void a_third_click_in_a_row_is_one_of_several();
+    void a_selected_tile_is_selected_also_by_a_release_beside_it();
     void other_buttons_do_nothing();
     void the_remove_button_answers_while_it_is_invisible();
     void clicks_on_image_and_name_are_the_tiles();
@@ -41,6 +42,7 @@ private slots:
     void the_end_of_a_drag_is_reported_when_it_did_something();
     void without_callbacks_nothing_happens();
     void a_drag_that_ends_after_its_tile_has_gone_is_reported();
+    void whether_a_dragged_file_goes_is_decided_at_the_end_of_its_drag();
     void each_drag_of_a_tile_has_its_own_report();
 };
 
@@ -385,6 +387,35 @@ void ShelfItemViewMouseTest::each_drag_of_a_tile_has_its_own_report()
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     f.virtualPlatform.dragSessions.end(DragOperation::Copy);
     QCOMPARE(f.calls, (QStringList{u"first"_s, u"second"_s}));
+}
+
+void ShelfItemViewMouseTest::a_selected_tile_is_selected_also_by_a_release_beside_it()
+{
+    Fixture f;
+    f.make();
+    f.tile->isSelected = true;
+    f.press();
+    QVERIFY(f.calls.isEmpty());
+    const QPointF outside(-30, 140);
+    QMouseEvent release(QEvent::MouseButtonRelease, outside, f.tile->mapToGlobal(outside), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(f.tile.get(), &release);
+    QCOMPARE(f.calls, QStringList{u"select"_s});
+}
+
+void ShelfItemViewMouseTest::whether_a_dragged_file_goes_is_decided_at_the_end_of_its_drag()
+{
+    for (const bool atEnd : {false, true}) {
+        Fixture f;
+        f.set(Settings::removeItemsWhenDraggedOut.key, !atEnd);
+        f.make();
+        f.completeThumbnail(picture());
+        f.drag();
+        f.calls.clear();
+        f.set(Settings::removeItemsWhenDraggedOut.key, atEnd);
+        f.virtualPlatform.dragSessions.end(DragOperation::Copy);
+        QCOMPARE(f.calls, atEnd ? QStringList{u"dragOut"_s} : QStringList());
+    }
 }
 
 PARKLET_TEST(ShelfItemViewMouseTest)

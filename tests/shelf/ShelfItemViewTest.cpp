@@ -36,6 +36,7 @@ private slots:
     void a_thumbnail_that_comes_after_the_tile_has_gone_does_nothing();
     void a_completion_on_another_thread_comes_back_to_the_main_queue();
     void an_image_is_fitted_to_the_top_of_its_view();
+    void the_remove_button_lies_over_the_picture();
     void a_picture_of_other_proportions_than_asked_for_is_not_stretched();
     // Name
     void the_name_shows_by_the_setting();
@@ -540,6 +541,22 @@ void ShelfItemViewTest::the_hover_fade_ignores_disabled_animations()
     QCOMPARE(tile.removeBtn->alpha(), 0.0);
     f.virtualPlatform.mainQueue.advance(0.15);
     QCOMPARE(tile.removeBtn->alpha(), 1.0);
+}
+
+void ShelfItemViewTest::the_remove_button_lies_over_the_picture()
+{
+    Fixture f;
+    ShelfItemView &tile = f.make();
+    QImage blue(72, 72, QImage::Format_RGB32);
+    blue.fill(Qt::blue);
+    f.completeThumbnail(blue);
+    const QPoint overlap(72, 12); // of the button's circle and the picture
+    QVERIFY(tile.imageView->geometry().contains(overlap));
+    QCOMPARE(tile.grab().toImage().pixelColor(overlap), QColor(Qt::blue));
+    f.enter();
+    f.virtualPlatform.mainQueue.advance(0.15);
+    const QColor covered = tile.grab().toImage().pixelColor(overlap);
+    QVERIFY2(covered.red() > 150 && covered.blue() < 120, qPrintable(covered.name()));
 }
 
 PARKLET_TEST(ShelfItemViewTest)

@@ -13,6 +13,7 @@ private slots:
     // Show and hide
     void showing_fades_in_over_0_22_seconds();
     void the_panel_is_transparent_before_it_comes_to_the_front();
+    void showing_without_a_fade_lets_the_timer_run_on();
     void showing_again_fades_in_again();
     void hiding_fades_out_over_0_18_seconds_and_restores_the_opacity();
     void the_panel_is_still_transparent_as_it_is_ordered_out();
@@ -346,6 +347,19 @@ void ShelfPanelFadesTest::a_timer_that_outlives_the_panel_does_nothing()
         QCOMPARE(f.virtualPlatform.floatingPanels.ordersOut, 0);
         QCOMPARE(f.virtualPlatform.mainQueue.timerCount(), 0);
     }
+}
+
+void ShelfPanelFadesTest::showing_without_a_fade_lets_the_timer_run_on()
+{
+    PanelFixture f;
+    f.set(Settings::autoHideTimeout.key, 2.0);
+    f.panel->show(Animated::Yes);
+    f.advance(1.5);
+    f.panel->show(Animated::No);
+    f.advance(0.4);
+    QVERIFY(!f.panel->isHiding());
+    f.advance(0.1);
+    QVERIFY(f.panel->isHiding());
 }
 
 PARKLET_TEST(ShelfPanelFadesTest)

@@ -7,6 +7,7 @@
 #include "tests/support/TestProgram.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QProxyStyle>
 #include <QScrollBar>
 #include <QTest>
@@ -28,13 +29,13 @@ private slots:
     void a_row_has_room_for_a_scroller_of_the_desktops_width();
     void a_rows_scroller_takes_room_whatever_the_user_prefers();
     void reserved_space_is_respected_and_y_is_turned_over();
-    void without_a_main_screen_the_frame_stays_and_tiles_are_refreshed();
     void every_tile_can_be_scrolled_onto_the_screen_data();
     void every_tile_can_be_scrolled_onto_the_screen();
     void a_shelf_that_is_on_the_screen_scrolls_no_further();
     void a_row_ends_6_points_after_its_last_tile();
     void a_clamped_column_keeps_the_lower_end_of_the_longer_one();
     void the_label_of_an_empty_row_stands_10_points_below_its_middle();
+    void without_a_main_screen_the_frame_stays_and_tiles_are_refreshed();
     void the_header_turns_with_the_edge();
     void tiles_stand_six_points_apart_and_centred();
     void an_eleventh_tile_scrolls();
@@ -157,7 +158,6 @@ void ShelfPanelFrameTest::reserved_space_is_respected_and_y_is_turned_over()
     QCOMPARE(f.panel->geometry(), QRect(2160, 1060 - 20 - 164, 116, 164));
 }
 
-void ShelfPanelFrameTest::without_a_main_screen_the_frame_stays_and_tiles_are_refreshed()
 void ShelfPanelFrameTest::every_tile_can_be_scrolled_onto_the_screen_data()
 {
     QTest::addColumn<WindowEdge>("edge");
@@ -226,6 +226,7 @@ void ShelfPanelFrameTest::a_shelf_that_is_on_the_screen_scrolls_no_further()
     QCOMPARE(f.panel->stackView->minimumHeight(), 7 * 108 - 6 + 12);
 }
 
+void ShelfPanelFrameTest::without_a_main_screen_the_frame_stays_and_tiles_are_refreshed()
 {
     PanelFixture f;
     f.add(2);
@@ -338,6 +339,38 @@ void ShelfPanelFrameTest::the_scroller_and_the_tiles_move_each_other()
     QCOMPARE(f.panel->stackView->y(), -70);
     bar->setValue(30);
     QCOMPARE(scroller->value(), 30);
+}
+
+void ShelfPanelFrameTest::a_row_ends_6_points_after_its_last_tile()
+{
+    PanelFixture f;
+    f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
+    f.add(3);
+    QCOMPARE(f.tile(2)->geometry().right() + 1, 6 + 3 * 88 + 2 * 6);
+    QCOMPARE(f.panel->stackView->minimumWidth(), 6 + 3 * 88 + 2 * 6 + 6);
+}
+
+void ShelfPanelFrameTest::a_clamped_column_keeps_the_lower_end_of_the_longer_one()
+{
+    PanelFixture f;
+    f.add(14);
+    // Its 792 points end where the 1136 of ten tiles would, below the screen.
+    QCOMPARE(f.panel->geometry(), QRect(1160, 400 + 568 - 792, 116, 792));
+}
+
+void ShelfPanelFrameTest::the_label_of_an_empty_row_stands_10_points_below_its_middle()
+{
+    PanelFixture f;
+    f.set(Settings::windowEdge.key, double(WindowEdge::Bottom));
+    f.panel->show(Animated::No);
+    QVERIFY(f.panel->stackView->isHorizontal());
+    const QSize panel = f.panel->size();
+    const QRect label = f.panel->dropLabel->geometry();
+    QVERIFY(f.panel->dropLabel->isVisible());
+    QCOMPARE(label.size(), f.panel->dropLabel->sizeHint());
+    QCOMPARE(label.topLeft(), QPoint((panel.width() - label.width()) / 2, (panel.height() - label.height()) / 2 + 10));
+    f.add(1);
+    QVERIFY(!f.panel->dropLabel->isVisible());
 }
 
 PARKLET_TEST(ShelfPanelFrameTest)

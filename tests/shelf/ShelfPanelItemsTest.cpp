@@ -29,6 +29,7 @@ private slots:
     void adding_shows_nothing();
     // Drops
     void a_drop_is_announced_before_its_files_are_added();
+    void a_drop_counts_as_one_before_it_is_announced();
     void a_drop_of_known_files_is_announced_and_adds_nothing();
     void a_drop_of_sixty_keeps_the_first_fifty();
     void both_drop_targets_light_up_the_border_in_todays_accent_colour();
@@ -447,6 +448,15 @@ void ShelfPanelItemsTest::callbacks_that_outlive_the_panel_do_nothing()
     QVERIFY(!getDragItems().has_value());
     onMultiDragOut();
     f.virtualPlatform.mainQueue.advance(5);
+}
+
+void ShelfPanelItemsTest::a_drop_counts_as_one_before_it_is_announced()
+{
+    Fixture f;
+    QList<bool> seen;
+    f.panel->onDropReceived = [&f, &seen] { seen.append(f.panel->droppedBackOnSelf); };
+    f.drop({file(0)});
+    QCOMPARE(seen, QList<bool>{true});
 }
 
 PARKLET_TEST(ShelfPanelItemsTest)

@@ -3,6 +3,7 @@
 
 #include "platform/Platform.h"
 #include "platform/WhileAlive.h"
+#include "shelf/ShelfAccessibility.h"
 #include "shelf/ShelfGeometry.h"
 #include "shelf/ShelfMetrics.h"
 #include "shelf/ShelfViews.h"
@@ -29,6 +30,7 @@ public:
         , symbol(std::move(shownSymbol))
     {
         setAttribute(Qt::WA_TransparentForMouseEvents);
+        setAccessibleRole(*this, QAccessible::Graphic);
         setAccessibleName(description);
     }
 
@@ -52,6 +54,7 @@ CursorDropZone::CursorDropZone(Platform &platform, QWidget *parent)
                               tr("Drop here"), this))
 {
     setAcceptDrops(true);
+    setAccessibleRole(*this, QAccessible::Pane);
     readFileURLs = [&platform](const QMimeData *data) { return platform.dropPasteboard->fileURLs(data); };
     isWithoutFiles = [&platform] { return platform.dropPasteboard->isDragWithoutFiles(); };
     onHighlight = [this, &platform](bool on) {
@@ -72,6 +75,8 @@ CursorShelf::CursorShelf(Platform &services)
     , fader(
           *services.mainQueue, [this](double value) { platform.floatingPanels->setAlpha(*this, value); }, 1.0)
 {
+    installShelfAccessibility();
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Parklet"));
     platform.floatingPanels->make(*this, PanelStyle{QStringLiteral("cursor-shelf"), kPanelCornerRadius});
     dropZone->onDrop = whileAlive(this, [this](const QList<QUrl> &urls) {

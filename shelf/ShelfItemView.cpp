@@ -87,6 +87,11 @@ QRectF ShelfItemView::draggingFrame() const
     return flipped(QRectF(0, 0, itemSize, itemSize), height());
 }
 
+void ShelfItemView::open() const
+{
+    platform.workspace->open(fileURL);
+}
+
 void ShelfItemView::loadThumbnail()
 {
     const double itemSize = settings.get(Settings::shelfItemSize);
@@ -297,7 +302,7 @@ void ShelfItemView::mouseDoubleClickEvent(QMouseEvent *event)
     lastMultiClick = event->timestamp();
     wasSelectedOnMouseDown = false;
     if (settings.get(Settings::doubleClickAction) == DoubleClickAction::OpenFile)
-        platform.workspace->open(fileURL);
+        open();
     else if (onSelectAll)
         onSelectAll();
 }

@@ -69,6 +69,9 @@ public:
     // of the item size at the bottom left of the tile.
     QRectF draggingFrame() const;
 
+    // Opens the file in its application.
+    void open() const;
+
     // Requests a new thumbnail of the current item size. Earlier requests continue, and the tile shows the thumbnail
     // that arrives last.
     void loadThumbnail();

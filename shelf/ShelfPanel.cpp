@@ -30,6 +30,8 @@ ShelfPanel::ShelfPanel(Platform &services, AppSettings &appSettings, Notificatio
     , fader(
           *services.mainQueue, [this](double value) { platform.floatingPanels->setAlpha(*this, value); }, 1.0)
 {
+    installShelfAccessibility();
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Parklet"));
     setGeometry(0, 0, 0, 0);
     // Qt shows tool tips in the active program only, and a panel never activates its program.
@@ -52,6 +54,7 @@ void ShelfPanel::buildInterface()
     const auto hasNoFiles = [this] { return platform.dropPasteboard->isDragWithoutFiles(); };
 
     container = new DroppableView(this);
+    setAccessibleRole(*container, QAccessible::Pane);
     container->readFileURLs = readDrop;
     container->isWithoutFiles = hasNoFiles;
     container->onDrop = drop;
@@ -65,6 +68,7 @@ void ShelfPanel::buildInterface()
     notifications.observe(Notifications::settingsChanged, this, [this](const QVariantMap &) { settingsDidChange(); });
 
     headerBar = new QWidget(container);
+    setAccessibleRole(*headerBar, QAccessible::ToolBar);
     gearBtn = makeHeaderButton(QStringLiteral("gearshape"), tr("Preferences"));
     selectAllBtn = makeHeaderButton(QStringLiteral("square.stack.3d.down.right"), tr("Select all"));
     trashBtn = makeHeaderButton(QStringLiteral("trash"), tr("Clear all"));
@@ -94,7 +98,6 @@ void ShelfPanel::buildInterface()
     scrollView->onHighlight = highlightDrop;
     stackView = new ShelfStackView;
     stackView->setAccessibleName(tr("Files"));
-    installShelfAccessibility();
     scrollView->setWidget(stackView);
     for (const QScrollBar *bar : {scrollView->verticalScrollBar(), scrollView->horizontalScrollBar()})
         connect(bar, &QScrollBar::valueChanged, this, &ShelfPanel::tilesDidScroll);

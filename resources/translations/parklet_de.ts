@@ -330,6 +330,17 @@ Ohne Option startet Parklet oder zeigt die Ablage des bereits laufenden Parklet 
     </message>
 </context>
 <context>
+    <name>ShelfAccessibility</name>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+</context>
+<context>
     <name>ShelfPanel</name>
     <message>
         <source>Preferences</source>

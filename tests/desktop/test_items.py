@@ -53,6 +53,15 @@ class ItemsTest(DesktopTest):
         self.rest_hand()
         self.wait_for(lambda: not self.tool_tip(), "the tool tip goes")
 
+    def test_a_screen_reader_meets_a_list_in_a_window(self):
+        app = self.parklet()
+        app.hold(*self.files(2))
+        self.assertEqual(app.find("Files").role, "list")
+        self.assertEqual([tile.role for tile in app.tiles()], ["list item", "list item"])
+        shelf = next(node for node in app.root().children if node.find("Files"))
+        self.assertEqual((shelf.role, shelf.name), ("window", "Parklet"))
+        self.assertEqual([node for node in shelf.walk() if node.role == "filler"], [])
+
     def test_a_whole_run_prints_nothing(self):
         app = self.parklet()
         app.hold(*self.files(3))

@@ -50,6 +50,8 @@ private slots:
     // Clearing
     void a_screen_reader_meets_the_tiles_as_a_list();
     // Announcing
+    void a_screen_reader_opens_and_removes_files();
+    void a_screen_reader_meets_nothing_without_a_role();
     void the_announcement_of_a_change_carries_nothing();
     // Afterwards
     void callbacks_that_outlive_the_panel_do_nothing();
@@ -406,6 +408,48 @@ void ShelfPanelItemsTest::a_screen_reader_meets_the_tiles_as_a_list()
     tile->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QVERIFY(tile->state().selected);
     QCOMPARE(f.panel->selectedViews, QList<ShelfItemView *>{f.tile(1)});
+}
+
+void ShelfPanelItemsTest::a_screen_reader_opens_and_removes_files()
+{
+    Fixture f;
+    f.add(2);
+    QAccessibleActionInterface *actions = QAccessible::queryAccessibleInterface(f.tile(1))->actionInterface();
+    QCOMPARE(actions->actionNames(), (QStringList{actions->pressAction(), u"open"_s, u"remove"_s}));
+    QCOMPARE(actions->localizedActionName(u"open"_s), u"Open"_s);
+    QCOMPARE(actions->localizedActionName(u"remove"_s), u"Remove"_s);
+    actions->doAction(u"open"_s);
+    QCOMPARE(f.virtualPlatform.workspace.opened, QList<QUrl>{file(1)});
+    actions->doAction(u"remove"_s);
+    QCOMPARE(f.panel->items, QList<QUrl>{file(0)});
+}
+
+void ShelfPanelItemsTest::a_screen_reader_meets_nothing_without_a_role()
+{
+    Fixture f;
+    f.add(2);
+    QStringList met;
+    const auto walk = [&met](QAccessibleInterface *view, const auto &again) -> void {
+        met.append(u"%1 %2"_s.arg(int(view->role())).arg(view->text(QAccessible::Name)).trimmed());
+        for (int i = 0; i < view->childCount(); ++i) {
+            QAccessibleInterface *child = view->child(i);
+            QVERIFY(child);
+            QCOMPARE(child->parent(), view);
+            QCOMPARE(view->indexOfChild(child), i);
+            again(child, again);
+        }
+    };
+    walk(QAccessible::queryAccessibleInterface(f.panel.get()), walk);
+    const auto line = [](QAccessible::Role role, const QString &name = {}) {
+        return u"%1 %2"_s.arg(int(role)).arg(name).trimmed();
+    };
+    QCOMPARE(met, (QStringList{line(QAccessible::Window, u"Parklet"_s), line(QAccessible::Pane),
+                               line(QAccessible::ToolBar), line(QAccessible::Button, u"Preferences"_s),
+                               line(QAccessible::Button, u"Select all"_s), line(QAccessible::Button, u"Clear all"_s),
+                               line(QAccessible::StaticText, u"Drop files here"_s), line(QAccessible::Pane),
+                               line(QAccessible::List, u"Files"_s), line(QAccessible::ListItem, u"0.png"_s),
+                               line(QAccessible::Button, u"Remove"_s), line(QAccessible::ListItem, u"1.png"_s),
+                               line(QAccessible::Button, u"Remove"_s)}));
 }
 
 void ShelfPanelItemsTest::the_announcement_of_a_change_carries_nothing()

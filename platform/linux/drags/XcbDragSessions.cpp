@@ -100,7 +100,7 @@ void XcbDragSessions::begin(QWidget &source, const QList<DraggingItem> &items, D
     auto contentsOfDrag = uriList(items);
     Running session;
     session.offered = offered;
-    session.list = contentsOfDrag->data(QLatin1String(kURIList));
+    lastList = contentsOfDrag->data(QLatin1String(kURIList));
     drag->setMimeData(contentsOfDrag.release());
     drag->setPixmap(picture.pixmap);
     drag->setHotSpot(picture.hotSpot);
@@ -196,8 +196,7 @@ bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
     const xcb_atom_t list = connection->atom(kURIList);
     if (request.selection != connection->atom("XdndSelection") || (request.target != targets && request.target != list))
         return false;
-    Running *drag = dragAskedFor();
-    if (!drag || !bridge.owns(request.requestor))
+    if (lastList.isNull() || !bridge.owns(request.requestor))
         return false;
     // Old clients leave the choice of the property to the owner.
     const xcb_atom_t property = request.property != XCB_ATOM_NONE ? request.property : request.target;
@@ -207,7 +206,7 @@ bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
                             kLongs, quint32{offers.size()}, offers.data());
     } else {
         xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, request.requestor, property, list, kBytes,
-                            static_cast<quint32>(drag->list.size()), drag->list.constData());
+                            static_cast<quint32>(lastList.size()), lastList.constData());
     }
     xcb_selection_notify_event_t answer = {};
     answer.response_type = XCB_SELECTION_NOTIFY;
@@ -219,20 +218,21 @@ bool XcbDragSessions::requested(const xcb_selection_request_event_t &request)
     xcb_send_event(connection->get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char *>(&answer));
     connection->flush();
-    if (request.target == list) {
-        drag->isRead = true;
-        if (drag != running && drag->isBridged)
-            giveUpIn(patience.read, waiting.back());
-    }
+    if (request.target == list)
+        wasRead();
     return true;
 }
 
-// The drag to which a request belongs: some windows ask only after the drop, when the drag is no longer in progress.
-XcbDragSessions::Running *XcbDragSessions::dragAskedFor()
+// Some windows ask only after the drop; the request then belongs to the last one.
+void XcbDragSessions::wasRead()
 {
-    if (running)
-        return running;
-    return waiting.empty() ? nullptr : &waiting.back().drag;
+    if (running) {
+        running->isRead = true;
+    } else if (!waiting.empty()) {
+        waiting.back().drag.isRead = true;
+        if (waiting.back().drag.isBridged)
+            giveUpIn(patience.read, waiting.back());
+    }
 }
 
 // Native Wayland windows cannot make links, and a compositor lets them copy instead. This asks the compositor to let

@@ -58,7 +58,6 @@ private:
         DragOperation offered = DragOperation::None;
         bool isBridged = false; // the button was released over a native window
         bool isRead = false;    // a compositor has read the list
-        QByteArray list;        // the files, in the form in which a compositor asks for them
         xcb_window_t source =
             XCB_NONE; // the window that Qt uses as the source; known once a destination has answered it
     };
@@ -74,8 +73,8 @@ private:
 
     bool nativeEventFilter(const QByteArray &source, void *message, qintptr *result) override;
     void released(const QPoint &position);
-    Running *dragAskedFor();
     bool requested(const xcb_selection_request_event_t &request);
+    void wasRead();
     void haveUserAsked(xcb_window_t target);
     void answered(const xcb_client_message_event_t &status);
     void finished(const xcb_client_message_event_t &message);
@@ -96,6 +95,7 @@ private:
     quint8 inputExtension = 0; // the major opcode of XInput; 0 without the extension
     Running *running = nullptr;
     std::vector<Waiting> waiting;
+    QByteArray lastList; // of the last drag, for a window that asks when the drop is long over
     quint64 lastId = 0;
     quint64 lastDeadline = 0;
 };

@@ -17,6 +17,7 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <csignal>
 #include <xcb/shape.h>
 
 using namespace Qt::StringLiterals;
@@ -430,7 +431,74 @@ private slots:
         QCOMPARE(dropped(), QByteArray("file:///tmp/caf%E9%25.txt\r\nfile:///tmp/caf%C3%A9%20%23.txt\r\n"));
     }
 
+    void a_compositor_that_asks_after_the_drop_is_answered_and_has_then_taken_it()
+    {
+        bridgeTo({QStringLiteral("--drop"), QStringLiteral("waits")});
+        dragTo(kOnDestination);
+        QTRY_VERIFY_WITH_TIMEOUT(returned == 1 && destination->said("drop"), kPatience);
+        // Until it has read the list nobody knows.
+        QVERIFY(results.isEmpty());
+        QCOMPARE(::kill(static_cast<pid_t>(destination->pid()), SIGUSR1), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::Copy}, kPatience);
+        QVERIFY(destination->said("offered text/uri-list"));
+        QVERIFY(destination->said("data"));
+        QVERIFY(!destination->said("refused"));
+        QCOMPARE(dropped(), QByteArray("file:///tmp/a\r\n"));
+    }
+
+    void a_compositor_that_asks_when_the_drop_has_been_settled_is_answered_too()
+    {
+        bridgeTo(
+            {QStringLiteral("--hover"), QStringLiteral("reads"), QStringLiteral("--drop"), QStringLiteral("waits")});
+        hand.moveTo(kOnSource).press().moveTo(kOnDestination).waitUntil([this] { return destination->said("data"); });
+        hand.release();
+        QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::Copy}, kPatience);
+        QCOMPARE(destination->lines.count(QStringLiteral("data")), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(destination->said("drop"), kPatience);
+        QCOMPARE(::kill(static_cast<pid_t>(destination->pid()), SIGUSR1), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(destination->lines.count(QStringLiteral("data")), 2, kPatience);
+        QVERIFY(!destination->said("refused"));
+        QCOMPARE(dropped(), QByteArray("file:///tmp/a\r\n"));
+    }
+
+    void a_compositor_has_its_user_asked_about_links_and_what_he_says_is_not_known()
+    {
+        offered = DragOperation::Link;
+        bridgeTo({});
+        hand.moveTo(kOnSource).press().moveTo(kOnDestination).waitUntil([this] {
+            return destination->said("proposes XdndActionAsk");
+        });
+        hand.release();
+        QTRY_COMPARE_WITH_TIMEOUT(results, QList{DragOperation::None}, kPatience);
+        QVERIFY(destination->said("data"));
+    }
+
+    void another_window_is_not_answered_at_a_time_that_is_not_that_of_the_drag()
+    {
+        bridgeTo({}, false);
+        dragTo(kOnDestination);
+        QTRY_VERIFY_WITH_TIMEOUT(destination->said("refused"), kPatience);
+        QVERIFY(!destination->said("data"));
+    }
+
 private:
+    // Starts a destination that is a Wayland compositor, or on a server that is not one of Wayland's.
+    void bridgeTo(const QStringList &arguments, bool isXwayland = true)
+    {
+        const auto connection = XcbConnection::open();
+        DragBridge bridge(connection);
+        bridge.assume(isXwayland);
+        sessions.reset();
+        sessions = std::make_unique<XcbDragSessions>(
+            connection, [] { return QColor(Qt::blue); }, XcbDragSessions::Patience{.delivered = 5, .read = 0.1},
+            bridge);
+        destination = std::make_unique<ClientProcess>(
+            QStringLiteral("BridgedDestination"),
+            kDestinationPlace + QStringList{QStringLiteral("--out"), folder->filePath(QStringLiteral("dropped"))} +
+                arguments);
+        QTRY_VERIFY_WITH_TIMEOUT(destination->said("ready"), kPatience);
+    }
+
     void makeSessions(XcbDragSessions::Patience patience)
     {
         sessions.reset();

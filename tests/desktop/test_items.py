@@ -59,7 +59,7 @@ class ItemsTest(DesktopTest):
         self.assertEqual(app.find("Files").role, "list")
         self.assertEqual([tile.role for tile in app.tiles()], ["list item", "list item"])
         shelf = next(node for node in app.root().children if node.find("Files"))
-        self.assertEqual((shelf.role, shelf.name), ("window", "Parklet"))
+        self.assertEqual((shelf.role, shelf.name), ("frame", "Parklet"))
         self.assertEqual([node for node in shelf.walk() if node.role == "filler"], [])
 
     def test_a_whole_run_prints_nothing(self):

@@ -163,7 +163,7 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
     if (auto *scrollView = qobject_cast<ShelfScrollView *>(object))
         return new AccessibleScrollView(scrollView);
     const QVariant role = object ? object->property(kRole) : QVariant();
-    if (role.isValid() && object->isWidgetType())
+    if (object && role.isValid() && object->isWidgetType())
         return new AccessibleView(static_cast<QWidget *>(object), static_cast<QAccessible::Role>(role.toInt()));
     return nullptr;
 }

@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QPointer>
 #include <QWidget>
+#include <QWindowStateChangeEvent>
 
 #include <algorithm>
 #include <array>
